@@ -1,0 +1,32 @@
+// The folder in which every file of the program lies: config.cfg, Command.txt, the logs, the report.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace quarlin {
+
+class ProgramFolder {
+ public:
+  explicit ProgramFolder(std::filesystem::path path) : path_(std::move(path)) {}
+
+  const std::filesystem::path& Path() const { return path_; }
+
+  // The file of that name, looked up exactly first and then without regard to case, so that a folder
+  // copied from another system works. A file that does not exist keeps the name as given.
+  std::filesystem::path File(std::string_view name) const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+// Reads one environment variable; empty when it is not set.
+using Environment = std::function<std::string(const char* name)>;
+
+// The folder named by QUARLIN_HOME; else the executable's own when it is writable and no system folder;
+// else quarlin/ below the user's data folder. Made when it is missing.
+ProgramFolder FindProgramFolder(const std::filesystem::path& executable, const Environment& environment);
+
+}  // namespace quarlin

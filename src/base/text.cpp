@@ -1,0 +1,117 @@
+#include "base/text.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace quarlin {
+namespace {
+
+char UpperLetter(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// How many bytes the sequence that `lead` begins has, or 0 when no sequence begins so.
+std::size_t SequenceLength(unsigned char lead) {
+  if (lead < 0x80) return 1;
+  if (lead >= 0xC2 && lead <= 0xDF) return 2;
+  if (lead >= 0xE0 && lead <= 0xEF) return 3;
+  if (lead >= 0xF0 && lead <= 0xF4) return 4;
+  return 0;
+}
+
+// The character at the start of `text` and its length; length 0 when it is malformed.
+struct Decoded {
+  std::uint32_t code = 0;
+  std::size_t length = 0;
+};
+
+Decoded Decode(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text.front());
+  const std::size_t length = SequenceLength(lead);
+  if (length == 0 || length > text.size()) return {};
+  if (length == 1) return {lead, 1};
+  std::uint32_t code = lead & (0xFFU >> (length + 1));
+  for (std::size_t i = 1; i < length; ++i) {
+    const auto next = static_cast<unsigned char>(text[i]);
+    if ((next & 0xC0U) != 0x80) return {};
+    code = (code << 6) | (next & 0x3FU);
+  }
+  const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
+  const bool outside = (code >= 0xD800 && code <= 0xDFFF) || code > 0x10FFFF;
+  if (overlong || outside) return {};
+  return {code, length};
+}
+
+}  // namespace
+
+std::string_view TrimBlanks(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string ToUpper(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), UpperLetter);
+  return upper;
+}
+
+bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char a, char b) { return UpperLetter(a) == UpperLetter(b); });
+}
+
+bool IsUtf8(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const Decoded character = Decode(bytes);
+    if (character.length == 0) return false;
+    bytes.remove_prefix(character.length);
+  }
+  return true;
+}
+
+std::string Utf8FromBytes(std::string_view bytes) {
+  std::string utf8;
+  utf8.reserve(bytes.size());
+  for (const char c : bytes) {
+    const auto code = static_cast<unsigned char>(c);
+    if (code < 0x80) {
+      utf8 += c;
+    } else {
+      utf8 += static_cast<char>(0xC0 | (code >> 6));
+      utf8 += static_cast<char>(0x80 | (code & 0x3F));
+    }
+  }
+  return utf8;
+}
+
+std::string BytesFromUtf8(std::string_view utf8) {
+  std::string bytes;
+  bytes.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const Decoded character = Decode(utf8);
+    bytes += character.length != 0 && character.code <= 0xFF ? static_cast<char>(character.code) : '?';
+    utf8.remove_prefix(std::max<std::size_t>(character.length, 1));
+  }
+  return bytes;
+}
+
+std::string BytesFromFileText(std::string_view content) {
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (content.starts_with(byteOrderMark)) content.remove_prefix(byteOrderMark.size());
+  return IsUtf8(content) ? BytesFromUtf8(content) : std::string(content);
+}
+
+std::vector<std::string> SplitLines(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = text.find_first_of("\r\n");
+    lines.emplace_back(text.substr(0, end));
+    if (end == std::string_view::npos) break;
+    const bool pair = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
+    text.remove_prefix(end + (pair ? 2 : 1));
+  }
+  return lines;
+}
+
+}  // namespace quarlin

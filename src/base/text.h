@@ -1,0 +1,32 @@
+// Byte strings and their two outside forms. In the core one character is one byte, 0-255, and stands
+// for the character U+0000-U+00FF on the screen.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quarlin {
+
+// Without the blanks (code 32 only) at both ends; a CR LF survives.
+std::string_view TrimBlanks(std::string_view text);
+
+// ASCII letters only; for file names, keywords and look-ups.
+std::string ToUpper(std::string_view text);
+bool EqualsIgnoringCase(std::string_view left, std::string_view right);
+
+// True when the bytes are well-formed UTF-8 (plain ASCII is).
+bool IsUtf8(std::string_view bytes);
+
+// Each byte as the character of its code, and back; a character above U+00FF becomes "?".
+std::string Utf8FromBytes(std::string_view bytes);
+std::string BytesFromUtf8(std::string_view utf8);
+
+// The text of a table or script file as byte strings: read as UTF-8 when it is well-formed, otherwise
+// byte for byte. A byte-order mark is dropped.
+std::string BytesFromFileText(std::string_view content);
+
+// Splits at CR LF, LF and CR; the last line needs no end. An empty text has no lines.
+std::vector<std::string> SplitLines(std::string_view text);
+
+}  // namespace quarlin

@@ -1,0 +1,128 @@
+// The controls of the window without a window: values with a name. The modules read and write these; the
+// view shows them and brings back what the user did; the configuration file and scripts find them by
+// name and index.
+//
+// Setting a value that differs runs the control's handler, whoever set it; setting the same value again
+// does nothing. Every change is noted for the view, which repaints once a frame.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "controls/event_loop.h"
+
+namespace quarlin {
+
+class Control;
+
+// A colour with its bytes blue-green-red from high to low.
+using Color = std::int32_t;
+
+namespace colors {
+inline constexpr Color black = 0;
+inline constexpr Color red = 255;
+inline constexpr Color darkRed = 128;
+inline constexpr Color green = 65280;
+inline constexpr Color darkGreen = 32768;
+inline constexpr Color blue = 0xFF0000;
+inline constexpr Color magenta = 0xFF00FF;
+inline constexpr Color rxLamp = 0x80F000;
+}  // namespace colors
+
+enum class ControlKind {
+  TextBox,
+  ComboBox,
+  CheckBox,
+  OptionButton,
+  CommandButton,
+  Label,
+  Frame,
+  Shape,
+  ScrollBar,
+  ListBox,
+  RichTextBox,
+  Timer
+};
+
+// The controls that changed since the view last looked. A control stands in it at most once.
+class RepaintList {
+ public:
+  // Called when the list gets its first entry; the view then plans a frame.
+  std::function<void()> onFirst;
+
+  void Add(Control& control);
+
+  // Hands the changed controls over, once.
+  std::vector<Control*> Take();
+
+ private:
+  std::vector<Control*> changed_;
+};
+
+// A struct of controls declared beside the module that reads them, in the order in which they are saved.
+class ControlGroup {
+ public:
+  explicit ControlGroup(EventLoop& loop) : loop_(loop) {}
+  ControlGroup(const ControlGroup&) = delete;
+  ControlGroup& operator=(const ControlGroup&) = delete;
+
+  EventLoop& Loop() { return loop_; }
+  const std::vector<Control*>& Members() const { return members_; }
+
+ private:
+  friend class Control;
+  EventLoop& loop_;
+  std::vector<Control*> members_;
+};
+
+class Control {
+ public:
+  Control(ControlGroup& group, ControlKind kind, std::string_view name,
+          std::optional<int> index = std::nullopt);
+  virtual ~Control() = default;
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  ControlKind Kind() const { return kind_; }
+  const std::string& Name() const { return name_; }
+  std::optional<int> Index() const { return index_; }  // within its control array
+
+  bool Enabled() const { return enabled_; }
+  void SetEnabled(bool enabled);
+  bool Visible() const { return visible_; }
+  void SetVisible(bool visible);
+  const std::string& ToolTipText() const { return toolTipText_; }
+  void SetToolTipText(std::string_view text);
+
+  // Nothing means the desktop's own colour.
+  std::optional<Color> BackColor() const { return backColor_; }
+  void SetBackColor(std::optional<Color> color);
+  std::optional<Color> ForeColor() const { return foreColor_; }
+  void SetForeColor(std::optional<Color> color);
+
+  void ReportChangesTo(RepaintList& list) { repaint_ = &list; }
+
+ protected:
+  void Changed();
+  virtual void EnabledChanged() {}
+
+ private:
+  friend class RepaintList;
+
+  ControlKind kind_;
+  std::string name_;
+  std::optional<int> index_;
+  bool enabled_ = true;
+  bool visible_ = true;
+  bool queued_ = false;  // stands in the repaint list
+  std::string toolTipText_;
+  std::optional<Color> backColor_;
+  std::optional<Color> foreColor_;
+  RepaintList* repaint_ = nullptr;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,194 @@
+#include "controls/controls.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "base/numbers.h"
+
+namespace quarlin {
+namespace {
+
+void Run(const std::function<void()>& handler) {
+  if (handler) handler();
+}
+
+}  // namespace
+
+TextBox::TextBox(ControlGroup& group, std::string_view name, std::string_view text, std::optional<int> index)
+    : Control(group, ControlKind::TextBox, name, index), text_(text) {}
+
+void TextBox::SetText(std::string_view text) {
+  if (text_ == text) return;
+  text_ = text;
+  integer_.reset();
+  Changed();
+  Run(Change);
+}
+
+std::int32_t TextBox::Integer() const {
+  if (!integer_) integer_ = IntegerOf(text_);
+  return *integer_;
+}
+
+ComboBox::ComboBox(ControlGroup& group, std::string_view name, std::vector<std::string> list,
+                   std::string_view text)
+    : Control(group, ControlKind::ComboBox, name), text_(text), list_(std::move(list)) {
+  listIndex_ = IndexOf(text_);
+}
+
+int ComboBox::IndexOf(std::string_view text) const {
+  const auto found = std::find(list_.begin(), list_.end(), text);
+  return found == list_.end() ? -1 : static_cast<int>(found - list_.begin());
+}
+
+void ComboBox::Select(std::string_view text, int index) {
+  if (text_ == text && listIndex_ == index) return;
+  text_ = text;
+  listIndex_ = index;
+  Changed();
+  Run(Change);
+}
+
+void ComboBox::SetText(std::string_view text) {
+  Select(text, IndexOf(text));
+}
+
+void ComboBox::SetListIndex(int index) {
+  if (index >= 0 && index < static_cast<int>(list_.size()))
+    Select(list_[static_cast<std::size_t>(index)], index);
+}
+
+void ComboBox::SetList(std::vector<std::string> list) {
+  list_ = std::move(list);
+  itemToolTips_.clear();
+  listIndex_ = IndexOf(text_);
+  ++listRevision_;
+  Changed();
+}
+
+void ComboBox::AddItem(std::string_view item) {
+  list_.emplace_back(item);
+  listIndex_ = IndexOf(text_);
+  ++listRevision_;
+  Changed();
+}
+
+const std::string& ComboBox::ItemToolTip(int index) const {
+  static const std::string none;
+  return index >= 0 && index < static_cast<int>(itemToolTips_.size())
+             ? itemToolTips_[static_cast<std::size_t>(index)]
+             : none;
+}
+
+void ComboBox::SetItemToolTip(int index, std::string_view text) {
+  if (index < 0 || index >= static_cast<int>(list_.size())) return;
+  itemToolTips_.resize(list_.size());
+  itemToolTips_[static_cast<std::size_t>(index)] = text;
+  ++listRevision_;
+  Changed();
+}
+
+CheckBox::CheckBox(ControlGroup& group, std::string_view name, std::string_view caption,
+                   std::optional<int> index)
+    : Control(group, ControlKind::CheckBox, name, index), caption_(caption) {}
+
+void CheckBox::SetValue(int value) {
+  const int known = value == 0 || value == 2 ? value : 1;
+  if (value_ == known) return;
+  value_ = known;
+  Changed();
+  Run(Click);
+}
+
+void CheckBox::SetCaption(std::string_view caption) {
+  if (caption_ == caption) return;
+  caption_ = caption;
+  Changed();
+}
+
+OptionButton::OptionButton(ControlGroup& group, std::string_view name, std::string_view caption, int index)
+    : Control(group, ControlKind::OptionButton, name, index), caption_(caption) {}
+
+void OptionButton::SetValue(bool value) {
+  if (value_ == value) return;
+  value_ = value;
+  Changed();
+  if (!value) return;
+  for (OptionButton* other : others_) {
+    if (other != this) other->SetValue(false);
+  }
+  Run(Click);
+}
+
+CommandButton::CommandButton(ControlGroup& group, std::string_view name, std::string_view caption,
+                             std::optional<int> index)
+    : Control(group, ControlKind::CommandButton, name, index), caption_(caption) {}
+
+void CommandButton::SetCaption(std::string_view caption) {
+  if (caption_ == caption) return;
+  caption_ = caption;
+  Changed();
+}
+
+Label::Label(ControlGroup& group, std::string_view name, std::string_view caption)
+    : Control(group, ControlKind::Label, name), caption_(caption) {}
+
+void Label::SetCaption(std::string_view caption) {
+  if (caption_ == caption) return;
+  caption_ = caption;
+  Changed();
+}
+
+std::int32_t Label::Integer() const {
+  return IntegerOf(caption_);
+}
+
+void Label::SetInteger(std::int32_t value) {
+  SetCaption(PaddedDecimal(value, 1));
+}
+
+void Label::Increment() {
+  const std::int32_t value = Integer();
+  if (value != std::numeric_limits<std::int32_t>::max()) SetInteger(value + 1);
+}
+
+Frame::Frame(ControlGroup& group, std::string_view name, std::string_view caption)
+    : Control(group, ControlKind::Frame, name), caption_(caption) {}
+
+Shape::Shape(ControlGroup& group, std::string_view name, Color fill, std::optional<int> index)
+    : Control(group, ControlKind::Shape, name, index), fillColor_(fill) {}
+
+void Shape::SetFillColor(Color color) {
+  if (std::exchange(fillColor_, color) != color) Changed();
+}
+
+ScrollBar::ScrollBar(ControlGroup& group, std::string_view name, int min, int max, int value)
+    : Control(group, ControlKind::ScrollBar, name), min_(min), max_(max), value_(value) {}
+
+void ScrollBar::SetValue(int value) {
+  const int held = std::clamp(value, min_, max_);
+  if (value_ == held) return;
+  value_ = held;
+  Changed();
+  Run(Change);
+}
+
+ListBox::ListBox(ControlGroup& group, std::string_view name) : Control(group, ControlKind::ListBox, name) {}
+
+void ListBox::AddItem(std::string_view text, std::string_view toolTip) {
+  list_.push_back({std::string(text), std::string(toolTip)});
+  Changed();
+}
+
+void ListBox::RemoveItem(int index) {
+  if (index < 0 || index >= ListCount()) return;
+  list_.erase(list_.begin() + index);
+  Changed();
+}
+
+void ListBox::Clear() {
+  list_.clear();
+  Changed();
+}
+
+}  // namespace quarlin

@@ -1,0 +1,88 @@
+#include "controls/virtual_loop.h"
+
+#include <algorithm>
+
+namespace quarlin {
+namespace {
+
+// Descriptors belong to the real world; in virtual time a device calls by itself.
+class NoWatch : public Watch {
+ public:
+  void SetEnabled(bool) override {}
+};
+
+// A program that is always busy must not stop time: so many turns take it a microsecond.
+constexpr int turnsPerMicrosecond = 100;
+
+}  // namespace
+
+VirtualLoop::VirtualLoop() {
+  using namespace std::chrono;
+  clock_.Set(Instant(hours(1)));
+  clock_.SetLocal(local_days(year(2026) / 11 / 21) + hours(10));
+}
+
+std::unique_ptr<Watch> VirtualLoop::WatchReadable(int, std::function<void()>) {
+  return std::make_unique<NoWatch>();
+}
+
+std::unique_ptr<Watch> VirtualLoop::WatchWritable(int, std::function<void()>) {
+  return std::make_unique<NoWatch>();
+}
+
+void VirtualLoop::Outside(Duration after, std::function<void()> call) {
+  outside_.emplace(Now() + after, std::move(call));
+}
+
+bool VirtualLoop::RunOutside(Instant until) {
+  if (outside_.empty() || outside_.begin()->first > until) return false;
+  const auto call = outside_.extract(outside_.begin());
+  clock_.Set(std::max(Now(), call.key()));
+  call.mapped()();
+  return true;
+}
+
+void VirtualLoop::FireDue() {
+  for (int turns = 0; Alarms().FireNext(Now()); ++turns) {
+    ++turns_;
+    if (turns == turnsPerMicrosecond) {
+      clock_.Set(Now() + std::chrono::microseconds(1));
+      return;
+    }
+  }
+}
+
+void VirtualLoop::Pass(Duration duration) {
+  const Instant target = Now() + duration;
+  for (;;) {
+    while (RunOutside(Now())) FireDue();
+    FireDue();
+    Instant next = Alarms().Earliest().value_or(target + Duration(1));
+    if (!outside_.empty()) next = std::min(next, outside_.begin()->first);
+    if (next > target || Now() > target) break;
+    clock_.Set(std::max(Now(), next));
+  }
+  clock_.Set(std::max(Now(), target));
+}
+
+void VirtualLoop::DoEvents() {
+  const AlarmQueue::Hold hold(Alarms());
+  while (RunOutside(Now())) {
+  }
+}
+
+bool VirtualLoop::WaitUntil(const std::function<bool()>& done, Instant deadline) {
+  const AlarmQueue::Hold hold(Alarms());
+  while (!done()) {
+    if (RunOutside(deadline)) continue;
+    clock_.Set(std::max(Now(), deadline));
+    return done();
+  }
+  return true;
+}
+
+void VirtualLoop::Pause(Instant until) {
+  clock_.Set(std::max(Now(), until));
+}
+
+}  // namespace quarlin
