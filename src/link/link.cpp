@@ -1,0 +1,361 @@
+#include "link/link.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include "base/numbers.h"
+#include "base/text.h"
+
+namespace quarlin {
+namespace {
+
+constexpr std::size_t queueSize = 1024;
+constexpr std::int32_t readSize = 1024;        // the most that one read may ask for
+constexpr std::int32_t receiveSize = 256;      // what ReceiveChar asks for
+constexpr std::int32_t intervalsMeant = 1000;  // after so many the mean starts anew
+constexpr std::size_t queuedTextLimit = std::size_t{1} << 20;
+
+// Where an error happened, as CommLastErrorSource shows it. Those of CommOpen are followed by the port.
+namespace sources {
+constexpr std::string_view open = "CommOpen";
+constexpr std::string_view createFile = "CommOpen (CreateFile) ";
+constexpr std::string_view setupComm = "CommOpen (SetupComm) ";
+constexpr std::string_view purgeComm = "CommOpen (PurgeComm) ";
+constexpr std::string_view setCommTimeouts = "CommOpen (SetCommTimeouts) ";
+constexpr std::string_view getCommState = "CommOpen (GetCommState) ";
+constexpr std::string_view buildCommDcb = "CommOpen (BuildCommDCB) ";
+constexpr std::string_view setCommState = "CommOpen (SetCommState) ";
+constexpr std::string_view close = "CommClose (CloseHandle)";
+constexpr std::string_view flush = "CommFlush (PurgeComm)";
+constexpr std::string_view read = "CommRead (ReadFile)";
+constexpr std::string_view write = "CommWrite (WriteFile)";
+constexpr std::string_view pendingWrite = "CommWrite (GetOverlappedResult)";
+constexpr std::string_view readModem = "CommReadCD (GetCommModemStatus)";
+constexpr std::string_view setLine = "CommSetLine (EscapeCommFunction)";
+}  // namespace sources
+
+constexpr std::string_view portInUse = "Port in use.";
+constexpr std::string_view errorFlagsText = "  COMM Error Flags = ";
+
+std::error_code BadHandle() {
+  return std::make_error_code(std::errc::bad_file_descriptor);
+}
+
+bool MeansDeviceGone(std::error_code error) {
+  const int code = error.value();
+  return code == EIO || code == ENODEV || code == ENXIO || code == EPIPE;
+}
+
+std::optional<OutputLine> OutputLineFrom(std::int16_t number) {
+  if (number < 1 || number > 3) return std::nullopt;
+  return static_cast<OutputLine>(number);
+}
+
+}  // namespace
+
+Link::Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls)
+    : loop_(loop), devices_(devices), controls_(controls) {}
+
+Link::~Link() = default;
+
+std::int32_t Link::CommOpen(const std::string& portName, std::string_view settings) {
+  const std::int32_t result = portName == "NET" ? OpenNetwork() : OpenSerial(portName, settings);
+  if (result != 0) CommClose();
+  return result;
+}
+
+std::int32_t Link::OpenNetwork() {
+  if (State.CommPortOpen) CommClose();
+  State.CommNetMode = true;
+  return 0;
+}
+
+std::int32_t Link::OpenSerial(const std::string& portName, std::string_view settings) {
+  if (State.CommPortOpen) {
+    State.CommLastError = -1;
+    State.CommLastErrorSource = sources::open;
+    State.CommLastErrorText = portInUse;
+    return -1;
+  }
+  State.CommNetMode = false;
+  State.DeviceGone = false;
+  State.CommStat = {};
+  OpenedDevice opened = devices_.Open(portName, [this] {
+    if (OnArrival) OnArrival();
+  });
+  if (!opened.device) return CommSetError(fmt::format("{}{} ", sources::createFile, portName), opened.error);
+  device_ = std::move(opened.device);
+  State.CommHandle = ++lastToken_;
+  State.CommPortOpen = true;
+  return SetUp(*device_, portName, settings);
+}
+
+std::int32_t Link::SetUp(Device& device, const std::string& portName, std::string_view settings) {
+  const auto fail = [&](std::string_view source, std::error_code error) {
+    return CommSetError(fmt::format("{}{} ", source, portName), error);
+  };
+  if (const auto error = device.SetupQueues(queueSize, queueSize)) return fail(sources::setupComm, error);
+  if (const auto error = device.Purge()) return fail(sources::purgeComm, error);
+  if (const auto error = device.SetTimeouts()) return fail(sources::setCommTimeouts, error);
+  const CurrentSettings current = device.Settings();
+  if (current.error) return fail(sources::getCommState, current.error);
+  SerialSettings wanted = current.settings;
+  if (!BuildCommDcb(settings, wanted)) {
+    return fail(sources::buildCommDcb, std::make_error_code(std::errc::invalid_argument));
+  }
+  if (controls_.chkRTS.Checked()) {
+    wanted.ctsFlow = true;
+    wanted.rtsToggle = true;
+  }
+  State.CommDCB = wanted;
+  if (const auto error = device.Apply(wanted)) return fail(sources::setCommState, error);
+  return 0;
+}
+
+std::int32_t Link::CommClose() {
+  if (State.CommNetMode) {
+    State.CommNetMode = false;
+    State.CommPortOpen = false;
+    return 0;
+  }
+  if (!State.CommPortOpen) return 0;
+  if (const auto error = device_->Close()) return CommSetError(sources::close, error);
+  device_.reset();
+  State.CommPortOpen = false;
+  return 0;
+}
+
+std::shared_ptr<Device> Link::OpenDevice() const {
+  return State.CommPortOpen ? device_ : nullptr;
+}
+
+std::int32_t Link::CommFlush() {
+  const auto device = OpenDevice();
+  const std::error_code error = device ? device->Purge() : BadHandle();
+  return error ? CommSetError(sources::flush, error) : 0;
+}
+
+bool Link::CommRxEmpty() {
+  const auto device = OpenDevice();
+  if (!device) {
+    State.CommStat = {};
+    return true;
+  }
+  State.CommStat = device->Queue();
+  // The platform tells of a lost device when its queue is asked for; there is no read left to fail.
+  if (State.CommStat.error && !State.DeviceGone) CommSetErrorFlags(sources::read, State.CommStat.error);
+  if (State.CommStat.error) State.CommStat.cbInQue = 0;
+  return State.CommStat.cbInQue == 0;
+}
+
+std::int32_t Link::CommRead(std::string& text, std::int32_t maxLength) {
+  text.clear();
+  if (State.CommNetMode) return 0;
+  loop_.DoEvents();
+  const auto limit = static_cast<std::size_t>(std::clamp(maxLength, 0, readSize));
+  const std::size_t wanted = std::min(State.CommStat.cbInQue, limit);
+  if (wanted == 0) return 0;
+  char buffer[readSize];
+  const auto device = OpenDevice();
+  const Transfer taken = device ? device->Read(buffer, wanted) : Transfer{0, BadHandle()};
+  if (taken.error) {
+    CommSetErrorFlags(sources::read, taken.error);
+    return -1;
+  }
+  text.assign(buffer, taken.bytes);
+  return static_cast<std::int32_t>(taken.bytes);
+}
+
+std::int32_t Link::CommWrite(std::string_view text) {
+  const bool raisesRts = controls_.ChkRtsTx.Checked();
+  if (raisesRts && !State.CommNetMode) CommSetLine(3, -1);
+  const std::int32_t written = State.CommNetMode ? 0 : WriteSerial(text);
+  if (raisesRts) {
+    WaitUntilSent(text.size());
+    CommSetLine(3, 0);
+  }
+  return written;
+}
+
+std::int32_t Link::WriteSerial(std::string_view text) {
+  const auto device = OpenDevice();
+  if (!device) {
+    CommSetErrorFlags(sources::write, BadHandle());
+    return -1;
+  }
+  if (writing_) {
+    if (queuedText_.size() + text.size() > queuedTextLimit) {
+      CommSetErrorFlags(sources::write, std::make_error_code(std::errc::no_buffer_space));
+      return -1;
+    }
+    queuedText_ += text;
+    return static_cast<std::int32_t>(text.size());
+  }
+  writing_ = true;
+  const double milliseconds = NumberOf(controls_.txtcharrit.Text()).value_or(0);
+  const std::int32_t written =
+      milliseconds == 0 ? WriteWhole(*device, text)
+                        : WriteSlowly(*device, text,
+                                      std::chrono::duration_cast<Duration>(
+                                          std::chrono::duration<double, std::milli>(milliseconds)));
+  WriteQueued(*device);
+  writing_ = false;
+  loop_.DoEvents();
+  return written;
+}
+
+std::int32_t Link::WriteWhole(Device& device, std::string_view text) {
+  const Instant deadline = loop_.Now() + std::chrono::seconds(text.size());
+  std::string_view source = sources::write;
+  std::size_t sent = 0;
+  for (;;) {
+    const Transfer transfer = device.Write(text.substr(sent));
+    sent += transfer.bytes;
+    std::error_code error = transfer.error;
+    if (!error && sent == text.size()) return static_cast<std::int32_t>(sent);
+    if (!error) {
+      source = sources::pendingWrite;
+      if (!device.WaitWritable(deadline)) error = std::make_error_code(std::errc::timed_out);
+      if (&device != device_.get()) error = BadHandle();  // closed while it waited
+    }
+    if (error) {
+      CommSetErrorFlags(source, error);
+      return -1;
+    }
+  }
+}
+
+std::int32_t Link::WriteSlowly(Device& device, std::string_view text, Duration pause) {
+  std::int32_t written = 0;
+  for (const char& character : text) {
+    written = WriteWhole(device, {&character, 1});
+    if (&device != device_.get()) break;
+    loop_.Pause(loop_.Now() + pause);
+  }
+  return written;
+}
+
+void Link::WriteQueued(Device& device) {
+  while (!queuedText_.empty()) {
+    const std::string text = std::exchange(queuedText_, {});
+    if (&device == device_.get()) WriteWhole(device, text);
+  }
+}
+
+void Link::WaitUntilSent(std::size_t bytes) {
+  const auto device = OpenDevice();
+  if (!device) return;
+  constexpr double bitsPerByte = 12;
+  const double seconds = static_cast<double>(bytes) * bitsPerByte / std::max<double>(State.CommDCB.baud, 1);
+  device->WaitSent(loop_.Now() + std::chrono::milliseconds(100) +
+                   std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds)));
+}
+
+std::int32_t Link::CommReadCD(std::uint16_t mask, bool& state) {
+  const auto device = OpenDevice();
+  const ModemStatus status = device ? device->Modem() : ModemStatus{0, BadHandle()};
+  if (status.error) return CommSetError(sources::readModem, status.error);
+  state = (status.lines & mask) != 0;
+  return 0;
+}
+
+std::int32_t Link::CommSetLine(std::int16_t line, std::int16_t state) {
+  const auto output = OutputLineFrom(line);
+  const auto device = OpenDevice();
+  std::error_code error;
+  if (!device) {
+    error = BadHandle();
+  } else if (!output) {
+    error = std::make_error_code(std::errc::invalid_argument);
+  } else {
+    error = device->SetLine(*output, state != 0);
+  }
+  return error ? CommSetError(sources::setLine, error) : 0;
+}
+
+std::string Link::ReceiveChar() {
+  std::string text;
+  if (State.CommHandle <= 0 || CommRead(text, receiveSize) == 0) return {};
+  if (Hooks.scripting && Hooks.scripting()) {
+    LetScriptSeeEach(text);
+  } else if (!controls_.chkLogOnly.Checked()) {
+    MeasureInterval(text);
+  }
+  return text;
+}
+
+void Link::LetScriptSeeEach(std::string& text) {
+  std::string seen;
+  for (const char character : text) {
+    std::string one(1, character);
+    Hooks.receiveChar(one);
+    seen += one;
+  }
+  text = std::move(seen);
+}
+
+void Link::MeasureInterval(std::string_view text) {
+  const auto terminator = static_cast<char>(controls_.txtterm.Integer());
+  if (text.find(terminator) == std::string_view::npos) return;
+  const double now = Midnight();
+  State.RxIntervalSum += SecondsApart(State.RxStampTime, now);
+  ++State.RxIntervalCount;
+  constexpr double noise = 1e-6;  // of the sum: 20 ms must not become 19.9
+  const double mean = std::floor(State.RxIntervalSum / State.RxIntervalCount * 10000 + noise) / 10;
+  controls_.lblRxms.SetCaption(DecimalText(mean));
+  if (State.RxIntervalCount > intervalsMeant) {
+    State.RxIntervalCount = 0;
+    State.RxIntervalSum = 0;
+  }
+  State.RxStampTime = now;
+}
+
+void Link::ResetIntervalStatistics() {
+  State.RxStampTime = Midnight();
+  State.RxIntervalSum = 0;
+  State.RxIntervalCount = 0;
+}
+
+std::int32_t Link::SendString(std::string& text) {
+  if (State.CommHandle < 1) return 0;
+  if (Hooks.scripting && Hooks.scripting()) Hooks.sendString(text);
+  std::int32_t status = 0;
+  if (controls_.chkTerminal.Checked()) {
+    for (const char& character : text) status |= CommWrite({&character, 1});
+  } else {
+    status = CommWrite(text);
+  }
+  State.LastSendTime = Midnight();
+  State.AnswerPending = false;
+  State.RxStampTime = State.LastSendTime;
+  return status;
+}
+
+std::string Link::CommErrorText(std::int32_t code) {
+  return std::string(TrimBlanks(std::system_category().message(code)));
+}
+
+std::int32_t Link::CommSetError(std::string_view source, std::error_code error) {
+  State.CommLastError = error.value();
+  State.CommLastErrorSource = source;
+  State.CommLastErrorText = CommErrorText(error.value());
+  const bool modemLine = source == sources::readModem || source == sources::setLine;
+  if (OnError && !modemLine) OnError();
+  return State.CommLastError;
+}
+
+std::int32_t Link::CommSetErrorFlags(std::string_view source, std::error_code error) {
+  CommSetError(source, error);
+  const auto device = OpenDevice();
+  const std::uint32_t flags = device ? device->TakeErrorFlags() : 0;
+  State.CommLastErrorText += fmt::format("{}{:X}", errorFlagsText, flags);
+  if (device && MeansDeviceGone(error) && !std::exchange(State.DeviceGone, true) && OnArrival) OnArrival();
+  return State.CommLastError;
+}
+
+}  // namespace quarlin

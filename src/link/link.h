@@ -1,0 +1,129 @@
+// The one link of the program (the serial driver, modCOMM): every operation on it, the last error, and
+// the statistics of the traffic.
+//
+// No operation shows a message or throws. Each returns 0 (or a count) on success; on failure it records
+// CommLastError, CommLastErrorSource and CommLastErrorText and returns that error, or -1 where it counts.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "controls/event_loop.h"
+#include "link/device.h"
+#include "link/link_controls.h"
+
+namespace quarlin {
+
+struct LinkState {
+  // A token, never a descriptor: 1 for the network, 3 or more for a serial port and never used twice, 0
+  // before any open. It keeps its value when the link is closed.
+  std::int32_t CommHandle = 0;
+  bool CommPortOpen = false;
+  bool CommNetMode = false;  // the port is "NET"
+  std::int32_t CommLastError = 0;
+  std::string CommLastErrorSource;
+  std::string CommLastErrorText;
+  SerialSettings CommDCB;   // of the port that is open
+  QueueStatus CommStat;     // as the last CommRxEmpty found it; CommRead trusts its cbInQue
+  bool DeviceGone = false;  // a read or write failed in a way that only unplugging explains
+
+  double LastSendTime = 0;     // seconds since midnight
+  bool AnswerPending = false;  // an answer has come since the last send; lets a cycle send on request
+  double RxStampTime = 0;      // seconds since midnight; from here the interval to the answer is counted
+  double RxIntervalSum = 0;    // seconds
+  std::int32_t RxIntervalCount = 0;
+};
+
+// What the link asks of the script host. Empty functions stand for "no scripts".
+struct LinkHooks {
+  std::function<bool()> scripting;                     // whether the other two are to be called
+  std::function<void(std::string& text)> receiveChar;  // once for each character
+  std::function<void(std::string& text)> sendString;
+};
+
+class Link {
+ public:
+  Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls);
+  ~Link();
+
+  LinkState State;
+  LinkHooks Hooks;
+
+  // Told of arrivals and of a device that has gone, also during a yield; must only wake somebody.
+  std::function<void()> OnArrival;
+
+  // Told when an error was recorded; those of the modem lines, which come with every poll of a link that
+  // has none, are passed over. Must not use the link.
+  std::function<void()> OnError;
+
+  // Opens the port with settings in either form of BuildCommDcb. Fails with -1, "Port in use.", when a
+  // port is open already, and then closes it. A failure always leaves the link closed. "NET" closes what
+  // is open first and gives 0 in every case; CommIsOpen tells.
+  std::int32_t CommOpen(const std::string& portName, std::string_view settings);
+  std::int32_t CommClose();
+  std::int32_t CommFlush();
+
+  // Refreshes CommStat; true when nothing waits to be read.
+  bool CommRxEmpty();
+
+  // Takes at most `maxLength` of what CommStat reported. Returns the count, or -1. Yields.
+  std::int32_t CommRead(std::string& text, std::int32_t maxLength);
+
+  // Writes all of it, waiting up to a second for each byte, or byte by byte with the pause of txtcharrit,
+  // during which nothing is served. Returns what the last write call took, or -1. Yields; a text sent
+  // meanwhile goes out behind this one.
+  std::int32_t CommWrite(std::string_view text);
+
+  // `mask` is one ModemLine bit. On failure `state` is unchanged.
+  std::int32_t CommReadCD(std::uint16_t mask, bool& state);
+
+  // Line 1 break, 2 DTR, 3 RTS; any nonzero state asserts.
+  std::int32_t CommSetLine(std::int16_t line, std::int16_t state);
+  bool CommIsOpen() const { return State.CommPortOpen; }
+
+  // "Rx only": nothing is sent by the cycle, and the receive loop leaves what arrives alone.
+  bool RxOnly() const { return controls_.chkLogOnly.Checked(); }
+
+  // What has arrived, at most 256 characters; empty when nothing has. Yields; with scripting on the text
+  // is the script's.
+  std::string ReceiveChar();
+
+  // Sends the text, which the script may change first; the caller sees the change. Returns the status of
+  // the write. Does nothing before the first open. Yields.
+  std::int32_t SendString(std::string& text);
+
+  // Starts the mean of the intervals between answers anew.
+  void ResetIntervalStatistics();
+
+  static std::string CommErrorText(std::int32_t code);
+
+ private:
+  std::int32_t OpenSerial(const std::string& portName, std::string_view settings);
+  std::int32_t SetUp(Device& device, const std::string& portName, std::string_view settings);
+  std::int32_t OpenNetwork();
+  std::shared_ptr<Device> OpenDevice() const;
+  std::int32_t CommSetError(std::string_view source, std::error_code error);
+  std::int32_t CommSetErrorFlags(std::string_view source, std::error_code error);
+  std::int32_t WriteSerial(std::string_view text);
+  std::int32_t WriteWhole(Device& device, std::string_view text);
+  std::int32_t WriteSlowly(Device& device, std::string_view text, Duration pause);
+  void WriteQueued(Device& device);
+  void WaitUntilSent(std::size_t bytes);
+  void MeasureInterval(std::string_view text);
+  void LetScriptSeeEach(std::string& text);
+  double Midnight() const { return SecondsSinceMidnight(loop_.Local()); }
+
+  EventLoop& loop_;
+  DeviceSource& devices_;
+  LinkControls& controls_;
+  std::shared_ptr<Device>
+      device_;  // shared with the operations on the stack, so that a close cannot pull it away
+  std::int32_t lastToken_ = 2;
+  bool writing_ = false;
+  std::string queuedText_;  // handed over while a write was waiting
+};
+
+}  // namespace quarlin

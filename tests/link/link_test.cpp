@@ -1,0 +1,301 @@
+// The driver over a scripted device: what it records, in which order it works, and what a yield may do.
+
+#include "link/link.h"
+
+#include <gtest/gtest.h>
+
+#include "support/scripted_device.h"
+
+namespace quarlin {
+namespace {
+
+using namespace std::chrono_literals;
+using Words = std::vector<std::string>;
+
+class LinkRig : public testing::Test {
+ protected:
+  std::int32_t Open() { return link.CommOpen("COM1", "9600,n,8,1"); }
+  std::string Receive() {
+    std::string all;
+    while (!link.CommRxEmpty()) all += link.ReceiveChar();
+    return all;
+  }
+  void Send(std::string text) { link.SendString(text); }
+  const LinkState& State() { return link.State; }
+
+  VirtualLoop loop;
+  ScriptedDeviceSource ports{loop};
+  ScriptedDevice& port = ports.AddPort("COM1");
+  LinkControls controls{loop};
+  Link link{loop, ports, controls};
+};
+
+TEST_F(LinkRig, OpensInOrder) {
+  controls.chkRTS.SetChecked(true);
+  EXPECT_EQ(Open(), 0);
+  EXPECT_EQ(port.Journal(), (Words{"open", "queues 1024 1024", "purge", "timeouts", "apply"}));
+  EXPECT_TRUE(port.Settings().ctsFlow);
+  EXPECT_TRUE(port.Settings().rtsToggle);
+  EXPECT_GE(State().CommHandle, 3);
+}
+
+struct OpenFault {
+  DeviceCall call;
+  const char* source;
+};
+
+TEST_F(LinkRig, AFailedStepLeavesThePortClosedAndSaysWhich) {
+  const std::vector<OpenFault> cases{
+      {DeviceCall::Open, "CommOpen (CreateFile) COM1 "},
+      {DeviceCall::SetupQueues, "CommOpen (SetupComm) COM1 "},
+      {DeviceCall::Purge, "CommOpen (PurgeComm) COM1 "},
+      {DeviceCall::SetTimeouts, "CommOpen (SetCommTimeouts) COM1 "},
+      {DeviceCall::Settings, "CommOpen (GetCommState) COM1 "},
+      {DeviceCall::Apply, "CommOpen (SetCommState) COM1 "},
+  };
+  for (const OpenFault& row : cases) {
+    port.Fail(row.call, std::errc::io_error, 1);
+    EXPECT_EQ(Open(), EIO);
+    EXPECT_EQ(State().CommLastErrorSource, row.source);
+    EXPECT_EQ(State().CommLastErrorText, Link::CommErrorText(EIO));
+    EXPECT_FALSE(link.CommIsOpen());
+    EXPECT_FALSE(port.IsOpen());
+  }
+  EXPECT_NE(link.CommOpen("COM1", "9600,n,9,1"), 0);
+  EXPECT_EQ(State().CommLastErrorSource, "CommOpen (BuildCommDCB) COM1 ");
+  EXPECT_NE(link.CommOpen("COM7", "9600,n,8,1"), 0);
+  EXPECT_EQ(State().CommLastErrorSource, "CommOpen (CreateFile) COM7 ");
+}
+
+TEST_F(LinkRig, OpeningAnOpenPortFailsAndClosesIt) {
+  Open();
+  EXPECT_EQ(Open(), -1);
+  EXPECT_EQ(State().CommLastErrorSource + ": " + State().CommLastErrorText, "CommOpen: Port in use.");
+  EXPECT_FALSE(link.CommIsOpen());
+  EXPECT_FALSE(port.IsOpen());
+}
+
+TEST_F(LinkRig, ATokenIsNeverUsedTwiceAndNothingIsTouchedAfterTheClose) {
+  Open();
+  const std::int32_t first = State().CommHandle;
+  link.CommClose();
+  EXPECT_EQ(State().CommHandle, first);
+  port.ForgetJournal();
+  bool state = true;
+  EXPECT_EQ(link.CommFlush(), EBADF);
+  EXPECT_EQ(link.CommSetLine(2, 1), EBADF);
+  EXPECT_EQ(link.CommReadCD(cts, state), EBADF);
+  EXPECT_TRUE(state);
+  EXPECT_EQ(link.CommWrite("x"), -1);
+  EXPECT_EQ(State().CommLastErrorSource, "CommWrite (WriteFile)");
+  EXPECT_TRUE(port.Journal().empty());
+  Open();
+  EXPECT_GT(State().CommHandle, first);
+}
+
+TEST_F(LinkRig, ACloseThatFailsLeavesThePortOpen) {
+  Open();
+  port.Fail(DeviceCall::Close, std::errc::io_error, 1);
+  EXPECT_EQ(link.CommClose(), EIO);
+  EXPECT_EQ(State().CommLastErrorSource, "CommClose (CloseHandle)");
+  EXPECT_TRUE(link.CommIsOpen());
+  EXPECT_EQ(link.CommClose(), 0);
+}
+
+TEST_F(LinkRig, ReadsWhatTheQueueQueryFound) {
+  Open();
+  std::string text;
+  port.Receive(std::string(700, 'x'));
+  EXPECT_EQ(link.CommRead(text, 256), 0) << "no query yet";
+  EXPECT_FALSE(link.CommRxEmpty());
+  EXPECT_EQ(link.CommRead(text, 256), 256);
+  EXPECT_EQ(link.CommRead(text, 5000), 444) << "never more than is there";
+  EXPECT_TRUE(link.CommRxEmpty());
+}
+
+TEST_F(LinkRig, AReadErrorIsRecordedWithTheLineErrorsAndLeavesThePortOpen) {
+  Open();
+  port.Receive("x");
+  link.CommRxEmpty();
+  port.CountLineErrors(0xA);
+  port.Fail(DeviceCall::Read, std::errc::resource_unavailable_try_again, 1);
+  std::string text;
+  EXPECT_EQ(link.CommRead(text, 256), -1);
+  EXPECT_EQ(State().CommLastErrorSource, "CommRead (ReadFile)");
+  EXPECT_EQ(State().CommLastErrorText, Link::CommErrorText(EAGAIN) + "  COMM Error Flags = A");
+  EXPECT_TRUE(link.CommIsOpen());
+  EXPECT_FALSE(State().DeviceGone);
+}
+
+TEST_F(LinkRig, NothingIsSentBeforeTheFirstOpen) {
+  std::string text = "READ";
+  EXPECT_EQ(link.SendString(text), 0);
+  EXPECT_EQ(State().CommLastError, 0);
+}
+
+TEST_F(LinkRig, EveryByteValueGoesBothWays) {
+  std::string all;
+  for (int code = 0; code < 256; ++code) all += static_cast<char>(code);
+  Open();
+  port.AnswerWrites([](std::string_view written) { return std::string(written); });
+  Send(all + all);
+  loop.Settle();
+  EXPECT_EQ(Receive(), all + all);
+}
+
+struct PauseCase {
+  const char* text;
+  std::size_t writes;
+  Duration apart;
+};
+
+TEST_F(LinkRig, ThePauseBetweenCharacters) {
+  const std::vector<PauseCase> cases{{"abc", 1, 0ms}, {"0", 1, 0ms},     {"", 1, 0ms},
+                                     {"5", 4, 5ms},   {"0.5", 4, 500us}, {"-1", 4, 0ms}};
+  Open();
+  for (const PauseCase& row : cases) {
+    SCOPED_TRACE(row.text);
+    controls.txtcharrit.SetText(row.text);
+    port.ForgetWritten();
+    Send("READ");
+    ASSERT_EQ(port.Writes().size(), row.writes);
+    EXPECT_EQ(port.Written(), "READ");
+    if (row.writes > 1) {
+      EXPECT_EQ(port.Writes()[3].at - port.Writes()[0].at, 3 * row.apart);
+    }
+  }
+}
+
+TEST_F(LinkRig, TerminalModeWritesEachCharacterByItself) {
+  Open();
+  controls.chkTerminal.SetChecked(true);
+  Send("READ");
+  EXPECT_EQ(port.Writes().size(), 4U);
+}
+
+TEST_F(LinkRig, RtsIsRaisedAroundAWriteUntilTheLastBitHasLeft) {
+  Open();
+  controls.ChkRtsTx.SetChecked(true);
+  port.SendingTakes(1ms);
+  port.ForgetJournal();
+  Send("READ");
+  EXPECT_EQ(port.Journal(), (Words{"rts on", "write READ", "sent", "rts off"}));
+  EXPECT_GE(port.LineSettings().back().at - port.LineSettings().front().at, 4ms);
+}
+
+TEST_F(LinkRig, APartialWriteIsFinished) {
+  Open();
+  port.TakeAtMost(3);
+  EXPECT_EQ(link.CommWrite("0123456789"), 10);
+  EXPECT_EQ(port.Written(), "0123456789");
+}
+
+TEST_F(LinkRig, ABlockedWriteTimesOutAfterASecondAByte) {
+  Open();
+  port.BlockWrites();
+  const Instant start = loop.Now();
+  EXPECT_EQ(link.CommWrite("READ"), -1);
+  EXPECT_EQ(loop.Now() - start, 4s);
+  EXPECT_EQ(State().CommLastErrorSource, "CommWrite (GetOverlappedResult)");
+  EXPECT_TRUE(link.CommIsOpen());
+}
+
+TEST_F(LinkRig, ASecondSendWhileAWriteWaitsGoesOutBehindIt) {
+  Open();
+  port.BlockWrites();
+  loop.Outside(100ms, [&] { Send("second"); });
+  loop.Outside(200ms, [&] { port.UnblockWrites(); });
+  Send("first ");
+  EXPECT_EQ(port.Written(), "first second");
+}
+
+TEST_F(LinkRig, ADisconnectWhileAWriteWaitsEndsIt) {
+  Open();
+  port.BlockWrites();
+  loop.Outside(100ms, [&] { link.CommClose(); });
+  EXPECT_EQ(link.CommWrite("READ"), -1);
+  EXPECT_EQ(State().CommLastError, EBADF);
+}
+
+TEST_F(LinkRig, AnUnpluggedDeviceIsToldOnce) {
+  int told = 0;
+  link.OnError = [&] { ++told; };
+  Open();
+  port.Receive("last");
+  port.Unplug();
+  EXPECT_EQ(Receive(), "last");
+  for (int i = 0; i < 10; ++i) link.CommRxEmpty();
+  EXPECT_TRUE(State().DeviceGone);
+  EXPECT_EQ(told, 1);
+}
+
+struct LineCase {
+  std::int16_t line;
+  std::int16_t state;
+  const char* journal;
+};
+
+TEST_F(LinkRig, LinesAreSetByNumberAndAnyNonzeroStateAsserts) {
+  Open();
+  for (const LineCase& row : std::vector<LineCase>{
+           {1, 1, "break on"}, {2, -1, "dtr on"}, {3, 1, "rts on"}, {3, -1, "rts on"}, {3, 0, "rts off"}}) {
+    port.ForgetJournal();
+    EXPECT_EQ(link.CommSetLine(row.line, row.state), 0);
+    EXPECT_EQ(port.Journal(), Words{row.journal});
+  }
+  EXPECT_NE(link.CommSetLine(4, 1), 0);
+  EXPECT_EQ(State().CommLastErrorSource, "CommSetLine (EscapeCommFunction)");
+}
+
+TEST_F(LinkRig, ModemLinesAreReadByMask) {
+  Open();
+  port.SetModemLines(cts | ring);
+  for (const auto& [mask, on] :
+       std::vector<std::pair<std::uint16_t, bool>>{{cts, true}, {dsr, false}, {ring, true}, {rlsd, false}}) {
+    bool state = !on;
+    EXPECT_EQ(link.CommReadCD(mask, state), 0);
+    EXPECT_EQ(state, on);
+  }
+}
+
+TEST_F(LinkRig, TheMeanIntervalStartsAnewAfterAThousand) {
+  Open();
+  link.ResetIntervalStatistics();
+  for (int i = 0; i < 1001; ++i) {
+    loop.Pause(loop.Now() + 10ms);
+    port.Receive("1\n");
+    Receive();
+  }
+  EXPECT_EQ(controls.lblRxms.Caption(), "10");
+  EXPECT_EQ(State().RxIntervalCount, 0);
+  loop.Pause(loop.Now() + 30ms);
+  port.Receive("1\n");
+  Receive();
+  EXPECT_EQ(controls.lblRxms.Caption(), "30");
+}
+
+TEST_F(LinkRig, TheScriptSeesEveryCharacterAndEveryStringSent) {
+  Open();
+  link.Hooks.scripting = [] { return true; };
+  link.Hooks.receiveChar = [](std::string& text) { text = text == "x" ? "" : text + text; };
+  link.Hooks.sendString = [](std::string& text) { text += "!"; };
+  port.Receive("axb");
+  EXPECT_EQ(Receive(), "aabb");
+  std::string text = "READ";
+  link.SendString(text);
+  EXPECT_EQ(text, "READ!");
+  EXPECT_EQ(port.Written(), "READ!");
+}
+
+TEST_F(LinkRig, NetDoesNotOpenYetAndClosesWhatIsOpen) {
+  Open();
+  EXPECT_EQ(link.CommOpen("NET", ""), 0);
+  EXPECT_FALSE(link.CommIsOpen());
+  EXPECT_FALSE(port.IsOpen());
+  EXPECT_TRUE(State().CommNetMode);
+  link.CommClose();
+  EXPECT_FALSE(State().CommNetMode);
+}
+
+}  // namespace
+}  // namespace quarlin
