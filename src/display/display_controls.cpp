@@ -1,0 +1,17 @@
+#include "display/display_controls.h"
+
+namespace quarlin {
+
+void DisplayText::Append(std::string_view text, Color color) {
+  if (text.empty()) return;
+  ring_.Append(text, color, loop_.Local());
+  Changed();
+  if (OnAppend) OnAppend(text, color);
+}
+
+void DisplayText::Clear() {
+  ring_.Clear();
+  Changed();
+}
+
+}  // namespace quarlin

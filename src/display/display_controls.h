@@ -1,0 +1,37 @@
+// The received-text display, the error list and the switches of the logs.
+#pragma once
+
+#include <functional>
+
+#include "controls/controls.h"
+#include "display/text_ring.h"
+
+namespace quarlin {
+
+// The control behind the display: a ring of lines that tells the view when it grew.
+class DisplayText : public Control {
+ public:
+  DisplayText(ControlGroup& group, std::string_view name)
+      : Control(group, ControlKind::RichTextBox, name), loop_(group.Loop()) {}
+
+  const TextRing& Ring() const { return ring_; }
+  void Append(std::string_view text, Color color);
+  void Clear();
+
+  // Also told what is added; for a program without a window, which prints it.
+  std::function<void(std::string_view text, Color color)> OnAppend;
+
+ private:
+  EventLoop& loop_;
+  TextRing ring_;
+};
+
+struct DisplayControls : ControlGroup {
+  using ControlGroup::ControlGroup;
+  DisplayText txtric{*this, "txtric"};
+  ListBox lstError{*this, "lstError"};
+  CheckBox chkLog{*this, "chkLog", "Log"};               // LOG.TXT
+  CheckBox chkLogPar{*this, "chkLogPar", "Log parser"};  // LOGPAR.TXT
+};
+
+}  // namespace quarlin

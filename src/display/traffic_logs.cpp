@@ -1,0 +1,33 @@
+#include "display/traffic_logs.h"
+
+#include <string>
+
+namespace quarlin {
+
+TrafficLogs::TrafficLogs(EventLoop& loop, DisplayControls& controls, const ProgramFolder& folder,
+                         const std::function<void(std::string_view)>& trouble)
+    : controls_(controls),
+      traffic_(loop, folder.File("LOG.TXT"), trouble),
+      parser_(loop, folder.File("LOGPAR.TXT"), trouble) {
+  controls_.chkLog.Click = [this] { traffic_.Flush(); };
+  controls_.chkLogPar.Click = [this] { parser_.Flush(); };
+}
+
+void TrafficLogs::WriteTraffic(std::string_view text) {
+  if (controls_.chkLog.Checked()) traffic_.Write(text);
+}
+
+void TrafficLogs::WriteParser(std::string_view text) {
+  if (controls_.chkLogPar.Checked()) parser_.Write(text);
+}
+
+void TrafficLogs::WriteStamp(LocalTime now) {
+  WriteTraffic(std::string(stampMark) + DateTimeText(now) + "\r\n");
+}
+
+void TrafficLogs::Flush() {
+  traffic_.Flush();
+  parser_.Flush();
+}
+
+}  // namespace quarlin
