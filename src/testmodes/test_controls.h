@@ -1,0 +1,15 @@
+// The controls of the error reports.
+#pragma once
+
+#include "controls/controls.h"
+
+namespace quarlin {
+
+struct TestControls : ControlGroup {
+  using ControlGroup::ControlGroup;
+  CheckBox chkStop{*this, "chkStop", "Stop on error"};
+  CommandButton cmdErr{*this, "cmdErr", "Open"};  // shows and hides the error list
+  CommandButton cmdReport{*this, "cmdReport", "Report"};
+};
+
+}  // namespace quarlin
