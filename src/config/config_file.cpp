@@ -1,0 +1,150 @@
+#include "config/config_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "controls/controls.h"
+
+namespace quarlin {
+namespace {
+
+constexpr std::size_t nameSize = 20;
+constexpr std::size_t textSize = 100;
+constexpr std::size_t indexSize = 2;
+constexpr std::size_t recordSize = nameSize + textSize + indexSize;
+
+// The control whose handler starts a script.
+constexpr std::string_view scriptSwitch = "chkEnableScript";
+
+struct Record {
+  std::string_view name;
+  std::string_view text;
+  std::string_view index;
+};
+
+void AddField(std::string& records, std::string_view value, std::size_t size) {
+  records += value.substr(0, size);
+  if (value.size() < size) records.append(size - value.size(), ' ');
+}
+
+// Nothing for a control that has no value to save.
+std::optional<std::string> ValueText(const Control& control) {
+  switch (control.Kind()) {
+    case ControlKind::TextBox:
+      return static_cast<const TextBox&>(control).Text();
+    case ControlKind::ComboBox:
+      return static_cast<const ComboBox&>(control).Text();
+    case ControlKind::CheckBox:
+      return PaddedDecimal(static_cast<const CheckBox&>(control).Value(), 1);
+    case ControlKind::OptionButton:
+      return static_cast<const OptionButton&>(control).Value() ? "1" : "0";
+    default:
+      return std::nullopt;
+  }
+}
+
+std::string RecordsOf(const ControlCollection& controls) {
+  std::string records;
+  for (const Control* control : controls.All()) {
+    const std::optional<std::string> text = ValueText(*control);
+    if (!text || TrimBlanks(control->Name()).empty()) continue;
+    AddField(records, control->Name(), nameSize);
+    AddField(records, *text, textSize);
+    AddField(records, control->Index() ? PaddedDecimal(*control->Index(), 1) : "", indexSize);
+  }
+  return records;
+}
+
+std::error_code WriteFromStart(int descriptor, std::string_view content) {
+  for (off_t at = 0; !content.empty();) {
+    const ssize_t wrote = pwrite(descriptor, content.data(), content.size(), at);
+    if (wrote < 0 && errno == EINTR) continue;
+    if (wrote < 0) return {errno, std::system_category()};
+    at += wrote;
+    content.remove_prefix(static_cast<std::size_t>(wrote));
+  }
+  return {};
+}
+
+Record RecordAt(std::string_view record) {
+  return {TrimBlanks(record.substr(0, nameSize)), TrimBlanks(record.substr(nameSize, textSize)),
+          TrimBlanks(record.substr(nameSize + textSize, indexSize))};
+}
+
+bool Addresses(const Record& record, const Control& control) {
+  if (record.name != control.Name()) return false;
+  if (record.index.empty()) return true;
+  return control.Index() && NumberOf(record.index) == *control.Index();
+}
+
+std::optional<int> SmallInteger(std::string_view text) {
+  using Limits = std::numeric_limits<std::int16_t>;
+  const std::int32_t value = IntegerOf(text);
+  if (!NumberOf(text) || value < Limits::min() || value > Limits::max()) return std::nullopt;
+  return value;
+}
+
+void SetValue(Control& control, std::string_view text) {
+  switch (control.Kind()) {
+    case ControlKind::TextBox:
+      static_cast<TextBox&>(control).SetText(text);
+      break;
+    case ControlKind::ComboBox:
+      static_cast<ComboBox&>(control).SetText(text);
+      break;
+    case ControlKind::OptionButton:
+      static_cast<OptionButton&>(control).SetValue(text == "1");
+      break;
+    case ControlKind::CheckBox:
+      if (const auto value = SmallInteger(text)) static_cast<CheckBox&>(control).SetValue(*value);
+      break;
+    default:
+      break;
+  }
+}
+
+void Apply(const Record& record, const ControlCollection& controls) {
+  for (Control* control : controls.All()) {
+    if (Addresses(record, *control)) SetValue(*control, record.text);
+  }
+}
+
+}  // namespace
+
+std::error_code SaveConfig(const ControlCollection& controls, const std::filesystem::path& file) {
+  const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  if (descriptor < 0) return {errno, std::system_category()};
+  std::error_code error = WriteFromStart(descriptor, RecordsOf(controls));
+  if (close(descriptor) != 0 && !error) error = {errno, std::system_category()};
+  return error;
+}
+
+bool LoadConfig(ControlCollection& controls, const std::filesystem::path& file) {
+  const std::optional<std::string> content = ReadWholeFile(file);
+  if (!content) return false;
+  std::vector<Record> atTheEnd;
+  std::string_view rest = *content;
+  for (; rest.size() >= recordSize; rest.remove_prefix(recordSize)) {
+    const Record record = RecordAt(rest.substr(0, recordSize));
+    if (record.name == scriptSwitch) {
+      atTheEnd.push_back(record);
+    } else {
+      Apply(record, controls);
+    }
+  }
+  for (const Record& record : atTheEnd) Apply(record, controls);
+  return true;
+}
+
+}  // namespace quarlin

@@ -1,0 +1,33 @@
+// The configuration file: the settings of a window as records of fixed length, found by the controls'
+// names. A control that is added to the window is saved and loaded without a change here.
+//
+// A record has 122 bytes, one for each character, and nothing lies between records:
+//
+//   0-19     the control's name
+//   20-119   its value as text
+//   120-121  its index in decimal digits, blank outside a control array
+//
+// Each field is cut or padded with blanks on the right. The value is the text of a text box or combo box,
+// 0, 1 or 2 for a check box, 0 or 1 for an option button; other controls have no record.
+#pragma once
+
+#include <filesystem>
+#include <system_error>
+
+#include "controls/collection.h"
+
+namespace quarlin {
+
+// Writes one record for each control that has a value, in the collection's order, from the start of the
+// file. The file is created if need be and never gets shorter: records of an earlier, longer save stay
+// behind the new ones, and are loaded again.
+std::error_code SaveConfig(const ControlCollection& controls, const std::filesystem::path& file);
+
+// Applies the records in order; one without an index goes to every control of its name. A control whose
+// value changes by it runs its handler. A record that names no control, or whose value is none for the
+// control, is passed over, and so is the rest at the end that is no whole record.
+// Switching scripting on is left to the end, when all that a script may look at has been loaded.
+// Returns false, and changes nothing, when there is no file that can be read.
+bool LoadConfig(ControlCollection& controls, const std::filesystem::path& file);
+
+}  // namespace quarlin
