@@ -1,0 +1,145 @@
+// Quarlin: the program, with a window or without one.
+
+#include <fmt/format.h>
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <random>
+
+#include "app/arguments.h"
+#include "base/text.h"
+#include "link/posix_device.h"
+#include "ui/desktop_shell.h"
+#include "ui/frm_main.h"
+#include "ui/headless.h"
+#include "ui/qt/main_window.h"
+#include "ui/qt/qt_loop.h"
+#include "ui/qt/qt_prompts.h"
+
+namespace quarlin {
+namespace {
+
+constexpr std::string_view helpText =
+    R"(Quarlin, a test terminal for instruments that speak line-oriented ASCII protocols
+
+  quarlin [--headless] [KEYWORD...]
+
+Keywords, in any order, found anywhere on the command line without regard to case:
+  LOAD      load config.cfg from the program folder, then connect
+  DIALOG    check "Dialog.txt"
+  LOG       check "Log": both directions go to LOG.TXT (not as the first word)
+  LOGPAR    check "Log parser": the parser's output goes to LOGPAR.TXT
+  SEQUENCE  send the lines of sequence.txt in turn
+  RUN       connect if need be, then start the cycle
+  EXIT      end the program when a run with a number of requests has ended
+
+Options:
+  --headless  no window: traffic and report on standard output, messages on standard error.
+              Also without a display. Exit status after EXIT: 0 no errors, 1 errors or a run
+              that was stopped, 2 the link could not be opened.
+  --help, --version
+
+The program folder is $QUARLIN_HOME; else the program's own folder, where it can be written;
+else ~/.local/share/quarlin.
+)";
+
+std::string EnvironmentText(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+bool HasDisplay() {
+  return !EnvironmentText("DISPLAY").empty() || !EnvironmentText("WAYLAND_DISPLAY").empty() ||
+         !EnvironmentText("QT_QPA_PLATFORM").empty();
+}
+
+std::function<double()> UniformGenerator() {
+  auto engine = std::make_shared<std::mt19937_64>(std::random_device()());
+  return [engine] { return std::uniform_real_distribution<double>(0, 1)(*engine); };
+}
+
+// The signals that end the program in order, as a descriptor to watch. Blocked before any thread starts.
+int EndingSignals() {
+  signal(SIGPIPE, SIG_IGN);
+  sigset_t endings;
+  sigemptyset(&endings);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&endings, number);
+  pthread_sigmask(SIG_BLOCK, &endings, nullptr);
+  return signalfd(-1, &endings, SFD_NONBLOCK | SFD_CLOEXEC);
+}
+
+std::unique_ptr<Watch> EndOnSignal(QtLoop& loop, int endings, FrmMain& frm) {
+  return loop.WatchReadable(endings, [endings, &frm] {
+    signalfd_siginfo information;
+    while (read(endings, &information, sizeof information) > 0) frm.Unload();
+  });
+}
+
+int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int endings) {
+  QtLoop loop;
+  PosixDeviceSource devices(loop);
+  HeadlessPrompts prompts;
+  HeadlessShell shell;
+  FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), true});
+  const auto watch = EndOnSignal(loop, endings, frm);
+  int status = 0;
+  {
+    const TrafficPrinter printer(loop, frm.controls.display.txtric);
+    loop.Post([&] { frm.Load(arguments.commandLine); });
+    status = loop.Run();
+    frm.controls.display.txtric.OnAppend = nullptr;
+  }
+  const std::string note = frm.controls.status.lblStatusNote.Caption();
+  if (status == 2) fmt::print(stderr, "quarlin: the link could not be opened: {}\n", Utf8FromBytes(note));
+  std::string report;
+  for (const std::string& line : SplitLines(frm.ReportText())) report += Utf8FromBytes(line) + "\n";
+  fmt::print("{}", report);
+  return status;
+}
+
+int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endings) {
+  QtLoop loop;
+  PosixDeviceSource devices(loop);
+  QtPrompts prompts;
+  DesktopShell shell(EnvironmentText);
+  FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), false});
+  const auto watch = EndOnSignal(loop, endings, frm);
+  MainWindow window(frm);
+  prompts.SetWindow(&window);
+  window.show();
+  loop.Post([&] { frm.Load(arguments.commandLine); });
+  return loop.Run();
+}
+
+}  // namespace
+}  // namespace quarlin
+
+int main(int argc, char** argv) {
+  using namespace quarlin;
+  const Arguments arguments = ReadArguments(argc, argv);
+  if (arguments.help) {
+    fmt::print("{}", helpText);
+    return 0;
+  }
+  if (arguments.version) {
+    fmt::print("Quarlin {}\n", QUARLIN_VERSION);
+    return 0;
+  }
+  const int endings = EndingSignals();
+  std::error_code ignored;
+  const auto executable = std::filesystem::read_symlink("/proc/self/exe", ignored);
+  const ProgramFolder folder = FindProgramFolder(executable, EnvironmentText);
+  if (arguments.headless || !HasDisplay()) {
+    const QCoreApplication application(argc, argv);
+    return RunHeadless(arguments, folder, endings);
+  }
+  const QApplication application(argc, argv);
+  return RunWindow(arguments, folder, endings);
+}

@@ -1,0 +1,31 @@
+// Opens files for the user with the desktop's programs.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/program_folder.h"
+#include "ui/shell.h"
+
+namespace quarlin {
+
+class DesktopShell : public Shell {
+ public:
+  // Looks for the editor once, here.
+  explicit DesktopShell(const Environment& environment);
+
+  // In the editor, else with the desktop's opener. The program lives on without us and knows none of our
+  // descriptors; its working folder is the file's.
+  bool OpenText(const std::filesystem::path& file) override;
+
+  // The editor's program, or "".
+  std::string EditorPath() const { return editor_ ? editor_->front() : ""; }
+
+ private:
+  std::optional<std::vector<std::string>> editor_;
+  std::optional<std::vector<std::string>> opener_;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,308 @@
+#include "ui/frm_main.h"
+
+#include <fmt/format.h>
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "config/command_line.h"
+#include "config/config_file.h"
+#include "display/line_builder.h"
+#include "display/traffic_logs.h"
+#include "link/connection.h"
+#include "link/link.h"
+#include "link/port_list.h"
+#include "receive/receive_loop.h"
+#include "testmodes/error_reports.h"
+#include "ui/version.h"
+
+namespace quarlin {
+namespace {
+
+constexpr std::string_view bannerText = "Instrument test terminal";
+constexpr std::string_view configFile = "config.cfg";
+constexpr std::string_view reportFile = "Report.txt";
+
+// The codes that the terminator boxes offer, as three digits.
+std::vector<std::string> CharacterCodes() {
+  std::vector<std::string> codes;
+  for (int code = 0; code <= 255; ++code) codes.push_back(PaddedDecimal(code, 3));
+  return codes;
+}
+
+void OfferList(ComboBox& box, std::vector<std::string> entries) {
+  if (entries.empty()) return;
+  if (box.Text().empty()) box.SetText(entries.front());
+  box.SetList(std::move(entries));
+}
+
+}  // namespace
+
+FrmMainControls::FrmMainControls(EventLoop& loop)
+    : connection(loop),
+      link(loop),
+      cycle(loop),
+      run(loop),
+      macro(loop),
+      receive(loop),
+      display(loop),
+      test(loop),
+      counters(loop),
+      config(loop),
+      status(loop),
+      script(loop) {}
+
+// Everything that works on the controls, the lower rooms first.
+struct FrmMain::Modules {
+  Modules(FrmMain& frm, FrmMainControls& controls, Surroundings& around)
+      : link(around.loop, around.devices, controls.link),
+        connection(around.loop, link, controls.connection, around.prompts),
+        sequence(around.folder.File("sequence.txt")),
+        expander(
+            controls.macro,
+            [this, &controls] { return !controls.cycle.chkSequence.Checked() || sequence.LineNumber() == 1; },
+            around.random),
+        parser(around.loop.Clocks()),
+        display(around.loop, controls.display),
+        logs(around.loop, controls.display, around.folder, [&frm](std::string_view text) { frm.Note(text); }),
+        cycle({around.loop, controls.cycle, controls.run, controls.macro, controls.counters, link, expander,
+               handOver, display, logs, sequence}),
+        errors({controls.test, controls.run, controls.counters, controls.link, controls.display, display,
+                handOver, received}),
+        receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
+                 expander, parser, handOver, received, display, logs}) {}
+
+  HandOver handOver;
+  ReceiveState received;
+  Link link;
+  Connection connection;
+  SequenceFile sequence;
+  Expander expander;
+  Parser parser;
+  LineBuilder display;
+  TrafficLogs logs;
+  Cycle cycle;
+  ErrorReports errors;
+  ReceiveLoop receive;
+};
+
+FrmMain::FrmMain(Surroundings surroundings)
+    : controls(surroundings.loop),
+      surroundings_(std::move(surroundings)),
+      caption_(fmt::format("Quarlin Ver.{:02}.{:02}.{:02}  {}", version::major, version::minor,
+                           version::revision, bannerText)) {
+  for (const ControlGroup* group : std::initializer_list<const ControlGroup*>{
+           &controls.connection, &controls.link, &controls.cycle, &controls.run, &controls.macro,
+           &controls.receive, &controls.display, &controls.test, &controls.counters, &controls.config,
+           &controls.status, &controls.script}) {
+    collection_.Add(*group);
+  }
+  modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
+  WireLink();
+  WireCycle();
+  WireReceive();
+  WireTests();
+  controls.config.cmdSave[0].OnClick = [this] { SaveConfiguration(); };
+  controls.config.cmdSave[1].OnClick = [this] { LoadConfiguration(); };
+}
+
+FrmMain::~FrmMain() = default;
+
+void FrmMain::WireLink() {
+  Link& link = modules_->link;
+  link.OnArrival = [this] { controls.receive.Timer3.Wake(); };
+  link.OnError = [this] {
+    const LinkState& state = modules_->link.State;
+    if (!modules_->connection.Searching()) Note(state.CommLastErrorSource + ": " + state.CommLastErrorText);
+  };
+  ConnectionHooks& hooks = modules_->connection.Hooks;
+  hooks.expanderBusy = [this] { return modules_->expander.State.ExpandBusy; };
+  hooks.connecting = [this] {
+    modules_->expander.State.Cnt1 = 0;
+    modules_->expander.State.CounterWrapped = false;
+    controls.receive.tmrric.SetEnabled(true);
+    controls.cycle.Timer2.SetEnabled(true);
+    controls.counters.Label7.SetInteger(0);
+  };
+  hooks.disconnected = [this] {
+    controls.receive.tmrric.SetEnabled(false);
+    controls.cycle.Timer2.SetEnabled(false);
+    modules_->cycle.EndWait();
+    modules_->cycle.Stop();
+    modules_->receive.DarkenLamps();
+    modules_->logs.Flush();
+  };
+  hooks.stateChanged = [this] { LinkChanged(); };
+  hooks.systemPorts = [] { return ListSystemPorts(); };
+}
+
+void FrmMain::WireCycle() {
+  CycleHooks& hooks = modules_->cycle.Hooks;
+  hooks.stopWithMessage = [this](std::string_view message, std::string_view title) {
+    StopWithMessage(message, title);
+  };
+  hooks.stopped = [this](RunEnd end) { RunStopped(end); };
+  hooks.takeArrivals = [this] { modules_->receive.TakeArrivals(); };
+  hooks.reportTimeOut = [this] { controls.receive.tmrric.Wake(); };
+  hooks.sent = [this] {
+    modules_->receive.KeepLampsBright();
+    modules_->receive.ForgetLateness();
+  };
+  hooks.showWait = [this](std::string_view text) { controls.status.lblStatusCycle.SetCaption(text); };
+}
+
+void FrmMain::WireReceive() {
+  ReceiveHooks& hooks = modules_->receive.Hooks;
+  hooks.signalError = [this](int kind, std::string_view detail) {
+    modules_->errors.SignalError(kind, detail);
+  };
+  hooks.stopWithMessage = modules_->cycle.Hooks.stopWithMessage;
+  hooks.showElapsed = [this] { modules_->cycle.ShowElapsed(); };
+  hooks.endWait = [this] { modules_->cycle.EndWait(); };
+  hooks.requestsDone = [this] { modules_->cycle.Stop(RunEnd::Completed); };
+  hooks.mayTransmit = [this] { modules_->cycle.MaySendAgain(); };
+  hooks.counted = [this] { controls.cycle.Timer2.Resume(); };
+  hooks.deviceGone = [this] { surroundings_.loop.Post([this] { DeviceGone(); }); };
+  hooks.note = [this](std::string_view text) { Note(text); };
+  hooks.scripting = [] { return false; };  // a checked box without a script that runs changes nothing
+  hooks.dialog = [](std::string_view) {};
+}
+
+void FrmMain::WireTests() {
+  ErrorReportHooks& hooks = modules_->errors.Hooks;
+  hooks.stopCycle = [this] { modules_->cycle.Stop(); };
+  hooks.stopWithMessage = modules_->cycle.Hooks.stopWithMessage;
+  hooks.endWait = [this] { modules_->cycle.EndWait(); };
+  controls.test.cmdReport.OnClick = [this] { cmdReport_Click(); };
+}
+
+void FrmMain::Load(std::string_view commandLine) {
+  FillLists();
+  controls.cycle.Timer1.SetInterval(controls.run.HScroll1.Value());
+  controls.receive.Timer3.SetEnabled(true);
+  ComputeTerminators();
+  ProcessCommandLine(commandLine);
+}
+
+void FrmMain::FillLists() {
+  for (ComboBox* box : {&controls.cycle.Combo2, &controls.receive.Combo3, &controls.cycle.Combo4}) {
+    box->SetList(CharacterCodes());
+  }
+  OfferList(controls.cycle.CBOSEND, ReadListFile(surroundings_.folder.File("Command.txt")));
+  OfferList(controls.receive.cboParser, ReadListFile(surroundings_.folder.File("Parser.txt")));
+}
+
+void FrmMain::ProcessCommandLine(std::string_view text) {
+  const CommandLine words = ParseCommandLine(text);
+  exitWhenDone_ = words.exit;  // known before the run begins, which may fail at once
+  if (words.load) {
+    LoadConfiguration();
+    modules_->connection.cmdOpen_Click();
+  }
+  if (words.dialog) controls.receive.chkDialog.SetChecked(true);
+  if (words.log) controls.display.chkLog.SetChecked(true);
+  if (words.logPar) controls.display.chkLogPar.SetChecked(true);
+  if (words.sequence) controls.cycle.chkSequence.SetChecked(true);
+  if (words.run) {
+    if (!modules_->link.CommIsOpen()) modules_->connection.cmdOpen_Click();
+    modules_->cycle.Command1_Click();
+  }
+  if (!words.load && !words.run) return;
+  linkFailed_ = !modules_->link.CommIsOpen();
+  if (linkFailed_ && surroundings_.headless) End();  // nobody can try again
+}
+
+void FrmMain::ComputeTerminators() {
+  modules_->cycle.ComputeTxTerminator();
+  modules_->receive.SetRxTerminator();
+}
+
+void FrmMain::SaveConfiguration() {
+  const auto error = SaveConfig(collection_, surroundings_.folder.File(configFile));
+  Note(error ? fmt::format("{} was not saved: {}", configFile, error.message())
+             : fmt::format("{} saved", configFile));
+}
+
+void FrmMain::LoadConfiguration() {
+  LoadConfig(collection_, surroundings_.folder.File(configFile));
+  ComputeTerminators();
+}
+
+std::string FrmMain::ReportText() {
+  modules_->cycle.ShowElapsed();
+  return quarlin::ReportText(controls.counters, controls.display.lstError);
+}
+
+void FrmMain::cmdReport_Click() {
+  const auto file = surroundings_.folder.File(reportFile);
+  if (const auto error = WriteWholeFile(file, ReportText())) {
+    Note(fmt::format("{} was not written: {}", reportFile, error.message()));
+  } else if (!surroundings_.shell.OpenText(file)) {
+    Note(fmt::format("the report is in {}; no program was found to show it", file.string()));
+  }
+  if (OnFocusDisplay) OnFocusDisplay();
+}
+
+void FrmMain::LinkChanged() {
+  const bool open = modules_->link.CommIsOpen();
+  controls.status.lblStatusLink.SetCaption(open ? "connected " + modules_->connection.Description()
+                                                : "not connected");
+  if (!open) return;
+  Note("");
+  modules_->cycle.MaySendAgain();
+}
+
+void FrmMain::DeviceGone() {
+  if (!modules_->link.State.DeviceGone || !modules_->link.CommIsOpen()) return;
+  modules_->connection.DeviceLost();
+  Note(modules_->connection.Description() + " has gone: " + modules_->link.State.CommLastErrorText);
+}
+
+void FrmMain::RunStopped(RunEnd end) {
+  if (!exitWhenDone_ || ending_) return;
+  if (end == RunEnd::Completed) {
+    End();
+  } else if (surroundings_.headless) {
+    runFailed_ = true;
+    End();
+  }
+}
+
+void FrmMain::SignalError(int kind) {
+  modules_->errors.SignalError(kind);
+}
+
+void FrmMain::StopWithMessage(std::string_view message, std::string_view title) {
+  modules_->connection.StopWithMessage(message, title);
+}
+
+void FrmMain::Unload() {
+  End();
+}
+
+void FrmMain::End() {
+  if (std::exchange(ending_, true)) return;
+  surroundings_.loop.Post([this] {
+    modules_->cycle.ShowElapsed();
+    controls.run.Command1.SetCaption("Stop");
+    for (Timer* timer : {&controls.cycle.Timer1, &controls.cycle.Timer2, &controls.receive.Timer3,
+                         &controls.receive.tmrric}) {
+      timer->SetEnabled(false);
+    }
+    modules_->link.CommClose();
+    modules_->logs.Flush();
+    surroundings_.loop.Quit(ExitStatus());
+  });
+}
+
+int FrmMain::ExitStatus() const {
+  if (linkFailed_) return 2;
+  return runFailed_ || controls.counters.lblerror.Integer() > 0 ? 1 : 0;
+}
+
+void FrmMain::Note(std::string_view text) {
+  controls.status.lblStatusNote.SetCaption(text);
+  controls.status.lblStatusNote.SetToolTipText(
+      text.empty() ? "" : DateTimeText(surroundings_.loop.Local()) + "  " + std::string(text));
+}
+
+}  // namespace quarlin

@@ -1,0 +1,130 @@
+// The main window without a window: every control, the modules that work on them, and the wiring between
+// the modules. The view shows it; a program without a display runs it all the same.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/program_folder.h"
+#include "controls/collection.h"
+#include "controls/prompts.h"
+#include "display/display_controls.h"
+#include "exchange/counters.h"
+#include "exchange/run_controls.h"
+#include "link/connection_controls.h"
+#include "link/device.h"
+#include "link/link_controls.h"
+#include "macro/macro_controls.h"
+#include "receive/receive_controls.h"
+#include "testmodes/test_controls.h"
+#include "transmit/cycle.h"
+#include "transmit/cycle_controls.h"
+#include "ui/shell.h"
+#include "ui/status_controls.h"
+
+namespace quarlin {
+
+// What the window stands on. Everything outlives it.
+struct Surroundings {
+  EventLoop& loop;
+  ProgramFolder folder;
+  DeviceSource& devices;
+  Prompts& prompts;
+  Shell& shell;
+  std::function<double()> random;  // uniform in [0, 1)
+  bool headless = false;           // nobody can press a button
+};
+
+struct ConfigControls : ControlGroup {
+  using ControlGroup::ControlGroup;
+  CaptionedArray<CommandButton, 2> cmdSave{*this, "cmdSave", {"Save Config", "Load Config"}};
+};
+
+struct ScriptControls : ControlGroup {
+  using ControlGroup::ControlGroup;
+  CheckBox chkEnableScript{*this, "chkEnableScript", "script"};
+};
+
+// The groups of the window, in the order in which the configuration file holds them.
+struct FrmMainControls {
+  explicit FrmMainControls(EventLoop& loop);
+
+  ConnectionControls connection;
+  LinkControls link;
+  CycleControls cycle;
+  RunControls run;
+  MacroControls macro;
+  ReceiveControls receive;
+  DisplayControls display;
+  TestControls test;
+  Counters counters;
+  ConfigControls config;
+  StatusControls status;
+  ScriptControls script;
+};
+
+class FrmMain {
+ public:
+  explicit FrmMain(Surroundings surroundings);
+  ~FrmMain();
+
+  FrmMainControls controls;
+  ControlCollection& Collection() { return collection_; }
+
+  // Start-up: fills the lists, then does what the command line (arguments joined by blanks) says.
+  void Load(std::string_view commandLine);
+
+  // The user closed the window, or a signal came: stops the run, flushes the logs, closes the link and
+  // ends the loop. Done once every handler on the stack has returned.
+  void Unload();
+
+  const std::string& Caption() const { return caption_; }  // "Quarlin Ver.01.00.00  ..."
+
+  // The text of Report.txt as it would be written now.
+  std::string ReportText();
+
+  // 0 without errors, 1 with some or, without a window, after a run that was stopped, 2 when the link
+  // could not be opened.
+  int ExitStatus() const;
+
+  // Told when the received-text display is to have the keyboard.
+  std::function<void()> OnFocusDisplay;
+
+  // The methods that scripts know.
+  void SignalError(int kind);
+  void StopWithMessage(std::string_view message, std::string_view title);
+  void StopComunication(std::string_view message, std::string_view title) { StopWithMessage(message, title); }
+
+ private:
+  struct Modules;
+
+  void FillLists();
+  void ProcessCommandLine(std::string_view commandLine);
+  void WireLink();
+  void WireCycle();
+  void WireReceive();
+  void WireTests();
+  void SaveConfiguration();
+  void LoadConfiguration();
+  void ComputeTerminators();
+  void cmdReport_Click();
+  void LinkChanged();
+  void DeviceGone();
+  void RunStopped(RunEnd end);
+  void End();
+  void Note(std::string_view text);
+
+  Surroundings surroundings_;
+  ControlCollection collection_;
+  std::string caption_;
+  std::unique_ptr<Modules> modules_;
+  bool exitWhenDone_ = false;  // "EXIT": the end of a limited run ends the program
+  bool linkFailed_ = false;    // the link that the command line asked for could not be opened
+  bool runFailed_ = false;     // a run was stopped before its end
+  bool ending_ = false;
+};
+
+}  // namespace quarlin

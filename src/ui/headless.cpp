@@ -1,0 +1,54 @@
+#include "ui/headless.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "base/text.h"
+
+namespace quarlin {
+namespace {
+
+constexpr Duration longestDelay = std::chrono::milliseconds(50);
+constexpr std::size_t printSize = 64 * 1024;
+
+}  // namespace
+
+void HeadlessPrompts::ShowMessage(std::string_view text, std::string_view title) {
+  std::string line = fmt::format("{}: {}", title, text);
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  fmt::print(stderr, "{}\n", Utf8FromBytes(line));
+}
+
+TrafficPrinter::TrafficPrinter(EventLoop& loop, DisplayText& display)
+    : loop_(loop), flushAlarm_(loop, [this] { Flush(); }) {
+  display.OnAppend = [this](std::string_view text, Color) { Print(text); };
+}
+
+TrafficPrinter::~TrafficPrinter() {
+  Flush();
+}
+
+void TrafficPrinter::Print(std::string_view text) {
+  for (const char character : text) {
+    const bool secondOfPair = lastWasCr_ && character == '\n';
+    lastWasCr_ = character == '\r';
+    if (!secondOfPair) pending_ += lastWasCr_ ? '\n' : character;
+  }
+  if (pending_.size() >= printSize) {
+    Flush();
+  } else if (!flushAlarm_.IsSet()) {
+    flushAlarm_.At(loop_.Now() + longestDelay);
+  }
+}
+
+void TrafficPrinter::Flush() {
+  const std::string utf8 = Utf8FromBytes(pending_);
+  std::fwrite(utf8.data(), 1, utf8.size(), stdout);
+  std::fflush(stdout);
+  pending_.clear();
+}
+
+}  // namespace quarlin

@@ -1,0 +1,42 @@
+// The program without a window: what it would show goes to the standard streams.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "controls/event_loop.h"
+#include "controls/prompts.h"
+#include "display/display_controls.h"
+#include "ui/shell.h"
+
+namespace quarlin {
+
+// Message boxes as one line on standard error, "TITLE: TEXT", answered with OK at once.
+class HeadlessPrompts : public Prompts {
+ public:
+  void ShowMessage(std::string_view text, std::string_view title) override;
+};
+
+// Nobody is there to read a file in an editor.
+class HeadlessShell : public Shell {
+ public:
+  bool OpenText(const std::filesystem::path&) override { return false; }
+};
+
+// Prints the traffic to standard output as UTF-8, every line end as one LF, at most 50 ms late.
+class TrafficPrinter {
+ public:
+  TrafficPrinter(EventLoop& loop, DisplayText& display);
+  ~TrafficPrinter();
+
+ private:
+  void Print(std::string_view text);
+  void Flush();
+
+  EventLoop& loop_;
+  std::string pending_;
+  bool lastWasCr_ = false;
+  Alarm flushAlarm_;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,81 @@
+// The whole program but its window, in virtual time, with a scripted instrument on the cable.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/files.h"
+#include "controls/virtual_loop.h"
+#include "support/scripted_device.h"
+#include "support/temp_folder.h"
+#include "ui/frm_main.h"
+
+namespace quarlin {
+
+// Notes every message; what the user would do while the box is open can be prepared.
+class ListedPrompts : public Prompts {
+ public:
+  void ShowMessage(std::string_view text, std::string_view title) override {
+    shown.push_back(std::string(title) + ": " + std::string(text));
+    if (whileShown) whileShown();
+  }
+  std::vector<std::string> shown;
+  std::function<void()> whileShown;
+};
+
+class NotedShell : public Shell {
+ public:
+  bool OpenText(const std::filesystem::path& file) override {
+    opened.push_back(file.filename().string());
+    return true;
+  }
+  std::vector<std::string> opened;
+};
+
+class FrmMainRig : public testing::Test {
+ protected:
+  FrmMainRig() { controls().connection.cboSerial.SetText("COM1"); }
+
+  FrmMainControls& controls() { return frm.controls; }
+  void Start(std::string_view commandLine = "") { frm.Load(commandLine); }
+  void Connect() { controls().connection.cmdOpen.Click(); }
+  void StartCycle() { controls().run.Command1.Click(); }
+  void Pass(Duration duration) { loop.Pass(duration); }
+  bool Connected() { return controls().connection.cmdOpen.Caption() == "Disconnect"; }
+  bool Running() { return controls().run.CycleRuns(); }
+  std::string FileText(std::string_view name) {
+    return ReadWholeFile(folder.Path() / name).value_or("(none)");
+  }
+  std::string Note() { return controls().status.lblStatusNote.Caption(); }
+
+  // Every line that the display holds, line ends left out.
+  std::vector<std::string> Shown() {
+    const TextRing& ring = controls().display.txtric.Ring();
+    std::vector<std::string> lines;
+    for (std::uint64_t i = ring.FirstLine(); i < ring.EndLine(); ++i) {
+      const TextLine line = ring.Line(i);
+      lines.push_back(line.text.substr(0, line.visible));
+    }
+    return lines;
+  }
+
+  std::vector<std::string> ErrorList() {
+    std::vector<std::string> lines;
+    for (const ListEntry& entry : controls().display.lstError.List()) lines.push_back(entry.text);
+    return lines;
+  }
+
+  TempFolder folder;
+  VirtualLoop loop;
+  ScriptedDeviceSource ports{loop};
+  ScriptedDevice& scale = ports.AddPort("COM1");
+  ListedPrompts prompts;
+  NotedShell shell;
+  FrmMain frm{{loop, ProgramFolder(folder.Path()), ports, prompts, shell, [] { return 0.5; }}};
+};
+
+}  // namespace quarlin
