@@ -1,0 +1,65 @@
+// A started program with its output, and the instrument's end of a pseudo-terminal.
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quarlin {
+
+class Program {
+ public:
+  // Starts a program of the build with standard output and error in files of `folder`.
+  Program(const std::string& name, const std::vector<std::string>& arguments,
+          const std::filesystem::path& folder, const std::map<std::string, std::string>& environment = {});
+  ~Program();  // ends it by force if it still runs
+
+  // Its exit status, once it has ended; nothing when it did not in time.
+  std::optional<int> Wait(std::chrono::milliseconds patience = std::chrono::seconds(30));
+  void Signal(int number) const;
+  bool Running();
+  std::string Output() const;
+  std::string Errors() const;
+  std::string FirstOutputLine();  // waits for it
+
+ private:
+  std::filesystem::path output_;
+  std::filesystem::path errors_;
+  pid_t pid_ = -1;
+  std::optional<int> status_;
+};
+
+class Wire {
+ public:
+  Wire();
+  ~Wire();
+
+  const std::string& Path() const { return path_; }
+  void Send(std::string_view bytes);  // waits until all of it has been taken
+
+  // Reads what comes and answers it until `done`, or the patience is at its end.
+  void Serve(const std::function<std::string(std::string_view request)>& answer,
+             const std::function<bool()>& done,
+             std::chrono::milliseconds patience = std::chrono::seconds(30));
+  const std::string& Received() const { return received_; }
+  void HangUp();
+
+ private:
+  int master_ = -1;
+  int slave_ = -1;
+  std::string path_;
+  std::string received_;
+};
+
+// Waits until `done`, looking every few milliseconds; false when it never came.
+bool Eventually(const std::function<bool()>& done,
+                std::chrono::milliseconds patience = std::chrono::seconds(20));
+
+}  // namespace quarlin

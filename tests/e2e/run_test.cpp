@@ -1,0 +1,190 @@
+// The real program, headless, through a real pseudo-terminal.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <random>
+#include <memory>
+#include <thread>
+
+#include "base/files.h"
+#include "base/text.h"
+#include "e2e/program.h"
+#include "support/temp_folder.h"
+
+namespace quarlin {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+
+class RealProgram : public testing::Test {
+ protected:
+  // One record of config.cfg behind those already there.
+  void Configure(std::string name, std::string text, std::string index = "") {
+    name.resize(20, ' ');
+    text.resize(100, ' ');
+    index.resize(2, ' ');
+    config_ += name + text + index;
+  }
+
+  // A run that asks for weights and waits for each answer.
+  void ConfigureRun(const std::string& port, const std::string& requests) {
+    Configure("cboSerial", port);
+    Configure("CBOSEND", "READ");
+    Configure("Check1", "1");
+    Configure("Check2", "1");
+    Configure("Text1", requests);
+    Configure("txtInterval", "0");
+    Configure("txtAnswerTime", "100");
+  }
+
+  Program& Start(const std::vector<std::string>& words) {
+    EXPECT_FALSE(WriteWholeFile(folder / "config.cfg", config_));
+    std::vector<std::string> arguments{"--headless"};
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    program_ = std::make_unique<Program>("quarlin", arguments, folder.Path(),
+                                         std::map<std::string, std::string>{{"QUARLIN_HOME", folder.Path()}});
+    return *program_;
+  }
+
+  std::string FileText(std::string_view name) { return ReadWholeFile(folder / name).value_or("(none)"); }
+
+  // The number behind `label` in a report or in what the instrument says.
+  static int Number(const std::string& text, const std::string& label) {
+    const std::size_t at = text.find("\n" + label);
+    return at == std::string::npos ? -1 : std::stoi(text.substr(at + 1 + label.size()));
+  }
+
+  // The program is up and has the port open when its first request arrives, or after this.
+  bool LogHolds(std::string_view text) {
+    return Eventually([&] { return FileText("LOG.TXT").find(text) != std::string::npos; });
+  }
+
+  TempFolder folder;
+  Wire wire;
+
+ private:
+  std::string config_;
+  std::unique_ptr<Program> program_;
+};
+
+TEST_F(RealProgram, AsksCountsLogsReportsAndEnds) {
+  ConfigureRun(wire.Path(), "100");
+  Program& program = Start({"LOAD", "RUN", "LOGPAR", "EXIT"});
+  wire.Serve([](std::string_view) { return "12.5 kg\r\n"; }, [&] { return !program.Running(); });
+  ASSERT_EQ(program.Wait(), 0);
+  std::string requests;
+  std::string exchange;
+  for (int i = 0; i < 100; ++i) {
+    requests += "READ\r\n";
+    exchange += "READ\r\n12.5 kg\r\n";
+  }
+  EXPECT_EQ(wire.Received(), requests);
+  EXPECT_EQ(FileText("LOG.TXT"), exchange);
+  EXPECT_EQ(FileText("LOGPAR.TXT").size(), 900U);
+  const std::string output = program.Output();
+  EXPECT_EQ(Number(output, "Tx :"), 100);
+  EXPECT_EQ(Number(output, "Rx :"), 100);
+  EXPECT_EQ(Number(output, "Error     : "), 0);
+  EXPECT_EQ(output.substr(0, 13), "READ\n12.5 kg\n");
+  EXPECT_EQ(program.Errors(), "");
+}
+
+TEST_F(RealProgram, CountsEveryFaultThatTheInstrumentMade) {
+  const std::string port = (folder / "a port").string();  // with a blank
+  Program instrument("quarlin-instrument",
+                     {"--link", port, "--seed", "1", "--checksum", "sysway", "--drop", "0.05", "--short",
+                      "0.05", "--bad-checksum", "0.05", "--err", "0.05"},
+                     folder.Path());
+  instrument.FirstOutputLine();
+  ConfigureRun(port, "300");
+  Configure("txtlenrx", "23");
+  Configure("cboCheckSum", "Sysway");
+  Program& program = Start({"LOAD", "RUN", "EXIT"});
+  EXPECT_EQ(program.Wait(60s), 1) << program.Errors();
+  instrument.Signal(SIGINT);
+  ASSERT_EQ(instrument.Wait(), 0);
+  const std::string made = instrument.Output();
+  const std::string report = program.Output();
+  EXPECT_EQ(Number(report, "Tx :"), Number(made, "requests: "));
+  EXPECT_EQ(Number(report, "Rx :"), 300);
+  EXPECT_EQ(Number(report, "Error Len : "), Number(made, "short: ") + Number(made, "bad-checksum: "));
+  EXPECT_EQ(Number(report, "Error     : "), Number(made, "short: ") + Number(made, "bad-checksum: ") +
+                                                Number(made, "dropped: ") + Number(made, "err: "));
+  EXPECT_EQ(Number(made, "requests: "),
+            300 + Number(made, "short: ") + Number(made, "dropped: ") + Number(made, "err: "));
+  EXPECT_GT(Number(made, "dropped: "), 0);
+}
+
+TEST_F(RealProgram, LogsEveryByteOfAFlood) {
+  std::string flood;
+  std::mt19937 random(7);
+  while (flood.size() < 3'000'000) {
+    for (int i = 0; i < 30; ++i) flood += static_cast<char>(random() % 256);
+    flood += "\r\n";
+  }
+  Configure("cboSerial", wire.Path());
+  Program& program = Start({"LOAD", "x", "LOG"});
+  wire.Send("go\r\n");
+  ASSERT_TRUE(LogHolds("go\r\n")) << program.Errors();
+  wire.Send(flood);
+  EXPECT_TRUE(Eventually([&] { return FileText("LOG.TXT").size() >= flood.size() + 4; }));
+  EXPECT_TRUE(FileText("LOG.TXT") == "go\r\n" + flood);
+  program.Signal(SIGTERM);
+  EXPECT_EQ(program.Wait(), 1) << "a flood of noise may hold an ERR";
+}
+
+TEST_F(RealProgram, ASignalEndsItInOrder) {
+  Configure("cboSerial", wire.Path());
+  Program& program = Start({"LOAD", "x", "LOG"});
+  wire.Send("half a line");
+  ASSERT_TRUE(LogHolds("half a line")) << "flushed within a second";
+  wire.Send(", the rest");
+  std::this_thread::sleep_for(50ms);  // on its way through the program, not yet in the file
+  program.Signal(SIGINT);
+  EXPECT_EQ(program.Wait(), 0);
+  EXPECT_EQ(FileText("LOG.TXT"), "half a line, the rest");
+  EXPECT_EQ(Number(program.Output(), "Tx :"), 0) << "the report is printed";
+}
+
+TEST_F(RealProgram, APortThatVanishesEndsTheRunWithStatusOne) {
+  ConfigureRun(wire.Path(), "100000");
+  Program& program = Start({"LOAD", "RUN", "EXIT"});
+  int answers = 0;
+  wire.Serve([&](std::string_view) { return ++answers, "OK\r\n"; }, [&] { return answers >= 50; });
+  wire.HangUp();
+  EXPECT_EQ(program.Wait(), 1);
+  EXPECT_GE(Number(program.Output(), "Rx :"), 49);
+}
+
+TEST_F(RealProgram, APortThatCannotBeOpenedIsStatusTwo) {
+  ConfigureRun((folder / "nothing").string(), "10");
+  Program& program = Start({"LOAD", "RUN", "EXIT"});
+  EXPECT_EQ(program.Wait(), 2);
+  EXPECT_NE(program.Errors().find("CommOpen (CreateFile) "), std::string::npos) << program.Errors();
+}
+
+TEST_F(RealProgram, AMessageIsOneLineOnStandardError) {
+  ConfigureRun(wire.Path(), "10");
+  Configure("chkStop", "1");
+  Configure("txtlenrx", "99");
+  Program& program = Start({"LOAD", "RUN", "EXIT"});
+  wire.Serve([](std::string_view) { return "12.5 kg\r\n"; }, [&] { return !program.Running(); });
+  EXPECT_EQ(program.Wait(), 1);
+  EXPECT_EQ(program.Errors(), "ERROR STRING: STRING LENGTH NOT EQUAL\n");
+}
+
+TEST_F(RealProgram, ADamagedConfigurationLoadsWhatIsSound) {
+  Configure("\0\xFF garbage"s, "\x01\x02");
+  Configure("Check1", "many");
+  ConfigureRun(wire.Path(), "3");
+  Configure("chkStopif", "1", "zz");
+  Program& program = Start({"LOAD", "RUN", "EXIT"});
+  wire.Serve([](std::string_view) { return "OK\r\n"; }, [&] { return !program.Running(); });
+  EXPECT_EQ(program.Wait(), 0);
+  EXPECT_EQ(Number(program.Output(), "Rx :"), 3);
+}
+
+}  // namespace
+}  // namespace quarlin

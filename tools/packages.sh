@@ -1,0 +1,37 @@
+# Sourced by run and test: says what is done, and sees to it that the packages of Debian are there.
+
+build_packages="g++ cmake ninja-build ccache qt6-base-dev libgl-dev libfmt-dev"
+test_packages="libgtest-dev libbenchmark-dev"
+
+say() { printf '\n== %s\n' "$*"; }
+
+# need_packages PACKAGE...: installs what is missing as root; tells anybody else the one command.
+need_packages() {
+  local missing=() package
+  if ! command -v dpkg-query >/dev/null; then
+    say "This is no Debian system: $* must be there already; going on without looking"
+    return
+  fi
+  for package in "$@"; do
+    dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  if [ "$(id -u)" -ne 0 ]; then
+    say "Some packages are missing. Please run this once, then try again:"
+    echo "   sudo apt-get install --no-install-recommends ${missing[*]}"
+    exit 1
+  fi
+  say "Installing ${missing[*]}"
+  apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build PRESET TARGET...: configures and builds, quietly unless something goes wrong.
+build() {
+  local preset=$1
+  shift
+  say "Building ($preset); the first time takes some minutes"
+  cmake --preset "$preset" >"build-$preset.log" 2>&1 || { cat "build-$preset.log"; exit 1; }
+  cmake --build --preset "$preset" --target "$@"
+  rm -f "build-$preset.log"
+}
