@@ -11,7 +11,7 @@ namespace quarlin {
 
 class InputQueue {
  public:
-  static constexpr std::size_t capacity = 64 * 1024;
+  static constexpr std::size_t capacity = std::size_t{64} * 1024;
 
   std::size_t Size() const { return end_ - begin_; }
   bool Full() const { return Size() == capacity; }

@@ -67,7 +67,7 @@ std::optional<serial_icounter_struct> CountedErrors(int descriptor) {
   return counts;
 }
 
-class PosixDevice : public Device {
+class PosixDevice final : public Device {
  public:
   PosixDevice(EventLoop& loop, int descriptor, std::function<void()> arrived);
   ~PosixDevice() override;

@@ -104,6 +104,8 @@ Wire::Wire() {
   cfmakeraw(&raw);
   if (openpty(&master_, &slave_, name, &raw, nullptr) != 0) throw std::runtime_error("no pseudo-terminal");
   fcntl(master_, F_SETFL, O_NONBLOCK);
+  for (const int end : {master_, slave_})
+    fcntl(end, F_SETFD, FD_CLOEXEC);  // or the program could not be hung up
   path_ = name;
 }
 

@@ -1,0 +1,378 @@
+#include "ui/qt/main_window.h"
+
+#include <QAbstractSlider>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QTabWidget>
+#include <QTest>
+#include <QToolButton>
+#include <map>
+#include <set>
+
+#include "base/files.h"
+#include "controls/virtual_loop.h"
+#include "support/temp_folder.h"
+#include "ui/qt/elided_label.h"
+#include "ui/qt/lamp.h"
+#include "ui/qt/received_text_view.h"
+#include "ui/qt/widget_text.h"
+
+namespace quarlin {
+namespace {
+
+class NoDevices : public DeviceSource {
+ public:
+  OpenedDevice Open(const std::string&, std::function<void()>) override {
+    return {nullptr, std::make_error_code(std::errc::no_such_device)};
+  }
+};
+
+class NoPrompts : public Prompts {
+ public:
+  void ShowMessage(std::string_view, std::string_view) override {}
+};
+
+class NoShell : public Shell {
+ public:
+  bool OpenText(const std::filesystem::path&) override { return true; }
+};
+
+struct Rig {
+  Rig() {
+    frm.Load("");
+    window.resize(1024, 700);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTest::qWait(50);  // the first frame
+  }
+
+  template <typename Widget>
+  Widget& Find(const char* name) {
+    return *window.findChild<Widget*>(name);
+  }
+
+  // Calls for the window as it is with each tab in front.
+  void OnEachTab(const std::function<void(const QString& title)>& look) {
+    auto& tabs = Find<QTabWidget>("tabs");
+    for (int i = 0; i < tabs.count(); ++i) {
+      tabs.setCurrentIndex(i);
+      QTest::qWait(20);
+      look(tabs.tabText(i));
+    }
+  }
+
+  TempFolder folder;
+  VirtualLoop loop;
+  NoDevices devices;
+  NoPrompts prompts;
+  NoShell shell;
+  FrmMain frm{{loop, ProgramFolder(folder.Path()), devices, prompts, shell, [] { return 0.5; }}};
+  MainWindow window{frm};
+};
+
+bool IsOfKind(const QWidget& widget, ControlKind kind) {
+  static const std::map<ControlKind, const char*> classes = {
+      {ControlKind::TextBox, "QLineEdit"},
+      {ControlKind::ComboBox, "QComboBox"},
+      {ControlKind::CheckBox, "QCheckBox"},
+      {ControlKind::OptionButton, "QRadioButton"},
+      {ControlKind::CommandButton, "QPushButton"},
+      {ControlKind::Label, "QLabel"},
+      {ControlKind::Frame, "QGroupBox"},
+      {ControlKind::Shape, "quarlin::Lamp"},
+      {ControlKind::ScrollBar, "QAbstractSlider"},
+      {ControlKind::ListBox, "QListWidget"},
+      {ControlKind::RichTextBox, "quarlin::ReceivedTextView"},
+  };
+  return widget.inherits(classes.at(kind));
+}
+
+bool IsPartOfAnother(const QWidget& widget) {
+  for (const QWidget* parent = widget.parentWidget(); parent != nullptr; parent = parent->parentWidget()) {
+    if (parent->inherits("QComboBox") || parent->inherits("QLineEdit") || parent->inherits("QTabBar") ||
+        parent->inherits("QMenuBar") || parent->inherits("quarlin::ReceivedTextView")) {
+      return true;
+    }
+  }
+  return widget.objectName().startsWith("qt_") || widget.inherits("QScrollBar");
+}
+
+// What the user can set or press.
+std::vector<QWidget*> Inputs(const QWidget& window) {
+  std::vector<QWidget*> inputs;
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    const bool isInput = qobject_cast<QLineEdit*>(widget) || qobject_cast<QComboBox*>(widget) ||
+                         qobject_cast<QAbstractButton*>(widget) || qobject_cast<QAbstractSlider*>(widget) ||
+                         qobject_cast<QListWidget*>(widget) || qobject_cast<ReceivedTextView*>(widget);
+    if (isInput && !IsPartOfAnother(*widget)) inputs.push_back(widget);
+  }
+  return inputs;
+}
+
+// The text of a widget that has one, with its mnemonic.
+QString TextOf(const QWidget& widget) {
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) return button->text();
+  if (const auto* group = qobject_cast<const QGroupBox*>(&widget)) return group->title();
+  const auto* label = qobject_cast<const QLabel*>(&widget);
+  return label != nullptr && label->buddy() != nullptr ? label->text() : QString();
+}
+
+std::optional<std::string> CaptionOf(const Control& control) {
+  switch (control.Kind()) {
+    case ControlKind::CheckBox:
+      return static_cast<const CheckBox&>(control).Caption();
+    case ControlKind::OptionButton:
+      return static_cast<const OptionButton&>(control).Caption();
+    case ControlKind::CommandButton:
+      return static_cast<const CommandButton&>(control).Caption();
+    case ControlKind::Frame:
+      return static_cast<const Frame&>(control).Caption();
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+class MainWindowTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void formAndModelHoldTheSameControls() {
+    Rig rig;
+    std::set<QString> names = {"findText",       "findPreviousButton", "findNextButton",
+                               "findCaseButton", "pauseButton",        "timesButton",
+                               "hexButton",      "lineEndsButton",     "clearButton"};
+    for (const Control* control : rig.frm.Collection().All()) {
+      if (control->Kind() == ControlKind::Timer) continue;
+      const QString name = WidgetName(*control);
+      QVERIFY2(names.insert(name).second, qPrintable("twice in the model: " + name));
+      const auto widgets = rig.window.findChildren<QWidget*>(name);
+      QVERIFY2(widgets.size() == 1, qPrintable("not once in the form: " + name));
+      QVERIFY2(IsOfKind(*widgets[0], control->Kind()), qPrintable("another kind of widget: " + name));
+    }
+    for (const QWidget* widget : Inputs(rig.window)) {
+      QVERIFY2(names.contains(widget->objectName()), qPrintable("not in the model: " + widget->objectName()));
+    }
+  }
+
+  void captionsAreTheModels() {
+    Rig rig;
+    for (const Control* control : rig.frm.Collection().All()) {
+      const auto caption = CaptionOf(*control);
+      if (!caption) continue;
+      const QString shown = TextOf(rig.Find<QWidget>(qPrintable(WidgetName(*control))));
+      QCOMPARE(WithoutMnemonic(shown), WithoutMnemonic(ShownText(*caption)));
+    }
+  }
+
+  void noMnemonicServesTwo() {
+    Rig rig;
+    rig.OnEachTab([&](const QString& title) {
+      std::map<QChar, QString> owners;
+      const auto claim = [&](const QString& text) {
+        const QChar letter = MnemonicOf(text).toLower();
+        if (letter.isNull()) return;
+        const QString& owner = owners.try_emplace(letter, text).first->second;
+        QVERIFY2(owner == text, qPrintable(title + ": " + owner + " and " + text));
+      };
+      for (const QAction* menu : rig.window.menuBar()->actions()) claim(menu->text());
+      for (const QWidget* widget : rig.window.findChildren<QWidget*>()) {
+        if (widget->isVisible()) claim(TextOf(*widget));
+      }
+    });
+    for (const QAction* menu : rig.window.menuBar()->actions()) {
+      std::set<QChar> letters;
+      for (const QAction* action : menu->menu()->actions()) {
+        if (!action->isSeparator()) {
+          QVERIFY2(letters.insert(MnemonicOf(action->text()).toLower()).second, qPrintable(action->text()));
+        }
+      }
+    }
+  }
+
+  void everyInputHasANameAndAnExplanation() {
+    Rig rig;
+    std::set<const QWidget*> named;
+    for (const QLabel* label : rig.window.findChildren<QLabel*>()) named.insert(label->buddy());
+    for (const QWidget* widget : Inputs(rig.window)) {
+      const bool hasName =
+          named.contains(widget) || !widget->accessibleName().isEmpty() || !TextOf(*widget).isEmpty();
+      QVERIFY2(hasName, qPrintable(widget->objectName()));
+      if (widget->objectName() == "txtric") continue;  // the tip would hang over the traffic
+      QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
+    }
+  }
+
+  void nothingIsClippedInASmallWindow() {
+    Rig rig;
+    rig.frm.controls.test.cmdErr.Click();
+    rig.OnEachTab([&](const QString& title) {
+      QCOMPARE(rig.window.size(), QSize(1024, 700));
+      for (const QWidget* widget : rig.window.findChildren<QWidget*>()) {
+        const bool hasText = qobject_cast<const QLabel*>(widget) ||
+                             qobject_cast<const QAbstractButton*>(widget) ||
+                             qobject_cast<const QComboBox*>(widget) || qobject_cast<const QGroupBox*>(widget);
+        if (!widget->isVisible() || !hasText || qobject_cast<const ElidedLabel*>(widget)) continue;
+        const QSize needed =
+            widget->property("characters").isValid() ? QSize(0, 0) : widget->minimumSizeHint();
+        QVERIFY2(widget->width() >= needed.width() && widget->height() >= needed.height(),
+                 qPrintable(title + ": " + widget->objectName()));
+      }
+      for (const QScrollArea* area : rig.window.findChildren<QScrollArea*>()) {
+        if (!area->isVisible()) continue;
+        QVERIFY2(area->widget()->width() <= area->viewport()->width(), qPrintable(title));
+      }
+    });
+  }
+
+  void theTabKeyReachesEverythingInReadingOrder() {
+    Rig rig;
+    rig.frm.controls.test.cmdErr.Click();
+    rig.OnEachTab([&](const QString& title) {
+      rig.Find<QComboBox>("cboSerial").setFocus();
+      QStringList visited;
+      for (int i = 0; i < 100; ++i) {
+        QWidget* focus = QApplication::focusWidget();
+        visited << focus->objectName();
+        QTest::keyClick(focus, Qt::Key_Tab);
+        if (QApplication::focusWidget()->objectName() == "cboSerial") break;
+      }
+      for (const QWidget* widget : Inputs(rig.window)) {
+        const bool wanted = widget->isVisible() && widget->isEnabled() && !widget->inherits("QRadioButton");
+        QVERIFY2(!wanted || visited.contains(widget->objectName()),
+                 qPrintable(title + ": " + widget->objectName()));
+      }
+      QStringList ways = {"cboSerial", "chkUDP",    "cmdOpen", "findText", "txtric",  "lstError",
+                          "tabs",      "cmdSave_0", "CBOSEND", "Command1", "HScroll1"};
+      for (qsizetype i = 1; i < ways.size(); ++i) {
+        const bool tabBar = ways[i] == "tabs" || ways[i - 1] == "tabs";
+        QVERIFY2(tabBar || visited.indexOf(ways[i - 1]) < visited.indexOf(ways[i]), qPrintable(ways[i]));
+      }
+    });
+  }
+
+  void changingCountersLayNothingOutAnew() {
+    struct LayoutCounter : QObject {
+      bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::LayoutRequest) ++requests;
+        return false;
+      }
+      int requests = 0;
+    } layouts;
+    Rig rig;
+    rig.Find<QWidget>("central").installEventFilter(&layouts);
+    Counters& counters = rig.frm.controls.counters;
+    for (int i = 0; i < 5; ++i) {
+      for (Label* label :
+           {&counters.lblsend, &counters.Label7, &counters.lblerror, &counters.lblSendperSecond,
+            &counters.lbltempo, &rig.frm.controls.link.lblRxms, &counters.lbllen}) {
+        label->SetInteger(99999 + i);
+      }
+      QTest::qWait(40);
+    }
+    QCOMPARE(rig.Find<QLabel>("lblsend").text(), QString("100003"));
+    QCOMPARE(layouts.requests, 0);
+  }
+
+  void aLongStatusDoesNotWidenTheWindow() {
+    Rig rig;
+    const int before = rig.window.minimumSizeHint().width();
+    rig.frm.controls.status.lblStatusNote.SetCaption(std::string(2000, 'x'));
+    QTest::qWait(80);
+    QCOMPARE(rig.window.width(), 1024);
+    QCOMPARE(rig.window.minimumSizeHint().width(), before);
+  }
+
+  void aFailedConnectIsSeen() {
+    Rig rig;
+    auto& port = rig.Find<QComboBox>("cboSerial");
+    const QColor plain = port.palette().color(QPalette::Base);
+    rig.Find<QPushButton>("cmdOpen").click();
+    QTRY_VERIFY(port.palette().color(QPalette::Base) != plain);
+    QVERIFY(!rig.Find<QLabel>("lblStatusNote").text().isEmpty());
+  }
+
+  void enterSendsTheCommand() {
+    Rig rig;
+    std::string sent;
+    rig.frm.controls.cycle.cmdSend.OnClick = [&] { sent = rig.frm.controls.cycle.CBOSEND.Text(); };
+    auto& command = rig.Find<QComboBox>("CBOSEND");
+    QTest::keyClick(&rig.window, Qt::Key_L, Qt::ControlModifier);
+    QVERIFY(command.lineEdit()->hasFocus());
+    QTest::keyClicks(&command, "ZERO");
+    QTest::keyClick(&command, Qt::Key_Return);
+    QCOMPARE(sent, std::string("ZERO"));
+  }
+
+  void savingTakesWhatIsStillBeingTyped() {
+    Rig rig;
+    rig.Find<QTabWidget>("tabs").setCurrentIndex(2);
+    auto& maximum = rig.Find<QLineEdit>("txtMax");
+    maximum.setFocus();
+    maximum.selectAll();
+    QTest::keyClicks(&maximum, "4711");
+    QTest::keyClick(&maximum, Qt::Key_S, Qt::ControlModifier);
+    const auto saved = ReadWholeFile(rig.folder.Path() / "config.cfg");
+    QVERIFY(saved && saved->find("4711") != std::string::npos);
+  }
+
+  void theDisplaysSwitchesStandInMenuAndTools() {
+    Rig rig;
+    auto& view = rig.Find<ReceivedTextView>("txtric");
+    rig.Find<QToolButton>("hexButton").click();
+    QVERIFY(view.HexView());
+    view.SetPaused(true);  // as its own menu does
+    QVERIFY(rig.window.findChild<QAction*>("actionPause")->isChecked());
+    rig.window.findChild<QAction*>("actionPause")->trigger();
+    QVERIFY(!view.Paused());
+    rig.frm.controls.display.txtric.Append("some text\r\n", colors::black);
+    rig.window.findChild<QAction*>("actionClear")->trigger();
+    QCOMPARE(rig.frm.controls.display.txtric.Ring().Bytes(), std::size_t{0});
+  }
+
+  void findShowsTheText() {
+    Rig rig;
+    rig.frm.controls.display.txtric.Append("first weight\r\nsecond Weight\r\n", colors::black);
+    QTest::qWait(50);
+    QTest::keyClick(&rig.window, Qt::Key_F, Qt::ControlModifier);
+    auto& box = rig.Find<QLineEdit>("findText");
+    QVERIFY(box.hasFocus());
+    QTest::keyClicks(&box, "Weight");
+    rig.Find<QToolButton>("findCaseButton").click();
+    QTest::keyClick(&box, Qt::Key_Return);
+    QCOMPARE(rig.Find<ReceivedTextView>("txtric").SelectedText(), QString("Weight"));
+    rig.Find<QToolButton>("findCaseButton").click();
+    QTest::keyClick(&rig.window, Qt::Key_F3, Qt::ShiftModifier);
+    QCOMPARE(rig.Find<ReceivedTextView>("txtric").SelectedText(), QString("weight"));
+  }
+
+  void theNumberKeysChooseTheTab() {
+    Rig rig;
+    QTest::keyClick(&rig.window, Qt::Key_4, Qt::AltModifier);
+    QCOMPARE(rig.Find<QTabWidget>("tabs").currentIndex(), 3);
+  }
+
+  void theModelDecidesWhenTheWindowCloses() {
+    Rig rig;
+    QVERIFY(!rig.window.close());
+    QVERIFY(rig.window.isVisible());
+    rig.loop.Settle();
+    QVERIFY(rig.loop.ExitStatus().has_value());
+  }
+};
+
+}  // namespace quarlin
+
+QTEST_MAIN(quarlin::MainWindowTest)
+#include "main_window_test.moc"
