@@ -4,113 +4,42 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
-#include <QImage>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <memory>
+#include <utility>
 
-#include "controls/virtual_loop.h"
-#include "ui/qt/glyph_table.h"
-#include "ui/qt/row_painter.h"
+#include "ui_qt/received_text_rig.h"
 
 namespace quarlin {
 namespace {
 
 constexpr int mostLines = 100'000;
 
-QPalette PaletteOn(QColor base, QColor text) {
-  QPalette palette(base);
-  palette.setColor(QPalette::Base, base);
-  palette.setColor(QPalette::Text, text);
-  palette.setColor(QPalette::Highlight, QColor(0, 120, 0));
-  return palette;
-}
-
-// A view of about 20 rows on a display that the test fills.
-struct Rig {
-  Rig() {
-    view.setPalette(PaletteOn(Qt::white, Qt::black));
-    view.resize(600, 20 * cells.RowHeight());
-    view.Show(display.txtric);
-    view.show();
+// Counts how often a widget is painted.
+class PaintCounter : public QObject {
+ public:
+  explicit PaintCounter(QWidget& widget) {
+    widget.installEventFilter(this);
+    Take();
   }
 
-  void Add(std::string_view text, Color color = colors::black) { display.txtric.Append(text, color); }
-
-  void AddLines(int count) {
-    for (int i = 0; i < count; ++i) Add("line " + std::to_string(added++) + "\r\n");
-    view.Refresh();
+  // The number since the last call.
+  int Take() {
+    QCoreApplication::processEvents();
+    return std::exchange(count_, 0);
   }
 
-  int Scroll() const { return view.verticalScrollBar()->value(); }
-  int ScrollEnd() const { return view.verticalScrollBar()->maximum(); }
-  void ScrollTo(int value) { view.verticalScrollBar()->setValue(value); }
-
-  // The left edge of a cell, counted from what is visible.
-  QPoint At(int row, int column) const {
-    return {RowPainter::margin + column * cells.CellWidth() + 1,
-            row * cells.RowHeight() + cells.RowHeight() / 2};
+  bool eventFilter(QObject*, QEvent* event) override {
+    count_ += event->type() == QEvent::Paint;
+    return false;
   }
 
-  void Mouse(QEvent::Type type, QPoint at, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    const auto buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, at, view.viewport()->mapToGlobal(at), button, buttons, modifiers);
-    event.setTimestamp(clicksAt++);
-    QCoreApplication::sendEvent(view.viewport(), &event);
-  }
-  void Press(QPoint at, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    Mouse(QEvent::MouseButtonPress, at, modifiers);
-  }
-  void Release(QPoint at) { Mouse(QEvent::MouseButtonRelease, at); }
-  void Drag(QPoint from, QPoint to) {
-    Press(from);
-    Mouse(QEvent::MouseMove, to);
-    Release(to);
-  }
-  void DoubleClick(QPoint at) {
-    Press(at);
-    Release(at);
-    Mouse(QEvent::MouseButtonDblClick, at);
-    Release(at);
-  }
-  void TripleClick(QPoint at) {
-    DoubleClick(at);
-    Press(at);
-    Release(at);
-  }
-
-  QString LineInRow(int row) {
-    clicksAt += 10'000;
-    TripleClick(At(row, 0));
-    return view.SelectedText();
-  }
-
-  // The pixels that are as good as this colour.
-  int Pixels(QColor color) {
-    const QImage image = view.viewport()->grab().toImage();
-    int count = 0;
-    for (int y = 2; y < image.height() - 2; ++y) {
-      for (int x = 2; x < image.width() - 2; ++x) {
-        const QColor pixel = image.pixelColor(x, y);
-        count += qAbs(pixel.red() - color.red()) + qAbs(pixel.green() - color.green()) +
-                     qAbs(pixel.blue() - color.blue()) <
-                 60;
-      }
-    }
-    return count;
-  }
-
-  VirtualLoop loop;
-  DisplayControls display{loop};
-  ReceivedTextView view;
-  GlyphTable cells{view.font()};
-  int added = 0;
-  quint64 clicksAt = 1;
+ private:
+  int count_ = 0;
 };
 
 }  // namespace
@@ -119,7 +48,7 @@ class ReceivedTextViewTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void init() { rig = std::make_unique<Rig>(); }
+  void init() { rig = std::make_unique<ReceivedTextRig>(); }
   void cleanup() { rig.reset(); }
 
   void followsUntilScrolledUpAndAgainAfterEnd() {
@@ -156,8 +85,10 @@ class ReceivedTextViewTest : public QObject {
     rig->AddLines(20);
     QCOMPARE(rig->LineInRow(0), QString("line 50"));
     QCOMPARE(rig->Scroll(), 30);
+    rig->ScrollTo(31);
+    QCOMPARE(rig->LineInRow(0), QString("line 51"));
     rig->AddLines(100);
-    QCOMPARE(rig->LineInRow(0), QString("line 120"));
+    QCOMPARE(rig->LineInRow(1), QString("line 121"));
     QCOMPARE(rig->Scroll(), 0);
   }
 
@@ -168,6 +99,7 @@ class ReceivedTextViewTest : public QObject {
     rig->view.SetPaused(true);
     rig->AddLines(100);
     QCOMPARE(rig->Scroll(), at);
+    rig->ScrollTo(5);
     rig->view.SetPaused(false);
     QCOMPARE(rig->Scroll(), rig->ScrollEnd());
     QCOMPARE(paused.count(), 2);
@@ -186,6 +118,8 @@ class ReceivedTextViewTest : public QObject {
     rig->Release(rig->At(3, 4));
     rig->DoubleClick(rig->At(0, 8));
     QCOMPARE(rig->view.SelectedText(), QString("beta_1"));
+    rig->DoubleClick(rig->At(0, 5) - QPoint(3, 0));  // the right half of the word's last letter
+    QCOMPARE(rig->view.SelectedText(), QString("alpha"));
     rig->TripleClick(rig->At(1, 3));
     QCOMPARE(rig->view.SelectedText(), QString("\x02*IDN?\x03"));
     rig->clicksAt += 10'000;
@@ -304,15 +238,37 @@ class ReceivedTextViewTest : public QObject {
     QVERIFY(rig->Pixels(Qt::white) > 20);
   }
 
+  void paintsWhenSomethingChangesThatIsSeen() {
+    PaintCounter painted(*rig->view.viewport());
+    rig->AddLines(1);
+    QVERIFY(painted.Take() > 0);
+    rig->Add("more");
+    rig->view.Refresh();
+    QVERIFY(painted.Take() > 0);
+    rig->AddLines(100);
+    QVERIFY(painted.Take() > 0);
+    rig->ScrollTo(10);
+    QVERIFY(painted.Take() > 0);
+    rig->AddLines(100);
+    QCOMPARE(painted.Take(), 0);
+    rig->display.txtric.Clear();
+    rig->view.Refresh();
+    QVERIFY(painted.Take() > 0);
+  }
+
   void aClearedDisplayIsEmptyAndFollows() {
     rig->AddLines(100);
     rig->Add(std::string(3000, 'x'));
     rig->view.Refresh();
+    rig->view.horizontalScrollBar()->setValue(100);
     rig->ScrollTo(10);
     rig->view.SelectAll();
     rig->display.txtric.Clear();
     QCOMPARE(rig->view.SelectedText(), QString());  // also before the next frame
     rig->view.Refresh();
+    QGuiApplication::clipboard()->setText("of others");
+    rig->view.Copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString("of others"));
     QCOMPARE(rig->Pixels(Qt::black), 0);
     QCOMPARE(rig->ScrollEnd(), 0);
     QVERIFY(!rig->view.horizontalScrollBar()->isVisible());
@@ -352,7 +308,7 @@ class ReceivedTextViewTest : public QObject {
   }
 
  private:
-  std::unique_ptr<Rig> rig;
+  std::unique_ptr<ReceivedTextRig> rig;
 };
 
 }  // namespace quarlin

@@ -1,0 +1,67 @@
+#include "ui/qt/binder.h"
+
+#include <QAbstractSlider>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QEvent>
+
+#include "ui/qt/widget_text.h"
+
+namespace quarlin {
+
+Binder::Binder(ControlCollection& controls, QWidget& window)
+    : controls_(controls), window_(window), pacer_([this] { Frame(); }) {
+  for (Control* control : controls_.All()) Bind(*control);
+  controls_.Changes().Take();  // all of it is shown by now
+  controls_.Changes().onFirst = [this] { pacer_.Request(); };
+  window_.installEventFilter(this);
+}
+
+Binder::~Binder() {
+  controls_.Changes().onFirst = nullptr;
+}
+
+void Binder::Bind(Control& control) {
+  auto* widget = window_.findChild<QWidget*>(WidgetName(control));
+  if (widget == nullptr) return;
+  auto binding = MakeBinding(control, *widget, [this](const std::function<void()>& action) {
+    CommitEdits();
+    action();
+  });
+  if (!binding) return;
+  if (qobject_cast<QComboBox*>(widget) != nullptr || qobject_cast<QAbstractSlider*>(widget) != nullptr) {
+    widget->setFocusPolicy(Qt::StrongFocus);
+    widget->installEventFilter(this);
+  }
+  binding->Show();
+  bindings_.emplace(&control, std::move(binding));
+}
+
+void Binder::CommitEdits() {
+  for (const auto& [control, binding] : bindings_) binding->Commit();
+}
+
+void Binder::Frame() {
+  for (const Control* control : controls_.Changes().Take()) {
+    const auto found = bindings_.find(control);
+    if (found != bindings_.end()) found->second->Show();
+  }
+  // Painted here and now, so that the pacer knows what it costs.
+  QCoreApplication::sendPostedEvents(&window_, QEvent::UpdateRequest);
+}
+
+bool Binder::eventFilter(QObject* object, QEvent* event) {
+  if (object == &window_) {
+    // The desktop went from light to dark, or back: the tints are mixed anew.
+    if (event->type() == QEvent::PaletteChange) {
+      for (const auto& [control, binding] : bindings_) binding->Show();
+    }
+    return false;
+  }
+  // The wheel over a box that is not in use scrolls the panel around it and changes no setting.
+  if (event->type() != QEvent::Wheel || static_cast<QWidget*>(object)->hasFocus()) return false;
+  event->ignore();
+  return true;
+}
+
+}  // namespace quarlin

@@ -1,0 +1,40 @@
+// Ties the controls of a collection to the widgets of a form by name, both ways.
+#pragma once
+
+#include <QObject>
+#include <QWidget>
+#include <memory>
+#include <unordered_map>
+
+#include "controls/collection.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/frame_pacer.h"
+
+namespace quarlin {
+
+class Binder : public QObject {
+  Q_OBJECT
+
+ public:
+  // A control without a widget of its name and kind is left out. Collection and window outlive the
+  // binder, which is the only one to look at the collection's changes.
+  Binder(ControlCollection& controls, QWidget& window);
+  ~Binder() override;
+
+  // Everything typed so far takes effect. Buttons do so by themselves; menus have to ask for it.
+  void CommitEdits();
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
+ private:
+  void Bind(Control& control);
+  void Frame();
+
+  ControlCollection& controls_;
+  QWidget& window_;
+  std::unordered_map<const Control*, std::unique_ptr<Binding>> bindings_;
+  FramePacer pacer_;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,267 @@
+#include "ui/qt/bindings.h"
+
+#include <QAbstractSlider>
+#include <QApplication>
+#include <QCheckBox>
+#include <QEvent>
+#include <QGroupBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <algorithm>
+
+#include "controls/controls.h"
+#include "display/display_controls.h"
+#include "ui/qt/edit_bindings.h"
+#include "ui/qt/lamp.h"
+#include "ui/qt/received_text_view.h"
+#include "ui/qt/tint.h"
+#include "ui/qt/widget_text.h"
+
+namespace quarlin {
+
+Binding::Binding(const Control& control, QWidget& widget)
+    : control_(control), widget_(widget), ownToolTip_(widget.toolTip()) {}
+
+void Binding::Show() {
+  widget_.setEnabled(control_.Enabled());
+  if (widget_.isHidden() == control_.Visible()) widget_.setVisible(control_.Visible());
+  ShowToolTip();
+  ShowColors();
+  ShowValue();
+}
+
+void Binding::ShowToolTip() {
+  if (control_.Kind() == ControlKind::Shape) return;  // tells the lamp's state
+  const QString own = ShownText(control_.ToolTipText());
+  const QString& shown = own.isEmpty() ? ownToolTip_ : own;
+  if (widget_.toolTip() != shown) widget_.setToolTip(shown);
+}
+
+void Binding::ShowColors() {
+  const bool colors = control_.BackColor() || control_.ForeColor();
+  if (colors) widget_.setPalette(Tinted(widget_, control_.BackColor(), control_.ForeColor()));
+  if (colored_ && !colors) widget_.setPalette(QPalette());
+  colored_ = colors;
+}
+
+namespace {
+
+class CheckBoxBinding : public Binding {
+ public:
+  CheckBoxBinding(CheckBox& control, QCheckBox& widget, const UserAction& onUser)
+      : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.text())) {
+    QObject::connect(&widget, &QCheckBox::clicked, &Context(), [this, onUser] {
+      onUser([this] { control_.SetChecked(widget_.checkState() != Qt::Unchecked); });
+      Show();
+    });
+  }
+
+ private:
+  // The third state is shown, but a click only leaves it.
+  void ShowValue() override {
+    widget_.setTristate(control_.Value() == 2);
+    widget_.setCheckState(control_.Value() == 2 ? Qt::PartiallyChecked
+                                                : (control_.Checked() ? Qt::Checked : Qt::Unchecked));
+    const QString caption = WithMnemonic(control_.Caption(), mnemonic_);
+    if (WithoutMnemonic(widget_.text()) != WithoutMnemonic(caption)) widget_.setText(caption);
+  }
+
+  CheckBox& control_;
+  QCheckBox& widget_;
+  QChar mnemonic_;
+};
+
+class OptionBinding : public Binding {
+ public:
+  OptionBinding(OptionButton& control, QRadioButton& widget, const UserAction& onUser)
+      : Binding(control, widget), control_(control), widget_(widget) {
+    QObject::connect(&widget, &QRadioButton::clicked, &Context(),
+                     [this, onUser] { onUser([this] { control_.SetValue(true); }); });
+  }
+
+ private:
+  // A group in which nothing is selected can be shown only while the buttons do not exclude each other.
+  void ShowValue() override {
+    if (widget_.isChecked() == control_.Value()) return;
+    widget_.setAutoExclusive(control_.Value());
+    widget_.setChecked(control_.Value());
+    widget_.setAutoExclusive(true);
+  }
+
+  OptionButton& control_;
+  QRadioButton& widget_;
+};
+
+class CommandBinding : public Binding {
+ public:
+  CommandBinding(CommandButton& control, QPushButton& widget, const UserAction& onUser)
+      : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.text())) {
+    QObject::connect(&widget, &QPushButton::clicked, &Context(),
+                     [this, onUser] { onUser([this] { control_.Click(); }); });
+  }
+
+ private:
+  void ShowValue() override {
+    const QString caption = WithMnemonic(control_.Caption(), mnemonic_);
+    if (widget_.text() != caption) widget_.setText(caption);
+  }
+
+  CommandButton& control_;
+  QPushButton& widget_;
+  QChar mnemonic_;
+};
+
+// The form says how many digits a label that changes all the time has room for. Its size is then fixed,
+// and a new number repaints it without laying out the window again.
+class LabelBinding : public Binding {
+ public:
+  LabelBinding(Label& control, QLabel& widget)
+      : Binding(control, widget), control_(control), widget_(widget) {
+    const int characters = widget.property("characters").toInt();
+    if (characters == 0) return;
+    const QFontMetrics metrics = widget.fontMetrics();
+    widget.setFixedSize(metrics.horizontalAdvance(QString(characters, '0')), metrics.height());
+  }
+
+ private:
+  void ShowValue() override {
+    const QString caption = EditText(control_.Caption());
+    if (widget_.text() != caption) widget_.setText(caption);
+  }
+
+  Label& control_;
+  QLabel& widget_;
+};
+
+class FrameBinding : public Binding {
+ public:
+  FrameBinding(Frame& control, QGroupBox& widget) : Binding(control, widget) {}
+
+ private:
+  void ShowValue() override {}
+};
+
+// Tells in words, too, whether the lamp is lit; the form has the word for it.
+class LampBinding : public Binding {
+ public:
+  LampBinding(Shape& control, Lamp& widget)
+      : Binding(control, widget),
+        control_(control),
+        widget_(widget),
+        litText_(widget.property("activeText").toString()) {}
+
+ private:
+  void ShowValue() override {
+    const QColor color = ColorOf(control_.FillColor());
+    widget_.SetColor(color);
+    const bool lit = std::max({color.red(), color.green(), color.blue()}) > darkest;
+    if (lit == lit_) return;
+    lit_ = lit;
+    const QString state = lit ? litText_ : QStringLiteral("idle");
+    widget_.setAccessibleDescription(state);
+    widget_.setToolTip(OwnToolTip() + QStringLiteral("\nNow: ") + state);
+  }
+
+  static constexpr int darkest = 128;  // the strongest component of a dark lamp
+
+  Shape& control_;
+  Lamp& widget_;
+  QString litText_;
+  std::optional<bool> lit_;
+};
+
+class ScrollBinding : public Binding {
+ public:
+  ScrollBinding(ScrollBar& control, QAbstractSlider& widget, const UserAction& onUser)
+      : Binding(control, widget), control_(control), widget_(widget) {
+    QObject::connect(&widget, &QAbstractSlider::valueChanged, &Context(),
+                     [this, onUser](int value) { onUser([this, value] { control_.SetValue(value); }); });
+  }
+
+ private:
+  void ShowValue() override {
+    const QSignalBlocker blocker(widget_);
+    widget_.setRange(control_.Min(), control_.Max());
+    widget_.setValue(control_.Value());
+  }
+
+  ScrollBar& control_;
+  QAbstractSlider& widget_;
+};
+
+class ListBinding : public Binding {
+ public:
+  ListBinding(ListBox& control, QListWidget& widget)
+      : Binding(control, widget), control_(control), widget_(widget) {}
+
+ private:
+  // A hidden list is filled when it comes into sight, which is a change of its control.
+  void ShowValue() override {
+    if (!control_.Visible()) return;
+    widget_.clear();
+    for (const ListEntry& entry : control_.List()) {
+      auto* item = new QListWidgetItem(EditText(entry.text), &widget_);
+      item->setToolTip(Qt::convertFromPlainText(EditText(entry.toolTip)));
+    }
+    widget_.scrollToBottom();
+  }
+
+  ListBox& control_;
+  QListWidget& widget_;
+};
+
+class DisplayBinding : public Binding {
+ public:
+  DisplayBinding(DisplayText& control, ReceivedTextView& widget) : Binding(control, widget), widget_(widget) {
+    widget.Show(control);
+  }
+
+ private:
+  void ShowValue() override { widget_.Refresh(); }
+
+  ReceivedTextView& widget_;
+};
+
+template <typename Made, typename Kind, typename Widget, typename... Others>
+std::unique_ptr<Binding> Tie(Control& control, QWidget& widget, const Others&... others) {
+  auto* ofKind = qobject_cast<Widget*>(&widget);
+  if (ofKind == nullptr) return nullptr;
+  return std::make_unique<Made>(static_cast<Kind&>(control), *ofKind, others...);
+}
+
+}  // namespace
+
+std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const UserAction& onUser) {
+  switch (control.Kind()) {
+    case ControlKind::TextBox:
+      return Tie<TextBoxBinding, TextBox, QLineEdit>(control, widget);
+    case ControlKind::ComboBox:
+      return Tie<ComboBoxBinding, ComboBox, QComboBox>(control, widget, onUser);
+    case ControlKind::CheckBox:
+      return Tie<CheckBoxBinding, CheckBox, QCheckBox>(control, widget, onUser);
+    case ControlKind::OptionButton:
+      return Tie<OptionBinding, OptionButton, QRadioButton>(control, widget, onUser);
+    case ControlKind::CommandButton:
+      return Tie<CommandBinding, CommandButton, QPushButton>(control, widget, onUser);
+    case ControlKind::Label:
+      return Tie<LabelBinding, Label, QLabel>(control, widget);
+    case ControlKind::Frame:
+      return Tie<FrameBinding, Frame, QGroupBox>(control, widget);
+    case ControlKind::Shape:
+      return Tie<LampBinding, Shape, Lamp>(control, widget);
+    case ControlKind::ScrollBar:
+      return Tie<ScrollBinding, ScrollBar, QAbstractSlider>(control, widget, onUser);
+    case ControlKind::ListBox:
+      return Tie<ListBinding, ListBox, QListWidget>(control, widget);
+    case ControlKind::RichTextBox:
+      return Tie<DisplayBinding, DisplayText, ReceivedTextView>(control, widget);
+    case ControlKind::Timer:
+      break;
+  }
+  return nullptr;
+}
+
+}  // namespace quarlin

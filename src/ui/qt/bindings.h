@@ -1,0 +1,53 @@
+// What ties one control to its widget: one kind of binding for each kind of control.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "controls/control.h"
+
+namespace quarlin {
+
+// Runs what a user's click has set off. Edits that have not taken effect yet do so before.
+using UserAction = std::function<void(const std::function<void()>& action)>;
+
+// Writes to the control only what the user has just done, never what the widget made of a value: a line
+// edit, for one, cannot hold a line end.
+class Binding {
+ public:
+  Binding(const Control& control, QWidget& widget);
+  virtual ~Binding() = default;
+  Binding(const Binding&) = delete;
+  Binding& operator=(const Binding&) = delete;
+
+  // Brings the widget up to date with the control, but leaves alone what the user is just typing.
+  void Show();
+
+  // Takes a typed text over that has not taken effect yet.
+  virtual void Commit() {}
+
+ protected:
+  virtual void ShowValue() = 0;
+
+  // The slots' context: none of them runs once the binding has gone.
+  QObject& Context() { return context_; }
+  const QString& OwnToolTip() const { return ownToolTip_; }
+
+ private:
+  void ShowToolTip();
+  void ShowColors();
+
+  const Control& control_;
+  QWidget& widget_;
+  QString ownToolTip_;  // the form's, shown while the control has none
+  bool colored_ = false;
+  QObject context_;
+};
+
+// Nothing when the widget is of another kind than the control. Both outlive the binding.
+std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const UserAction& onUser);
+
+}  // namespace quarlin

@@ -1,0 +1,96 @@
+#include "ui/qt/edit_bindings.h"
+
+#include <QSignalBlocker>
+
+#include "ui/qt/widget_text.h"
+
+namespace quarlin {
+namespace {
+
+bool IsBeingTyped(const QLineEdit& edit) {
+  return edit.hasFocus() && edit.isModified();
+}
+
+// A text that the user has not touched is shown from its beginning.
+void ShowText(QLineEdit& edit, std::string_view text) {
+  const QString shown = EditText(text);
+  if (edit.text() != shown) {
+    const int cursor = edit.hasFocus() ? edit.cursorPosition() : 0;
+    edit.setText(shown);
+    edit.setCursorPosition(cursor);
+  }
+  edit.setModified(false);
+}
+
+}  // namespace
+
+TextBoxBinding::TextBoxBinding(TextBox& control, QLineEdit& widget)
+    : Binding(control, widget), control_(control), widget_(widget) {
+  QObject::connect(&widget, &QLineEdit::editingFinished, &Context(), [this] { Commit(); });
+}
+
+void TextBoxBinding::Commit() {
+  if (!widget_.isModified()) return;
+  widget_.setModified(false);  // first, since a handler may let the window live
+  control_.SetText(BytesOf(widget_.text()));
+  Show();
+}
+
+void TextBoxBinding::ShowValue() {
+  if (!IsBeingTyped(widget_)) ShowText(widget_, control_.Text());
+}
+
+ComboBoxBinding::ComboBoxBinding(ComboBox& control, QComboBox& widget, const UserAction& onUser)
+    : Binding(control, widget), control_(control), widget_(widget) {
+  QObject::connect(&widget, &QComboBox::activated, &Context(), [this, onUser](int index) {
+    if (widget_.isEditable()) widget_.lineEdit()->setModified(false);  // a choice replaces what was typed
+    onUser([this, index] { control_.SetListIndex(index); });
+  });
+  if (!widget.isEditable()) return;
+  widget.setCompleter(nullptr);  // it would type along
+  QObject::connect(widget.lineEdit(), &QLineEdit::editingFinished, &Context(), [this] { Commit(); });
+  if (widget.property("immediate").toBool()) {
+    QObject::connect(widget.lineEdit(), &QLineEdit::textEdited, &Context(), [this] { Commit(); });
+  }
+}
+
+void ComboBoxBinding::Commit() {
+  if (!widget_.isEditable() || !widget_.lineEdit()->isModified()) return;
+  widget_.lineEdit()->setModified(false);
+  control_.SetText(BytesOf(widget_.currentText()));
+  Show();
+}
+
+bool ComboBoxBinding::UserTypes() const {
+  return widget_.isEditable() && IsBeingTyped(*widget_.lineEdit());
+}
+
+void ComboBoxBinding::ShowValue() {
+  const QSignalBlocker blocker(widget_);
+  if (shownList_ != control_.ListRevision()) Fill();
+  if (UserTypes()) return;
+  if (!widget_.isEditable()) {
+    widget_.setCurrentIndex(control_.ListIndex());
+    return;
+  }
+  // Choosing the entry sets the text as well, and moves the cursor: only where it is another.
+  if (EditText(control_.Text()) != widget_.currentText()) widget_.setCurrentIndex(control_.ListIndex());
+  ShowText(*widget_.lineEdit(), control_.Text());
+}
+
+void ComboBoxBinding::Fill() {
+  const QString typed = UserTypes() ? widget_.currentText() : QString();
+  const bool typing = UserTypes();
+  widget_.clear();
+  for (const std::string& entry : control_.List()) {
+    widget_.addItem(EditText(entry));
+    const QString toolTip = ShownText(control_.ItemToolTip(widget_.count() - 1));
+    if (!toolTip.isEmpty()) widget_.setItemData(widget_.count() - 1, toolTip, Qt::ToolTipRole);
+  }
+  shownList_ = control_.ListRevision();
+  if (!typing) return;
+  widget_.setEditText(typed);
+  widget_.lineEdit()->setModified(true);
+}
+
+}  // namespace quarlin

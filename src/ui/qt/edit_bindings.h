@@ -1,0 +1,42 @@
+// The bindings of what can be typed into. A typed text takes effect on Enter or when the box is left; in
+// a combo box for which the form says "immediate", with every key.
+#pragma once
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <cstdint>
+#include <optional>
+
+#include "controls/controls.h"
+#include "ui/qt/bindings.h"
+
+namespace quarlin {
+
+class TextBoxBinding : public Binding {
+ public:
+  TextBoxBinding(TextBox& control, QLineEdit& widget);
+  void Commit() override;
+
+ private:
+  void ShowValue() override;
+
+  TextBox& control_;
+  QLineEdit& widget_;
+};
+
+class ComboBoxBinding : public Binding {
+ public:
+  ComboBoxBinding(ComboBox& control, QComboBox& widget, const UserAction& onUser);
+  void Commit() override;
+
+ private:
+  void ShowValue() override;
+  void Fill();
+  bool UserTypes() const;
+
+  ComboBox& control_;
+  QComboBox& widget_;
+  std::optional<std::uint64_t> shownList_;  // revision of the list that the widget holds
+};
+
+}  // namespace quarlin

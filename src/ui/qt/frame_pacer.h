@@ -1,0 +1,33 @@
+// Decides when the window is brought up to date: at once when it has been quiet, else at most 30 times a
+// second, and less often when a frame costs much. Without requests it sleeps.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <chrono>
+#include <functional>
+
+namespace quarlin {
+
+class FramePacer {
+ public:
+  // `frame` shows and paints what changed; what it takes is measured.
+  explicit FramePacer(std::function<void()> frame);
+
+  // Asks for a frame. Further requests before it are part of it.
+  void Request();
+
+  // How long the window is left alone after a frame that took `cost`: the frame then has at most about a
+  // tenth of the time.
+  static std::chrono::microseconds PauseAfter(std::chrono::microseconds cost);
+
+ private:
+  void Run();
+
+  std::function<void()> frame_;
+  QTimer timer_;
+  QElapsedTimer sinceFrame_;  // from the end of the last one
+  std::chrono::microseconds pause_{0};
+};
+
+}  // namespace quarlin

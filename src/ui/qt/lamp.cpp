@@ -1,0 +1,43 @@
+#include "ui/qt/lamp.h"
+
+#include <QPainter>
+#include <QPalette>
+#include <QRadialGradient>
+#include <algorithm>
+
+namespace quarlin {
+
+Lamp::Lamp(QWidget* parent) : QWidget(parent) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  SetColor(Qt::black);
+}
+
+void Lamp::SetColor(const QColor& color) {
+  if (color == color_) return;
+  color_ = color;
+  constexpr int half = 128;
+  setAccessibleDescription(color.value() > half ? tr("lit") : tr("dark"));
+  update();
+}
+
+void Lamp::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const double radius = std::min(width(), height()) / 2.0 - 1.0;
+  const QPointF centre(width() / 2.0, height() / 2.0);
+
+  // Full in the middle and a little deeper towards the edge.
+  QRadialGradient glow(centre, radius);
+  glow.setColorAt(0.0, color_);
+  glow.setColorAt(0.65, color_);
+  glow.setColorAt(1.0, color_.darker(140));
+
+  // The text's colour, half transparent, stands out from a light window and from a dark one.
+  QColor outline = palette().color(QPalette::WindowText);
+  outline.setAlphaF(0.55F);
+  painter.setPen(QPen(outline, 1.0));
+  painter.setBrush(glow);
+  painter.drawEllipse(centre, radius, radius);
+}
+
+}  // namespace quarlin

@@ -1,0 +1,29 @@
+// A round indicator lamp.
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+namespace quarlin {
+
+class Lamp : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit Lamp(QWidget* parent = nullptr);
+
+  // Also describes the lamp as "lit" or "dark" to those who cannot see it.
+  void SetColor(const QColor& color);
+  const QColor& ColorShown() const { return color_; }
+
+  QSize sizeHint() const override { return {14, 14}; }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QColor color_;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,22 @@
+// Message boxes in a window.
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include "controls/prompts.h"
+
+namespace quarlin {
+
+class QtPrompts : public Prompts {
+ public:
+  // The window that the boxes belong to; without one they stand alone.
+  void SetWindow(QWidget* window) { window_ = window; }
+
+  void ShowMessage(std::string_view text, std::string_view title) override;
+
+ private:
+  QPointer<QWidget> window_;
+};
+
+}  // namespace quarlin

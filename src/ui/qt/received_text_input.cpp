@@ -1,0 +1,228 @@
+// The display's keys, mouse and menu.
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QStyleHints>
+#include <QTimerEvent>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/qt/received_text_view.h"
+#include "ui/qt/row_painter.h"
+
+namespace quarlin {
+namespace {
+
+constexpr int autoScrollPause = 50;  // ms between two steps
+
+bool IsCopyOrSelectAll(const QKeyEvent& event) {
+  return event.matches(QKeySequence::Copy) || event.matches(QKeySequence::SelectAll);
+}
+
+// Text that a key means, not a command: a third-level key may come as Ctrl and Alt together.
+bool IsTyping(const QKeyEvent& event) {
+  const auto commands = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  return !event.text().isEmpty() &&
+         (commands == Qt::NoModifier || commands == (Qt::ControlModifier | Qt::AltModifier));
+}
+
+// The part of a row that a coordinate of the pointer hits, with what lies left of the text at 0.
+std::size_t ColumnIn(const Row& row, double cells) {
+  return static_cast<std::size_t>(std::clamp(cells, 0.0, static_cast<double>(row.Length())));
+}
+
+}  // namespace
+
+// A key of ours that is also a shortcut of the window is ours while we have the focus.
+bool ReceivedTextView::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride && IsCopyOrSelectAll(*static_cast<QKeyEvent*>(event))) {
+    event->accept();
+    return true;
+  }
+  return QAbstractScrollArea::event(event);
+}
+
+void ReceivedTextView::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    Copy();
+  } else if (event->matches(QKeySequence::SelectAll)) {
+    SelectAll();
+  } else if (event->key() == Qt::Key_End) {
+    JumpToEnd();
+  } else if (event->key() == Qt::Key_Home) {
+    verticalScrollBar()->setValue(0);
+    horizontalScrollBar()->setValue(0);
+  } else if (IsTyping(*event)) {
+    Type(event->text());
+  } else {
+    QAbstractScrollArea::keyPressEvent(event);  // arrows and pages
+  }
+}
+
+void ReceivedTextView::inputMethodEvent(QInputMethodEvent* event) {
+  if (!event->commitString().isEmpty()) Type(event->commitString());
+}
+
+void ReceivedTextView::Type(const QString& text) {
+  QByteArray bytes;
+  for (const char32_t character : text.toStdU32String()) {
+    bytes += character > 0xFF ? '?' : static_cast<char>(character);
+  }
+  bytes.replace("\r\n", "\r").replace('\n', '\r');
+  emit typed(bytes);
+}
+
+void ReceivedTextView::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
+void ReceivedTextView::focusOutEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusOutEvent(event);
+  viewport()->update();
+}
+
+// Above the text is its first line, below it the end of its last; nothing only for an empty display.
+std::optional<ReceivedTextView::Hit> ReceivedTextView::HitAt(QPoint point) const {
+  if (Ring() == nullptr || Ring()->FirstLine() == Ring()->EndLine()) return std::nullopt;
+  const auto first = static_cast<std::int64_t>(Ring()->FirstLine());
+  const auto last = static_cast<std::int64_t>(Ring()->EndLine()) - 1;
+  const int rowHeight = painter_->RowHeight();
+  const int rows = point.y() >= 0 ? point.y() / rowHeight : -1;
+  const std::int64_t wanted = static_cast<std::int64_t>(top_) + rows;
+  const auto line = static_cast<std::uint64_t>(std::clamp(wanted, first, last));
+  const Row row = RowOf(line);
+  if (wanted > last) return Hit{{line, row.Length()}, {line, row.Length()}};
+  const double cells = horizontalScrollBar()->value() +
+                       static_cast<double>(point.x() - RowPainter::margin) / painter_->CellWidth();
+  return Hit{{line, ColumnIn(row, std::round(cells))}, {line, ColumnIn(row, std::floor(cells))}};
+}
+
+TextSpan ReceivedTextView::UnitAt(const Hit& hit) const {
+  switch (dragUnit_) {
+    case Unit::Word:
+      return WordAt(RowOf(hit.cell.line), hit.cell);
+    case Unit::Line:
+      return {{hit.cell.line, 0}, {hit.cell.line, RowOf(hit.cell.line).Length()}};
+    case Unit::Character:
+      break;
+  }
+  return {hit.edge, hit.edge};
+}
+
+void ReceivedTextView::StartSelection(QPoint point, Unit unit) {
+  dragging_ = true;
+  dragUnit_ = unit;
+  dragPoint_ = point;
+  const auto hit = HitAt(point);
+  hit ? selection_.Start(UnitAt(*hit)) : selection_.Clear();
+  viewport()->update();
+}
+
+void ReceivedTextView::ExtendSelection(QPoint point) {
+  dragPoint_ = point;
+  const auto hit = HitAt(point);
+  if (!hit) return;
+  selection_.KeepFrom(Ring()->FirstLine());
+  selection_.ExtendTo(UnitAt(*hit));
+  viewport()->update();
+}
+
+void ReceivedTextView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  const QPoint point = event->position().toPoint();
+  const auto interval = static_cast<std::uint64_t>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+  const bool third = doubleClickAt_ != 0 && event->timestamp() - doubleClickAt_ < interval &&
+                     (point - dragPoint_).manhattanLength() < QApplication::startDragDistance();
+  doubleClickAt_ = 0;
+  if (third) {
+    StartSelection(point, Unit::Line);
+  } else if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+    dragging_ = true;
+    ExtendSelection(point);
+  } else {
+    StartSelection(point, Unit::Character);
+  }
+}
+
+void ReceivedTextView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  StartSelection(event->position().toPoint(), Unit::Word);
+  doubleClickAt_ = event->timestamp();
+}
+
+void ReceivedTextView::mouseMoveEvent(QMouseEvent* event) {
+  if (!dragging_) return;
+  const QPoint point = event->position().toPoint();
+  ExtendSelection(point);
+  if (viewport()->rect().contains(point)) {
+    autoScroll_.stop();
+  } else if (!autoScroll_.isActive()) {
+    autoScroll_.start(autoScrollPause, this);
+  }
+}
+
+void ReceivedTextView::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) EndDrag();
+}
+
+void ReceivedTextView::EndDrag() {
+  if (!dragging_) return;
+  dragging_ = false;
+  autoScroll_.stop();
+  AdjustBars();  // the traffic has gone on meanwhile
+  viewport()->update();
+  QClipboard* clipboard = QGuiApplication::clipboard();
+  if (clipboard->supportsSelection() && !selection_.Empty()) {
+    clipboard->setText(SelectedText(), QClipboard::Selection);
+  }
+}
+
+void ReceivedTextView::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != autoScroll_.timerId()) return QAbstractScrollArea::timerEvent(event);
+  AutoScroll();
+}
+
+// The farther outside the pointer is, the faster.
+void ReceivedTextView::AutoScroll() {
+  const auto steps = [](int point, int size, int cell) {
+    if (point < 0) return point / cell - 1;
+    return point >= size ? (point - size) / cell + 1 : 0;
+  };
+  const int rows = steps(dragPoint_.y(), viewport()->height(), painter_->RowHeight());
+  const int columns = steps(dragPoint_.x(), viewport()->width(), painter_->CellWidth());
+  verticalScrollBar()->setValue(verticalScrollBar()->value() + rows);
+  horizontalScrollBar()->setValue(horizontalScrollBar()->value() + columns);
+  ExtendSelection(dragPoint_);
+}
+
+void ReceivedTextView::contextMenuEvent(QContextMenuEvent* event) {
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const auto add = [&](const QString& text, auto action) { return menu->addAction(text, this, action); };
+  const auto addSwitch = [&](const QString& text, bool on, void (ReceivedTextView::*set)(bool)) {
+    QAction* action = menu->addAction(text);
+    action->setCheckable(true);
+    action->setChecked(on);
+    connect(action, &QAction::toggled, this, set);
+  };
+  add(tr("&Copy"), &ReceivedTextView::Copy)->setEnabled(!selection_.Empty());
+  add(tr("Copy as &hex"), &ReceivedTextView::CopyAsHex)->setEnabled(!selection_.Empty());
+  add(tr("Select &all"), &ReceivedTextView::SelectAll);
+  menu->addSeparator();
+  add(tr("C&lear"), &ReceivedTextView::clearRequested);
+  menu->addSeparator();
+  addSwitch(tr("&Pause"), paused_, &ReceivedTextView::SetPaused);
+  addSwitch(tr("&Time stamps"), format_.times, &ReceivedTextView::SetShowsTimes);
+  addSwitch(tr("He&x view"), format_.hex, &ReceivedTextView::SetHexView);
+  menu->popup(event->globalPos());
+}
+
+}  // namespace quarlin

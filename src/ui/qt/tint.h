@@ -1,0 +1,19 @@
+// The controls' colours on the desktop's palette.
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+#include <QWidget>
+#include <optional>
+
+#include "controls/control.h"
+
+namespace quarlin {
+
+QColor ColorOf(Color color);
+
+// The palette of a widget with these colours: laid over the desktop's as a tint, so that the text stays
+// readable in light and dark, also while the widget is disabled.
+QPalette Tinted(const QWidget& widget, std::optional<Color> back, std::optional<Color> fore);
+
+}  // namespace quarlin
