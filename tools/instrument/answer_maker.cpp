@@ -1,0 +1,98 @@
+#include "instrument/answer_maker.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+namespace quarlin::instrument {
+
+namespace {
+
+constexpr std::size_t mostPieces = 4;
+constexpr std::size_t mostMissing = 3;  // characters of a shortened body
+
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+constexpr std::string_view printable =
+    " !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`abcdefghijklmnopqrstuvwxyz{|}~";
+
+char OtherThan(char character, std::string_view choice, Random& random) {
+  for (;;) {
+    const char other = choice[random.Below(choice.size())];
+    if (other != character) return other;
+  }
+}
+
+}  // namespace
+
+Answer AnswerMaker::Make(const std::string& body) {
+  const auto fault = DrawFault();
+  if (!fault) return {{Faultless(body)}, fault};
+  switch (*fault) {
+    case Fault::Drop:
+      return {{}, fault};
+    case Fault::Garble:  // the checksum stays that of the true body, so that it gives the fault away
+      return {{Garbled(body) + Checksum(body) + settings_.end}, fault};
+    case Fault::Short:
+      return {{Faultless(Shortened(body))}, fault};
+    case Fault::BadChecksum:
+      return {{body + Wrong(Checksum(body)) + settings_.end}, fault};
+    case Fault::Split:
+      return {Split(Faultless(body)), fault};
+    case Fault::Err:
+      return {{Refusal()}, fault};
+  }
+  return {};
+}
+
+std::string AnswerMaker::Faultless(const std::string& body) const {
+  return body + Checksum(body) + settings_.end;
+}
+
+std::optional<Fault> AnswerMaker::DrawFault() {
+  double draw = random_.Fraction();
+  for (std::size_t kind = 0; kind < faultKinds; ++kind) {
+    if (draw < settings_.faultRates[kind]) return Fault{kind};
+    draw -= settings_.faultRates[kind];
+  }
+  return std::nullopt;
+}
+
+std::string AnswerMaker::Garbled(std::string body) {
+  char& victim = body[random_.Below(body.size())];
+  victim = OtherThan(victim, printable, random_);
+  return body;
+}
+
+std::string AnswerMaker::Shortened(const std::string& body) {
+  const std::size_t most = std::min(mostMissing, body.size() - 1);
+  return body.substr(0, body.size() - 1 - random_.Below(most));
+}
+
+// A checksum of digits keeps looking like one; a raw character must not become a terminator.
+std::string AnswerMaker::Wrong(std::string checksum) {
+  const auto choice = checksum.size() == 1 ? printable : hexDigits;
+  char& victim = checksum[random_.Below(checksum.size())];
+  victim = OtherThan(victim, choice, random_);
+  return checksum;
+}
+
+// Cuts at two to four pieces' worth of different places, each piece at least one byte.
+std::vector<std::string> AnswerMaker::Split(const std::string& answer) {
+  const std::size_t count = std::min(2 + random_.Below(mostPieces - 1), answer.size());
+  std::vector<std::string> pieces;
+  std::size_t from = 0;
+  for (std::size_t left = count; left > 1; --left) {
+    const std::size_t spare = answer.size() - from - left;
+    const std::size_t size = 1 + random_.Below(spare + 1);
+    pieces.push_back(answer.substr(from, size));
+    from += size;
+  }
+  pieces.push_back(answer.substr(from));
+  return pieces;
+}
+
+std::string AnswerMaker::Checksum(const std::string& body) const {
+  return settings_.checksum ? ComputeChecksum(body, *settings_.checksum) : std::string();
+}
+
+}  // namespace quarlin::instrument

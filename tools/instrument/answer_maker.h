@@ -1,0 +1,42 @@
+// Turns the body of an answer into what goes over the line: checksum and terminator are added, and now and
+// then something goes wrong on purpose.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "instrument/random.h"
+#include "instrument/settings.h"
+
+namespace quarlin::instrument {
+
+struct Answer {
+  std::vector<std::string> pieces;  // one; several when split; none when dropped
+  std::optional<Fault> fault;
+};
+
+class AnswerMaker {
+ public:
+  explicit AnswerMaker(const Settings& settings)
+      : settings_(settings), random_(settings.seed, Chance::Faults) {}
+
+  // The answer of this body, which is not empty, with at most one fault.
+  Answer Make(const std::string& body);
+
+  std::string Faultless(const std::string& body) const;
+  std::string Refusal() const { return "ERR" + settings_.end; }  // never with a checksum
+
+ private:
+  std::optional<Fault> DrawFault();
+  std::string Garbled(std::string body);
+  std::string Shortened(const std::string& body);
+  std::string Wrong(std::string checksum);
+  std::vector<std::string> Split(const std::string& answer);
+  std::string Checksum(const std::string& body) const;
+
+  Settings settings_;
+  Random random_;
+};
+
+}  // namespace quarlin::instrument

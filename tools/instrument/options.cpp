@@ -1,0 +1,236 @@
+#include "instrument/options.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <charconv>
+#include <numeric>
+#include <string_view>
+#include <system_error>
+
+namespace quarlin::instrument {
+
+namespace {
+
+constexpr double mostMilliseconds = 3'600'000;
+constexpr double mostStreamed = 10'000;
+
+// The styles under which the receive side can verify an answer, in the order of its list.
+struct StyleName {
+  std::string_view name;
+  std::optional<ChecksumStyle> style;
+};
+constexpr std::array<StyleName, 6> styleNames{{{"none", std::nullopt},
+                                               {"motorola", ChecksumStyle::MotorolaRecord},
+                                               {"sysway", ChecksumStyle::Sysway},
+                                               {"mod8", ChecksumStyle::Modulo256},
+                                               {"lrc", ChecksumStyle::ArchiveRecord},
+                                               {"lrcraw", ChecksumStyle::Lrc}}};
+
+struct EndName {
+  std::string_view name;
+  std::string_view end;
+};
+constexpr std::array<EndName, 3> endNames{{{"cr", "\r"}, {"lf", "\n"}, {"crlf", "\r\n"}}};
+
+// Each reader takes one value into the options and returns what is wrong with it, or an empty text.
+using Reader = std::string (*)(std::string_view value, Options& options);
+
+template <typename Number>
+std::string ReadNumber(std::string_view value, Number least, Number most, Number& number) {
+  Number read{};
+  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), read);
+  const bool whole = error == std::errc{} && end == value.data() + value.size();
+  if (!whole || !(read >= least && read <= most)) {
+    return fmt::format("must be a number from {} to {}", least, most);
+  }
+  number = read;
+  return {};
+}
+
+std::string ReadMilliseconds(std::string_view value, Duration& duration) {
+  double milliseconds = 0;
+  const auto wrong = ReadNumber(value, 0.0, mostMilliseconds, milliseconds);
+  duration = std::chrono::duration_cast<Duration>(std::chrono::duration<double, std::milli>(milliseconds));
+  return wrong;
+}
+
+std::string ReadSeed(std::string_view value, Options& options) {
+  return ReadNumber(value, std::uint64_t{0}, UINT64_MAX, options.settings.seed);
+}
+
+std::string ReadCount(std::string_view value, Options& options) {
+  return ReadNumber(value, std::uint64_t{1}, UINT64_MAX, options.settings.count);
+}
+
+std::string ReadDelay(std::string_view value, Options& options) {
+  return ReadMilliseconds(value, options.settings.delay);
+}
+
+std::string ReadJitter(std::string_view value, Options& options) {
+  return ReadMilliseconds(value, options.settings.jitter);
+}
+
+std::string ReadStream(std::string_view value, Options& options) {
+  return ReadNumber(value, 0.0, mostStreamed, options.settings.streamRate);
+}
+
+template <Fault fault>
+std::string ReadRate(std::string_view value, Options& options) {
+  return ReadNumber(value, 0.0, 1.0, options.settings.RateOf(fault));
+}
+
+std::string ReadChecksum(std::string_view value, Options& options) {
+  for (const auto& [name, style] : styleNames) {
+    if (value != name) continue;
+    options.settings.checksum = style;
+    return {};
+  }
+  return "must be none, motorola, sysway, mod8, lrc or lrcraw";
+}
+
+std::string ReadEnd(std::string_view value, Options& options) {
+  for (const auto& [name, end] : endNames) {
+    if (value != name) continue;
+    options.settings.end = end;
+    return {};
+  }
+  return "must be cr, lf or crlf";
+}
+
+std::string ReadLink(std::string_view value, Options& options) {
+  options.link = value;
+  return value.empty() ? "must be the path of a link" : "";
+}
+
+std::string ReadQuiet(std::string_view /*none*/, Options& options) {
+  options.quiet = true;
+  return {};
+}
+
+std::string ReadHelp(std::string_view /*none*/, Options& options) {
+  options.help = true;
+  return {};
+}
+
+struct Option {
+  std::string_view name;
+  std::string_view value;  // what stands for it in the help; empty when the option has none
+  Reader read;
+  std::string_view help;
+};
+
+constexpr std::array<Option, 16> optionTable{{
+    {"--link", "PATH", ReadLink, "also make a symbolic link PATH to the port; removed at the end"},
+    {"--end", "END", ReadEnd, "end answers with cr, lf or crlf (crlf)"},
+    {"--checksum", "STYLE", ReadChecksum, "none, motorola, sysway, mod8, lrc or lrcraw (none)"},
+    {"--delay", "MS", ReadDelay, "milliseconds from a request to its answer (0)"},
+    {"--jitter", "MS", ReadJitter, "up to MS more, evenly spread (0)"},
+    {"--stream", "HZ", ReadStream, "send HZ weights a second without being asked (0)"},
+    {"--drop", "RATE", ReadRate<Fault::Drop>, "no answer"},
+    {"--garble", "RATE", ReadRate<Fault::Garble>, "one character altered, checksum of the true text"},
+    {"--short", "RATE", ReadRate<Fault::Short>, "1-3 last characters missing, checksum of what is left"},
+    {"--bad-checksum", "RATE", ReadRate<Fault::BadChecksum>, "wrong checksum; needs --checksum"},
+    {"--split", "RATE", ReadRate<Fault::Split>, "sent in 2-4 pieces, 2-8 ms apart"},
+    {"--err", "RATE", ReadRate<Fault::Err>, "answers ERR, without checksum"},
+    {"--seed", "N", ReadSeed, "begin of all chance: same seed, same faults (1)"},
+    {"--count", "N", ReadCount, "end after N requests, when all is sent and fetched (never)"},
+    {"--quiet", "", ReadQuiet, "do not print the counts at the end"},
+    {"--help", "", ReadHelp, "print this and end"},
+}};
+
+const Option* FindOption(std::string_view name) {
+  for (const auto& option : optionTable) {
+    if (option.name == name) return &option;
+  }
+  return nullptr;
+}
+
+// What is wrong with the options together.
+std::string Conflict(const Settings& settings) {
+  const auto& rates = settings.faultRates;
+  constexpr double roundingAllowance = 1e-9;  // ten times 0.1 may come out a little above 1
+  if (std::accumulate(rates.begin(), rates.end(), 0.0) > 1 + roundingAllowance) {
+    return "the rates of all faults together must not be above 1";
+  }
+  if (rates[static_cast<std::size_t>(Fault::BadChecksum)] > 0 && !settings.checksum) {
+    return "--bad-checksum needs a --checksum other than none";
+  }
+  return {};
+}
+
+}  // namespace
+
+Options ParseOptions(std::span<const char* const> arguments) {
+  Options options;
+  for (std::size_t i = 0; i < arguments.size() && options.error.empty(); ++i) {
+    const std::string_view argument = arguments[i];
+    const auto equals = argument.find('=');
+    const auto name = argument.substr(0, equals);
+    const Option* option = FindOption(name);
+    if (option == nullptr) {
+      options.error = fmt::format("{}: unknown option; --help lists all", name);
+    } else if (option->value.empty() && equals != std::string_view::npos) {
+      options.error = fmt::format("{}: takes no value", name);
+    } else if (!option->value.empty() && equals == std::string_view::npos && ++i == arguments.size()) {
+      options.error = fmt::format("{}: needs a value", name);
+    } else {
+      const auto value = equals == std::string_view::npos ? arguments[i] : argument.substr(equals + 1);
+      const auto wrong = option->read(value, options);
+      if (!wrong.empty()) options.error = fmt::format("{} {}: {}", name, value, wrong);
+    }
+  }
+  if (options.error.empty()) options.error = Conflict(options.settings);
+  return options;
+}
+
+std::string HelpText() {
+  std::string text = R"(Usage: quarlin-instrument [OPTION]...
+
+Plays a weighing indicator on a pseudo-terminal. The first line it prints is the path of the port to open;
+line speed and parity do not matter.
+
+A request is a line that ends with CR, LF or CR LF, in upper or lower case; STX and ETX in it are ignored.
+  READ   the weight, always 19 characters: "ST,GS,+00012.345 kg";
+         US instead of ST while it settles, NT instead of GS (net) after TARE
+  TARE   the present weight becomes the tare: "TARE OK"
+  ZERO   the present weight becomes zero, the tare is cleared: "ZERO OK"
+  SN     the serial number, which depends on the seed: "SN,18460219"
+  UNIT   steps the unit from kg to g to lb and back to kg: "UNIT,g"
+  VER    the version: "VER,1.00"
+Anything else is answered "ERR", without checksum and without faults.
+
+Options (the value after a blank or "="; the default in parentheses):
+)";
+  for (const auto& option : optionTable) {
+    text += fmt::format("  {:<21}{}\n", fmt::format("{} {}", option.name, option.value), option.help);
+  }
+  text += R"(
+--drop, --garble, --short, --bad-checksum, --split and --err are faults. A RATE goes from 0 to 1 and is the
+share of answers struck; an answer has one fault at most, so all rates together may not be above 1.
+Weights that were not asked for have the checksum but no faults.
+
+SIGINT or SIGTERM ends the instrument; then it prints what it did, and on SIGUSR1 in between:
+  requests      lines that were not empty
+  answers       answers whose sending has begun, faulty ones and every ERR among them
+  dropped       requests left without an answer by --drop; not among the answers
+  garbled, short, bad-checksum, split, err
+                answers with that fault; all are among the answers
+  unknown       requests that were not understood; their ERR is among the answers, but not in err
+  streamed      weights sent without being asked; not among the answers
+  bytes-in, bytes-out
+                bytes taken from and given to the port
+Once nothing waits to be sent any more, requests = answers + dropped.
+
+The exit status is 0, 1 when the port or the link failed, or 2 when an option is wrong.
+
+Examples:
+  quarlin-instrument --link /tmp/scale
+  quarlin-instrument --delay 20 --jitter 10 --checksum sysway --garble 0.01 --bad-checksum 0.01
+  quarlin-instrument --stream 10 --end cr
+  quarlin-instrument --count 1000 --drop 0.05 --split 0.2 --seed 7
+)";
+  return text;
+}
+
+}  // namespace quarlin::instrument

@@ -1,0 +1,43 @@
+// Carries the bytes between an instrument and its port, sleeping whenever there is nothing to carry.
+#pragma once
+
+#include <functional>
+#include <system_error>
+
+#include "base/clock.h"
+#include "instrument/instrument.h"
+#include "instrument/pty_port.h"
+#include "instrument/signal_input.h"
+
+namespace quarlin::instrument {
+
+class Server {
+ public:
+  // `report` is called for each Signal::Report.
+  Server(Instrument& instrument, const PtyPort& port, const SignalInput& signals, const Clock& clock,
+         std::function<void()> report);
+
+  // Runs until a signal ends it, or the instrument is finished and the client has fetched all (or has not
+  // within two seconds), or the port fails: then returns the error.
+  std::error_code Run();
+
+ private:
+  struct Ready {
+    bool input = false;  // the port has bytes
+    bool ended = false;  // by a signal
+  };
+
+  Ready Wait();
+  Ready WaitFor(short portEvents, std::optional<Duration> atMost);
+  std::error_code TakeInput(Instant now);
+  std::error_code GiveOutput(Instant now);
+  void AwaitFetching();
+
+  Instrument& instrument_;
+  const PtyPort& port_;
+  const SignalInput& signals_;
+  const Clock& clock_;
+  std::function<void()> report_;
+};
+
+}  // namespace quarlin::instrument

@@ -1,0 +1,31 @@
+#include "instrument/signal_input.h"
+
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <initializer_list>
+#include <system_error>
+
+namespace quarlin::instrument {
+
+SignalInput::SignalInput() {
+  // A shell starts its background jobs deaf to SIGINT; here it is the documented way to end.
+  for (const int number : {SIGINT, SIGTERM, SIGUSR1}) signal(number, SIG_DFL);
+  signal(SIGPIPE, SIG_IGN);  // a reader of the counts that has gone is no reason to leave the link behind
+  sigset_t wanted;
+  sigemptyset(&wanted);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGUSR1}) sigaddset(&wanted, number);
+  sigprocmask(SIG_BLOCK, &wanted, nullptr);
+  signals_ = FileHandle(signalfd(-1, &wanted, SFD_NONBLOCK | SFD_CLOEXEC));
+  if (signals_.Get() < 0) throw std::system_error(errno, std::generic_category(), "signals");
+}
+
+std::optional<Signal> SignalInput::Next() const {
+  signalfd_siginfo info{};
+  if (read(signals_.Get(), &info, sizeof info) != sizeof info) return std::nullopt;
+  return info.ssi_signo == SIGUSR1 ? Signal::Report : Signal::End;
+}
+
+}  // namespace quarlin::instrument
