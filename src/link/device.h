@@ -59,7 +59,7 @@ class Device {
   // Fails when the driver does not take the rate or the format; never sets another rate instead.
   virtual std::error_code Apply(const SerialSettings& settings) = 0;
 
-  // How much has been received and not read. Takes what the driver holds into the input queue.
+  // How much has been received and not read. Asks the driver for more only when nothing is queued.
   virtual QueueStatus Queue() = 0;
 
   // Takes up to `size` received bytes from the queue; never waits.

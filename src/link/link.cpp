@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::size_t queueSize = 1024;
 constexpr std::int32_t readSize = 1024;        // the most that one read may ask for
-constexpr std::int32_t receiveSize = 256;      // what ReceiveChar asks for
 constexpr std::int32_t intervalsMeant = 1000;  // after so many the mean starts anew
 constexpr std::size_t queuedTextLimit = std::size_t{1} << 20;
 

@@ -46,6 +46,8 @@ struct LinkHooks {
 
 class Link {
  public:
+  static constexpr std::int32_t receiveSize = 256;  // the most that ReceiveChar takes
+
   Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls);
   ~Link();
 
@@ -87,8 +89,8 @@ class Link {
   // "Rx only": nothing is sent by the cycle, and the receive loop leaves what arrives alone.
   bool RxOnly() const { return controls_.chkLogOnly.Checked(); }
 
-  // What has arrived, at most 256 characters; empty when nothing has. Yields; with scripting on the text
-  // is the script's.
+  // What has arrived, at most receiveSize characters; empty when nothing has. Yields; with scripting on the
+  // text is the script's.
   std::string ReceiveChar();
 
   // Sends the text, which the script may change first; the caller sees the change. Returns the status of

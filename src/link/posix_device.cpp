@@ -111,6 +111,8 @@ class PosixDevice final : public Device {
   std::optional<serial_icounter_struct> counts_;
 };
 
+constexpr ssize_t wholeRead = 2048;
+
 PosixDevice::PosixDevice(EventLoop& loop, int descriptor, std::function<void()> arrived)
     : loop_(loop),
       descriptor_(descriptor),
@@ -127,8 +129,10 @@ PosixDevice::~PosixDevice() {
   Close();
 }
 
-// Takes over what the driver holds, as far as there is room. Any failure but an empty line is the end of
-// the line: a descriptor that has hung up stays readable for ever, so it must not be watched any more.
+// Takes over what the driver holds, as far as there is room. A terminal hands out all that it has, up to
+// its buffer of 4 KiB, so a shorter read was the last one: to ask again would cost as much as the read. Any
+// failure but an empty line is the end of the line: a descriptor that has hung up stays readable for ever, so
+// it must not be watched any more.
 void PosixDevice::Fill() {
   while (!lost_ && !queue_.Full()) {
     const std::span<char> room = queue_.Room();
@@ -136,6 +140,7 @@ void PosixDevice::Fill() {
     if (count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) break;
     if (count > 0) {
       queue_.Grew(static_cast<std::size_t>(count));
+      if (count < wholeRead) break;
     } else {
       lost_ = count < 0 ? LastError() : std::error_code(EIO, std::system_category());
     }
@@ -151,7 +156,7 @@ void PosixDevice::WatchWhileThereIsRoom() {
 }
 
 QueueStatus PosixDevice::Queue() {
-  Fill();
+  if (queue_.Size() == 0) Fill();
   if (queue_.Size() > 0) return {queue_.Size(), {}};
   return {0, lost_};
 }

@@ -98,9 +98,10 @@ bool ReceiveLoop::TakeFromLink() {
       return false;
     }
     if (parts_.link.CommRxEmpty()) return false;
-    const std::string arrived = parts_.link.ReceiveChar();
-    taken += std::max<std::size_t>(arrived.size(), 1);  // a script may hand on nothing
-    pending += arrived;
+    const std::size_t queued = parts_.link.State.CommStat.cbInQue;
+    pending += parts_.link.ReceiveChar();
+    if (queued <= Link::receiveSize) return false;  // that was all; what comes next calls again
+    taken += Link::receiveSize;
   }
   return true;
 }
