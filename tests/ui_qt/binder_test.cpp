@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 #include <QSlider>
 #include <QTest>
 #include <QVBoxLayout>
@@ -20,8 +19,6 @@
 
 namespace quarlin {
 namespace {
-
-using namespace std::chrono_literals;
 
 struct TestControls : ControlGroup {
   using ControlGroup::ControlGroup;
@@ -150,9 +147,13 @@ class BinderTest : public QObject {
     Rig rig;
     rig.Type(rig.form.name, "X");
     rig.controls.txtName.SetText("from the program");
+    rig.controls.HScroll1.SetValue(40);
+    rig.controls.chkLog.SetChecked(true);
+    rig.controls.Option1[2].SetValue(true);
     rig.controls.lblCount.SetInteger(1);
     QTRY_COMPARE(rig.form.count.text(), QString("1"));
     QCOMPARE(rig.form.name.text(), QString("scaleX"));
+    QCOMPARE(rig.controls.txtName.Text(), std::string("from the program"));  // nor taken too early
     QTest::keyClick(&rig.form.name, Qt::Key_Return);
     QCOMPARE(rig.controls.txtName.Text(), std::string("scaleX"));
   }
@@ -180,6 +181,17 @@ class BinderTest : public QObject {
     QCOMPARE(kept.size(), static_cast<std::size_t>(bytes.size()) + 1);
     kept.erase(kept.find('!'), 1);
     QCOMPARE(kept, bytes.toStdString());
+  }
+
+  void aTextThatTheBoxCannotHoldIsKept() {
+    Rig rig;
+    const std::string longText(100'000, 'x');
+    rig.controls.txtName.SetText(longText);
+    QTRY_VERIFY(rig.form.name.text().startsWith("xx"));
+    rig.form.name.setFocus();
+    QTest::keyClick(&rig.form.name, Qt::Key_Return);
+    rig.form.list.setFocus();
+    QVERIFY(rig.controls.txtName.Text() == longText);
   }
 
   void aCharacterThatIsNoByteBecomesAQuestionMark() {

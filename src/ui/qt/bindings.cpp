@@ -1,7 +1,6 @@
 #include "ui/qt/bindings.h"
 
 #include <QAbstractSlider>
-#include <QApplication>
 #include <QCheckBox>
 #include <QEvent>
 #include <QGroupBox>

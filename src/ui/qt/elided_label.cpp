@@ -7,10 +7,6 @@
 
 namespace quarlin {
 
-QSize ElidedLabel::sizeHint() const {
-  return {fontMetrics().averageCharWidth() * 4, fontMetrics().height()};
-}
-
 bool ElidedLabel::IsCut() const {
   return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
 }

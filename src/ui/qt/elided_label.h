@@ -1,5 +1,5 @@
 // A label whose text may be longer than its place: it is cut with an ellipsis, and the tool tip shows it
-// whole. Its text never asks for room, so a long one does not widen the window.
+// whole. The form gives it the horizontal policy Ignored, so that a long text does not widen the window.
 #pragma once
 
 #include <QLabel>
@@ -11,9 +11,6 @@ class ElidedLabel : public QLabel {
 
  public:
   using QLabel::QLabel;
-
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   bool event(QEvent* event) override;
