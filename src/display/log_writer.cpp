@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::size_t flushSize = std::size_t{64} << 10;
 constexpr std::size_t mostPending = std::size_t{1} << 20;
-constexpr auto longestWait = std::chrono::seconds(1);
+constexpr auto flushDelay = std::chrono::milliseconds(50);  // so that the file is as good as the display
+constexpr auto retryPause = std::chrono::seconds(1);
 
 }  // namespace
 
@@ -31,7 +32,7 @@ LogWriter::~LogWriter() {
 void LogWriter::Write(std::string_view text) {
   if (text.empty()) return;
   pending_ += text;
-  if (!flushAlarm_.IsSet()) flushAlarm_.At(loop_.Now() + longestWait);
+  if (!flushAlarm_.IsSet()) flushAlarm_.At(loop_.Now() + flushDelay);
   if (!failing_ && pending_.size() >= flushSize) Flush();
   DropExcess();
 }
@@ -49,7 +50,7 @@ void LogWriter::Flush() {
   std::size_t written = 0;
   const std::error_code error = AppendToFile(file_, pending_, written);
   pending_.erase(0, written);
-  if (!pending_.empty()) flushAlarm_.At(loop_.Now() + longestWait);
+  if (!pending_.empty()) flushAlarm_.At(loop_.Now() + retryPause);
   if (error) {
     BeginTrouble(error);
   } else {

@@ -1,5 +1,5 @@
 // A log file of the traffic, byte for byte, always appended to. What is written waits in memory for at
-// most a second or 64 KiB; a file that cannot be written is reported once and tried again, and never
+// most 50 ms or 64 KiB; a file that cannot be written is reported once and tried again, and never
 // stops the run.
 #pragma once
 

@@ -19,6 +19,7 @@
 #include "instrument/file_handle.h"
 #include "instrument/options.h"
 #include "instrument/pty_port.h"
+#include "instrument/waiter.h"
 
 namespace quarlin::instrument {
 namespace {
@@ -341,6 +342,31 @@ TEST(PtyPortTest, ClientsComeAndGoAndNoByteIsChanged) {
     EXPECT_EQ(std::string(buffer.data(), 256), every);
     EXPECT_FALSE(port.Unfetched());
   }
+}
+
+TEST(WaiterTest, AnInstrumentOnARealPortIsWokenOnceForEachRequest) {
+  const PtyPort port, signals;
+  const FileHandle client(open(port.ClientPath().c_str(), O_RDWR | O_NOCTTY));
+  const FileHandle signaller(open(signals.ClientPath().c_str(), O_RDWR | O_NOCTTY));
+  Waiter waiter(port.Descriptor(), signals.Descriptor());
+  Instrument instrument({}, Instant{});
+  std::array<char, 64> buffer{};
+  const Waiter::Interest input{true, false};
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_FALSE(waiter.Wait(input, 1ms).port);
+    ASSERT_EQ(write(client.Get(), "VER\r", 4), 4);
+    ASSERT_TRUE(waiter.Wait(input, 1s).port);
+    ASSERT_FALSE(waiter.Wait(input, 0ms).port) << "told already";
+    waiter.LookAgain();
+    ASSERT_TRUE(waiter.Wait(input, 0ms).port) << "nothing was read yet";
+    instrument.Receive({buffer.data(), port.Read(buffer).bytes}, Instant{});
+    instrument.Sent(port.Write(instrument.Output(Instant{})).bytes);
+    ASSERT_EQ(read(client.Get(), buffer.data(), buffer.size()), 10);
+    EXPECT_EQ(std::string(buffer.data(), 10), "VER,1.00\r\n");
+  }
+  EXPECT_TRUE(waiter.Wait({true, true}, 1s).port) << "there is room to write";
+  ASSERT_EQ(write(signaller.Get(), "s", 1), 1);
+  EXPECT_TRUE(waiter.Wait({}, 1s).signals);
 }
 
 TEST(PortLinkTest, OnlyALinkThatAnInstrumentLeftIsReplaced) {

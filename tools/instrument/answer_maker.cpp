@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace quarlin::instrument {
 
@@ -22,30 +23,43 @@ char OtherThan(char character, std::string_view choice, Random& random) {
   }
 }
 
+Answer InOnePiece(std::string text, std::optional<Fault> fault) {
+  Answer answer;
+  answer.pieces.push_back(std::move(text));
+  answer.fault = fault;
+  return answer;
+}
+
 }  // namespace
 
-Answer AnswerMaker::Make(const std::string& body) {
+Answer AnswerMaker::Make(std::string body) {
   const auto fault = DrawFault();
-  if (!fault) return {{Faultless(body)}, fault};
+  if (!fault) return InOnePiece(Faultless(std::move(body)), fault);
   switch (*fault) {
     case Fault::Drop:
       return {{}, fault};
     case Fault::Garble:  // the checksum stays that of the true body, so that it gives the fault away
-      return {{Garbled(body) + Checksum(body) + settings_.end}, fault};
+      return InOnePiece(Garbled(body) + Checksum(body) + settings_.end, fault);
     case Fault::Short:
-      return {{Faultless(Shortened(body))}, fault};
+      return InOnePiece(Faultless(Shortened(body)), fault);
     case Fault::BadChecksum:
-      return {{body + Wrong(Checksum(body)) + settings_.end}, fault};
+      return InOnePiece(body + Wrong(Checksum(body)) + settings_.end, fault);
     case Fault::Split:
-      return {Split(Faultless(body)), fault};
+      return {Split(Faultless(std::move(body))), fault};
     case Fault::Err:
-      return {{Refusal()}, fault};
+      return InOnePiece("ERR" + settings_.end, fault);
   }
   return {};
 }
 
-std::string AnswerMaker::Faultless(const std::string& body) const {
-  return body + Checksum(body) + settings_.end;
+Answer AnswerMaker::Refusal() const {
+  return InOnePiece("ERR" + settings_.end, std::nullopt);
+}
+
+std::string AnswerMaker::Faultless(std::string body) const {
+  if (settings_.checksum) body += Checksum(body);
+  body += settings_.end;
+  return body;
 }
 
 std::optional<Fault> AnswerMaker::DrawFault() {
@@ -76,7 +90,7 @@ std::string AnswerMaker::Wrong(std::string checksum) {
   return checksum;
 }
 
-// Cuts at two to four pieces' worth of different places, each piece at least one byte.
+// Two to four pieces of at least one byte each.
 std::vector<std::string> AnswerMaker::Split(const std::string& answer) {
   const std::size_t count = std::min(2 + random_.Below(mostPieces - 1), answer.size());
   std::vector<std::string> pieces;

@@ -22,10 +22,10 @@ class AnswerMaker {
       : settings_(settings), random_(settings.seed, Chance::Faults) {}
 
   // The answer of this body, which is not empty, with at most one fault.
-  Answer Make(const std::string& body);
+  Answer Make(std::string body);
 
-  std::string Faultless(const std::string& body) const;
-  std::string Refusal() const { return "ERR" + settings_.end; }  // never with a checksum
+  std::string Faultless(std::string body) const;  // the whole text of an answer without a fault
+  Answer Refusal() const;  // to a request that is not known; never with a checksum or a fault
 
  private:
   std::optional<Fault> DrawFault();

@@ -61,11 +61,11 @@ void Instrument::TakeByte(char byte, Instant now) {
 
 void Instrument::HandleRequest(std::string_view request, Instant now) {
   ++counters_.requests;
-  if (const auto body = scale_.Answer(request, now)) {
-    Enqueue(maker_.Make(*body), now);
+  if (auto body = scale_.Answer(request, now)) {
+    Enqueue(maker_.Make(std::move(*body)), now);
   } else {
     ++counters_.unknown;
-    Enqueue({{maker_.Refusal()}, std::nullopt}, now);
+    Enqueue(maker_.Refusal(), now);
   }
 }
 

@@ -23,15 +23,6 @@ struct Unit {
 constexpr std::array<Unit, 3> units{
     {{"kg", 0.001, 3, 1000}, {"g", 1, 1, 10}, {"lb", 1 / 453.59237, 3, 1000}}};
 
-// Sign, digits and point, ten characters in all. The scale resolves whole grams; rounding comes before the
-// sign, so that nothing is ever shown as -0.
-std::string Number(double grams, const Unit& unit) {
-  const auto scaled = std::llround(std::round(grams) * unit.perGram * static_cast<double>(unit.scale));
-  const auto size = std::llabs(scaled);
-  return fmt::format("{}{:0{}}.{:0{}}", scaled < 0 ? '-' : '+', size / unit.scale, 8 - unit.decimals,
-                     size % unit.scale, unit.decimals);
-}
-
 }  // namespace
 
 struct Scale::Command {
@@ -55,11 +46,16 @@ std::optional<std::string> Scale::Answer(std::string_view request, Instant now) 
   return std::nullopt;
 }
 
+// The scale resolves whole grams. Rounding comes before the sign, so that nothing is ever shown as -0.
 std::string Scale::Weight(Instant now) {
   const Reading reading = load_.At(now);
   const Unit& unit = units[unit_];
-  return fmt::format("{},{},{} {:>2}", reading.stable ? "ST" : "US", tare_ ? "NT" : "GS",
-                     Number(reading.grams - zero_ - tare_.value_or(0), unit), unit.name);
+  const double grams = std::round(reading.grams - zero_ - tare_.value_or(0));
+  const auto scaled = std::llround(grams * unit.perGram * static_cast<double>(unit.scale));
+  const auto size = std::llabs(scaled);
+  return fmt::format("{},{},{}{:0{}}.{:0{}} {:>2}", reading.stable ? "ST" : "US", tare_ ? "NT" : "GS",
+                     scaled < 0 ? '-' : '+', size / unit.scale, 8 - unit.decimals, size % unit.scale,
+                     unit.decimals, unit.name);
 }
 
 std::string Scale::Tare(Instant now) {

@@ -1,9 +1,5 @@
 #include "instrument/server.h"
 
-#include <poll.h>
-#include <sys/prctl.h>
-#include <time.h>
-
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -19,24 +15,26 @@ constexpr std::size_t readAtOnce = 4096;
 constexpr Duration longestFetching = 2s;
 constexpr Duration fetchingStep = 1ms;
 
-timespec FromDuration(Duration duration) {
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(duration);
-  return {seconds.count(), std::chrono::nanoseconds(duration - seconds).count()};
-}
-
 }  // namespace
 
 Server::Server(Instrument& instrument, const PtyPort& port, const SignalInput& signals, const Clock& clock,
                std::function<void()> report)
-    : instrument_(instrument), port_(port), signals_(signals), clock_(clock), report_(std::move(report)) {}
+    : instrument_(instrument),
+      port_(port),
+      signals_(signals),
+      waiter_(port.Descriptor(), signals.Descriptor()),
+      clock_(clock),
+      report_(std::move(report)) {}
 
 std::error_code Server::Run() {
-  prctl(PR_SET_TIMERSLACK, 1);  // nanosecond; by default a deadline may be 50 microseconds late
   while (!instrument_.Finished()) {
-    const Ready ready = Wait();
-    if (ready.ended) return {};
+    const auto due = instrument_.NextDue();
+    const auto atMost = due ? std::optional(std::max(*due - clock_.Now(), Duration{0})) : std::nullopt;
+    const Waiter::Interest interest{instrument_.WantsInput(), instrument_.HasUnsentOutput()};
+    const auto ready = waiter_.Wait(interest, atMost);
+    if (ready.signals && EndedBySignal()) return {};
     const Instant now = clock_.Now();
-    if (ready.input) {
+    if (ready.port && interest.input) {
       if (const auto error = TakeInput(now)) return error;
     }
     if (const auto error = GiveOutput(now)) return error;
@@ -45,30 +43,19 @@ std::error_code Server::Run() {
   return {};
 }
 
-Server::Ready Server::Wait() {
-  const int events = (instrument_.WantsInput() ? POLLIN : 0) | (instrument_.HasUnsentOutput() ? POLLOUT : 0);
-  const auto due = instrument_.NextDue();
-  if (!due) return WaitFor(static_cast<short>(events), std::nullopt);
-  return WaitFor(static_cast<short>(events), std::max(*due - clock_.Now(), Duration{0}));
-}
-
-Server::Ready Server::WaitFor(short portEvents, std::optional<Duration> atMost) {
-  std::array<pollfd, 2> watched{{{port_.Descriptor(), portEvents, 0}, {signals_.Descriptor(), POLLIN, 0}}};
-  const timespec timeout = FromDuration(atMost.value_or(Duration{0}));
-  if (ppoll(watched.data(), watched.size(), atMost ? &timeout : nullptr, nullptr) <= 0) return {};
-  Ready ready;
-  ready.input = (watched[0].revents & ~POLLOUT) != 0;  // a failed port too: reading tells how
-  if (watched[1].revents == 0) return ready;
+bool Server::EndedBySignal() const {
   while (const auto signal = signals_.Next()) {
-    if (*signal == Signal::End) ready.ended = true;
-    if (*signal == Signal::Report) report_();
+    if (*signal == Signal::End) return true;
+    report_();
   }
-  return ready;
+  return false;
 }
 
+// A read that does not fill the buffer has taken all there was.
 std::error_code Server::TakeInput(Instant now) {
   std::array<char, readAtOnce> bytes;
   const Moved arrived = port_.Read(bytes);
+  if (arrived.bytes == bytes.size()) waiter_.LookAgain();
   instrument_.Receive({bytes.data(), arrived.bytes}, now);
   return arrived.error;
 }
@@ -77,6 +64,7 @@ std::error_code Server::GiveOutput(Instant now) {
   const auto output = instrument_.Output(now);
   if (output.empty()) return {};
   const Moved gone = port_.Write(output);
+  if (gone.bytes < output.size()) waiter_.LookAgain();
   instrument_.Sent(gone.bytes);
   return gone.error;
 }
@@ -85,7 +73,7 @@ std::error_code Server::GiveOutput(Instant now) {
 void Server::AwaitFetching() {
   const Instant end = clock_.Now() + longestFetching;
   while (port_.Unfetched() && clock_.Now() < end) {
-    if (WaitFor(0, fetchingStep).ended) return;
+    if (waiter_.Wait({}, fetchingStep).signals && EndedBySignal()) return;
   }
 }
 

@@ -8,6 +8,7 @@
 #include "instrument/instrument.h"
 #include "instrument/pty_port.h"
 #include "instrument/signal_input.h"
+#include "instrument/waiter.h"
 
 namespace quarlin::instrument {
 
@@ -22,13 +23,7 @@ class Server {
   std::error_code Run();
 
  private:
-  struct Ready {
-    bool input = false;  // the port has bytes
-    bool ended = false;  // by a signal
-  };
-
-  Ready Wait();
-  Ready WaitFor(short portEvents, std::optional<Duration> atMost);
+  bool EndedBySignal() const;
   std::error_code TakeInput(Instant now);
   std::error_code GiveOutput(Instant now);
   void AwaitFetching();
@@ -36,6 +31,7 @@ class Server {
   Instrument& instrument_;
   const PtyPort& port_;
   const SignalInput& signals_;
+  Waiter waiter_;
   const Clock& clock_;
   std::function<void()> report_;
 };
