@@ -13,6 +13,9 @@ class Prompts {
   // Shows a message with one OK button, in front of everything else, and returns when it was closed.
   // Yields: on return the link, the run and the end of the program must be looked at again.
   virtual void ShowMessage(std::string_view text, std::string_view title) = 0;
+
+  // Closes what is being shown, as if the user had; the program is about to end.
+  virtual void Dismiss() = 0;
 };
 
 }  // namespace quarlin

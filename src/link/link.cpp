@@ -133,6 +133,10 @@ std::shared_ptr<Device> Link::OpenDevice() const {
   return State.CommPortOpen ? device_ : nullptr;
 }
 
+void Link::GiveUpWaiting() {
+  if (writing_) CommClose();
+}
+
 std::int32_t Link::CommFlush() {
   const auto device = OpenDevice();
   const std::error_code error = device ? device->Purge() : BadHandle();

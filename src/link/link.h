@@ -86,6 +86,9 @@ class Link {
   std::int32_t CommSetLine(std::int16_t line, std::int16_t state);
   bool CommIsOpen() const { return State.CommPortOpen; }
 
+  // Ends a write that waits for the driver, by closing the link; for the end of the program.
+  void GiveUpWaiting();
+
   // "Rx only": nothing is sent by the cycle, and the receive loop leaves what arrives alone.
   bool RxOnly() const { return controls_.chkLogOnly.Checked(); }
 

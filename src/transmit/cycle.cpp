@@ -212,6 +212,7 @@ void Cycle::StartWait() {
 
 void Cycle::EndWait() {
   parts_.handOver.WaitingAnswer = false;
+  parts_.handOver.AnswerTimedOut = false;  // a later request must not inherit it
   answerAlarm_.Cancel();
   MaySendAgain();
 }

@@ -281,6 +281,8 @@ void FrmMain::Unload() {
 
 void FrmMain::End() {
   if (std::exchange(ending_, true)) return;
+  modules_->link.GiveUpWaiting();  // what is on the stack must return first
+  surroundings_.prompts.Dismiss();
   surroundings_.loop.Post([this] {
     modules_->cycle.ShowElapsed();
     controls.run.Command1.SetCaption("Stop");

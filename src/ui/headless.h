@@ -15,6 +15,7 @@ namespace quarlin {
 class HeadlessPrompts : public Prompts {
  public:
   void ShowMessage(std::string_view text, std::string_view title) override;
+  void Dismiss() override {}
 };
 
 // Nobody is there to read a file in an editor.

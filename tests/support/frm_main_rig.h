@@ -23,8 +23,10 @@ class ListedPrompts : public Prompts {
     shown.push_back(std::string(title) + ": " + std::string(text));
     if (whileShown) whileShown();
   }
+  void Dismiss() override { dismissed = true; }
   std::vector<std::string> shown;
   std::function<void()> whileShown;
+  bool dismissed = false;
 };
 
 class NotedShell : public Shell {

@@ -135,6 +135,20 @@ TEST_F(StartUpRig, ClosingTheWindowEndsInOrder) {
   EXPECT_EQ(controls().run.Command1.Caption(), "Stop");
 }
 
+TEST_F(StartUpRig, TheEndDoesNotWaitForABlockedWriteOrAnOpenBox) {
+  Start();
+  controls().cycle.CBOSEND.SetText(std::string(1000, 'x'));
+  Connect();
+  scale.BlockWrites();
+  loop.Outside(100ms, [&] { frm.Unload(); });
+  const Instant start = loop.Now();
+  controls().cycle.cmdSend.Click();
+  Pass(0ms);
+  EXPECT_EQ(loop.ExitStatus(), 0);
+  EXPECT_LT(loop.Now() - start, 1s);
+  EXPECT_TRUE(prompts.dismissed);
+}
+
 TEST_F(StartUpRig, AFullDiskIsToldOnceAndDoesNotStopTheRun) {
   std::filesystem::create_directory(folder.Path() / "LOG.TXT");  // nothing can be written there
   const auto other = Other(false);

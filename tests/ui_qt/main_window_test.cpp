@@ -39,6 +39,7 @@ class NoDevices : public DeviceSource {
 class NoPrompts : public Prompts {
  public:
   void ShowMessage(std::string_view, std::string_view) override {}
+  void Dismiss() override {}
 };
 
 class NoShell : public Shell {

@@ -47,6 +47,14 @@ class QtPromptsTest : public QObject {
     QTimer::singleShot(0, this, [] { QApplication::activeModalWidget()->close(); });
     prompts.ShowMessage("alone", "title");
   }
+
+  void isDismissedByTheProgram() {
+    QtPrompts prompts;
+    prompts.Dismiss();  // nothing is shown
+    QTimer::singleShot(0, this, [&] { prompts.Dismiss(); });
+    prompts.ShowMessage("text", "title");
+    prompts.Dismiss();
+  }
 };
 
 }  // namespace quarlin

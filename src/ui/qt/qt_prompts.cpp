@@ -19,8 +19,13 @@ void QtPrompts::ShowMessage(std::string_view text, std::string_view title) {
   box->setObjectName("messageBox");
   box->setTextFormat(Qt::PlainText);
   box->setWindowFlag(Qt::WindowStaysOnTopHint);
+  box_ = box;
   box->exec();
   delete box.data();
+}
+
+void QtPrompts::Dismiss() {
+  if (auto* dialog = qobject_cast<QDialog*>(box_.data())) dialog->reject();
 }
 
 }  // namespace quarlin

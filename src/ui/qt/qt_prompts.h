@@ -14,9 +14,11 @@ class QtPrompts : public Prompts {
   void SetWindow(QWidget* window) { window_ = window; }
 
   void ShowMessage(std::string_view text, std::string_view title) override;
+  void Dismiss() override;
 
  private:
   QPointer<QWidget> window_;
+  QPointer<QWidget> box_;  // while one is shown
 };
 
 }  // namespace quarlin
