@@ -89,6 +89,7 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
   HeadlessShell shell;
   FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), true});
   const auto watch = EndOnSignal(loop, endings, frm);
+  frm.OnLogTrouble = [](std::string_view text) { PrintText(stderr, Utf8FromBytes(text) + "\n"); };
   int status = 0;
   {
     const TrafficPrinter printer(loop, frm.controls.display.txtric);
@@ -97,10 +98,10 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
     frm.controls.display.txtric.OnAppend = nullptr;
   }
   const std::string note = frm.controls.status.lblStatusNote.Caption();
-  if (status == 2) fmt::print(stderr, "quarlin: the link could not be opened: {}\n", Utf8FromBytes(note));
+  if (status == 2) PrintText(stderr, "quarlin: the link could not be opened: " + Utf8FromBytes(note) + "\n");
   std::string report;
   for (const std::string& line : SplitLines(frm.ReportText())) report += Utf8FromBytes(line) + "\n";
-  fmt::print("{}", report);
+  PrintText(stdout, report);
   return status;
 }
 

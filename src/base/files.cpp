@@ -49,6 +49,10 @@ std::error_code WriteWholeFile(const std::filesystem::path& file, std::string_vi
   return WriteWith(O_TRUNC, file, content);
 }
 
+std::error_code OverwriteFile(const std::filesystem::path& file, std::string_view content) {
+  return WriteWith(0, file, content);
+}
+
 std::error_code AppendToFile(const std::filesystem::path& file, std::string_view content,
                              std::size_t& written) {
   const std::size_t wanted = content.size();

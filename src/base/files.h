@@ -15,6 +15,9 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
 // Replaces or creates the file.
 std::error_code WriteWholeFile(const std::filesystem::path& file, std::string_view content);
 
+// Writes over the beginning of the file, creating it if need be; what stands behind it stays.
+std::error_code OverwriteFile(const std::filesystem::path& file, std::string_view content);
+
 // Adds to the end of the file, creating it if need be. Opened and closed in the call, so a log that was
 // moved away meanwhile starts afresh. `written` counts what reached the file, also on an error.
 std::error_code AppendToFile(const std::filesystem::path& file, std::string_view content,

@@ -104,6 +104,11 @@ std::string Hexadecimal(std::uint32_t value, int digits) {
   return fmt::format("{:0{}X}", value, std::max(digits, 1));
 }
 
+std::string CharacterOfCode(double code) {
+  if (!(code >= 0 && code <= 255)) return {};
+  return std::string(1, static_cast<char>(static_cast<unsigned char>(code)));
+}
+
 int HexDigitValue(char character) {
   if (character >= '0' && character <= '9') return character - '0';
   if (character >= 'A' && character <= 'F') return character - 'A' + 10;

@@ -26,6 +26,9 @@ std::string PaddedDecimal(std::int64_t value, int digits);
 // `value` in upper-case hexadecimal with zeros on the left up to `digits` digits.
 std::string Hexadecimal(std::uint32_t value, int digits = 1);
 
+// The character of a code, or none where `code` is no code from 0 to 255.
+std::string CharacterOfCode(double code);
+
 // The value of one hexadecimal digit, or -1.
 int HexDigitValue(char character);
 

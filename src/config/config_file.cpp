@@ -1,9 +1,5 @@
 #include "config/config_file.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -66,17 +62,6 @@ std::string RecordsOf(const ControlCollection& controls) {
   return records;
 }
 
-std::error_code WriteFromStart(int descriptor, std::string_view content) {
-  for (off_t at = 0; !content.empty();) {
-    const ssize_t wrote = pwrite(descriptor, content.data(), content.size(), at);
-    if (wrote < 0 && errno == EINTR) continue;
-    if (wrote < 0) return {errno, std::system_category()};
-    at += wrote;
-    content.remove_prefix(static_cast<std::size_t>(wrote));
-  }
-  return {};
-}
-
 Record RecordAt(std::string_view record) {
   return {TrimBlanks(record.substr(0, nameSize)), TrimBlanks(record.substr(nameSize, textSize)),
           TrimBlanks(record.substr(nameSize + textSize, indexSize))};
@@ -123,11 +108,7 @@ void Apply(const Record& record, const ControlCollection& controls) {
 }  // namespace
 
 std::error_code SaveConfig(const ControlCollection& controls, const std::filesystem::path& file) {
-  const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-  if (descriptor < 0) return {errno, std::system_category()};
-  std::error_code error = WriteFromStart(descriptor, RecordsOf(controls));
-  if (close(descriptor) != 0 && !error) error = {errno, std::system_category()};
-  return error;
+  return OverwriteFile(file, RecordsOf(controls));
 }
 
 bool LoadConfig(ControlCollection& controls, const std::filesystem::path& file) {

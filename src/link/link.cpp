@@ -14,6 +14,7 @@
 namespace quarlin {
 namespace {
 
+constexpr std::int32_t invalidHandle = -1;
 constexpr std::size_t queueSize = 1024;
 constexpr std::int32_t readSize = 1024;        // the most that one read may ask for
 constexpr std::int32_t intervalsMeant = 1000;  // after so many the mean starts anew
@@ -87,7 +88,10 @@ std::int32_t Link::OpenSerial(const std::string& portName, std::string_view sett
   OpenedDevice opened = devices_.Open(portName, [this] {
     if (OnArrival) OnArrival();
   });
-  if (!opened.device) return CommSetError(fmt::format("{}{} ", sources::createFile, portName), opened.error);
+  if (!opened.device) {
+    State.CommHandle = invalidHandle;
+    return CommSetError(fmt::format("{}{} ", sources::createFile, portName), opened.error);
+  }
   device_ = std::move(opened.device);
   State.CommHandle = ++lastToken_;
   State.CommPortOpen = true;
@@ -134,7 +138,7 @@ std::shared_ptr<Device> Link::OpenDevice() const {
 }
 
 void Link::GiveUpWaiting() {
-  if (writing_) CommClose();
+  if (sending_) CommClose();
 }
 
 std::int32_t Link::CommFlush() {
@@ -159,12 +163,13 @@ bool Link::CommRxEmpty() {
 std::int32_t Link::CommRead(std::string& text, std::int32_t maxLength) {
   text.clear();
   if (State.CommNetMode) return 0;
+  const auto device = OpenDevice();
   loop_.DoEvents();
+  if (device != OpenDevice()) return 0;  // closed meanwhile, and what it held with it
   const auto limit = static_cast<std::size_t>(std::clamp(maxLength, 0, readSize));
   const std::size_t wanted = std::min(State.CommStat.cbInQue, limit);
   if (wanted == 0) return 0;
   char buffer[readSize];
-  const auto device = OpenDevice();
   const Transfer taken = device ? device->Read(buffer, wanted) : Transfer{0, BadHandle()};
   if (taken.error) {
     CommSetErrorFlags(sources::read, taken.error);
@@ -191,23 +196,12 @@ std::int32_t Link::WriteSerial(std::string_view text) {
     CommSetErrorFlags(sources::write, BadHandle());
     return -1;
   }
-  if (writing_) {
-    if (queuedText_.size() + text.size() > queuedTextLimit) {
-      CommSetErrorFlags(sources::write, std::make_error_code(std::errc::no_buffer_space));
-      return -1;
-    }
-    queuedText_ += text;
-    return static_cast<std::int32_t>(text.size());
-  }
-  writing_ = true;
   const double milliseconds = NumberOf(controls_.txtcharrit.Text()).value_or(0);
   const std::int32_t written =
       milliseconds == 0 ? WriteWhole(*device, text)
                         : WriteSlowly(*device, text,
                                       std::chrono::duration_cast<Duration>(
                                           std::chrono::duration<double, std::milli>(milliseconds)));
-  WriteQueued(*device);
-  writing_ = false;
   loop_.DoEvents();
   return written;
 }
@@ -241,13 +235,6 @@ std::int32_t Link::WriteSlowly(Device& device, std::string_view text, Duration p
     loop_.Pause(loop_.Now() + pause);
   }
   return written;
-}
-
-void Link::WriteQueued(Device& device) {
-  while (!queuedText_.empty()) {
-    const std::string text = std::exchange(queuedText_, {});
-    if (&device == device_.get()) WriteWhole(device, text);
-  }
 }
 
 void Link::WaitUntilSent(std::size_t bytes) {
@@ -326,37 +313,89 @@ void Link::ResetIntervalStatistics() {
 
 std::int32_t Link::SendString(std::string& text) {
   if (State.CommHandle < 1) return 0;
+  if (sending_) {
+    Queue(text, nullptr);
+    return 0;
+  }
+  const std::int32_t status = Transmit(text);
+  TransmitQueued();
+  return status;
+}
+
+void Link::Send(std::string text, WhenSent whenSent) {
+  if (State.CommHandle < 1) return;
+  if (sending_) {
+    Queue(std::move(text), std::move(whenSent));
+    return;
+  }
+  Transmit(text);
+  whenSent(text);
+  TransmitQueued();
+}
+
+std::int32_t Link::Transmit(std::string& text) {
+  sending_ = true;
   if (Hooks.scripting && Hooks.scripting()) Hooks.sendString(text);
   std::int32_t status = 0;
   if (controls_.chkTerminal.Checked()) {
-    for (const char& character : text) status |= CommWrite({&character, 1});
+    const auto device = OpenDevice();
+    for (const char& character : text) {
+      if (device != OpenDevice()) break;  // the rest is not for the port that was opened meanwhile
+      status |= CommWrite({&character, 1});
+    }
   } else {
     status = CommWrite(text);
   }
   State.LastSendTime = Midnight();
   State.AnswerPending = false;
   State.RxStampTime = State.LastSendTime;
+  sending_ = false;
   return status;
+}
+
+void Link::Queue(std::string text, WhenSent whenSent) {
+  if (queuedBytes_ + text.size() > queuedTextLimit) {
+    CommSetErrorFlags(sources::write, std::make_error_code(std::errc::no_buffer_space));
+    return;
+  }
+  queuedBytes_ += text.size();
+  queued_.push_back({std::move(text), std::move(whenSent)});
+}
+
+void Link::TransmitQueued() {
+  while (!queued_.empty()) {
+    Queued next = std::move(queued_.front());
+    queued_.pop_front();
+    queuedBytes_ -= next.text.size();
+    if (!State.CommPortOpen) continue;  // closed while it waited
+    Transmit(next.text);
+    if (next.whenSent) next.whenSent(next.text);
+  }
 }
 
 std::string Link::CommErrorText(std::int32_t code) {
   return std::string(TrimBlanks(std::system_category().message(code)));
 }
 
-std::int32_t Link::CommSetError(std::string_view source, std::error_code error) {
+void Link::Record(std::string_view source, std::error_code error) {
   State.CommLastError = error.value();
   State.CommLastErrorSource = source;
   State.CommLastErrorText = CommErrorText(error.value());
+}
+
+std::int32_t Link::CommSetError(std::string_view source, std::error_code error) {
+  Record(source, error);
   const bool modemLine = source == sources::readModem || source == sources::setLine;
   if (OnError && !modemLine) OnError();
   return State.CommLastError;
 }
 
 std::int32_t Link::CommSetErrorFlags(std::string_view source, std::error_code error) {
-  CommSetError(source, error);
+  Record(source, error);
   const auto device = OpenDevice();
   const std::uint32_t flags = device ? device->TakeErrorFlags() : 0;
   State.CommLastErrorText += fmt::format("{}{:X}", errorFlagsText, flags);
+  if (OnError) OnError();
   if (device && MeansDeviceGone(error) && !std::exchange(State.DeviceGone, true) && OnArrival) OnArrival();
   return State.CommLastError;
 }

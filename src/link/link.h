@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -19,7 +20,7 @@ namespace quarlin {
 
 struct LinkState {
   // A token, never a descriptor: 1 for the network, 3 or more for a serial port and never used twice, 0
-  // before any open. It keeps its value when the link is closed.
+  // before any open, -1 after a port could not be opened. It keeps its value when the link is closed.
   std::int32_t CommHandle = 0;
   bool CommPortOpen = false;
   bool CommNetMode = false;  // the port is "NET"
@@ -75,8 +76,7 @@ class Link {
   std::int32_t CommRead(std::string& text, std::int32_t maxLength);
 
   // Writes all of it, waiting up to a second for each byte, or byte by byte with the pause of txtcharrit,
-  // during which nothing is served. Returns what the last write call took, or -1. Yields; a text sent
-  // meanwhile goes out behind this one.
+  // during which nothing is served. Returns what the last write call took, or -1. Yields.
   std::int32_t CommWrite(std::string_view text);
 
   // `mask` is one ModemLine bit. On failure `state` is unchanged.
@@ -97,8 +97,14 @@ class Link {
   std::string ReceiveChar();
 
   // Sends the text, which the script may change first; the caller sees the change. Returns the status of
-  // the write. Does nothing before the first open. Yields.
+  // the write. Does nothing before the first open. Yields; a text sent while another is waiting for the
+  // driver goes out behind it, and the status is then 0.
   std::int32_t SendString(std::string& text);
+
+  // SendString for a sender that logs: `whenSent` gets the text as it was handed to the driver, before
+  // anything is written that was sent later.
+  using WhenSent = std::function<void(const std::string& text)>;
+  void Send(std::string text, WhenSent whenSent);
 
   // Starts the mean of the intervals between answers anew.
   void ResetIntervalStatistics();
@@ -110,12 +116,15 @@ class Link {
   std::int32_t SetUp(Device& device, const std::string& portName, std::string_view settings);
   std::int32_t OpenNetwork();
   std::shared_ptr<Device> OpenDevice() const;
+  void Record(std::string_view source, std::error_code error);
   std::int32_t CommSetError(std::string_view source, std::error_code error);
   std::int32_t CommSetErrorFlags(std::string_view source, std::error_code error);
   std::int32_t WriteSerial(std::string_view text);
   std::int32_t WriteWhole(Device& device, std::string_view text);
   std::int32_t WriteSlowly(Device& device, std::string_view text, Duration pause);
-  void WriteQueued(Device& device);
+  std::int32_t Transmit(std::string& text);
+  void Queue(std::string text, WhenSent whenSent);
+  void TransmitQueued();
   void WaitUntilSent(std::size_t bytes);
   void MeasureInterval(std::string_view text);
   void LetScriptSeeEach(std::string& text);
@@ -127,8 +136,13 @@ class Link {
   std::shared_ptr<Device>
       device_;  // shared with the operations on the stack, so that a close cannot pull it away
   std::int32_t lastToken_ = 2;
-  bool writing_ = false;
-  std::string queuedText_;  // handed over while a write was waiting
+  struct Queued {
+    std::string text;
+    WhenSent whenSent;
+  };
+  bool sending_ = false;       // a text is on its way through the functions on the stack
+  std::deque<Queued> queued_;  // texts that came meanwhile
+  std::size_t queuedBytes_ = 0;
 };
 
 }  // namespace quarlin

@@ -57,8 +57,7 @@ void ReceiveLoop::SetRxTerminator() {
       state.RxTerminator = "\r\n";
       break;
     case RxEnd::ManualChar:
-      state.RxTerminator =
-          code.Text() == "000" ? "" : std::string(1, static_cast<char>(IntegerOf(code.Text())));
+      state.RxTerminator = code.Text() == "000" ? std::string() : CharacterOfCode(IntegerOf(code.Text()));
       break;
     case RxEnd::MinNumChar:
       state.RxTerminator.clear();
@@ -93,11 +92,12 @@ void ReceiveLoop::Timer3_Timer() {
 bool ReceiveLoop::TakeFromLink() {
   std::string& pending = parts_.state.RxPending;
   for (std::size_t taken = 0; taken < turnLimit;) {
+    if (parts_.link.CommRxEmpty()) return false;
     if (pending.size() >= assemblyLimit) {
+      heldBack_ = true;
       Hooks.note("1 MiB is waiting while \"Rx only\" is checked; the rest stays on the line");
       return false;
     }
-    if (parts_.link.CommRxEmpty()) return false;
     const std::size_t queued = parts_.link.State.CommStat.cbInQue;
     pending += parts_.link.ReceiveChar();
     if (queued <= Link::receiveSize) return false;  // that was all; what comes next calls again
@@ -154,6 +154,7 @@ bool ReceiveLoop::TakeArrival() {
     state.RxBuffer += state.RxPending;
   }
   state.RxPending.clear();
+  if (std::exchange(heldBack_, false)) parts_.controls.Timer3.Wake();
   state.RxIdleTicks = 0;
   parts_.counters.RxLamp().SetFillColor(colors::rxLamp);
   KeepLampsBright();
@@ -162,12 +163,11 @@ bool ReceiveLoop::TakeArrival() {
 
 bool ReceiveLoop::IsComplete(std::size_t arrived) {
   const ReceiveState& state = parts_.state;
-  if (state.RxBuffer.size() >= assemblyLimit) {
-    Hooks.note("1 MiB received without a terminator was handed on as one string");
-    return true;
-  }
   if (state.RxTerminator.empty()) return state.RxBuffer.size() >= static_cast<std::size_t>(state.RxMinChars);
-  return HoldsNewly(state.RxBuffer, state.RxTerminator, arrived);
+  if (HoldsNewly(state.RxBuffer, state.RxTerminator, arrived)) return true;
+  if (state.RxBuffer.size() < assemblyLimit) return false;
+  Hooks.note("1 MiB received without a terminator was handed on as one string");
+  return true;
 }
 
 // The string, when it is complete and no "ERR" answer. RxBuffer keeps it until it has been handled.

@@ -107,6 +107,7 @@ class ReceiveLoop {
   ReceiveParts parts_;
   Instant lastTick_{};
   Instant lampsUntil_{};
+  bool heldBack_ = false;  // the link has more than could be taken
   bool timedOut_ = false;  // the last request was given up; what comes now is late
   Alarm lampAlarm_;
 };

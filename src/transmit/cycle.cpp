@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include "base/numbers.h"
 
@@ -13,11 +14,8 @@ constexpr std::string_view startCaption = "&Start";
 constexpr std::string_view stopCaption = "&Stop";
 constexpr std::string_view noCode = "000";  // of a code box: no character at all
 
-// The character whose code the box holds; none for "000" and for what is no code.
 std::string CharacterOf(const ComboBox& box) {
-  const double code = Val(box.Text());
-  if (box.Text() == noCode || !(code >= 0 && code <= 255)) return {};
-  return std::string(1, static_cast<char>(static_cast<unsigned char>(code)));
+  return box.Text() == noCode ? std::string() : CharacterOfCode(Val(box.Text()));
 }
 
 }  // namespace
@@ -144,7 +142,9 @@ void Cycle::SendNext() {
     return;
   }
   const std::uint32_t run = run_;
-  Transmit(Framed(expanded));
+  Transmit(Framed(expanded), [this, run] {
+    if (run == run_) parts_.counters.lblsend.Increment();  // another run has its own count
+  });
   if (run != run_) return;  // stopped while it was being sent: nobody waits for the answer
   StartWait();
 }
@@ -165,6 +165,7 @@ std::string Cycle::ExpandNext() {
   if (parts_.controls.chkSequence.Checked() && !parts_.sequence.Empty()) {
     parts_.controls.CBOSEND.SetText(parts_.sequence.NextLine());
   }
+  parts_.expander.State.CounterStop = false;  // a search string may have raised it
   std::string text = parts_.controls.CBOSEND.Text();
   if (parts_.controls.ChkCounter.Checked()) text += "[COUNTER]";
   return parts_.expander.ExpandMacros(text);
@@ -180,25 +181,28 @@ std::string Cycle::Prefix() const {
   return CharacterOf(parts_.controls.Combo4);
 }
 
-std::int32_t Cycle::Transmit(std::string text) {
-  const std::int32_t status = parts_.link.SendString(text);
-  const LocalTime now = parts_.loop.Local();
-  if (parts_.run.chkhhmmss.Checked()) {
-    parts_.logs.WriteStamp(now);
-    parts_.display.Append(fmt::format("{}{} ", stampMark, DateTimeText(now)), colors::blue);
-  }
-  parts_.logs.WriteTraffic(text);
-  parts_.display.Append(text, colors::blue);
-  if (parts_.controls.ChkCrLfAppTx.Checked()) parts_.display.Append("\r\n", colors::blue);
-  parts_.counters.lblsend.Increment();
-  return status;
+void Cycle::Transmit(std::string text, std::function<void()> counted) {
+  parts_.link.Send(std::move(text), [this, counted = std::move(counted)](const std::string& sent) {
+    parts_.logs.WriteTraffic(sent);
+    if (parts_.run.chkhhmmss.Checked()) {
+      parts_.display.Append(fmt::format("{}{} ", stampMark, DateTimeText(parts_.loop.Local())), colors::blue);
+    }
+    parts_.display.Append(sent, colors::blue);
+    if (parts_.controls.ChkCrLfAppTx.Checked()) parts_.display.Append("\r\n", colors::blue);
+    counted();
+  });
 }
 
 void Cycle::cmdSend_Click() {
   if (!parts_.link.CommIsOpen()) return;
+  const std::string expanded = ExpandNext();
+  if (std::exchange(parts_.expander.State.CounterStop, false)) {
+    Hooks.showWait("the counter has passed its maximum; nothing was sent");
+    return;
+  }
   parts_.counters.TxLamp().SetFillColor(colors::red);
   Hooks.sent();
-  Transmit(Framed(ExpandNext()));
+  Transmit(Framed(expanded), [this] { parts_.counters.lblsend.Increment(); });
 }
 
 void Cycle::StartWait() {

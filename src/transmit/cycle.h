@@ -81,7 +81,7 @@ class Cycle {
   std::string ExpandNext();
   std::string Framed(const std::string& expanded) const;
   std::string Prefix() const;
-  std::int32_t Transmit(std::string text);
+  void Transmit(std::string text, std::function<void()> counted);
   void StartWait();
   void AnswerTimeIsUp();
   void TellEachSecond();

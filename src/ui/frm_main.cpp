@@ -59,11 +59,14 @@ struct FrmMain::Modules {
         sequence(around.folder.File("sequence.txt")),
         expander(
             controls.macro,
-            [this, &controls] { return !controls.cycle.chkSequence.Checked() || sequence.LineNumber() == 1; },
+            [this, &controls] {
+              return !controls.cycle.chkSequence.Checked() || sequence.Empty() || sequence.LineNumber() == 1;
+            },
             around.random),
         parser(around.loop.Clocks()),
         display(around.loop, controls.display),
-        logs(around.loop, controls.display, around.folder, [&frm](std::string_view text) { frm.Note(text); }),
+        logs(around.loop, controls.display, around.folder,
+             [&frm](std::string_view text) { frm.LogTrouble(text); }),
         cycle({around.loop, controls.cycle, controls.run, controls.macro, controls.counters, link, expander,
                handOver, display, logs, sequence}),
         errors({controls.test, controls.run, controls.counters, controls.link, controls.display, display,
@@ -247,6 +250,7 @@ void FrmMain::LinkChanged() {
   controls.status.lblStatusLink.SetCaption(open ? "connected " + modules_->connection.Description()
                                                 : "not connected");
   if (!open) return;
+  linkFailed_ = false;
   Note("");
   modules_->cycle.MaySendAgain();
 }
@@ -299,6 +303,11 @@ void FrmMain::End() {
 int FrmMain::ExitStatus() const {
   if (linkFailed_) return 2;
   return runFailed_ || controls.counters.lblerror.Integer() > 0 ? 1 : 0;
+}
+
+void FrmMain::LogTrouble(std::string_view text) {
+  Note(text);
+  if (OnLogTrouble) OnLogTrouble(text);
 }
 
 void FrmMain::Note(std::string_view text) {

@@ -93,6 +93,9 @@ class FrmMain {
   // Told when the received-text display is to have the keyboard.
   std::function<void()> OnFocusDisplay;
 
+  // Told when a log cannot be written and when it can again; for a program without a status bar.
+  std::function<void(std::string_view text)> OnLogTrouble;
+
   // The methods that scripts know.
   void SignalError(int kind);
   void StopWithMessage(std::string_view message, std::string_view title);
@@ -115,6 +118,7 @@ class FrmMain {
   void DeviceGone();
   void RunStopped(RunEnd end);
   void End();
+  void LogTrouble(std::string_view text);
   void Note(std::string_view text);
 
   Surroundings surroundings_;

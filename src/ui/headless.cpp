@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdio>
 
 #include "base/text.h"
 
@@ -15,11 +14,16 @@ constexpr std::size_t printSize = 64 * 1024;
 
 }  // namespace
 
+void PrintText(std::FILE* stream, std::string_view utf8) {
+  std::fwrite(utf8.data(), 1, utf8.size(), stream);
+  std::fflush(stream);
+}
+
 void HeadlessPrompts::ShowMessage(std::string_view text, std::string_view title) {
   std::string line = fmt::format("{}: {}", title, text);
   std::replace_if(
       line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  fmt::print(stderr, "{}\n", Utf8FromBytes(line));
+  PrintText(stderr, Utf8FromBytes(line) + "\n");
 }
 
 TrafficPrinter::TrafficPrinter(EventLoop& loop, DisplayText& display)
@@ -45,9 +49,7 @@ void TrafficPrinter::Print(std::string_view text) {
 }
 
 void TrafficPrinter::Flush() {
-  const std::string utf8 = Utf8FromBytes(pending_);
-  std::fwrite(utf8.data(), 1, utf8.size(), stdout);
-  std::fflush(stdout);
+  PrintText(stdout, Utf8FromBytes(pending_));
   pending_.clear();
 }
 

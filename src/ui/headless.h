@@ -1,6 +1,7 @@
 // The program without a window: what it would show goes to the standard streams.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@
 #include "ui/shell.h"
 
 namespace quarlin {
+
+// Writes UTF-8 to a standard stream. One that is closed or full loses it; the run goes on.
+void PrintText(std::FILE* stream, std::string_view utf8);
 
 // Message boxes as one line on standard error, "TITLE: TEXT", answered with OK at once.
 class HeadlessPrompts : public Prompts {

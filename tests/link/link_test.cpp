@@ -64,6 +64,7 @@ TEST_F(LinkRig, AFailedStepLeavesThePortClosedAndSaysWhich) {
   EXPECT_NE(link.CommOpen("COM1", "9600,n,9,1"), 0);
   EXPECT_EQ(State().CommLastErrorSource, "CommOpen (BuildCommDCB) COM1 ");
   EXPECT_NE(link.CommOpen("COM7", "9600,n,8,1"), 0);
+  EXPECT_EQ(State().CommHandle, -1);
   EXPECT_EQ(State().CommLastErrorSource, "CommOpen (CreateFile) COM7 ");
 }
 
@@ -202,11 +203,48 @@ TEST_F(LinkRig, ABlockedWriteTimesOutAfterASecondAByte) {
 
 TEST_F(LinkRig, ASecondSendWhileAWriteWaitsGoesOutBehindIt) {
   Open();
+  for (const char* way : {"whole", "RTS raised", "by character", "with pauses"}) {
+    SCOPED_TRACE(way);
+    controls.ChkRtsTx.SetChecked(way == std::string_view("RTS raised"));
+    controls.chkTerminal.SetChecked(way == std::string_view("by character"));
+    controls.txtcharrit.SetText(way == std::string_view("with pauses") ? "5" : "0");
+    port.ForgetWritten();
+    port.ForgetJournal();
+    port.BlockWrites();
+    std::string log;
+    loop.Outside(100ms, [&] { link.Send("second", [&](const std::string& text) { log += text; }); });
+    loop.Outside(200ms, [&] { port.UnblockWrites(); });
+    link.Send("first ", [&](const std::string& text) { log += text; });
+    EXPECT_EQ(port.Written(), "first second");
+    EXPECT_EQ(log, "first second") << "logged as it went out";
+    if (controls.ChkRtsTx.Checked()) {
+      EXPECT_EQ(port.Journal(), (Words{"rts on", "write first ", "sent", "rts off", "rts on", "write second",
+                                       "sent", "rts off"}));
+    }
+  }
+}
+
+TEST_F(LinkRig, WhatIsLeftOfATextIsNotForAPortOpenedMeanwhile) {
+  Open();
+  controls.chkTerminal.SetChecked(true);
   port.BlockWrites();
-  loop.Outside(100ms, [&] { Send("second"); });
-  loop.Outside(200ms, [&] { port.UnblockWrites(); });
-  Send("first ");
-  EXPECT_EQ(port.Written(), "first second");
+  loop.Outside(100ms, [&] {
+    link.CommClose();
+    port.UnblockWrites();
+    Open();
+  });
+  Send("old");
+  EXPECT_EQ(port.Written(), "");
+}
+
+TEST_F(LinkRig, ACloseDuringTheYieldOfAReadIsNoError) {
+  Open();
+  port.Receive("abc");
+  link.CommRxEmpty();
+  loop.Outside(0ms, [&] { link.CommClose(); });
+  std::string text;
+  EXPECT_EQ(link.CommRead(text, 256), 0);
+  EXPECT_EQ(State().CommLastError, 0);
 }
 
 TEST_F(LinkRig, ADisconnectWhileAWriteWaitsEndsIt) {
@@ -227,6 +265,16 @@ TEST_F(LinkRig, AnUnpluggedDeviceIsToldOnce) {
   for (int i = 0; i < 10; ++i) link.CommRxEmpty();
   EXPECT_TRUE(State().DeviceGone);
   EXPECT_EQ(told, 1);
+}
+
+TEST_F(LinkRig, WhoeverIsToldOfAnErrorSeesAllOfIt) {
+  std::string told;
+  link.OnError = [&] { told = State().CommLastErrorText; };
+  Open();
+  port.CountLineErrors(2);
+  port.Fail(DeviceCall::Write, std::errc::io_error, 1);
+  Send("x");
+  EXPECT_EQ(told, Link::CommErrorText(EIO) + "  COMM Error Flags = 2");
 }
 
 struct LineCase {

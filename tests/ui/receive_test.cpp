@@ -48,6 +48,7 @@ TEST_F(ReceiveRig, AStringIsCompleteByItsTerminator) {
       {3, "000", {"x", "y"}, "2", "y"},
       {3, "010", {"1234", "56789012"}, "1", "123456789012"},
       {3, "abc", {"x"}, "1", "x"},
+      {2, "300", {"x,"}, "1", "x,"},
       {1, "000", {"\0\xFF\r\n"s}, "1", "\0\xFF\r\n"s},
   };
   for (const TerminatorCase& row : cases) {
@@ -205,6 +206,17 @@ TEST_F(ReceiveRig, RxOnlyStopsTakingAtOneMebibyte) {
   for (int i = 0; i < 30; ++i) Receive(std::string(64 * 1024, 'x'));
   EXPECT_GT(scale.Unread(), 800'000U);
   EXPECT_NE(Note().find("1 MiB"), std::string::npos);
+  controls().link.chkLogOnly.SetChecked(false);
+  Pass(100ms);
+  EXPECT_EQ(scale.Unread(), 0U) << "goes on where it stopped";
+}
+
+TEST_F(ReceiveRig, LinesAreNoOverrun) {
+  controls().link.chkLogOnly.SetChecked(true);
+  for (int i = 0; i < 16; ++i) Receive(std::string(64 * 1024 - 2, 'x') + "\r\n");
+  controls().link.chkLogOnly.SetChecked(false);
+  Pass(100ms);
+  EXPECT_EQ(Note().find("without a terminator"), std::string::npos);
 }
 
 TEST_F(ReceiveRig, ATerminatorThatNeverComesIsHandedOnAtOneMebibyte) {
