@@ -2,82 +2,165 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace quarlin {
 namespace {
 
+using std::chrono::milliseconds;
+
 constexpr std::string_view connectCaption = "Connect";
 constexpr std::string_view disconnectCaption = "Disconnect";
-constexpr std::string_view networkName = "NET";
+constexpr std::string_view cancelCaption = "Cancel";
+constexpr std::string_view searchCaption = "Search";
+constexpr std::string_view stopSearchCaption = "Stop search";
 constexpr int lastComPort = 99;
+constexpr Duration firstPause = milliseconds(500);
+constexpr Duration longestPause = milliseconds(10'000);
 
 }  // namespace
 
 Connection::Connection(EventLoop& loop, Link& link, ConnectionControls& controls, Prompts& prompts)
-    : loop_(loop), link_(link), controls_(controls), prompts_(prompts) {
+    : loop_(loop), link_(link), controls_(controls), prompts_(prompts), retryAlarm_(loop, [this] {
+        TryAgain();
+      }) {
   controls_.cmdOpen.OnClick = [this] { cmdOpen_Click(); };
   controls_.cmdsearchcom.OnClick = [this] { cmdsearchcom_Click(); };
+  link_.ChooseNetwork = [this] { return ChosenNetwork(); };
 }
 
 std::string Connection::Settings() const {
   return controls_.ComboBaud.Text() + "," + controls_.ComboWord.Text();
 }
 
+NetworkChoice Connection::ChosenNetwork() const {
+  return {controls_.chkUDP.Checked(), controls_.chkListen.Checked(), controls_.txtIp.Text(),
+          controls_.txtPort.Text()};
+}
+
+std::string Connection::PortAndSettings() const {
+  if (!IsNetwork()) return controls_.cboSerial.Text() + " " + Settings();
+  const std::string_view protocol = controls_.chkUDP.Checked() ? "UDP" : "TCP";
+  if (controls_.chkListen.Checked()) return fmt::format("{} port {}", protocol, controls_.txtPort.Text());
+  return fmt::format("{} {}:{}", protocol, controls_.txtIp.Text(), controls_.txtPort.Text());
+}
+
 std::string Connection::Description() const {
-  if (controls_.cboSerial.Text() == networkName) return std::string(networkName);
-  return controls_.cboSerial.Text() + " " + Settings();
+  if (connecting_) return "connecting to " + PortAndSettings();
+  if (waiting_)
+    return fmt::format("waiting for {}, next try in {:.1f} s", PortAndSettings(),
+                       std::chrono::duration<double>(pause_).count());
+  if (!link_.CommIsOpen()) return "not connected";
+  return (IsNetwork() && controls_.chkListen.Checked() ? "listening on " : "connected ") + PortAndSettings();
 }
 
 void Connection::cmdOpen_Click() {
-  if (searching_) return;
-  if (link_.CommIsOpen()) {
+  if (searching_ || connecting_) {
+    CancelWaits();
+  } else if (link_.CommIsOpen() || waiting_) {
     Disconnect();
   } else {
     Connect();
   }
 }
 
+void Connection::CancelWaits() {
+  stopSearch_ = true;
+  link_.Network().Cancel();
+}
+
 void Connection::Connect() {
   while (Hooks.expanderBusy()) loop_.DoEvents();
-  link_.CommOpen(controls_.cboSerial.Text(), Settings());
+  Open();
+  SetAccess(false);
   controls_.cmdOpen.SetCaption(disconnectCaption);
-  for (Control* control : std::initializer_list<Control*>{&controls_.Frame1, &controls_.Frame2,
-                                                          &controls_.txtIp, &controls_.txtPort}) {
-    control->SetEnabled(false);
-  }
   link_.State.AnswerPending = false;
   Hooks.connecting();
   if (link_.CommIsOpen()) {
-    controls_.cboSerial.SetBackColor(colors::green);
-    link_.ResetIntervalStatistics();
-    Hooks.stateChanged();
+    stablePath_ = IsNetwork() ? "" : Hooks.stablePath(controls_.cboSerial.Text());
+    ShowOpened();
   } else {
     controls_.cboSerial.SetBackColor(colors::red);
     Disconnect();
   }
 }
 
+// A network connection takes its time; meanwhile the button cancels it.
+void Connection::Open() {
+  connecting_ = IsNetwork();
+  if (connecting_) {
+    SetAccess(false);
+    controls_.cmdOpen.SetCaption(cancelCaption);
+    Hooks.stateChanged();
+  }
+  link_.CommOpen(controls_.cboSerial.Text(), Settings());
+  connecting_ = false;
+}
+
+void Connection::ShowOpened() {
+  controls_.cboSerial.SetBackColor(colors::green);
+  link_.ResetIntervalStatistics();
+  Hooks.stateChanged();
+}
+
 void Connection::Disconnect() {
+  waiting_ = false;
+  retryAlarm_.Cancel();
   link_.CommClose();
   ShowClosed();
 }
 
 void Connection::ShowClosed() {
   controls_.cmdOpen.SetCaption(connectCaption);
-  for (Control* control : std::initializer_list<Control*>{&controls_.Frame1, &controls_.Frame2,
-                                                          &controls_.txtIp, &controls_.txtPort}) {
-    control->SetEnabled(true);
-  }
+  SetAccess(true);
   Hooks.disconnected();
   Hooks.stateChanged();
 }
 
-void Connection::DeviceLost() {
+void Connection::SetAccess(bool enabled) {
+  for (Control* control : std::initializer_list<Control*>{&controls_.Frame1, &controls_.Frame2,
+                                                          &controls_.txtIp, &controls_.txtPort}) {
+    control->SetEnabled(enabled);
+  }
+}
+
+void Connection::LinkLost(std::string_view reason) {
   if (!link_.CommIsOpen()) return;
   controls_.cboSerial.SetBackColor(colors::red);
-  Disconnect();
+  const std::string lost = fmt::format("{} has gone: {}", PortAndSettings(), reason);
+  if (!controls_.chkReconnect.Checked()) {
+    Disconnect();
+    Hooks.note(lost);
+    return;
+  }
+  link_.CommClose();
+  waiting_ = true;
+  pause_ = firstPause;
+  retryAlarm_.At(loop_.Now() + pause_);
+  Hooks.outage(lost);
+  Hooks.stateChanged();
+}
+
+void Connection::TryAgain() {
+  const std::string port = stablePath_.empty() ? controls_.cboSerial.Text() : stablePath_;
+  link_.CommOpen(port, Settings());
+  if (!waiting_) return;  // given up meanwhile
+  if (link_.CommIsOpen()) {
+    waiting_ = false;
+    controls_.lblReconnects.Increment();
+    ShowOpened();
+    Hooks.note("connected again");
+    return;
+  }
+  link_.CommClose();
+  pause_ = std::min(pause_ * 2, longestPause);
+  retryAlarm_.At(loop_.Now() + pause_);
+  Hooks.stateChanged();
 }
 
 bool Connection::Probe(const std::string& name) {
+  Hooks.note("searching: " + name);
   link_.CommOpen(name, Settings());
   const bool opened = link_.CommIsOpen();
   link_.CommClose();
@@ -85,18 +168,30 @@ bool Connection::Probe(const std::string& name) {
   return opened;
 }
 
-void Connection::cmdsearchcom_Click() {
-  if (searching_) return;
-  searching_ = true;
-  const bool wasOpen = link_.CommIsOpen();
-  controls_.Frame1.SetEnabled(false);
-  std::vector<FoundPort> found{{std::string(networkName), "UDP or TCP"}};
-  for (int number = 1; number <= lastComPort; ++number) {
+std::vector<FoundPort> Connection::Search() {
+  std::vector<FoundPort> found{{"NET", "UDP or TCP"}};
+  for (int number = 1; number <= lastComPort && !stopSearch_; ++number) {
     if (std::string name = fmt::format("COM{}", number); Probe(name)) found.push_back({std::move(name), ""});
   }
   for (FoundPort& port : Hooks.systemPorts()) {
-    if (Probe(port.name)) found.push_back(std::move(port));
+    if (!stopSearch_ && Probe(port.name)) found.push_back(std::move(port));
   }
+  return found;
+}
+
+void Connection::cmdsearchcom_Click() {
+  if (searching_ || connecting_) {
+    CancelWaits();
+    return;
+  }
+  searching_ = true;
+  stopSearch_ = false;
+  const bool wasOpen = link_.CommIsOpen() || waiting_;
+  waiting_ = false;
+  retryAlarm_.Cancel();
+  controls_.cmdsearchcom.SetCaption(stopSearchCaption);
+  controls_.Frame1.SetEnabled(false);
+  const std::vector<FoundPort> found = Search();
   std::vector<std::string> names;
   for (const FoundPort& port : found) names.push_back(port.name);
   controls_.cboSerial.SetList(std::move(names));
@@ -105,7 +200,10 @@ void Connection::cmdsearchcom_Click() {
   }
   controls_.cboSerial.SetListIndex(0);
   controls_.Frame1.SetEnabled(true);
+  controls_.cmdsearchcom.SetCaption(searchCaption);
   searching_ = false;
+  Hooks.note(
+      fmt::format("{} ports found{}", found.size() - 1, stopSearch_ ? " before the search was stopped" : ""));
   if (wasOpen) ShowClosed();  // the first probe closed it
 }
 

@@ -26,6 +26,8 @@ struct ConnectionControls : ControlGroup {
   CheckBox chkListen{*this, "chkListen", "Listen"};
   TextBox txtIp{*this, "txtIp", "127.0.0.1"};
   TextBox txtPort{*this, "txtPort", "4001"};
+  CheckBox chkReconnect{*this, "chkReconnect", "Reconnect"};  // waits for a link that went away
+  Label lblReconnects{*this, "lblReconnects", "0"};
   CommandButton cmdOpen{*this, "cmdOpen", "Connect"};  // outside both frames: it works while they are off
 };
 

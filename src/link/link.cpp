@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::int32_t invalidHandle = -1;
 constexpr std::size_t queueSize = 1024;
+constexpr std::int32_t networkToken = 1;
 constexpr std::int32_t readSize = 1024;        // the most that one read may ask for
 constexpr std::int32_t intervalsMeant = 1000;  // after so many the mean starts anew
 constexpr std::size_t queuedTextLimit = std::size_t{1} << 20;
@@ -35,6 +36,7 @@ constexpr std::string_view flush = "CommFlush (PurgeComm)";
 constexpr std::string_view read = "CommRead (ReadFile)";
 constexpr std::string_view write = "CommWrite (WriteFile)";
 constexpr std::string_view pendingWrite = "CommWrite (GetOverlappedResult)";
+constexpr std::string_view sendData = "CommWrite (SendData)";
 constexpr std::string_view readModem = "CommReadCD (GetCommModemStatus)";
 constexpr std::string_view setLine = "CommSetLine (EscapeCommFunction)";
 }  // namespace sources
@@ -51,6 +53,11 @@ bool MeansDeviceGone(std::error_code error) {
   return code == EIO || code == ENODEV || code == ENXIO || code == EPIPE;
 }
 
+bool MeansNoModemLines(std::error_code error) {
+  const int code = error.value();
+  return code == EBADF || code == ENOTTY || code == EINVAL;
+}
+
 std::optional<OutputLine> OutputLineFrom(std::int16_t number) {
   if (number < 1 || number > 3) return std::nullopt;
   return static_cast<OutputLine>(number);
@@ -59,7 +66,11 @@ std::optional<OutputLine> OutputLineFrom(std::int16_t number) {
 }  // namespace
 
 Link::Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls)
-    : loop_(loop), devices_(devices), controls_(controls) {}
+    : loop_(loop), devices_(devices), controls_(controls), network_(loop) {
+  network_.OnArrival = [this] {
+    if (OnArrival) OnArrival();
+  };
+}
 
 Link::~Link() = default;
 
@@ -72,6 +83,11 @@ std::int32_t Link::CommOpen(const std::string& portName, std::string_view settin
 std::int32_t Link::OpenNetwork() {
   if (State.CommPortOpen) CommClose();
   State.CommNetMode = true;
+  State.DeviceGone = false;
+  State.NoModemLines = true;
+  if (!ChooseNetwork || !network_.Open(ChooseNetwork())) return 0;
+  State.CommPortOpen = true;
+  State.CommHandle = networkToken;
   return 0;
 }
 
@@ -84,7 +100,9 @@ std::int32_t Link::OpenSerial(const std::string& portName, std::string_view sett
   }
   State.CommNetMode = false;
   State.DeviceGone = false;
+  State.NoModemLines = false;
   State.CommStat = {};
+  linesSet_.clear();
   OpenedDevice opened = devices_.Open(portName, [this] {
     if (OnArrival) OnArrival();
   });
@@ -122,6 +140,7 @@ std::int32_t Link::SetUp(Device& device, const std::string& portName, std::strin
 
 std::int32_t Link::CommClose() {
   if (State.CommNetMode) {
+    network_.Close();
     State.CommNetMode = false;
     State.CommPortOpen = false;
     return 0;
@@ -148,6 +167,10 @@ std::int32_t Link::CommFlush() {
 }
 
 bool Link::CommRxEmpty() {
+  if (State.CommNetMode) {
+    State.CommStat = {static_cast<std::size_t>(network_.GetByteRead()), {}};
+    return State.CommStat.cbInQue == 0;
+  }
   const auto device = OpenDevice();
   if (!device) {
     State.CommStat = {};
@@ -162,7 +185,11 @@ bool Link::CommRxEmpty() {
 
 std::int32_t Link::CommRead(std::string& text, std::int32_t maxLength) {
   text.clear();
-  if (State.CommNetMode) return 0;
+  if (State.CommNetMode) {
+    const std::int32_t count = network_.GetByteRead();
+    if (count != 0) text = network_.GetStringRead();
+    return count;
+  }
   const auto device = OpenDevice();
   loop_.DoEvents();
   if (device != OpenDevice()) return 0;  // closed meanwhile, and what it held with it
@@ -182,7 +209,12 @@ std::int32_t Link::CommRead(std::string& text, std::int32_t maxLength) {
 std::int32_t Link::CommWrite(std::string_view text) {
   const bool raisesRts = controls_.ChkRtsTx.Checked();
   if (raisesRts && !State.CommNetMode) CommSetLine(3, -1);
-  const std::int32_t written = State.CommNetMode ? 0 : WriteSerial(text);
+  std::int32_t written = 0;
+  if (!State.CommNetMode) {
+    written = WriteSerial(text);
+  } else if (const auto error = network_.Send(text)) {
+    CommSetError(sources::sendData, error);
+  }
   if (raisesRts) {
     WaitUntilSent(text.size());
     CommSetLine(3, 0);
@@ -247,10 +279,20 @@ void Link::WaitUntilSent(std::size_t bytes) {
 }
 
 std::int32_t Link::CommReadCD(std::uint16_t mask, bool& state) {
+  std::uint16_t lines = 0;
+  const std::int32_t status = CommReadLines(lines);
+  if (status == 0) state = (lines & mask) != 0;
+  return status;
+}
+
+std::int32_t Link::CommReadLines(std::uint16_t& lines) {
   const auto device = OpenDevice();
   const ModemStatus status = device ? device->Modem() : ModemStatus{0, BadHandle()};
-  if (status.error) return CommSetError(sources::readModem, status.error);
-  state = (status.lines & mask) != 0;
+  if (status.error) {
+    State.NoModemLines = MeansNoModemLines(status.error);
+    return CommSetError(sources::readModem, status.error);
+  }
+  lines = status.lines;
   return 0;
 }
 
@@ -265,7 +307,16 @@ std::int32_t Link::CommSetLine(std::int16_t line, std::int16_t state) {
   } else {
     error = device->SetLine(*output, state != 0);
   }
-  return error ? CommSetError(sources::setLine, error) : 0;
+  if (error) return CommSetError(sources::setLine, error);
+  linesSet_[*output] = state != 0;
+  return 0;
+}
+
+void Link::KeepLine(OutputLine line, bool asserted) {
+  const auto set = linesSet_.find(line);
+  const bool driverMovesIt = line == OutputLine::Rts && State.CommDCB.rtsToggle;
+  if (set != linesSet_.end() && set->second == asserted && !driverMovesIt) return;
+  CommSetLine(static_cast<std::int16_t>(line), asserted ? 1 : 0);
 }
 
 std::string Link::ReceiveChar() {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@
 #include "controls/event_loop.h"
 #include "link/device.h"
 #include "link/link_controls.h"
+#include "link/network_link.h"
 
 namespace quarlin {
 
@@ -27,9 +29,10 @@ struct LinkState {
   std::int32_t CommLastError = 0;
   std::string CommLastErrorSource;
   std::string CommLastErrorText;
-  SerialSettings CommDCB;   // of the port that is open
-  QueueStatus CommStat;     // as the last CommRxEmpty found it; CommRead trusts its cbInQue
-  bool DeviceGone = false;  // a read or write failed in a way that only unplugging explains
+  SerialSettings CommDCB;     // of the port that is open
+  QueueStatus CommStat;       // as the last CommRxEmpty found it; CommRead trusts its cbInQue
+  bool NoModemLines = false;  // the open link has none; known after the first look at them
+  bool DeviceGone = false;    // a read or write failed in a way that only unplugging explains
 
   double LastSendTime = 0;     // seconds since midnight
   bool AnswerPending = false;  // an answer has come since the last send; lets a cycle send on request
@@ -55,6 +58,10 @@ class Link {
   LinkState State;
   LinkHooks Hooks;
 
+  // Where "NET" leads to; asked at each opening.
+  std::function<NetworkChoice()> ChooseNetwork;
+  NetworkLink& Network() { return network_; }
+
   // Told of arrivals and of a device that has gone, also during a yield; must only wake somebody.
   std::function<void()> OnArrival;
 
@@ -64,7 +71,8 @@ class Link {
 
   // Opens the port with settings in either form of BuildCommDcb. Fails with -1, "Port in use.", when a
   // port is open already, and then closes it. A failure always leaves the link closed. "NET" closes what
-  // is open first and gives 0 in every case; CommIsOpen tells.
+  // is open first and gives 0 in every case; CommIsOpen tells. Yields while a connection is being made,
+  // which CommClose ends.
   std::int32_t CommOpen(const std::string& portName, std::string_view settings);
   std::int32_t CommClose();
   std::int32_t CommFlush();
@@ -82,8 +90,14 @@ class Link {
   // `mask` is one ModemLine bit. On failure `state` is unchanged.
   std::int32_t CommReadCD(std::uint16_t mask, bool& state);
 
+  // All four input lines at once, as ModemLine bits; unchanged on failure.
+  std::int32_t CommReadLines(std::uint16_t& lines);
+
   // Line 1 break, 2 DTR, 3 RTS; any nonzero state asserts.
   std::int32_t CommSetLine(std::int16_t line, std::int16_t state);
+
+  // Like CommSetLine, but nothing is done where the line was last set so and nobody else moves it.
+  void KeepLine(OutputLine line, bool asserted);
   bool CommIsOpen() const { return State.CommPortOpen; }
 
   // Ends a write that waits for the driver, by closing the link; for the end of the program.
@@ -143,6 +157,8 @@ class Link {
   bool sending_ = false;       // a text is on its way through the functions on the stack
   std::deque<Queued> queued_;  // texts that came meanwhile
   std::size_t queuedBytes_ = 0;
+  NetworkLink network_;
+  std::map<OutputLine, bool> linesSet_;  // as they were last set, since the port was opened
 };
 
 }  // namespace quarlin

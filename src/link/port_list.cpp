@@ -96,4 +96,12 @@ std::vector<FoundPort> ListSystemPorts(const fs::path& sysfsRoot) {
   return ports;
 }
 
+std::string StablePath(const std::filesystem::path& device, const std::filesystem::path& linksFolder) {
+  std::error_code error;
+  for (const auto& link : std::filesystem::directory_iterator(linksFolder, error)) {
+    if (std::filesystem::equivalent(link.path(), device, error)) return link.path().string();
+  }
+  return {};
+}
+
 }  // namespace quarlin

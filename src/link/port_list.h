@@ -20,4 +20,9 @@ struct FoundPort {
 // by trying.
 std::vector<FoundPort> ListSystemPorts(const std::filesystem::path& sysfsRoot = "/sys");
 
+// The name under which the device stays the same when its number changes, from the links that the system
+// makes by maker, product and serial number; empty when it has none.
+std::string StablePath(const std::filesystem::path& device,
+                       const std::filesystem::path& linksFolder = "/dev/serial/by-id");
+
 }  // namespace quarlin

@@ -1,0 +1,95 @@
+// The network side of the link: one UDP or TCP socket in the client or the server role, on the event
+// loop, never blocking.
+#pragma once
+
+#include <sys/socket.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "controls/event_loop.h"
+#include "link/socket.h"
+
+namespace quarlin {
+
+struct NetworkChoice {
+  bool udp = false;
+  bool listen = false;  // the server role: wait for the peer on this port
+  std::string host;     // name or address of the peer; the client role only
+  std::string port;     // a number from 1 to 65535, read as Val does
+};
+
+class NetworkLink {
+ public:
+  explicit NetworkLink(EventLoop& loop);
+  ~NetworkLink();
+
+  // Bytes wait to be taken. Must only wake somebody.
+  std::function<void()> OnArrival;
+
+  // What happened to the connection, in plain words.
+  std::function<void(std::string_view)> OnEvent;
+
+  // Another TCP peer has taken the place of the one before: what is being assembled is not its.
+  std::function<void()> OnNewPeer;
+
+  // False, and closed, when it could not be opened, was cancelled or closed meanwhile. A client yields while
+  // the name is looked up and the connection is made, 30 s at most.
+  bool Open(const NetworkChoice& choice);
+  bool Connecting() const { return connecting_; }
+  void Cancel() { cancelled_ = true; }
+  void Close();
+
+  // A client whose peer went away. The link is still open, but nothing can be sent.
+  bool PeerGone() const { return peerGone_; }
+
+  // What was received and not taken, and its taking. Once 1024 characters wait, the rest stays with the
+  // system until they are taken.
+  std::int32_t GetByteRead() const { return static_cast<std::int32_t>(received_.size()); }
+  std::string GetStringRead();
+
+  // UDP: one datagram, in the server role to the sender of the last one that came. TCP: what the peer does
+  // not take waits, up to 1 MiB; beyond it nothing of the text is sent and the error is ENOBUFS.
+  // ENOTCONN while there is no peer.
+  std::error_code Send(std::string_view text);
+
+ private:
+  bool Listen(int port);
+  bool Connect(const std::string& host, int port);
+  std::error_code ConnectTo(const SocketAddress& address, Instant deadline);
+  void AcceptPeer();
+  void SetPeer(Socket socket);
+  void LosePeer(std::error_code error);
+  void Take();
+  bool TakeOnce();
+  void WatchWhileThereIsRoom();
+  std::error_code SendDatagram(std::string_view text);
+  std::error_code SendStream(std::string_view text);
+  std::error_code SendWaiting();
+  bool Fail(std::string_view words);
+  void Tell(std::string_view words) const;
+
+  EventLoop& loop_;
+  bool udp_ = false;
+  bool connecting_ = false;
+  bool cancelled_ = false;
+  bool peerGone_ = false;
+
+  Socket listener_;  // TCP server
+  std::unique_ptr<Watch> listenerWatch_;
+  Socket peer_;  // the connection, or the UDP socket
+  std::unique_ptr<Watch> readableWatch_;
+  std::unique_ptr<Watch> writableWatch_;  // while something waits to be sent
+  SocketAddress lastSender_;              // UDP server: where answers go
+  std::string received_;
+  std::string waiting_;  // TCP: not yet taken by the system
+  std::unique_ptr<std::array<char, 65536>> buffer_;
+};
+
+}  // namespace quarlin
