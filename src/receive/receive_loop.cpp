@@ -100,7 +100,8 @@ bool ReceiveLoop::TakeFromLink() {
     }
     const std::size_t queued = parts_.link.State.CommStat.cbInQue;
     pending += parts_.link.ReceiveChar();
-    if (queued <= Link::receiveSize) return false;  // that was all; what comes next calls again
+    // A socket hands out all that it has. What comes next calls again.
+    if (queued <= Link::receiveSize || parts_.link.State.CommNetMode) return false;
     taken += Link::receiveSize;
   }
   return true;

@@ -9,6 +9,7 @@ struct TestControls : ControlGroup {
   using ControlGroup::ControlGroup;
   CheckBox chkStop{*this, "chkStop", "Stop on error"};
   CommandButton cmdErr{*this, "cmdErr", "Open"};  // shows and hides the error list
+  CommandButton cmdEditDialog{*this, "cmdEditDialog", "Edit Dialog.txt"};
   CommandButton cmdReport{*this, "cmdReport", "Report"};
 };
 

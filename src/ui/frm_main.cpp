@@ -10,7 +10,9 @@
 #include "display/traffic_logs.h"
 #include "link/connection.h"
 #include "link/link.h"
+#include "link/modem_lines.h"
 #include "link/port_list.h"
+#include "link/posix_device.h"
 #include "receive/receive_loop.h"
 #include "testmodes/error_reports.h"
 #include "ui/version.h"
@@ -40,6 +42,7 @@ void OfferList(ComboBox& box, std::vector<std::string> entries) {
 FrmMainControls::FrmMainControls(EventLoop& loop)
     : connection(loop),
       link(loop),
+      modem(loop),
       cycle(loop),
       run(loop),
       macro(loop),
@@ -56,6 +59,7 @@ struct FrmMain::Modules {
   Modules(FrmMain& frm, FrmMainControls& controls, Surroundings& around)
       : link(around.loop, around.devices, controls.link),
         connection(around.loop, link, controls.connection, around.prompts),
+        modem(link, controls.modem),
         sequence(around.folder.File("sequence.txt")),
         expander(
             controls.macro,
@@ -78,6 +82,7 @@ struct FrmMain::Modules {
   ReceiveState received;
   Link link;
   Connection connection;
+  ModemLines modem;
   SequenceFile sequence;
   Expander expander;
   Parser parser;
@@ -94,13 +99,14 @@ FrmMain::FrmMain(Surroundings surroundings)
       caption_(fmt::format("Quarlin Ver.{:02}.{:02}.{:02}  {}", version::major, version::minor,
                            version::revision, bannerText)) {
   for (const ControlGroup* group : std::initializer_list<const ControlGroup*>{
-           &controls.connection, &controls.link, &controls.cycle, &controls.run, &controls.macro,
-           &controls.receive, &controls.display, &controls.test, &controls.counters, &controls.config,
-           &controls.status, &controls.script}) {
+           &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.run,
+           &controls.macro, &controls.receive, &controls.display, &controls.test, &controls.counters,
+           &controls.config, &controls.status, &controls.script}) {
     collection_.Add(*group);
   }
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
   WireLink();
+  WireNetwork();
   WireCycle();
   WireReceive();
   WireTests();
@@ -135,7 +141,27 @@ void FrmMain::WireLink() {
     modules_->logs.Flush();
   };
   hooks.stateChanged = [this] { LinkChanged(); };
+  hooks.outage = [this](std::string_view line) {
+    modules_->cycle.EndWait();  // the next request goes out when the link is back
+    modules_->display.AppendError(line, "");
+    modules_->logs.Flush();
+  };
+  hooks.note = [this](std::string_view text) { Note(text); };
   hooks.systemPorts = [] { return ListSystemPorts(); };
+  hooks.stablePath = [](const std::string& portName) { return StablePath(DevicePath(portName)); };
+}
+
+void FrmMain::WireNetwork() {
+  NetworkLink& network = modules_->link.Network();
+  network.OnEvent = [this](std::string_view text) {
+    Note(text);
+    if (!modules_->link.Network().PeerGone() || !controls.connection.chkReconnect.Checked()) return;
+    surroundings_.loop.Post([this, reason = std::string(text)] { modules_->connection.LinkLost(reason); });
+  };
+  network.OnNewPeer = [this] {
+    modules_->received.RxPending.clear();
+    modules_->received.RxBuffer.clear();
+  };
 }
 
 void FrmMain::WireCycle() {
@@ -164,7 +190,7 @@ void FrmMain::WireReceive() {
   hooks.requestsDone = [this] { modules_->cycle.Stop(RunEnd::Completed); };
   hooks.mayTransmit = [this] { modules_->cycle.MaySendAgain(); };
   hooks.counted = [this] { controls.cycle.Timer2.Resume(); };
-  hooks.deviceGone = [this] { surroundings_.loop.Post([this] { DeviceGone(); }); };
+  hooks.deviceGone = [this] { surroundings_.loop.Post([this] { LinkLost(); }); };
   hooks.note = [this](std::string_view text) { Note(text); };
   hooks.scripting = [] { return false; };  // a checked box without a script that runs changes nothing
   hooks.dialog = [](std::string_view) {};
@@ -182,6 +208,7 @@ void FrmMain::Load(std::string_view commandLine) {
   FillLists();
   controls.cycle.Timer1.SetInterval(controls.run.HScroll1.Value());
   controls.receive.Timer3.SetEnabled(true);
+  controls.modem.tmrLine.SetEnabled(true);
   ComputeTerminators();
   ProcessCommandLine(commandLine);
 }
@@ -246,19 +273,16 @@ void FrmMain::cmdReport_Click() {
 }
 
 void FrmMain::LinkChanged() {
-  const bool open = modules_->link.CommIsOpen();
-  controls.status.lblStatusLink.SetCaption(open ? "connected " + modules_->connection.Description()
-                                                : "not connected");
-  if (!open) return;
+  controls.status.lblStatusLink.SetCaption(modules_->connection.Description());
+  modules_->modem.LinkChanged();
+  if (!modules_->link.CommIsOpen()) return;
   linkFailed_ = false;
-  Note("");
+  if (!modules_->link.State.CommNetMode) Note("");
   modules_->cycle.MaySendAgain();
 }
 
-void FrmMain::DeviceGone() {
-  if (!modules_->link.State.DeviceGone || !modules_->link.CommIsOpen()) return;
-  modules_->connection.DeviceLost();
-  Note(modules_->connection.Description() + " has gone: " + modules_->link.State.CommLastErrorText);
+void FrmMain::LinkLost() {
+  if (modules_->link.State.DeviceGone) modules_->connection.LinkLost(modules_->link.State.CommLastErrorText);
 }
 
 void FrmMain::RunStopped(RunEnd end) {
@@ -287,11 +311,12 @@ void FrmMain::End() {
   if (std::exchange(ending_, true)) return;
   modules_->link.GiveUpWaiting();  // what is on the stack must return first
   surroundings_.prompts.Dismiss();
+  modules_->connection.CancelWaits();
   surroundings_.loop.Post([this] {
     modules_->cycle.ShowElapsed();
     controls.run.Command1.SetCaption("Stop");
     for (Timer* timer : {&controls.cycle.Timer1, &controls.cycle.Timer2, &controls.receive.Timer3,
-                         &controls.receive.tmrric}) {
+                         &controls.receive.tmrric, &controls.modem.tmrLine}) {
       timer->SetEnabled(false);
     }
     modules_->link.CommClose();

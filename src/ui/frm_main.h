@@ -17,6 +17,7 @@
 #include "link/connection_controls.h"
 #include "link/device.h"
 #include "link/link_controls.h"
+#include "link/modem_controls.h"
 #include "macro/macro_controls.h"
 #include "receive/receive_controls.h"
 #include "testmodes/test_controls.h"
@@ -54,6 +55,7 @@ struct FrmMainControls {
 
   ConnectionControls connection;
   LinkControls link;
+  ModemControls modem;
   CycleControls cycle;
   RunControls run;
   MacroControls macro;
@@ -107,6 +109,7 @@ class FrmMain {
   void FillLists();
   void ProcessCommandLine(std::string_view commandLine);
   void WireLink();
+  void WireNetwork();
   void WireCycle();
   void WireReceive();
   void WireTests();
@@ -115,7 +118,7 @@ class FrmMain {
   void ComputeTerminators();
   void cmdReport_Click();
   void LinkChanged();
-  void DeviceGone();
+  void LinkLost();
   void RunStopped(RunEnd end);
   void End();
   void LogTrouble(std::string_view text);
