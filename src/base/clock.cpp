@@ -33,6 +33,10 @@ LocalTime SystemClock::Local() const {
   return LocalTime(std::chrono::nanoseconds(sinceEpoch) + offset_);
 }
 
+std::chrono::nanoseconds FileClockNow() {
+  return std::chrono::system_clock::now().time_since_epoch();
+}
+
 double SecondsSinceMidnight(LocalTime time) {
   return std::chrono::duration<double>(time - floor<days>(time)).count();
 }

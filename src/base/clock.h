@@ -33,6 +33,10 @@ class SystemClock : public Clock {
   mutable std::chrono::seconds offset_{0};
 };
 
+// The time by which the system stamps its files, since 1970. Never shown, and never a deadline: it jumps
+// when the clock of the machine is set.
+std::chrono::nanoseconds FileClockNow();
+
 double SecondsSinceMidnight(LocalTime time);
 
 // |later - earlier| of two times since midnight, modulo a day: 86399 to 1 is 2 seconds.

@@ -14,6 +14,7 @@
 #include "link/port_list.h"
 #include "link/posix_device.h"
 #include "receive/receive_loop.h"
+#include "testmodes/dialog.h"
 #include "testmodes/error_reports.h"
 #include "ui/version.h"
 
@@ -23,6 +24,7 @@ namespace {
 constexpr std::string_view bannerText = "Instrument test terminal";
 constexpr std::string_view configFile = "config.cfg";
 constexpr std::string_view reportFile = "Report.txt";
+constexpr std::string_view dialogFile = "Dialog.txt";
 
 // The codes that the terminator boxes offer, as three digits.
 std::vector<std::string> CharacterCodes() {
@@ -76,7 +78,9 @@ struct FrmMain::Modules {
         errors({controls.test, controls.run, controls.counters, controls.link, controls.display, display,
                 handOver, received}),
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
-                 expander, parser, handOver, received, display, logs}) {}
+                 expander, parser, handOver, received, display, logs}),
+        dialog({around.loop, controls.run, link, expander, display, logs},
+               [&around] { return around.folder.File(dialogFile); }) {}
 
   HandOver handOver;
   ReceiveState received;
@@ -91,6 +95,7 @@ struct FrmMain::Modules {
   Cycle cycle;
   ErrorReports errors;
   ReceiveLoop receive;
+  Dialog dialog;
 };
 
 FrmMain::FrmMain(Surroundings surroundings)
@@ -109,6 +114,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireNetwork();
   WireCycle();
   WireReceive();
+  WireDialog();
   WireTests();
   controls.config.cmdSave[0].OnClick = [this] { SaveConfiguration(); };
   controls.config.cmdSave[1].OnClick = [this] { LoadConfiguration(); };
@@ -137,6 +143,7 @@ void FrmMain::WireLink() {
     controls.cycle.Timer2.SetEnabled(false);
     modules_->cycle.EndWait();
     modules_->cycle.Stop();
+    modules_->dialog.LinkClosed();
     modules_->receive.DarkenLamps();
     modules_->logs.Flush();
   };
@@ -193,7 +200,19 @@ void FrmMain::WireReceive() {
   hooks.deviceGone = [this] { surroundings_.loop.Post([this] { LinkLost(); }); };
   hooks.note = [this](std::string_view text) { Note(text); };
   hooks.scripting = [] { return false; };  // a checked box without a script that runs changes nothing
-  hooks.dialog = [](std::string_view) {};
+  hooks.dialog = [this](std::string_view request) { modules_->dialog.DialogAnswer(request); };
+}
+
+void FrmMain::WireDialog() {
+  DialogHooks& hooks = modules_->dialog.Hooks;
+  hooks.txTerminator = [this] { return modules_->cycle.TxTerminator(); };
+  hooks.appendsRow = [this] { return controls.cycle.ChkCrLfAppTx.Checked(); };
+  hooks.sent = [this] {
+    controls.counters.TxLamp().SetFillColor(colors::red);
+    modules_->receive.KeepLampsBright();
+  };
+  hooks.note = [this](std::string_view text) { Note(text); };
+  controls.test.cmdEditDialog.OnClick = [this] { cmdEditDialog_Click(); };
 }
 
 void FrmMain::WireTests() {
@@ -270,6 +289,17 @@ void FrmMain::cmdReport_Click() {
     Note(fmt::format("the report is in {}; no program was found to show it", file.string()));
   }
   if (OnFocusDisplay) OnFocusDisplay();
+}
+
+void FrmMain::cmdEditDialog_Click() {
+  const auto file = surroundings_.folder.File(dialogFile);
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) error = WriteWholeFile(file, CommentedFirstDialog());
+  if (error) {
+    Note(fmt::format("{} was not made: {}", dialogFile, error.message()));
+  } else if (!surroundings_.shell.OpenText(file)) {
+    Note(fmt::format("the table is {}; no program was found to edit it", file.string()));
+  }
 }
 
 void FrmMain::LinkChanged() {

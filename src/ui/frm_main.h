@@ -112,11 +112,13 @@ class FrmMain {
   void WireNetwork();
   void WireCycle();
   void WireReceive();
+  void WireDialog();
   void WireTests();
   void SaveConfiguration();
   void LoadConfiguration();
   void ComputeTerminators();
   void cmdReport_Click();
+  void cmdEditDialog_Click();
   void LinkChanged();
   void LinkLost();
   void RunStopped(RunEnd end);

@@ -1,0 +1,133 @@
+#include "base/profile_file.h"
+
+#include <sys/stat.h>
+
+#include <utility>
+
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/text.h"
+
+namespace quarlin {
+namespace {
+
+// The system stamps a file with the time of its last clock tick, so a second change within one tick leaves
+// no trace. No system in use ticks more slowly than this.
+constexpr std::chrono::milliseconds longestTick{50};
+
+std::chrono::nanoseconds TimeOf(const timespec& time) {
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+std::string_view Trim(std::string_view text) {
+  constexpr std::string_view blanks = " \t";
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::string_view WithoutQuotes(std::string_view value) {
+  const bool quoted =
+      value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+  return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+// Takes the first line, without its end, off `text`. The LF of a CR LF makes an empty line of its own,
+// which means nothing here.
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = text.find_first_of("\r\n");
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  return line;
+}
+
+}  // namespace
+
+std::size_t ProfileFile::HashIgnoringCase::operator()(std::string_view text) const {
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (const char character : text) {
+    const bool letter = character >= 'A' && character <= 'Z';
+    const auto folded = static_cast<unsigned char>(letter ? character - 'A' + 'a' : character);
+    hash = (hash ^ folded) * 0x100000001B3;
+  }
+  return hash;
+}
+
+bool ProfileFile::SameIgnoringCase::operator()(std::string_view left, std::string_view right) const {
+  return EqualsIgnoringCase(left, right);
+}
+
+ProfileFile::ProfileFile(std::function<std::filesystem::path()> path) : path_(std::move(path)) {}
+
+std::string ProfileFile::ReadProfileString(std::string_view section, std::string_view key) {
+  Refresh();
+  return std::string(Value(section, key));
+}
+
+std::string_view ProfileFile::Value(std::string_view section, std::string_view key) const {
+  const auto found = sections_.find(section);
+  if (found == sections_.end()) return {};
+  const auto entry = found->second.index.find(key);
+  return entry == found->second.index.end() ? std::string_view() : found->second.entries[entry->second].value;
+}
+
+std::vector<ProfileFile::Entry> ProfileFile::Entries(std::string_view section) const {
+  const auto found = sections_.find(section);
+  return found == sections_.end() ? std::vector<Entry>() : found->second.entries;
+}
+
+std::optional<ProfileFile::Stamp> ProfileFile::StampOf(const std::filesystem::path& file) const {
+  struct stat status {};
+  if (file.empty() || stat(file.c_str(), &status) != 0) return std::nullopt;
+  return Stamp{status.st_dev, status.st_ino, status.st_size, TimeOf(status.st_mtim), TimeOf(status.st_ctim)};
+}
+
+void ProfileFile::Refresh() {
+  std::optional<Stamp> stamp = StampOf(file_);
+  if (stamp && stamp == stamp_) return;
+  if (!stamp) {
+    file_ = path_();
+    stamp = StampOf(file_);
+  }
+  // The time is taken before the file is read: what changes later gets a later stamp, or is read. The
+  // change time is looked at, since unlike the modification time it cannot be set at will.
+  const bool settled = stamp && FileClockNow() - stamp->changed > longestTick;
+  std::optional<std::string> content = stamp ? ReadWholeFile(file_) : std::nullopt;
+  stamp_ = settled && content ? stamp : std::nullopt;
+  Take(content ? BytesFromFileText(*content) : std::string());
+}
+
+void ProfileFile::Take(std::string text) {
+  if (text == text_) return;
+  sections_.clear();
+  text_ = std::move(text);
+  ++revision_;
+  Parse();
+}
+
+void ProfileFile::Parse() {
+  std::string_view rest = text_;
+  Section* section = nullptr;
+  while (!rest.empty()) {
+    const std::string_view line = Trim(TakeLine(rest));
+    if (line.empty() || line.front() == ';') continue;
+    const std::size_t close = line.front() == '[' ? line.find(']') : std::string_view::npos;
+    if (close == std::string_view::npos) {
+      if (section != nullptr) AddEntry(*section, line);
+      continue;
+    }
+    const auto [place, isNew] = sections_.try_emplace(Trim(line.substr(1, close - 1)));
+    section = isNew ? &place->second : nullptr;
+  }
+}
+
+void ProfileFile::AddEntry(Section& section, std::string_view line) {
+  const std::size_t equals = line.find('=');
+  const std::string_view key = Trim(line.substr(0, equals));
+  if (equals == std::string_view::npos || key.empty()) return;
+  if (!section.index.try_emplace(key, section.entries.size()).second) return;
+  const std::string_view value = WithoutQuotes(Trim(line.substr(equals + 1)));
+  section.entries.push_back({key, value.substr(0, longestValue)});
+}
+
+}  // namespace quarlin

@@ -1,0 +1,94 @@
+// The dialog test: the program plays the instrument and answers each request from the table Dialog.txt
+// (docs/dialog.md describes it to the user).
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "base/profile_file.h"
+#include "display/line_builder.h"
+#include "display/traffic_logs.h"
+#include "exchange/run_controls.h"
+#include "link/link.h"
+#include "macro/expander.h"
+#include "testmodes/answer_faults.h"
+
+namespace quarlin {
+
+// A request in the form in which the table can name it: characters below 32, or all of them, as "{XX}".
+std::string EncodeDialogKey(std::string_view text, bool allCoded);
+
+// The text of a first table, with what can stand in it explained in comments.
+std::string CommentedFirstDialog();
+
+struct DialogParts {
+  EventLoop& loop;
+  RunControls& run;
+  Link& link;
+  Expander& expander;
+  LineBuilder& display;
+  TrafficLogs& logs;
+};
+
+struct DialogHooks {
+  std::function<std::string()> txTerminator;   // follows every answer
+  std::function<bool()> appendsRow;            // "Append Row Tx" is checked
+  std::function<void()> sent;                  // something goes out: the lamps are bright
+  std::function<void(std::string_view)> note;  // for the status bar
+};
+
+class Dialog {
+ public:
+  static constexpr std::size_t mostDelayed = 1000;
+
+  // `table` names the file; see ProfileFile.
+  Dialog(DialogParts parts, std::function<std::filesystem::path()> table);
+
+  DialogHooks Hooks;
+  FaultCounts Faults;  // since the start of the program
+
+  // Answers a request, given without its terminator, as the table has it now; what is not in the table gets
+  // no answer. An answer with a delay is sent later, also when the mode has been switched off. Yields.
+  void DialogAnswer(std::string_view request);
+
+  // The link was closed: answers that still wait for their time are thrown away.
+  void LinkClosed();
+
+ private:
+  struct Delayed {
+    FaultyAnswer answer;
+    std::string terminator;
+    std::int32_t link;  // CommHandle when the request came
+  };
+
+  void TakeTable();
+  std::string AnswerTo(std::string_view request);
+  std::string_view LookUp(std::string_view section, std::string_view request) const;
+  FaultPlan* PlanFor(std::string_view request);
+  void SendLater(FaultyAnswer answer, std::string terminator);
+  void SendDue();
+  void SendFaulty(const FaultyAnswer& answer, const std::string& terminator);
+  void Send(std::string text);
+  void Announce(Fault fault);
+
+  DialogParts parts_;
+  ProfileFile table_;
+
+  // Made from the table, and made anew when it has changed.
+  std::uint64_t tableRevision_ = 0;
+  std::vector<std::string> variantSections_;            // COMMAND, COMMAND2, ... as far as there are any
+  std::unordered_map<std::string, std::size_t> turns_;  // by key in capitals: requests answered so far
+  std::unordered_map<std::string, FaultPlan> plans_;    // by key in capitals
+
+  std::multimap<Instant, Delayed> delayed_;
+  Alarm delayAlarm_;
+  bool toldDiscarded_ = false;  // since the table changed
+};
+
+}  // namespace quarlin
