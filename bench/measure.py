@@ -96,13 +96,15 @@ def numbered_lines(count):
 class Session:
     """Quarlin in a fresh program folder, connected to `port` where its words say so."""
 
-    def __init__(self, options, port, words, settings, headless=False):
+    def __init__(self, options, port, words, settings, headless=False, files=None):
         self.folder = Path(tempfile.mkdtemp(prefix="quarlin-bench-"))
         self.output, self.log = self.folder / "output", self.folder / "LOG.TXT"
         self.screen, self.program = None, None
         records = {"cboSerial": port, "ComboBaud": "921600", "ComboWord": "n,8,1", **settings}
         (self.folder / "config.cfg").write_text("".join(
             f"{name:20.20}{text!s:100.100}  " for name, text in records.items()))
+        for name, text in (files or {}).items():
+            (self.folder / name).write_text(text)
         try:
             if not headless:
                 self.screen = harness.Screen()
@@ -111,7 +113,7 @@ class Session:
             self.program = harness.Program(argv, self._environment(), str(self.output))
             if watch:
                 self._await_window(watch)
-            if self.program.wait_open(port, 30) is None:
+            if port != "NET" and self.program.wait_open(port, 30) is None:
                 raise RuntimeError(f"the port was not opened: {self.output.read_text()}")
         except BaseException:
             self.close()

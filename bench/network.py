@@ -1,0 +1,215 @@
+#!/usr/bin/env python3
+"""Measures the dialog mode and the network link, as measure.py measures the rest.
+
+    network.py dialog | entries | flood | all   [--runs 3]
+
+  dialog   answers a second with one client that waits for each, over TCP and over a pseudo-terminal,
+           beside a responder in Python that does the same; time from the last byte in to the first out
+  entries  the same with 10,000 entries in Dialog.txt beside 10
+  flood    200 MB over TCP into the receive side, display and LOG.TXT on, beside `nc -l > file`
+
+Needs Xvfb and libX11 for the window; flood also nc (netcat-openbsd).
+"""
+import argparse
+import os
+import select
+import shutil
+import socket
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+import harness
+import measure
+from measure import ANSWER, REQUEST, Figure, Session
+
+measure.FIGURES.update({
+    "dialog": [
+        Figure("tcp", "TCP: answers", "1/s", ">= 1.0", "python_tcp", of_ratio=True),
+        Figure("tcp_p50", "TCP: half of the answers within", "µs", "", "python_tcp_p50"),
+        Figure("tcp_p99", "TCP: 99 % within", "µs", "", "python_tcp_p99"),
+        Figure("pty", "pseudo-terminal: answers", "1/s", ">= 1.0", "python_pty", of_ratio=True),
+        Figure("pty_p50", "pseudo-terminal: half within", "µs", "", "python_pty_p50"),
+        Figure("pty_p99", "pseudo-terminal: 99 % within", "µs", "", "python_pty_p99"),
+    ],
+    "entries": [Figure("many", "TCP, 10,000 entries: answers", "1/s", ">= 0.9", "few", of_ratio=True)],
+    "flood": [
+        Figure("rate", "TCP until all is in the file", "MB/s", "", "nc"),
+        Figure("peak", "peak memory", "MB", "< 150"),
+        Figure("exact", "LOG.TXT byte for byte", "", ">= 1"),
+    ],
+})
+
+# What the dialog mode is held against: it answers every line, and nothing else.
+TCP_RESPONDER = """
+import socket, sys
+server = socket.create_server(("127.0.0.1", int(sys.argv[1])))
+while True:
+    peer, _ = server.accept()
+    peer.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+    buffer = b""
+    while data := peer.recv(4096):
+        buffer += data
+        while b"\\n" in buffer:
+            line, buffer = buffer.split(b"\\n", 1)
+            if line == b"READ\\r":
+                peer.sendall(b"ST,GS,+00012.345 kg\\r\\n")
+"""
+PTY_RESPONDER = """
+import os, sys, tty
+port = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)
+tty.setraw(port)
+buffer = b""
+while data := os.read(port, 4096):
+    buffer += data
+    while b"\\n" in buffer:
+        line, buffer = buffer.split(b"\\n", 1)
+        if line == b"READ\\r":
+            os.write(port, b"ST,GS,+00012.345 kg\\r\\n")
+"""
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def connected(port):
+    """A connection to whatever will listen there soon."""
+    deadline = time.monotonic() + 30
+    while time.monotonic() < deadline:
+        try:
+            link = socket.create_connection(("127.0.0.1", port))
+            link.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+            return link
+        except ConnectionRefusedError:
+            time.sleep(0.02)
+    raise RuntimeError("nobody listens")
+
+
+def ask(file, seconds):
+    """(answers a second, median and 99th percentile in µs) of a client that waits for each answer."""
+    times, end = [], time.monotonic() + seconds
+    while time.monotonic() < end:
+        begun = time.perf_counter()
+        os.write(file, REQUEST)
+        answer = b""
+        while not answer.endswith(b"\n"):
+            if not select.select([file], [], [], 5)[0]:
+                raise RuntimeError(f"no answer, {answer!r}")
+            if not answer:
+                times.append(time.perf_counter() - begun)
+            answer += os.read(file, 4096)
+        if answer != ANSWER:
+            raise RuntimeError(f"answer {answer!r}")
+    times.sort()
+    return len(times) / seconds, statistics.median(times) * 1e6, times[len(times) * 99 // 100] * 1e6
+
+
+class Responder:
+    """The reference, in a process of its own."""
+
+    def __init__(self, text, word):
+        self.process = subprocess.Popen([sys.executable, "-c", text, str(word)])
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+
+
+def dialog_session(options, port, settings, entries=10):
+    table = "".join(f"CMD{number}=ANSWER{number}\n" for number in range(entries))
+    text = f"[COMMAND]\n{table}READ={ANSWER.decode().strip()}\n"
+    return Session(options, port, ["LOAD", "DIALOG"], settings, headless=False,
+                   files={"Dialog.txt": text})
+
+
+def ask_tcp(options, entries):
+    port = free_port()
+    with dialog_session(options, "NET", {"chkListen": 1, "txtPort": port}, entries):
+        with connected(port) as link:
+            return ask(link.fileno(), options.seconds)
+
+
+def measure_dialog(options):
+    figures = {}
+
+    def keep(name, result):
+        figures[name], figures[name + "_p50"], figures[name + "_p99"] = result
+
+    port = free_port()
+    with Responder(TCP_RESPONDER, port), connected(port) as link:
+        keep("python_tcp", ask(link.fileno(), options.seconds))
+    keep("tcp", ask_tcp(options, 10))
+    with harness.Link() as link, Responder(PTY_RESPONDER, link.path):
+        time.sleep(0.5)
+        keep("python_pty", ask(link.master, options.seconds))
+    with harness.Link() as link, dialog_session(options, link.path, {}):
+        time.sleep(0.5)
+        keep("pty", ask(link.master, options.seconds))
+    return figures
+
+
+def measure_entries(options):
+    return {"few": ask_tcp(options, 10)[0], "many": ask_tcp(options, 10_000)[0]}
+
+
+def pour(port, file, data):
+    """Seconds until all of `data` is in `file`."""
+    with connected(port) as link:
+        begun = time.monotonic()
+        link.sendall(data)
+        while not file.exists() or file.stat().st_size < len(data):
+            if time.monotonic() - begun > 120:
+                raise RuntimeError(f"{file} stays at {file.stat().st_size} bytes")
+            time.sleep(0.002)
+        return time.monotonic() - begun
+
+
+def measure_flood(options):
+    data = measure.numbered_lines(200_000_000 // len(measure.LINE % 0))
+    folder, port = Path(tempfile.mkdtemp(prefix="quarlin-bench-")), free_port()
+    with open(folder / "kept", "wb") as kept:
+        nc = subprocess.Popen(["nc", "-l", "127.0.0.1", str(port)], stdout=kept,
+                              stdin=subprocess.DEVNULL)
+        time.sleep(0.5)
+        nc_seconds = pour(port, folder / "kept", data)
+        nc.kill()
+        nc.wait()
+    shutil.rmtree(folder)
+    port = free_port()
+    with Session(options, "NET", ["LOAD"], {"chkListen": 1, "txtPort": port, "chkLog": 1}) as session:
+        session.settle()
+        seconds = pour(port, session.log, data)
+        peak = harness.memory_mb(session.pid, "VmHWM")
+        return {"rate": len(data) / 1e6 / seconds, "nc": len(data) / 1e6 / nc_seconds, "peak": peak,
+                "exact": int(session.logged() == data)}
+
+
+measure.MEASURES.update({"dialog": measure_dialog, "entries": measure_entries, "flood": measure_flood})
+NAMES = ["dialog", "entries", "flood"]
+
+
+def main():
+    parse = argparse.ArgumentParser(description=__doc__,
+                                    formatter_class=argparse.RawDescriptionHelpFormatter)
+    parse.add_argument("what", choices=[*NAMES, "all"])
+    parse.add_argument("--runs", type=int, default=3)
+    parse.add_argument("--program", type=Path, default=measure.BINARIES / "quarlin")
+    parse.add_argument("--seconds", type=float, default=5, help="length of each count")
+    options = parse.parse_args()
+    options.headless = False
+    options.program = options.program.resolve()
+    chosen = NAMES if options.what == "all" else [options.what]
+    return 0 if all([measure.measure(name, options) for name in chosen]) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
