@@ -163,11 +163,12 @@ void Dialog::SendFaulty(const FaultyAnswer& answer, const std::string& terminato
 
 void Dialog::Send(std::string text) {
   Hooks.sent();
-  parts_.link.SendString(text);
-  if (parts_.run.chkhhmmss.Checked()) parts_.logs.WriteStamp(parts_.loop.Local());
-  parts_.logs.WriteTraffic(text);
-  parts_.display.Append(text, colors::blue);
-  if (Hooks.appendsRow()) parts_.display.Append("\r\n", colors::blue);
+  parts_.link.Send(std::move(text), [this](const std::string& sent) {
+    if (parts_.run.chkhhmmss.Checked()) parts_.logs.WriteStamp(parts_.loop.Local());
+    parts_.logs.WriteTraffic(sent);
+    parts_.display.Append(sent, colors::blue);
+    if (Hooks.appendsRow()) parts_.display.Append("\r\n", colors::blue);
+  });
 }
 
 void Dialog::Announce(Fault fault) {
