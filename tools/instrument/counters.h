@@ -9,7 +9,8 @@
 
 namespace quarlin::instrument {
 
-// Once nothing waits to be sent any more, requests == answers + dropped.
+// Once nothing waits to be sent any more, requests == answers + dropped, unless a client left before its
+// answer.
 struct Counters {
   std::uint64_t requests = 0;                      // complete lines with something in them
   std::uint64_t answers = 0;                       // begun to be sent, with or without a fault

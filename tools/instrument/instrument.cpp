@@ -94,13 +94,12 @@ bool Instrument::WantsInput() const {
 }
 
 std::string_view Instrument::Output(Instant now) {
-  if (!output_.empty()) return output_;
-  for (auto due = NextDue(); due && *due <= now; due = NextWaiting()) {
-    if (!insideAnswer_ && streamDue_ == due) {
-      SendStreamed(now);
-    } else {
-      SendPiece(now);
-    }
+  const auto due = NextDue();
+  if (!due || *due > now) return output_;
+  if (!insideAnswer_ && streamDue_ == due) {
+    SendStreamed(now);
+  } else {
+    SendPiece(now);
   }
   return output_;
 }
@@ -112,13 +111,13 @@ void Instrument::SendPiece(Instant now) {
     ++counters_.answers;
     if (piece.fault) ++counters_.faults[static_cast<std::size_t>(*piece.fault)];
   }
-  output_ += piece.text;
+  output_ = piece.text;
   insideAnswer_ = !piece.last;
   if (insideAnswer_) waiting_.front().due = now + waiting_.front().gap;
 }
 
 void Instrument::SendStreamed(Instant now) {
-  output_ += maker_.Faultless(scale_.Weight(now));
+  output_ = maker_.Faultless(scale_.Weight(now));
   ++counters_.streamed;
   const Duration period = StreamPeriod(settings_.streamRate);
   *streamDue_ += period;
@@ -128,6 +127,13 @@ void Instrument::SendStreamed(Instant now) {
 void Instrument::Sent(std::size_t bytes) {
   output_.erase(0, bytes);
   counters_.bytesOut += bytes;
+}
+
+void Instrument::ForgetClient() {
+  line_.clear();
+  waiting_.clear();
+  insideAnswer_ = false;
+  output_.clear();
 }
 
 std::optional<Instant> Instrument::NextDue() const {

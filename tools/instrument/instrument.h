@@ -4,6 +4,8 @@
 // A carrier's turn:  Receive(what arrived, now)  ->  write some of Output(now)  ->  Sent(that many)
 //                    ->  wait for input (if WantsInput), for room (if Output is not empty) or until NextDue.
 //
+// One output is one piece: an answer, a part of a split one, or a weight of the stream.
+//
 // A client that does not read holds the instrument up but does not make it grow: no new answers become output
 // while older output is unsent, and no input is wanted while many answers wait.
 #pragma once
@@ -34,13 +36,17 @@ class Instrument {
   // False while so much waits to be sent, or when the count is reached.
   bool WantsInput() const;
 
-  // Everything that should be on the wire by `now` and is not yet. Valid until the next call.
+  // The next piece that should be on the wire by `now`, or what is left of it; empty when there is none.
+  // Valid until the next call.
   std::string_view Output(Instant now);
 
   bool HasUnsentOutput() const { return !output_.empty(); }
 
   // The first `bytes` of the output are on the wire.
   void Sent(std::size_t bytes);
+
+  // The client has gone, and with it what it had asked and not yet got, and the line it had begun.
+  void ForgetClient();
 
   // When there will be output again; nothing when only a request can cause it, or while output is unsent.
   std::optional<Instant> NextDue() const;
@@ -76,7 +82,7 @@ class Instrument {
   std::deque<Piece> waiting_;
   bool insideAnswer_ = false;  // a split answer is begun; nothing may come between its pieces
   std::optional<Instant> streamDue_;
-  std::string output_;  // due and not yet on the wire
+  std::string output_;  // a piece that is due, as far as it is not yet on the wire
   Counters counters_;
 };
 

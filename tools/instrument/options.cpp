@@ -2,11 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <numeric>
 #include <string_view>
 #include <system_error>
+
+#include "instrument/bound_socket.h"
 
 namespace quarlin::instrument {
 
@@ -103,6 +106,25 @@ std::string ReadLink(std::string_view value, Options& options) {
   return value.empty() ? "must be the path of a link" : "";
 }
 
+std::string ReadTcp(std::string_view value, Options& options) {
+  return ReadNumber(value, std::uint16_t{0}, std::uint16_t{UINT16_MAX}, options.tcp.emplace());
+}
+
+std::string ReadUdp(std::string_view value, Options& options) {
+  return ReadNumber(value, std::uint16_t{0}, std::uint16_t{UINT16_MAX}, options.udp.emplace());
+}
+
+std::string ReadBind(std::string_view value, Options& options) {
+  options.bind = value;
+  return IsAddress(options.bind) ? "" : "must be an IPv4 or IPv6 address";
+}
+
+std::string ReadJoin(std::string_view value, Options& options) {
+  if (options.join.size() == 2) options.join.clear();
+  options.join.emplace_back(value);
+  return value.empty() ? "must be the paths of two links" : "";
+}
+
 std::string ReadQuiet(std::string_view /*none*/, Options& options) {
   options.quiet = true;
   return {};
@@ -115,13 +137,18 @@ std::string ReadHelp(std::string_view /*none*/, Options& options) {
 
 struct Option {
   std::string_view name;
-  std::string_view value;  // what stands for it in the help; empty when the option has none
+  std::string_view
+      value;  // what stands for it in the help; empty when the option has none, two words for two
   Reader read;
   std::string_view help;
 };
 
-constexpr std::array<Option, 16> optionTable{{
+constexpr std::array<Option, 20> optionTable{{
     {"--link", "PATH", ReadLink, "also make a symbolic link PATH to the port; removed at the end"},
+    {"--tcp", "PORT", ReadTcp, "play on this TCP port instead; 0 is any free one"},
+    {"--udp", "PORT", ReadUdp, "play on this UDP port instead; 0 is any free one"},
+    {"--bind", "ADDRESS", ReadBind, "address of that port (127.0.0.1)"},
+    {"--join", "PATH1 PATH2", ReadJoin, "no instrument: join two pseudo-terminals, with links to them"},
     {"--end", "END", ReadEnd, "end answers with cr, lf or crlf (crlf)"},
     {"--checksum", "STYLE", ReadChecksum, "none, motorola, sysway, mod8, lrc or lrcraw (none)"},
     {"--delay", "MS", ReadDelay, "milliseconds from a request to its answer (0)"},
@@ -146,16 +173,58 @@ const Option* FindOption(std::string_view name) {
   return nullptr;
 }
 
+std::size_t ValueCount(const Option& option) {
+  if (option.value.empty()) return 0;
+  return 1 + static_cast<std::size_t>(std::count(option.value.begin(), option.value.end(), ' '));
+}
+
+// Takes the option that begins `arguments`, and its values, off them.
+void TakeOption(std::span<const char* const>& arguments, Options& options) {
+  const std::string_view argument = arguments.front();
+  arguments = arguments.subspan(1);
+  const auto equals = argument.find('=');
+  const auto name = argument.substr(0, equals);
+  const Option* option = FindOption(name);
+  if (option == nullptr) {
+    options.error = fmt::format("{}: unknown option; --help lists all", name);
+    return;
+  }
+  const std::size_t count = ValueCount(*option);
+  std::vector<std::string_view> values;
+  if (equals != std::string_view::npos) values.push_back(argument.substr(equals + 1));
+  for (; values.size() < count && !arguments.empty(); arguments = arguments.subspan(1)) {
+    values.push_back(arguments.front());
+  }
+  if (values.size() != count) {
+    options.error = fmt::format("{}: {}", name,
+                                count == 0   ? "takes no value"
+                                : count == 1 ? "needs a value"
+                                             : "needs two values");
+    return;
+  }
+  if (count == 0) values.emplace_back();
+  for (const auto value : values) {
+    const auto wrong = option->read(value, options);
+    if (wrong.empty()) continue;
+    options.error = fmt::format("{} {}: {}", name, value, wrong);
+    return;
+  }
+}
+
 // What is wrong with the options together.
-std::string Conflict(const Settings& settings) {
-  const auto& rates = settings.faultRates;
+std::string Conflict(const Options& options) {
+  const auto& rates = options.settings.faultRates;
   constexpr double roundingAllowance = 1e-9;  // ten times 0.1 may come out a little above 1
   if (std::accumulate(rates.begin(), rates.end(), 0.0) > 1 + roundingAllowance) {
     return "the rates of all faults together must not be above 1";
   }
-  if (rates[static_cast<std::size_t>(Fault::BadChecksum)] > 0 && !settings.checksum) {
+  if (rates[static_cast<std::size_t>(Fault::BadChecksum)] > 0 && !options.settings.checksum) {
     return "--bad-checksum needs a --checksum other than none";
   }
+  const bool network = options.tcp || options.udp;
+  if (options.tcp && options.udp) return "--tcp and --udp exclude each other";
+  if (network && !options.link.empty()) return "--link is for a pseudo-terminal, not for the network";
+  if (!network && !options.bind.empty()) return "--bind needs --tcp or --udp";
   return {};
 }
 
@@ -163,32 +232,18 @@ std::string Conflict(const Settings& settings) {
 
 Options ParseOptions(std::span<const char* const> arguments) {
   Options options;
-  for (std::size_t i = 0; i < arguments.size() && options.error.empty(); ++i) {
-    const std::string_view argument = arguments[i];
-    const auto equals = argument.find('=');
-    const auto name = argument.substr(0, equals);
-    const Option* option = FindOption(name);
-    if (option == nullptr) {
-      options.error = fmt::format("{}: unknown option; --help lists all", name);
-    } else if (option->value.empty() && equals != std::string_view::npos) {
-      options.error = fmt::format("{}: takes no value", name);
-    } else if (!option->value.empty() && equals == std::string_view::npos && ++i == arguments.size()) {
-      options.error = fmt::format("{}: needs a value", name);
-    } else {
-      const auto value = equals == std::string_view::npos ? arguments[i] : argument.substr(equals + 1);
-      const auto wrong = option->read(value, options);
-      if (!wrong.empty()) options.error = fmt::format("{} {}: {}", name, value, wrong);
-    }
-  }
-  if (options.error.empty()) options.error = Conflict(options.settings);
+  std::size_t count = 0;
+  for (; !arguments.empty() && options.error.empty(); ++count) TakeOption(arguments, options);
+  if (options.error.empty()) options.error = Conflict(options);
+  if (options.error.empty() && !options.join.empty() && count > 1) options.error = "--join stands alone";
   return options;
 }
 
 std::string HelpText() {
   std::string text = R"(Usage: quarlin-instrument [OPTION]...
 
-Plays a weighing indicator on a pseudo-terminal. The first line it prints is the path of the port to open;
-line speed and parity do not matter.
+Plays a weighing indicator on a pseudo-terminal, or on a TCP or UDP port. The first line it prints says where: the
+path of the port to open, or "127.0.0.1:4001". Line speed and parity do not matter.
 
 A request is a line that ends with CR, LF or CR LF, in upper or lower case; STX and ETX in it are ignored.
   READ   the weight, always 19 characters: "ST,GS,+00012.345 kg";
@@ -220,14 +275,18 @@ SIGINT or SIGTERM ends the instrument; then it prints what it did, and on SIGUSR
   streamed      weights sent without being asked; not among the answers
   bytes-in, bytes-out
                 bytes taken from and given to the port
-Once nothing waits to be sent any more, requests = answers + dropped.
+Once nothing waits to be sent any more, requests = answers + dropped, unless a TCP client left before its answer.
+
+Over TCP there is one client at a time: a new one replaces the old one, whose begun request and unsent answers are
+thrown away. Over UDP each answer, and each piece of a split one, is one datagram to the sender of the last one.
+--join prints the paths of its two pseudo-terminals and copies every byte from each to the other, until ended.
 
 The exit status is 0, 1 when the port or the link failed, or 2 when an option is wrong.
 
 Examples:
   quarlin-instrument --link /tmp/scale
   quarlin-instrument --delay 20 --jitter 10 --checksum sysway --garble 0.01 --bad-checksum 0.01
-  quarlin-instrument --stream 10 --end cr
+  quarlin-instrument --tcp 4001 --stream 10 --end cr
   quarlin-instrument --count 1000 --drop 0.05 --split 0.2 --seed 7
 )";
   return text;

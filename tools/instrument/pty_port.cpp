@@ -8,26 +8,13 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
 #include <utility>
+
+#include "instrument/system_call.h"
 
 namespace quarlin::instrument {
 
 namespace {
-
-std::error_code LastError() {
-  return {errno, std::generic_category()};
-}
-
-Moved Result(ssize_t bytes) {
-  if (bytes >= 0) return {static_cast<std::size_t>(bytes), {}};
-  if (errno == EAGAIN || errno == EINTR) return {};
-  return {0, LastError()};
-}
-
-void Require(bool worked, const char* what) {
-  if (!worked) throw std::system_error(LastError(), what);
-}
 
 void MakeRaw(int descriptor) {
   termios settings{};
@@ -45,15 +32,18 @@ PtyPort::PtyPort() : ours_(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEX
   Require(ptsname_r(ours_.Get(), path.data(), path.size()) == 0, "pseudo-terminal name");
   clientPath_ = path.data();
   clients_ = FileHandle(open(clientPath_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
-  Require(clients_.Get() >= 0, clientPath_.c_str());
+  Require(clients_.Get() >= 0, clientPath_);
   MakeRaw(clients_.Get());
 }
 
-Moved PtyPort::Read(std::span<char> buffer) const {
-  return Result(read(ours_.Get(), buffer.data(), buffer.size()));
+// A read that does not fill the buffer has taken all there was.
+Moved PtyPort::Read(std::span<char> buffer) {
+  Moved moved = Result(read(ours_.Get(), buffer.data(), buffer.size()));
+  moved.more = moved.bytes == buffer.size();
+  return moved;
 }
 
-Moved PtyPort::Write(std::string_view bytes) const {
+Moved PtyPort::Write(std::string_view bytes) {
   return Result(write(ours_.Get(), bytes.data(), bytes.size()));
 }
 

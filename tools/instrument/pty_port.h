@@ -1,38 +1,25 @@
 // A pseudo-terminal: the instrument holds one end, a client opens the other as it would a serial port.
 #pragma once
 
-#include <cstddef>
 #include <filesystem>
-#include <span>
 #include <string>
-#include <string_view>
-#include <system_error>
 
 #include "instrument/file_handle.h"
+#include "instrument/port.h"
 
 namespace quarlin::instrument {
 
-// What one read or write moved. Nothing moved and no error: there was nothing to read, or no room.
-struct Moved {
-  std::size_t bytes = 0;
-  std::error_code error;
-};
-
-class PtyPort {
+class PtyPort : public Port {
  public:
   // Opens a new pseudo-terminal in raw mode; throws std::system_error when there is none to be had. The
   // client's end stays open here too, so that clients may come and go without a hang-up.
   PtyPort();
 
-  const std::string& ClientPath() const { return clientPath_; }
-  int Descriptor() const { return ours_.Get(); }  // to wait on; closed with the port
-
-  // Neither ever blocks.
-  Moved Read(std::span<char> buffer) const;
-  Moved Write(std::string_view bytes) const;
-
-  // True when a client has yet to fetch something that was written. Closing the port throws that away.
-  bool Unfetched() const;
+  std::string Name() const override { return clientPath_; }
+  int Descriptor() const override { return ours_.Get(); }
+  Moved Read(std::span<char> buffer) override;
+  Moved Write(std::string_view bytes) override;
+  bool Unfetched() const override;
 
  private:
   FileHandle ours_;

@@ -6,7 +6,7 @@
 
 #include "base/clock.h"
 #include "instrument/instrument.h"
-#include "instrument/pty_port.h"
+#include "instrument/port.h"
 #include "instrument/signal_input.h"
 #include "instrument/waiter.h"
 
@@ -15,7 +15,7 @@ namespace quarlin::instrument {
 class Server {
  public:
   // `report` is called for each Signal::Report.
-  Server(Instrument& instrument, const PtyPort& port, const SignalInput& signals, const Clock& clock,
+  Server(Instrument& instrument, Port& port, const SignalInput& signals, const Clock& clock,
          std::function<void()> report);
 
   // Runs until a signal ends it, or the instrument is finished and the client has fetched all (or has not
@@ -27,13 +27,16 @@ class Server {
   std::error_code TakeInput(Instant now);
   std::error_code GiveOutput(Instant now);
   void AwaitFetching();
+  void ChangeClient();
+  void FollowClient();
 
   Instrument& instrument_;
-  const PtyPort& port_;
+  Port& port_;
   const SignalInput& signals_;
   Waiter waiter_;
   const Clock& clock_;
   std::function<void()> report_;
+  bool clientEnded_ = false;  // it sends no more, and is sent away when it has all
 };
 
 }  // namespace quarlin::instrument

@@ -8,8 +8,9 @@
 
 namespace quarlin::instrument {
 
-// The port tells news only once, when bytes or room come: asking it on every turn whether it still has some
-// costs a tenth of the round trips. So whoever leaves bytes or room behind must say so with LookAgain.
+// The port and its door tell news only once, when bytes, room or somebody come: asking on every turn whether
+// there still are some costs a tenth of the round trips. So whoever leaves bytes or room behind must say so
+// with LookAgain.
 class Waiter {
  public:
   struct Interest {
@@ -20,11 +21,17 @@ class Waiter {
 
   struct Ready {
     bool port = false;  // for what was of interest, or it has failed
+    bool door = false;  // somebody knocks
     bool signals = false;
   };
 
-  // Both descriptors stay open as long as this. Throws std::system_error when there can be no waiting.
-  Waiter(int port, int signals);
+  // The signals and the door, negative when there is none, stay open as long as this. Throws
+  // std::system_error when there can be no waiting.
+  explicit Waiter(int signals, int door = -1);
+
+  // From here on the port is this descriptor, or none when it is negative. The one before is closed already.
+  void Carry(int port);
+  bool Carries() const { return port_ >= 0; }
 
   // Sleeps at most so long, to the nanosecond, or without end. Without interest in the port only signals
   // count.
@@ -35,7 +42,8 @@ class Waiter {
 
  private:
   FileHandle epoll_;
-  int port_;
+  int port_ = -1;
+  int door_;
   std::optional<Interest> told_;  // to the system; nothing when it must be told anew
 };
 

@@ -1,0 +1,30 @@
+// What the calls of the system return, as values and exceptions.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cerrno>
+#include <string>
+#include <system_error>
+
+#include "instrument/port.h"
+
+namespace quarlin::instrument {
+
+inline std::error_code LastError() {
+  return {errno, std::generic_category()};
+}
+
+// Of a read or write that does not block.
+inline Moved Result(ssize_t bytes) {
+  if (bytes >= 0) return {static_cast<std::size_t>(bytes), {}};
+  if (errno == EAGAIN || errno == EINTR) return {};
+  return {0, LastError()};
+}
+
+// Throws std::system_error with the last error, which `what` had.
+inline void Require(bool worked, const std::string& what) {
+  if (!worked) throw std::system_error(LastError(), what);
+}
+
+}  // namespace quarlin::instrument
