@@ -43,6 +43,7 @@ class RealProgram : public testing::Test {
     EXPECT_FALSE(WriteWholeFile(folder / "config.cfg", config_));
     std::vector<std::string> arguments{"--headless"};
     arguments.insert(arguments.end(), words.begin(), words.end());
+    config_.clear();
     program_ = std::make_unique<Program>("quarlin", arguments, folder.Path(),
                                          std::map<std::string, std::string>{{"QUARLIN_HOME", folder.Path()}});
     return *program_;
@@ -100,30 +101,65 @@ TEST_F(RealProgram, AsksCountsLogsReportsAndEnds) {
   EXPECT_EQ(program.Errors(), "");
 }
 
-TEST_F(RealProgram, CountsEveryFaultThatTheInstrumentMade) {
+struct LinkCase {
+  const char* name;
+  std::vector<std::string> instrument;  // where it plays
+  const char* udp;
+};
+
+TEST_F(RealProgram, CountsEveryFaultThatTheInstrumentMadeOverEveryLink) {
   const std::string port = (folder / "a port").string();  // with a blank
-  Program instrument("quarlin-instrument",
-                     {"--link", port, "--seed", "1", "--checksum", "sysway", "--drop", "0.05", "--short",
-                      "0.05", "--bad-checksum", "0.05", "--err", "0.05"},
-                     folder.Path());
-  instrument.FirstOutputLine();
-  ConfigureRun(port, "300");
-  Configure("txtlenrx", "23");
-  Configure("cboCheckSum", "Sysway");
-  Program& program = Start({"LOAD", "RUN", "EXIT"});
-  EXPECT_EQ(program.Wait(60s), 1) << program.Errors();
-  instrument.Signal(SIGINT);
-  ASSERT_EQ(instrument.Wait(), 0);
-  const std::string made = instrument.Output();
-  const std::string report = program.Output();
-  EXPECT_EQ(Number(report, "Tx :"), Number(made, "requests: "));
-  EXPECT_EQ(Number(report, "Rx :"), 300);
-  EXPECT_EQ(Number(report, "Error Len : "), Number(made, "short: ") + Number(made, "bad-checksum: "));
-  EXPECT_EQ(Number(report, "Error     : "), Number(made, "short: ") + Number(made, "bad-checksum: ") +
-                                                Number(made, "dropped: ") + Number(made, "err: "));
-  EXPECT_EQ(Number(made, "requests: "),
-            300 + Number(made, "short: ") + Number(made, "dropped: ") + Number(made, "err: "));
-  EXPECT_GT(Number(made, "dropped: "), 0);
+  for (const LinkCase& link : std::vector<LinkCase>{{"pseudo-terminal", {"--link", port}, ""},
+                                                    {"TCP", {"--tcp", "0"}, "0"},
+                                                    {"UDP", {"--udp", "0"}, "1"}}) {
+    SCOPED_TRACE(link.name);
+    std::vector<std::string> arguments = link.instrument;
+    for (const char* word : {"--seed", "1", "--checksum", "sysway", "--drop", "0.05", "--short", "0.05",
+                             "--bad-checksum", "0.05", "--err", "0.05"}) {
+      arguments.emplace_back(word);
+    }
+    Program instrument("quarlin-instrument", arguments, folder.Path());
+    const std::string place = instrument.FirstOutputLine();
+    ConfigureRun(*link.udp == 0 ? port : "NET", "300");
+    Configure("txtPort", place.substr(place.find(':') + 1));
+    Configure("chkUDP", *link.udp == 0 ? "0" : link.udp);
+    Configure("txtlenrx", "23");
+    Configure("cboCheckSum", "Sysway");
+    Program& program = Start({"LOAD", "RUN", "EXIT"});
+    EXPECT_EQ(program.Wait(60s), 1) << program.Errors();
+    instrument.Signal(SIGINT);
+    ASSERT_EQ(instrument.Wait(), 0);
+    const std::string made = instrument.Output();
+    const std::string report = program.Output();
+    const int spoiled = Number(made, "short: ") + Number(made, "dropped: ") + Number(made, "err: ");
+    EXPECT_EQ(Number(report, "Tx :"), Number(made, "requests: "));
+    EXPECT_EQ(Number(report, "Rx :"), 300);
+    EXPECT_EQ(Number(report, "Error Len : "), Number(made, "short: ") + Number(made, "bad-checksum: "));
+    EXPECT_EQ(Number(report, "Error     : "), spoiled + Number(made, "bad-checksum: "));
+    EXPECT_EQ(Number(made, "requests: "), 300 + spoiled);
+    EXPECT_GT(Number(made, "dropped: "), 0);
+  }
+}
+
+TEST_F(RealProgram, AnswersAsTheInstrumentAndTakesAChangedTableAtOnce) {
+  const auto table = [this](const std::string& weight) {
+    EXPECT_FALSE(
+        WriteWholeFile(folder / "dialog.TXT", "[command]\r\nread = " + weight + "[CHECKSUMSYS]\r\n"));
+  };
+  table("10");
+  Configure("cboSerial", wire.Path());
+  Start({"LOAD", "DIALOG"});
+  const auto asked = [&](const std::string& expected) {
+    return Eventually([&] {
+      const std::size_t before = wire.Received().size();
+      wire.Send("READ\r\n");
+      wire.Serve([](std::string_view) { return ""; }, [&] { return wire.Received().size() > before; }, 300ms);
+      return wire.Received().ends_with(expected);
+    });
+  };
+  EXPECT_TRUE(asked("1001\r\n"));
+  table("20");
+  EXPECT_TRUE(asked("2002\r\n"));
 }
 
 TEST_F(RealProgram, LogsEveryByteOfAFlood) {
