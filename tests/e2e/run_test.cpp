@@ -115,7 +115,7 @@ TEST_F(RealProgram, CountsEveryFaultThatTheInstrumentMadeOverEveryLink) {
     SCOPED_TRACE(link.name);
     std::vector<std::string> arguments = link.instrument;
     for (const char* word : {"--seed", "1", "--checksum", "sysway", "--drop", "0.05", "--short", "0.05",
-                             "--bad-checksum", "0.05", "--err", "0.05"}) {
+                             "--bad-checksum", "0.05", "--err", "0.05", "--split", "0.1"}) {
       arguments.emplace_back(word);
     }
     Program instrument("quarlin-instrument", arguments, folder.Path());
@@ -138,6 +138,7 @@ TEST_F(RealProgram, CountsEveryFaultThatTheInstrumentMadeOverEveryLink) {
     EXPECT_EQ(Number(report, "Error     : "), spoiled + Number(made, "bad-checksum: "));
     EXPECT_EQ(Number(made, "requests: "), 300 + spoiled);
     EXPECT_GT(Number(made, "dropped: "), 0);
+    EXPECT_GT(Number(made, "split: "), 0) << "over UDP, as several datagrams";
   }
 }
 

@@ -1,25 +1,18 @@
 #include "instrument/instrument.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <poll.h>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <numeric>
 #include <string>
 #include <vector>
 
 #include "base/text.h"
-#include "instrument/file_handle.h"
 #include "instrument/options.h"
-#include "instrument/pty_port.h"
-#include "instrument/waiter.h"
 
 namespace quarlin::instrument {
 namespace {
@@ -282,6 +275,26 @@ TEST(InstrumentTest, AClientThatDoesNotReadHoldsUpTheInstrumentAndMakesNothingGr
   EXPECT_TRUE(rig.instrument.WantsInput());
 }
 
+TEST(InstrumentTest, AnswersThatAreDueAtOnceStayApart) {
+  Rig rig;
+  EXPECT_EQ(rig.AskForPieces("VER\rFOO\rSN\r", 1s),
+            (std::vector<std::string>{"VER,1.00\r\n", "ERR\r\n", "SN,18460219\r\n"}));
+}
+
+TEST(InstrumentTest, NothingOfAClientThatHasGoneReachesTheNext) {
+  Settings settings = With(Fault::Split, 1);
+  settings.streamRate = 10;
+  Rig rig(settings);
+  rig.instrument.Receive("VER\rVER\rRE", rig.now);
+  rig.instrument.Sent(rig.instrument.Output(rig.now).size() -
+                      1);  // amid a piece of an answer amid its pieces
+  rig.instrument.ForgetClient();
+  const auto lines = SplitLines(rig.Ask("AD\r", 350ms));
+  ASSERT_EQ(lines.size(), 4U) << "ERR, and three weights that the begun answer must not hold up";
+  EXPECT_EQ(lines[0], "ERR");
+  EXPECT_TRUE(lines[1].starts_with("ST,GS"));
+}
+
 TEST(InstrumentTest, ItFinishesWithItsCountWhenTheLastPieceIsOut) {
   Settings settings = With(Fault::Split, 1);
   settings.count = 2;
@@ -315,86 +328,21 @@ TEST(InstrumentOptionsTest, AWrongOptionIsNamed) {
       {{"--bad-checksum", "0.1"}, "--bad-checksum needs a --checksum"},
       {{"--checksum=lrc", "--checksum=none", "--bad-checksum=1"}, "--bad-checksum needs a --checksum"},
       {{"--quiet=1"}, "--quiet: takes no value"},
+      {{"--udp", "65535", "--bind", "::1", "--seed", "3"}, ""},
+      {{"--tcp", "65536"}, "--tcp 65536: must be a number from 0 to 65535"},
+      {{"--tcp", "1", "--udp", "1"}, "--tcp and --udp exclude"},
+      {{"--link", "x", "--tcp", "0"}, "--link is for a pseudo-terminal"},
+      {{"--bind", "::1"}, "--bind needs"},
+      {{"--tcp", "0", "--bind", "localhost"}, "--bind localhost: must be"},
+      {{"--join", "a", "b"}, ""},
+      {{"--join=a"}, "--join: needs two values"},
+      {{"--join", "a", "b", "--quiet"}, "--join stands alone"},
   };
   for (const auto& row : rows) {
     const auto error = ParseOptions(row.arguments).error;
     EXPECT_EQ(error.substr(0, row.expected.size()), row.expected) << row.arguments.front();
     EXPECT_EQ(error.empty(), row.expected.empty()) << error;
   }
-}
-
-TEST(PtyPortTest, ClientsComeAndGoAndNoByteIsChanged) {
-  const PtyPort port;
-  std::string every;
-  for (int code = 0; code < 256; ++code) every += static_cast<char>(code);
-  std::array<char, 1024> buffer{};
-  for (int visit = 0; visit < 2; ++visit) {
-    const FileHandle client(open(port.ClientPath().c_str(), O_RDWR | O_NOCTTY));
-    pollfd ours{port.Descriptor(), POLLIN, 0};
-    ASSERT_EQ(poll(&ours, 1, 0), 0) << "nobody has written, and nobody has hung up";
-    ASSERT_EQ(write(client.Get(), every.data(), every.size()), 256);
-    ASSERT_EQ(poll(&ours, 1, 1000), 1);
-    EXPECT_EQ(std::string(buffer.data(), port.Read(buffer).bytes), every);
-    EXPECT_EQ(port.Read(buffer).bytes, 0U);
-    EXPECT_EQ(port.Write(every).bytes, 256U);
-    EXPECT_TRUE(port.Unfetched());
-    ASSERT_EQ(read(client.Get(), buffer.data(), buffer.size()), 256);
-    EXPECT_EQ(std::string(buffer.data(), 256), every);
-    EXPECT_FALSE(port.Unfetched());
-  }
-}
-
-TEST(WaiterTest, AnInstrumentOnARealPortIsWokenOnceForEachRequest) {
-  const PtyPort port, signals;
-  const FileHandle client(open(port.ClientPath().c_str(), O_RDWR | O_NOCTTY));
-  const FileHandle signaller(open(signals.ClientPath().c_str(), O_RDWR | O_NOCTTY));
-  Waiter waiter(port.Descriptor(), signals.Descriptor());
-  Instrument instrument({}, Instant{});
-  std::array<char, 64> buffer{};
-  const Waiter::Interest input{true, false};
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_FALSE(waiter.Wait(input, 1ms).port);
-    ASSERT_EQ(write(client.Get(), "VER\r", 4), 4);
-    ASSERT_TRUE(waiter.Wait(input, 1s).port);
-    ASSERT_FALSE(waiter.Wait(input, 0ms).port) << "told already";
-    waiter.LookAgain();
-    ASSERT_TRUE(waiter.Wait(input, 0ms).port) << "nothing was read yet";
-    instrument.Receive({buffer.data(), port.Read(buffer).bytes}, Instant{});
-    instrument.Sent(port.Write(instrument.Output(Instant{})).bytes);
-    ASSERT_EQ(read(client.Get(), buffer.data(), buffer.size()), 10);
-    EXPECT_EQ(std::string(buffer.data(), 10), "VER,1.00\r\n");
-  }
-  EXPECT_TRUE(waiter.Wait({true, true}, 1s).port) << "there is room to write";
-  ASSERT_EQ(write(signaller.Get(), "s", 1), 1);
-  EXPECT_TRUE(waiter.Wait({}, 1s).signals);
-}
-
-TEST(PortLinkTest, OnlyALinkThatAnInstrumentLeftIsReplaced) {
-  namespace fs = std::filesystem;
-  const fs::path folder = fs::path(testing::TempDir()) / "quarlin-instrument-link";
-  fs::remove_all(folder);
-  fs::create_directory(folder);
-  std::ofstream(folder / "file") << "kept";
-  fs::create_symlink(folder / "file", folder / "other");
-  fs::create_symlink("/dev/pts/4000000", folder / "stale");
-  const fs::path target = "/dev/pts/ptmx";
-  for (const char* kept : {"file", "other"}) {
-    EXPECT_THROW(PortLink(folder / kept, target), std::system_error) << kept;
-    EXPECT_EQ(fs::file_size(folder / kept), 4U) << kept;
-  }
-  for (const char* made : {"stale", "new"}) {
-    {
-      const PortLink link(folder / made, target);
-      EXPECT_EQ(fs::read_symlink(folder / made), target) << made;
-    }
-    EXPECT_FALSE(fs::is_symlink(folder / made)) << made;
-  }
-  {
-    const PortLink link(folder / "taken", target);
-    const PortLink successor(folder / "taken", "/dev/pts/4000000");
-  }
-  EXPECT_FALSE(fs::is_symlink(folder / "taken"));
-  fs::remove_all(folder);
 }
 
 }  // namespace

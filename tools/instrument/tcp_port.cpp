@@ -35,11 +35,14 @@ bool TcpPort::LetIn() {
   }
 }
 
+// The end of what the client sends has no bytes, so even a read that did not fill the buffer may have left it
+// behind.
 Moved TcpPort::Read(std::span<char> buffer) {
   if (client_.Get() < 0) return {};
   const ssize_t bytes = recv(client_.Get(), buffer.data(), buffer.size(), 0);
   Moved moved = Judge(Result(bytes));
-  moved.more = moved.bytes == buffer.size();
+  char next = 0;
+  moved.more = bytes > 0 && (recv(client_.Get(), &next, 1, MSG_PEEK) >= 0 || errno != EAGAIN);
   moved.ended = bytes == 0;
   return moved;
 }
