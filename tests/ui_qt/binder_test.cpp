@@ -44,6 +44,7 @@ struct TestForm : QWidget {
     }
     send.setProperty("immediate", true);
     lamp.setProperty("activeText", "sending");
+    lamp.setProperty("idleText", "idle");
     lamp.setToolTip("Lamp");
     go.setText("&Connect");
     const std::pair<QWidget*, const char*> names[] = {
@@ -332,6 +333,11 @@ class BinderTest : public QObject {
     QTRY_COMPARE(rig.form.lamp.accessibleDescription(), QString("sending"));
     QCOMPARE(rig.form.lamp.toolTip(), QString("Lamp\nNow: sending"));
     QCOMPARE(rig.form.lamp.ColorShown(), QColor(255, 0, 0));
+    rig.controls.Shape1.SetToolTipText("not available");  // while the colour stays
+    QTRY_COMPARE(rig.form.lamp.toolTip(), QString("not available\nNow: sending"));
+    rig.controls.Shape1.SetFillColor(colors::darkGreen);
+    QTRY_COMPARE(rig.form.lamp.toolTip(), QString("not available\nNow: idle"));
+    QCOMPARE(rig.form.lamp.accessibleDescription(), QString("idle"));
   }
 
   void captionsKeepTheirMnemonic_data() {

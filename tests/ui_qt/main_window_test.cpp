@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QTest>
@@ -284,6 +285,39 @@ class MainWindowTest : public QObject {
     }
     QCOMPARE(rig.Find<QLabel>("lblsend").text(), QString("100003"));
     QCOMPARE(layouts.requests, 0);
+  }
+
+  void theLinksButtonsKeepTheirPlaceAndWorkBesideALockedPort() {
+    const auto restoreFont = qScopeGuard([font = QApplication::font()] { QApplication::setFont(font); });
+    QApplication::setFont(QFont(QApplication::font().family(), 16));  // no caption fits by chance
+    Rig rig;
+    auto& link = rig.frm.controls.connection;
+    link.Frame1.SetEnabled(false);
+    const std::tuple<CommandButton*, const char*, QStringList> buttons[] = {
+        {&link.cmdOpen, "cmdOpen", {"Disconnect", "Cancel", "Connect"}},
+        {&link.cmdsearchcom, "cmdsearchcom", {"Stop search", "Search"}},
+    };
+    for (const auto& [control, name, captions] : buttons) {
+      auto& button = rig.Find<QPushButton>(name);
+      const QRect place = button.geometry();
+      for (const QString& caption : captions) {
+        control->SetCaption(caption.toStdString());
+        QTRY_COMPARE(WithoutMnemonic(button.text()), caption);
+        QTest::qWait(20);
+        QCOMPARE(button.geometry(), place);
+        QVERIFY2(button.width() >= button.sizeHint().width(), qPrintable(caption));
+        QVERIFY2(button.isEnabled(), name);
+      }
+    }
+  }
+
+  void aLampOfALineTellsItsState() {
+    Rig rig;
+    auto& lamp = rig.Find<Lamp>("shpLine_1");
+    QTRY_COMPARE(lamp.accessibleDescription(), QString("off"));
+    rig.frm.controls.modem.shpLine[1].SetFillColor(colors::green);
+    QTRY_COMPARE(lamp.accessibleDescription(), QString("on"));
+    QVERIFY(lamp.toolTip().endsWith("Now: on"));
   }
 
   void aLongStatusDoesNotWidenTheWindow() {

@@ -22,7 +22,7 @@
 namespace quarlin {
 
 Binding::Binding(const Control& control, QWidget& widget)
-    : control_(control), widget_(widget), ownToolTip_(widget.toolTip()) {}
+    : control_(control), widget_(widget), formToolTip_(widget.toolTip()) {}
 
 void Binding::Show() {
   widget_.setEnabled(control_.Enabled());
@@ -32,10 +32,14 @@ void Binding::Show() {
   ShowValue();
 }
 
+QString Binding::ToolTip() const {
+  const std::string& own = control_.ToolTipText();
+  return own.empty() ? formToolTip_ : ShownText(own);
+}
+
 void Binding::ShowToolTip() {
-  if (control_.Kind() == ControlKind::Shape) return;  // tells the lamp's state
-  const QString own = ShownText(control_.ToolTipText());
-  const QString& shown = own.isEmpty() ? ownToolTip_ : own;
+  if (control_.Kind() == ControlKind::Shape) return;  // tells the lamp's state, too
+  const QString shown = ToolTip();
   if (widget_.toolTip() != shown) widget_.setToolTip(shown);
 }
 
@@ -94,10 +98,15 @@ class OptionBinding : public Binding {
   QRadioButton& widget_;
 };
 
+// The form names the longest caption of a button whose caption changes, so that it keeps its width.
 class CommandBinding : public Binding {
  public:
   CommandBinding(CommandButton& control, QPushButton& widget, const UserAction& onUser)
       : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.text())) {
+    if (const QString longest = widget.property("longestCaption").toString(); !longest.isEmpty()) {
+      widget.setText(longest);
+      widget.setMinimumWidth(std::max(widget.minimumWidth(), widget.sizeHint().width()));
+    }
     QObject::connect(&widget, &QPushButton::clicked, &Context(),
                      [this, onUser] { onUser([this] { control_.Click(); }); });
   }
@@ -143,25 +152,25 @@ class FrameBinding : public Binding {
   void ShowValue() override {}
 };
 
-// Tells in words, too, whether the lamp is lit; the form has the word for it.
+// Tells in words, too, whether the lamp is lit; the form has the words for it.
 class LampBinding : public Binding {
  public:
   LampBinding(Shape& control, Lamp& widget)
       : Binding(control, widget),
         control_(control),
         widget_(widget),
-        litText_(widget.property("activeText").toString()) {}
+        litText_(widget.property("activeText").toString()),
+        darkText_(widget.property("idleText").toString()) {}
 
  private:
   void ShowValue() override {
     const QColor color = ColorOf(control_.FillColor());
     widget_.SetColor(color);
     const bool lit = std::max({color.red(), color.green(), color.blue()}) > darkest;
-    if (lit == lit_) return;
-    lit_ = lit;
-    const QString state = lit ? litText_ : QStringLiteral("idle");
-    widget_.setAccessibleDescription(state);
-    widget_.setToolTip(OwnToolTip() + QStringLiteral("\nNow: ") + state);
+    const QString& state = lit ? litText_ : darkText_;
+    if (widget_.accessibleDescription() != state) widget_.setAccessibleDescription(state);
+    const QString shown = ToolTip() + QStringLiteral("\nNow: ") + state;
+    if (widget_.toolTip() != shown) widget_.setToolTip(shown);
   }
 
   static constexpr int darkest = 128;  // the strongest component of a dark lamp
@@ -169,7 +178,7 @@ class LampBinding : public Binding {
   Shape& control_;
   Lamp& widget_;
   QString litText_;
-  std::optional<bool> lit_;
+  QString darkText_;
 };
 
 class ScrollBinding : public Binding {

@@ -34,7 +34,9 @@ class Binding {
 
   // The slots' context: none of them runs once the binding has gone.
   QObject& Context() { return context_; }
-  const QString& OwnToolTip() const { return ownToolTip_; }
+
+  // The control's, or the form's while the control has none.
+  QString ToolTip() const;
 
  private:
   void ShowToolTip();
@@ -42,7 +44,7 @@ class Binding {
 
   const Control& control_;
   QWidget& widget_;
-  QString ownToolTip_;  // the form's, shown while the control has none
+  QString formToolTip_;
   bool colored_ = false;
   QObject context_;
 };
