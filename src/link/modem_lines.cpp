@@ -61,8 +61,9 @@ void ModemLines::SetOutputs() {
 
 void ModemLines::ShowAvailable(bool available) {
   for (std::size_t i = 0; i < inputLines.size(); ++i) {
+    // Without a text of ours the form's explanation of the line is shown.
     controls_.shpLine[i].SetToolTipText(
-        available ? inputLines[i].name : fmt::format("{}: not available on this link", inputLines[i].name));
+        available ? "" : fmt::format("{}: not available on this link", inputLines[i].name));
   }
 }
 

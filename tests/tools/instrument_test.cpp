@@ -286,8 +286,8 @@ TEST(InstrumentTest, NothingOfAClientThatHasGoneReachesTheNext) {
   settings.streamRate = 10;
   Rig rig(settings);
   rig.instrument.Receive("VER\rVER\rRE", rig.now);
-  rig.instrument.Sent(rig.instrument.Output(rig.now).size() -
-                      1);  // amid a piece of an answer amid its pieces
+  // All but one byte of the first piece has gone.
+  rig.instrument.Sent(rig.instrument.Output(rig.now).size() - 1);
   rig.instrument.ForgetClient();
   const auto lines = SplitLines(rig.Ask("AD\r", 350ms));
   ASSERT_EQ(lines.size(), 4U) << "ERR, and three weights that the begun answer must not hold up";

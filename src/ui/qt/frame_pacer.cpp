@@ -8,6 +8,15 @@ using std::chrono::microseconds;
 using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 
+namespace {
+
+constexpr milliseconds rest(150);  // so long without a request, and the window was quiet
+constexpr int framesOfASecond = 30;
+constexpr milliseconds steadyInterval(66);  // nobody reads lines that run by
+constexpr milliseconds usualInterval(33);
+
+}  // namespace
+
 FramePacer::FramePacer(std::function<void()> frame) : frame_(std::move(frame)) {
   timer_.setSingleShot(true);
   timer_.setTimerType(Qt::PreciseTimer);
@@ -17,11 +26,11 @@ FramePacer::FramePacer(std::function<void()> frame) : frame_(std::move(frame)) {
 void FramePacer::Request() {
   if (timer_.isActive()) return;
   const auto quiet = sinceFrame_.isValid() ? nanoseconds(sinceFrame_.nsecsElapsed()) : pause_;
+  if (quiet > rest) framesInARow_ = 0;
   timer_.start(std::chrono::ceil<milliseconds>(std::max<nanoseconds>(pause_ - quiet, nanoseconds(0))));
 }
 
-microseconds FramePacer::PauseAfter(microseconds cost) {
-  constexpr microseconds interval = milliseconds(33);
+microseconds FramePacer::PauseAfter(microseconds cost, microseconds interval) {
   return std::max(interval - cost, 9 * cost);
 }
 
@@ -29,7 +38,9 @@ void FramePacer::Run() {
   QElapsedTimer cost;
   cost.start();
   frame_();
-  pause_ = PauseAfter(std::chrono::duration_cast<microseconds>(nanoseconds(cost.nsecsElapsed())));
+  framesInARow_ = std::min(framesInARow_ + 1, framesOfASecond);
+  pause_ = PauseAfter(std::chrono::duration_cast<microseconds>(nanoseconds(cost.nsecsElapsed())),
+                      framesInARow_ < framesOfASecond ? usualInterval : steadyInterval);
   sinceFrame_.start();
 }
 

@@ -1,5 +1,6 @@
 // Decides when the window is brought up to date: at once when it has been quiet, else at most 30 times a
-// second, and less often when a frame costs much. Without requests it sleeps.
+// second, half as often once that has gone on for a second, and less often when a frame costs much.
+// Without requests it sleeps.
 #pragma once
 
 #include <QElapsedTimer>
@@ -19,7 +20,8 @@ class FramePacer {
 
   // How long the window is left alone after a frame that took `cost`: the frame then has at most about a
   // tenth of the time.
-  static std::chrono::microseconds PauseAfter(std::chrono::microseconds cost);
+  static std::chrono::microseconds PauseAfter(
+      std::chrono::microseconds cost, std::chrono::microseconds interval = std::chrono::milliseconds(33));
 
  private:
   void Run();
@@ -28,6 +30,7 @@ class FramePacer {
   QTimer timer_;
   QElapsedTimer sinceFrame_;  // from the end of the last one
   std::chrono::microseconds pause_{0};
+  int framesInARow_ = 0;  // without a rest between them
 };
 
 }  // namespace quarlin
