@@ -4,6 +4,7 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "base/numbers.h"
@@ -15,6 +16,8 @@ namespace {
 constexpr std::size_t enoughReceived = 1024;               // nothing more is taken before that has gone
 constexpr std::size_t mostWaiting = std::size_t{1} << 20;  // to be sent
 constexpr Duration connectTime = std::chrono::seconds(30);
+constexpr Duration acceptPause = std::chrono::seconds(1);
+constexpr int mostTakes = 64;  // at once, so that a flood of empty datagrams leaves others their turn
 
 std::error_code NotConnected() {
   return std::make_error_code(std::errc::not_connected);
@@ -24,10 +27,47 @@ bool WouldBlock() {
   return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
 }
 
+bool LacksResources() {
+  return errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM;
+}
+
+// Requests are short and wait for answers, so they go out at once. A peer whose cable was pulled says
+// nothing more: it is asked, and found gone after half a minute.
+void SetUpStream(const Socket& socket) {
+  socket.SetOption(IPPROTO_TCP, TCP_NODELAY, 1);
+  socket.SetOption(SOL_SOCKET, SO_KEEPALIVE, 1);
+  socket.SetOption(IPPROTO_TCP, TCP_KEEPIDLE, 15);
+  socket.SetOption(IPPROTO_TCP, TCP_KEEPINTVL, 5);
+  socket.SetOption(IPPROTO_TCP, TCP_KEEPCNT, 3);
+}
+
+struct Listener {
+  Socket socket;
+  std::error_code error;
+};
+
+// A stream listens again while old connections fade. A datagram socket must not: it would share the port
+// with another program.
+Listener ListenOn(int family, int type, int port) {
+  Listener made{Socket::Make(family, type), {}};
+  if (!made.socket) return {{}, LastSocketError()};
+  const bool stream = type == SOCK_STREAM;
+  if (family == AF_INET6) made.socket.SetOption(IPPROTO_IPV6, IPV6_V6ONLY, 0);
+  if (stream) made.socket.SetOption(SOL_SOCKET, SO_REUSEADDR, 1);
+  const SocketAddress any = SocketAddress::Any(family, port);
+  const int descriptor = made.socket.Get();
+  if (bind(descriptor, any.Pointer(), any.length) != 0 || (stream && listen(descriptor, SOMAXCONN) != 0)) {
+    return {{}, LastSocketError()};
+  }
+  return made;
+}
+
 }  // namespace
 
 NetworkLink::NetworkLink(EventLoop& loop)
-    : loop_(loop), buffer_(std::make_unique<std::array<char, 65536>>()) {}
+    : loop_(loop),
+      acceptAgain_(loop, [this] { listenerWatch_->SetEnabled(true); }),
+      buffer_(std::make_unique<std::array<char, 65536>>()) {}
 
 NetworkLink::~NetworkLink() = default;
 
@@ -43,77 +83,93 @@ bool NetworkLink::Fail(std::string_view words) {
 
 bool NetworkLink::Open(const NetworkChoice& choice) {
   Close();
-  cancelled_ = false;
   udp_ = choice.udp;
+  listening_ = choice.listen;
   const double port = Val(choice.port);
   if (!(port >= 1 && port <= 65535)) {
     return Fail(fmt::format("port {}: a port is a number from 1 to 65535", choice.port));
   }
   if (choice.listen) return Listen(static_cast<int>(port));
   connecting_ = true;
-  const bool opened = Connect(choice.host, static_cast<int>(port));
-  connecting_ = false;
-  return opened;
+  return Connect(choice.host, static_cast<int>(port));
+}
+
+void NetworkLink::Cancel() {
+  if (connecting_) Fail("cancelled");
 }
 
 // On IPv6 and IPv4 at once, or on IPv4 where the system has nothing else.
 bool NetworkLink::Listen(int port) {
   const int type = udp_ ? SOCK_DGRAM : SOCK_STREAM;
-  std::error_code error;
-  for (const int family : {AF_INET6, AF_INET}) {
-    Socket made = Socket::Make(family, type);
-    if (!made) continue;
-    if (family == AF_INET6) made.SetOption(IPPROTO_IPV6, IPV6_V6ONLY, 0);
-    if (!udp_) made.SetOption(SOL_SOCKET, SO_REUSEADDR, 1);
-    const SocketAddress any = SocketAddress::Any(family, port);
-    if (bind(made.Get(), any.Pointer(), any.length) != 0 || (!udp_ && listen(made.Get(), 16) != 0)) {
-      error = LastSocketError();
-      continue;
-    }
-    if (udp_) {
-      SetPeer(std::move(made));
-    } else {
-      listener_ = std::move(made);
-      listenerWatch_ = loop_.WatchReadable(listener_.Get(), [this] { AcceptPeer(); });
-    }
-    Tell(fmt::format("listening on port {}", port));
-    return true;
+  Listener made = ListenOn(AF_INET6, type, port);
+  if (made.error == std::errc::address_family_not_supported ||
+      made.error == std::errc::address_not_available) {
+    made = ListenOn(AF_INET, type, port);
   }
-  return Fail(fmt::format("port {}: {}", port, error.message()));
+  if (made.error) return Fail(fmt::format("port {}: {}", port, made.error.message()));
+  if (udp_) {
+    SetPeer(std::move(made.socket));
+  } else {
+    listener_ = std::move(made.socket);
+    listenerWatch_ = loop_.WatchReadable(listener_.Get(), [this] { AcceptPeer(); });
+  }
+  Tell(fmt::format("listening on port {}", port));
+  return true;
 }
 
 bool NetworkLink::Connect(const std::string& host, int port) {
+  const std::uint64_t opening = openings_;
   const Instant deadline = loop_.Now() + connectTime;
-  const auto addresses = Resolve(loop_, host, port, deadline, [this] { return cancelled_; });
-  if (cancelled_) return Fail("cancelled");
-  if (addresses.empty()) return Fail("no such host: " + host);
+  auto addresses = Resolve(loop_, host, port, deadline, [&] { return opening != openings_; });
+  if (opening != openings_) return false;
+  if (addresses.empty()) {
+    return Fail((loop_.Now() < deadline ? "no such host: " : "no name server answers for ") + host);
+  }
+  // A datagram socket cannot tell whether anybody is there; most instruments speak only the older family.
+  const auto isIPv4 = [](const SocketAddress& address) { return address.storage.ss_family == AF_INET; };
+  if (udp_) std::stable_partition(addresses.begin(), addresses.end(), isIPv4);
   std::error_code error;
-  for (const SocketAddress& address : addresses) {
-    error = ConnectTo(address, deadline);
-    if (cancelled_) return Fail("cancelled");
+  for (std::size_t i = 0; i < addresses.size(); ++i) {
+    const auto left = static_cast<Duration::rep>(addresses.size() - i);  // each gets its share of the time
+    error = ConnectTo(addresses[i], loop_.Now() + (deadline - loop_.Now()) / left);
+    if (opening != openings_) return false;
     if (error) continue;
-    Tell("connected to " + address.Text());
-    return true;
+    connecting_ = false;
+    DiscardPending();
+    Tell("connected to " + addresses[i].Text());
+    return opening == openings_;
   }
   return Fail("no connection: " + error.message());
 }
 
 std::error_code NetworkLink::ConnectTo(const SocketAddress& address, Instant deadline) {
+  const std::uint64_t opening = openings_;
   Socket made = Socket::Make(address.storage.ss_family, udp_ ? SOCK_DGRAM : SOCK_STREAM);
   if (!made) return LastSocketError();
   if (connect(made.Get(), address.Pointer(), address.length) != 0) {
     if (errno != EINPROGRESS) return LastSocketError();
-    bool finished = false;
-    const auto watch = loop_.WatchWritable(made.Get(), [&] { finished = true; });
-    loop_.WaitUntil([&] { return finished || cancelled_; }, deadline);
-    if (!finished) return std::make_error_code(std::errc::timed_out);
-    int failure = 0;
-    socklen_t length = sizeof failure;
-    getsockopt(made.Get(), SOL_SOCKET, SO_ERROR, &failure, &length);
-    if (failure != 0) return {failure, std::system_category()};
+    if (const std::error_code error = WaitConnected(made, deadline)) return error;
   }
-  SetPeer(std::move(made));
+  if (!udp_ && made.MeetsItself()) return std::make_error_code(std::errc::connection_refused);
+  if (opening == openings_) SetPeer(std::move(made));
   return {};
+}
+
+std::error_code NetworkLink::WaitConnected(const Socket& socket, Instant deadline) {
+  const std::uint64_t opening = openings_;
+  bool finished = false;
+  const auto watch = loop_.WatchWritable(socket.Get(), [&] { finished = true; });
+  loop_.WaitUntil([&] { return finished || opening != openings_; }, deadline);
+  if (!finished) return std::make_error_code(std::errc::timed_out);
+  int failure = 0;
+  socklen_t length = sizeof failure;
+  getsockopt(socket.Get(), SOL_SOCKET, SO_ERROR, &failure, &length);
+  return {failure, std::system_category()};
+}
+
+// What came before the link counts as open is nobody's. An end that came with it stays with the system.
+void NetworkLink::DiscardPending() {
+  recv(peer_.Get(), buffer_->data(), buffer_->size(), 0);
 }
 
 void NetworkLink::SetPeer(Socket socket) {
@@ -121,9 +177,11 @@ void NetworkLink::SetPeer(Socket socket) {
   writableWatch_.reset();
   received_.clear();
   waiting_.clear();
+  sendError_ = {};
   peerGone_ = false;
+  refusalTold_ = false;
   peer_ = std::move(socket);
-  if (!udp_) peer_.SetOption(IPPROTO_TCP, TCP_NODELAY, 1);
+  if (!udp_) SetUpStream(peer_);
   readableWatch_ = loop_.WatchReadable(peer_.Get(), [this] { Take(); });
 }
 
@@ -132,8 +190,9 @@ void NetworkLink::AcceptPeer() {
   address.length = sizeof address.storage;
   Socket accepted(accept4(listener_.Get(), address.Pointer(), &address.length, SOCK_NONBLOCK | SOCK_CLOEXEC));
   if (!accepted) {
-    if (WouldBlock() || errno == ECONNABORTED) return;
-    listenerWatch_->SetEnabled(false);  // a lack of descriptors would wake us again and again
+    if (!LacksResources()) return;      // that peer has gone already
+    listenerWatch_->SetEnabled(false);  // it would wake us again and again
+    acceptAgain_.At(loop_.Now() + acceptPause);
     Tell("no peer can connect: " + LastSocketError().message());
     return;
   }
@@ -143,7 +202,9 @@ void NetworkLink::AcceptPeer() {
 }
 
 void NetworkLink::Close() {
-  cancelled_ = true;  // for an opening that waits on the stack
+  ++openings_;
+  connecting_ = false;
+  acceptAgain_.Cancel();
   listenerWatch_.reset();
   readableWatch_.reset();
   writableWatch_.reset();
@@ -152,21 +213,38 @@ void NetworkLink::Close() {
   lastSender_ = SocketAddress();
   received_.clear();
   waiting_.clear();
+  sendError_ = {};
   peerGone_ = false;
 }
 
-void NetworkLink::LosePeer(std::error_code error) {
+void NetworkLink::DropPeer() {
   readableWatch_.reset();
   writableWatch_.reset();
   waiting_.clear();
   peer_ = Socket();
-  peerGone_ = !listener_;
-  if (listenerWatch_) listenerWatch_->SetEnabled(true);
+}
+
+// The last byte has been taken. A peer that ended only its own sending, as one does that sends a request
+// and waits for the answer, still gets that from a server; an end stays readable, so the watch ends.
+void NetworkLink::EndOfReceiving(std::error_code error) {
+  if (!error) error = sendError_;
+  readableWatch_.reset();
+  if (error || !listening_) DropPeer();
+  peerGone_ = !listening_;
   Tell(error ? "the peer has gone: " + error.message() : "the peer has closed the connection");
 }
 
+// What has come before the connection broke can still be received.
+void NetworkLink::EndOfSending(std::error_code error) {
+  sendError_ = error;
+  writableWatch_.reset();
+  waiting_.clear();
+  if (!readableWatch_) DropPeer();
+}
+
 void NetworkLink::Take() {
-  while (peer_ && received_.size() < enoughReceived && TakeOnce()) {
+  for (int takes = 0; takes < mostTakes; ++takes) {
+    if (!peer_ || received_.size() >= enoughReceived || !TakeOnce()) break;
   }
   WatchWhileThereIsRoom();
   if (!received_.empty() && OnArrival) OnArrival();
@@ -179,22 +257,29 @@ bool NetworkLink::TakeOnce() {
   const ssize_t count =
       recvfrom(peer_.Get(), buffer_->data(), buffer_->size(), 0, sender.Pointer(), &sender.length);
   if (count < 0 && WouldBlock()) return false;
-  if (udp_) {
-    // An error is the echo of an earlier datagram that nobody took; the next one may find somebody.
-    if (count < 0) {
-      Tell("a datagram was not taken: " + LastSocketError().message());
-    } else {
-      lastSender_ = sender;
-      received_.append(buffer_->data(), static_cast<std::size_t>(count));
-    }
-    return count >= 0;
-  }
+  if (count < 0 && udp_) TellRefusal(LastSocketError());
+  if (count < 0 && udp_) return true;
+  if (udp_) return TakeDatagram(static_cast<std::size_t>(count), sender);
   if (count <= 0) {
-    LosePeer(count < 0 ? LastSocketError() : std::error_code());
+    EndOfReceiving(count < 0 ? LastSocketError() : std::error_code());
     return false;
   }
   received_.append(buffer_->data(), static_cast<std::size_t>(count));
+  return static_cast<std::size_t>(count) == buffer_->size();
+}
+
+// An empty one says nothing, not even who is to be answered.
+bool NetworkLink::TakeDatagram(std::size_t size, const SocketAddress& sender) {
+  if (size == 0) return true;
+  lastSender_ = sender;
+  refusalTold_ = false;
+  received_.append(buffer_->data(), size);
   return true;
+}
+
+// The echo of an earlier datagram that nobody took. The next one may find somebody, so it is told once.
+void NetworkLink::TellRefusal(std::error_code error) {
+  if (!std::exchange(refusalTold_, true)) Tell("a datagram was not taken: " + error.message());
 }
 
 void NetworkLink::WatchWhileThereIsRoom() {
@@ -213,17 +298,17 @@ std::error_code NetworkLink::Send(std::string_view text) {
 }
 
 std::error_code NetworkLink::SendDatagram(std::string_view text) {
-  // A connected socket has its peer already; a bound one answers.
-  sockaddr_storage connectedTo{};
-  socklen_t length = sizeof connectedTo;
-  const bool isConnected = getpeername(peer_.Get(), reinterpret_cast<sockaddr*>(&connectedTo), &length) == 0;
-  if (!isConnected && lastSender_.length == 0) return NotConnected();
-  const sockaddr* to = isConnected ? nullptr : lastSender_.Pointer();
-  const socklen_t toLength = isConnected ? 0 : lastSender_.length;
-  ssize_t sent = sendto(peer_.Get(), text.data(), text.size(), MSG_NOSIGNAL, to, toLength);
+  if (listening_ && lastSender_.length == 0) return NotConnected();
+  const sockaddr* to = listening_ ? lastSender_.Pointer() : nullptr;
+  const socklen_t toLength = listening_ ? lastSender_.length : 0;
+  const auto send = [&] { return sendto(peer_.Get(), text.data(), text.size(), MSG_NOSIGNAL, to, toLength); };
+  ssize_t sent = send();
   // The first send after a refused one reports that one and sends nothing.
-  if (sent < 0 && errno == ECONNREFUSED)
-    sent = sendto(peer_.Get(), text.data(), text.size(), MSG_NOSIGNAL, to, toLength);
+  if (sent < 0 && errno == ECONNREFUSED) {
+    TellRefusal(LastSocketError());
+    if (!peer_) return NotConnected();
+    sent = send();
+  }
   return sent < 0 ? LastSocketError() : std::error_code();
 }
 
@@ -238,7 +323,7 @@ std::error_code NetworkLink::SendWaiting() {
     const ssize_t sent = send(peer_.Get(), waiting_.data(), waiting_.size(), MSG_NOSIGNAL);
     if (sent < 0 && !WouldBlock()) {
       const std::error_code error = LastSocketError();
-      LosePeer(error);
+      EndOfSending(error);
       return error;
     }
     if (sent < 0) break;

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "controls/alarms.h"
 #include "controls/event_loop.h"
 #include "link/socket.h"
 
@@ -43,10 +44,11 @@ class NetworkLink {
   // the name is looked up and the connection is made, 30 s at most.
   bool Open(const NetworkChoice& choice);
   bool Connecting() const { return connecting_; }
-  void Cancel() { cancelled_ = true; }
+  void Cancel();
   void Close();
 
-  // A client whose peer went away. The link is still open, but nothing can be sent.
+  // A client whose peer went away. The link is still open, but nothing can be sent. A server still answers
+  // a peer that has only ended its own sending.
   bool PeerGone() const { return peerGone_; }
 
   // What was received and not taken, and its taking. Once 1024 characters wait, the rest stays with the
@@ -63,11 +65,17 @@ class NetworkLink {
   bool Listen(int port);
   bool Connect(const std::string& host, int port);
   std::error_code ConnectTo(const SocketAddress& address, Instant deadline);
+  std::error_code WaitConnected(const Socket& socket, Instant deadline);
+  void DiscardPending();
   void AcceptPeer();
   void SetPeer(Socket socket);
-  void LosePeer(std::error_code error);
+  void EndOfReceiving(std::error_code error);
+  void EndOfSending(std::error_code error);
+  void DropPeer();
   void Take();
   bool TakeOnce();
+  bool TakeDatagram(std::size_t size, const SocketAddress& sender);
+  void TellRefusal(std::error_code error);
   void WatchWhileThereIsRoom();
   std::error_code SendDatagram(std::string_view text);
   std::error_code SendStream(std::string_view text);
@@ -77,18 +85,22 @@ class NetworkLink {
 
   EventLoop& loop_;
   bool udp_ = false;
+  bool listening_ = false;  // the server role
   bool connecting_ = false;
-  bool cancelled_ = false;
   bool peerGone_ = false;
+  bool refusalTold_ = false;    // UDP: nothing has come since
+  std::uint64_t openings_ = 0;  // counts closes, too: an opening that waits sees that it is over
 
   Socket listener_;  // TCP server
   std::unique_ptr<Watch> listenerWatch_;
-  Socket peer_;  // the connection, or the UDP socket
-  std::unique_ptr<Watch> readableWatch_;
+  Alarm acceptAgain_;                     // after a lack of descriptors
+  Socket peer_;                           // the connection, or the UDP socket
+  std::unique_ptr<Watch> readableWatch_;  // none once the peer has ended its sending
   std::unique_ptr<Watch> writableWatch_;  // while something waits to be sent
   SocketAddress lastSender_;              // UDP server: where answers go
   std::string received_;
-  std::string waiting_;  // TCP: not yet taken by the system
+  std::string waiting_;        // TCP: not yet taken by the system
+  std::error_code sendError_;  // TCP: why nothing more goes out, while the rest is still being received
   std::unique_ptr<std::array<char, 65536>> buffer_;
 };
 

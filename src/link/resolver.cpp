@@ -97,7 +97,9 @@ class LookUp {
 
 std::vector<SocketAddress> Resolve(EventLoop& loop, const std::string& host, int port, Instant deadline,
                                    const std::function<bool()>& cancelled) {
-  if (const auto numeric = SocketAddress::FromNumeric(host, port)) return {*numeric};
+  const bool brackets = host.size() > 2 && host.front() == '[' && host.back() == ']';
+  const std::string bare = brackets ? host.substr(1, host.size() - 2) : host;
+  if (const auto numeric = SocketAddress::FromNumeric(bare, port)) return {*numeric};
   return LookUp(loop).Run(host, port, deadline, cancelled);
 }
 

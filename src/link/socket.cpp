@@ -33,6 +33,15 @@ void Socket::SetOption(int level, int option, int value) const {
   setsockopt(descriptor_, level, option, &value, sizeof value);
 }
 
+bool Socket::MeetsItself() const {
+  SocketAddress own;
+  SocketAddress peer;
+  own.length = peer.length = sizeof(sockaddr_storage);
+  return getsockname(descriptor_, own.Pointer(), &own.length) == 0 &&
+         getpeername(descriptor_, peer.Pointer(), &peer.length) == 0 && own.length == peer.length &&
+         std::memcmp(&own.storage, &peer.storage, own.length) == 0;
+}
+
 std::error_code LastSocketError() {
   return {errno, std::system_category()};
 }

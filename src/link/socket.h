@@ -26,6 +26,10 @@ class Socket {
   explicit operator bool() const { return descriptor_ >= 0; }
   void SetOption(int level, int option, int value) const;
 
+  // A stream that looked for a port where nobody listens can get just that port for its own end, and is
+  // then connected to itself.
+  bool MeetsItself() const;
+
  private:
   int descriptor_ = -1;
 };
