@@ -4,11 +4,16 @@
 add_library(quarlin_options INTERFACE)
 # -Wrestrict warns of string assignments that are right (GCC bug 105651).
 target_compile_options(quarlin_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
-                                                 -Wno-restrict)
+                                                 $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 if(QUARLIN_SANITIZE)
   target_compile_options(quarlin_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                    -fno-omit-frame-pointer)
   target_link_options(quarlin_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# The fuzzer is led by what its input reached.
+if(QUARLIN_FUZZ)
+  target_compile_options(quarlin_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # quarlin_room(NAME [USES room...] [LIBRARIES target...])
@@ -17,6 +22,7 @@ function(quarlin_room name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp
        ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
   string(REPLACE "/" "_" target ${name})
+  string(REPLACE "/" "_" ROOM_USES "${ROOM_USES}")
   add_library(${target} STATIC ${sources})
   target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${target} PUBLIC ${ROOM_USES} ${ROOM_LIBRARIES} PRIVATE quarlin_options)

@@ -1,0 +1,35 @@
+#include <array>
+
+#include "script/vbscript/dictionary.h"
+#include "script/vbscript/file_system.h"
+#include "script/vbscript/library.h"
+#include "script/vbscript/reg_exp.h"
+
+namespace quarlin::vbs {
+namespace {
+
+struct Program {
+  std::u16string_view id;
+  ObjectRef (*create)(Services& services);
+};
+
+constexpr std::array programs = std::to_array<Program>({
+    {u"Scripting.Dictionary", [](Services&) { return ObjectRef(new Dictionary); }},
+    {u"Scripting.FileSystemObject", [](Services& services) { return ObjectRef(new FileSystem(services)); }},
+    {u"VBScript.RegExp", [](Services& services) { return ObjectRef(new RegExp(services)); }},
+});
+
+// Scripts may ask for the first version of an object, which is the only one there is.
+constexpr std::u16string_view firstVersion = u".1";
+
+}  // namespace
+
+ObjectRef CreateLibraryObject(LibraryContext& context, std::u16string_view programId) {
+  if (programId.ends_with(firstVersion)) programId.remove_suffix(firstVersion.size());
+  for (const Program& program : programs) {
+    if (SameName(program.id, programId)) return program.create(context.services);
+  }
+  throw ScriptError(cannotCreateObject);
+}
+
+}  // namespace quarlin::vbs

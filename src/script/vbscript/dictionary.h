@@ -1,0 +1,30 @@
+// Scripting.Dictionary: items under keys, in the order in which they were added.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "script/vbscript/dispatch.h"
+#include "script/vbscript/key_table.h"
+
+namespace quarlin::vbs {
+
+class Dictionary final : public TableObject<Dictionary> {
+ public:
+  static std::span<const Member<Dictionary>> Members();
+  std::u16string_view TypeName() const override { return u"Dictionary"; }
+
+  // Let puts what an object stands for, Set the object itself.
+  void Put(int member, Arguments indices, const Value& value, PutKind kind) override;
+
+  // The keys as they are now; what is added or removed meanwhile does not disturb the walk.
+  std::unique_ptr<Enumerator> Enumerate() override;
+
+  KeyTable& Table() { return table_; }
+
+ private:
+  KeyTable table_;
+};
+
+}  // namespace quarlin::vbs

@@ -1,0 +1,30 @@
+#include "script/vbscript/heap.h"
+
+#include "script/vbscript/error.h"
+
+namespace quarlin::vbs::heap {
+namespace {
+
+std::size_t limit = std::size_t{1} << 30;
+std::size_t inUse = 0;
+
+}  // namespace
+
+void SetLimit(std::size_t bytes) {
+  limit = bytes;
+}
+
+std::size_t InUse() {
+  return inUse;
+}
+
+void Charge(std::size_t bytes) {
+  if (bytes > limit || inUse > limit - bytes) throw ScriptError(outOfMemory);
+  inUse += bytes;
+}
+
+void Discharge(std::size_t bytes) noexcept {
+  inUse -= bytes;
+}
+
+}  // namespace quarlin::vbs::heap

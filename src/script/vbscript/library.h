@@ -1,0 +1,56 @@
+// The functions and constants that every script has. Each topic has a table of its own; a row is a name,
+// the fewest and most arguments, and a function.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "script/vbscript/dispatch.h"
+#include "script/vbscript/services.h"
+#include "script/vbscript/value.h"
+
+namespace quarlin::vbs {
+
+// The generator behind Rnd: 24 bits, so that a sequence of an older program comes out the same.
+struct RandomState {
+  std::uint32_t seed = 0x50000;
+};
+
+// What the functions of one engine share.
+struct LibraryContext {
+  Services& services;
+  RandomState random;
+};
+
+struct Builtin {
+  std::u16string_view name;
+  int fewest;
+  int most;
+  // The arguments are never References, and count as given, so a trailing one may be absent or Missing.
+  Value (*function)(LibraryContext& context, Arguments arguments);
+};
+
+struct NamedConstant {
+  std::u16string_view name;
+  Value value;
+};
+
+// The topics. Array, IsArray, LBound, UBound, Filter, Join and Split are "array" functions.
+std::span<const Builtin> StringFunctions();
+std::span<const Builtin> MathFunctions();
+std::span<const Builtin> ConversionFunctions();  // CInt, CStr, Hex, IsNumeric, TypeName, VarType, RGB ...
+std::span<const Builtin> DateFunctions();
+std::span<const Builtin> FormatFunctions();
+std::span<const Builtin> ArrayFunctions();
+std::span<const Builtin> InteractionFunctions();  // MsgBox, InputBox, CreateObject, ScriptEngine ...
+std::span<const NamedConstant> LibraryConstants();
+
+// The object of a program identifier: "Scripting.Dictionary", "Scripting.FileSystemObject" and
+// "VBScript.RegExp", without regard to case. Error 429 for any other.
+ObjectRef CreateLibraryObject(LibraryContext& context, std::u16string_view programId);
+
+// An argument, or nothing where it was left out.
+const Value* Given(Arguments arguments, std::size_t index);
+
+}  // namespace quarlin::vbs

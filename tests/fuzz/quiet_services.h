@@ -1,0 +1,23 @@
+// A program around a script that answers every question and shows nothing.
+#pragma once
+
+#include "script/vbscript/services.h"
+
+namespace quarlin::vbs {
+
+class QuietServices : public Services {
+ public:
+  const Clock& Time() const override { return clock_; }
+  int MsgBox(std::u16string_view, std::int32_t, std::u16string_view) override { return 1; }
+  std::optional<std::u16string> InputBox(std::u16string_view, std::u16string_view,
+                                         std::u16string_view proposal) override {
+    return std::u16string(proposal);
+  }
+  std::filesystem::path Folder() const override { return {}; }
+  bool MayGoOn() override { return true; }
+
+ private:
+  SystemClock clock_;
+};
+
+}  // namespace quarlin::vbs
