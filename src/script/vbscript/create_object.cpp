@@ -10,13 +10,15 @@ namespace {
 
 struct Program {
   std::u16string_view id;
-  ObjectRef (*create)(Services& services);
+  ObjectRef (*create)(LibraryContext& context);
 };
 
 constexpr std::array programs = std::to_array<Program>({
-    {u"Scripting.Dictionary", [](Services&) { return ObjectRef(new Dictionary); }},
-    {u"Scripting.FileSystemObject", [](Services& services) { return ObjectRef(new FileSystem(services)); }},
-    {u"VBScript.RegExp", [](Services& services) { return ObjectRef(new RegExp(services)); }},
+    {u"Scripting.Dictionary",
+     [](LibraryContext& context) { return ObjectRef(new Dictionary(context.holders)); }},
+    {u"Scripting.FileSystemObject",
+     [](LibraryContext& context) { return ObjectRef(new FileSystem(context.services)); }},
+    {u"VBScript.RegExp", [](LibraryContext& context) { return ObjectRef(new RegExp(context.services)); }},
 });
 
 // Scripts may ask for the first version of an object, which is the only one there is.
@@ -27,7 +29,7 @@ constexpr std::u16string_view firstVersion = u".1";
 ObjectRef CreateLibraryObject(LibraryContext& context, std::u16string_view programId) {
   if (programId.ends_with(firstVersion)) programId.remove_suffix(firstVersion.size());
   for (const Program& program : programs) {
-    if (SameName(program.id, programId)) return program.create(context.services);
+    if (SameName(program.id, programId)) return program.create(context);
   }
   throw ScriptError(cannotCreateObject);
 }

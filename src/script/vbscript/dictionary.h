@@ -6,12 +6,14 @@
 #include <string_view>
 
 #include "script/vbscript/dispatch.h"
+#include "script/vbscript/holders.h"
 #include "script/vbscript/key_table.h"
 
 namespace quarlin::vbs {
 
-class Dictionary final : public TableObject<Dictionary> {
+class Dictionary final : public TableObject<Dictionary>, public Holder {
  public:
+  explicit Dictionary(Holders* list) : Holder(list) {}
   static std::span<const Member<Dictionary>> Members();
   std::u16string_view TypeName() const override { return u"Dictionary"; }
 
@@ -22,6 +24,10 @@ class Dictionary final : public TableObject<Dictionary> {
   std::unique_ptr<Enumerator> Enumerate() override;
 
   KeyTable& Table() { return table_; }
+
+  void LetGo() override { table_.Clear(); }
+  void KeepAlive() override { AddReference(); }
+  void Release() override { RemoveReference(); }
 
  private:
   KeyTable table_;

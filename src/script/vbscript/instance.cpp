@@ -8,8 +8,8 @@
 #include "script/vbscript/machine.h"
 
 namespace quarlin::vbs {
-Instance::Instance(std::shared_ptr<const ClassInfo> info, Ref<MachineLink> link)
-    : info_(std::move(info)), link_(std::move(link)), fields_(info_->fields.size()) {
+Instance::Instance(std::shared_ptr<const ClassInfo> info, Ref<MachineLink> link, Holders* list)
+    : Holder(list), info_(std::move(info)), link_(std::move(link)), fields_(info_->fields.size()) {
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     const ClassInfo::Field& field = info_->fields[i];
     if (field.isArray) fields_[i] = Value::Array(ArrayBody::Make(field.bounds, !field.bounds.empty()));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "script/vbscript/dispatch.h"
+#include "script/vbscript/holders.h"
 #include "script/vbscript/symbols.h"
 
 namespace quarlin::vbs {
@@ -17,12 +18,18 @@ struct MachineLink : Counted {
   Machine* machine = nullptr;
 };
 
-class Instance final : public Dispatch {
+class Instance final : public Dispatch, public Holder {
  public:
-  Instance(std::shared_ptr<const ClassInfo> info, Ref<MachineLink> link);
+  Instance(std::shared_ptr<const ClassInfo> info, Ref<MachineLink> link, Holders* list);
 
   const ClassInfo& Info() const { return *info_; }
   std::vector<Value>& Fields() { return fields_; }
+
+  void LetGo() override {
+    for (Value& field : fields_) field = Value();
+  }
+  void KeepAlive() override { AddReference(); }
+  void Release() override { RemoveReference(); }
 
   // The number of a member as the rest of the world counts: 1 and on, 0 for the default member.
   static int NumberOf(int index) { return index + 1; }

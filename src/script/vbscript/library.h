@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "script/vbscript/dispatch.h"
+#include "script/vbscript/holders.h"
 #include "script/vbscript/services.h"
 #include "script/vbscript/value.h"
 
@@ -21,6 +22,7 @@ struct RandomState {
 struct LibraryContext {
   Services& services;
   RandomState random;
+  Holders* holders = nullptr;  // the list for objects that hold values, if the engine keeps one
 };
 
 struct Builtin {

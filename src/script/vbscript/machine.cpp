@@ -14,6 +14,7 @@ namespace {
 
 constexpr int deepestNesting = 120;  // runs of the loop within each other
 constexpr std::uint32_t stepsPerLook = 5000;
+constexpr std::size_t registersPerCall = 100;  // on the average; many calls of small procedures fit
 constexpr std::size_t mostGlobals = std::size_t{1} << 16;
 
 std::u16string LineOf(std::u16string_view source, int line) {
@@ -46,8 +47,10 @@ const Instruction* NextStatement(const Code& code, const Instruction* failed) {
 
 }  // namespace
 
-RegisterStack::RegisterStack()
-    : values_(static_cast<Value*>(::operator new(size * sizeof(Value)))), made_(values_) {}
+RegisterStack::RegisterStack(std::size_t size)
+    : values_(static_cast<Value*>(::operator new(size * sizeof(Value)))),
+      end_(values_ + size),
+      made_(values_) {}
 
 RegisterStack::~RegisterStack() {
   std::destroy(values_, made_);
@@ -55,7 +58,7 @@ RegisterStack::~RegisterStack() {
 }
 
 void RegisterStack::Reach(const Value* end) {
-  if (end > values_ + size) throw ScriptError(outOfStackSpace);
+  if (end > end_) throw ScriptError(outOfStackSpace);
   while (made_ < end) new (made_++) Value();
 }
 
@@ -71,9 +74,10 @@ Machine::Nesting::~Nesting() {
 Machine::Machine(Services& services, EngineLimits limits)
     : services_(services),
       limits_(limits),
-      library_{services, {}},
+      library_{services, {}, &holders_},
       link_(new MachineLink),
       err_(new ErrObject),
+      stack_(limits.callDepth * registersPerCall),
       untilLook_(stepsPerLook) {
   link_->machine = this;
   globals_.reserve(mostGlobals);
@@ -85,6 +89,7 @@ Machine::~Machine() {
   // The last objects may run their Class_Terminate as long as everything else is there.
   for (Value& global : globals_) global = Value();
   link_->machine = nullptr;
+  holders_.LetAllGo();
 }
 
 void Machine::AddObject(std::u16string_view name, ObjectRef object, bool membersAreGlobal) {

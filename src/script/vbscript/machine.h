@@ -32,9 +32,7 @@ struct Frame {
 // at the arguments that its caller put there.
 class RegisterStack {
  public:
-  static constexpr std::size_t size = std::size_t{1} << 20;
-
-  RegisterStack();
+  explicit RegisterStack(std::size_t size);
   ~RegisterStack();
   RegisterStack(const RegisterStack&) = delete;
   RegisterStack& operator=(const RegisterStack&) = delete;
@@ -45,7 +43,8 @@ class RegisterStack {
 
  private:
   Value* values_;
-  Value* made_;
+  Value* end_;
+  Value* made_;  // those below are values
 };
 
 class Machine {
@@ -122,6 +121,7 @@ class Machine {
 
   Services& services_;
   EngineLimits limits_;
+  Holders holders_;
   LibraryContext library_;
   Ref<MachineLink> link_;
   Ref<ErrObject> err_;

@@ -159,7 +159,7 @@ Value Machine::MakeObject(const Site& site) {
   }
   if (symbol == nullptr || symbol->kind != SymbolKind::Class) throw ScriptError(classNotDefined, site.name);
   const auto& info = classes_[symbol->number];
-  Ref<Instance> made(new Instance(info, link_));
+  Ref<Instance> made(new Instance(info, link_, &holders_));
   if (info->initialize != ClassMember::none) {
     RunSlot(static_cast<std::size_t>(info->initialize), made.Get(), {});
   }

@@ -1,0 +1,10 @@
+def main():
+    text = "7" * 1000000
+    digits = 0
+    for i in range(len(text)):
+        if text[i:i + 1] == "7":
+            digits = digits + 1
+    print(digits)
+
+
+main()

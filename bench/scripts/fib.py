@@ -1,0 +1,12 @@
+def fib(n):
+    if n < 2:
+        return n
+    return fib(n - 1) + fib(n - 2)
+
+
+def main():
+    for _ in range(5):
+        print(fib(24))
+
+
+main()

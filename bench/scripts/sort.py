@@ -1,0 +1,19 @@
+def main():
+    values = [0] * 2000
+    seed = 1
+    for i in range(2000):
+        seed = (seed * 171 + 11213) % 53125
+        values[i] = seed
+    for i in range(1, 2000):
+        held = values[i]
+        j = i - 1
+        while j >= 0:
+            if values[j] <= held:
+                break
+            values[j + 1] = values[j]
+            j = j - 1
+        values[j + 1] = held
+    print(values[0], values[1000], values[1999])
+
+
+main()
