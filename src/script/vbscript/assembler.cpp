@@ -33,7 +33,7 @@ Assembler::Assembler(std::shared_ptr<const std::u16string> source) : code_(std::
 }
 
 void Assembler::ReserveVariables(std::uint32_t count) {
-  variables_ = top_ = count;
+  variables_ = top_ = code_->variables = count;
   code_->registers = std::max(code_->registers, count);
 }
 

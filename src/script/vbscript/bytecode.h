@@ -80,11 +80,11 @@ enum class Op : std::uint16_t {
   JumpUnlessGreater,
   JumpUnlessLessEqual,
   JumpUnlessGreaterEqual,
-  JumpBack,      // to d, after a look at whether the script may go on
-  Index,         // a = b(R[c] ..), count indices; d: the site that names b, or noSite
-  IndexOne,      // a = b(c); d as above
-  ElementPlace,  // R[a] = a Reference to the element b(R[c] ..), count indices; b becomes an array of its
-                 // own. Of an object, the value of its default member.
+  JumpBack,       // to d, after a look at whether the script may go on
+  Index,          // a = b(R[c] ..), count indices; d: the site that names b, or noSite
+  IndexOne,       // a = b(c); d as above
+  ElementPlace,   // R[a] = a Reference to the element b(R[c] ..), count indices; b becomes an array of its
+                  // own. Of an object, the value of its default member.
   PutIndex,       // a(R[c] ..) = b, count indices; Let
   PutIndexOne,    // a(c) = b; Let
   SetIndex,       // the same for Set
@@ -158,7 +158,10 @@ struct Code {
   std::vector<std::vector<std::int32_t>> arrays;  // bounds of the fixed arrays
   std::vector<NamedPlace> names;                  // what Execute inside it can see
   std::vector<NamedPlace> imports;  // of a text given to Execute: names of the procedure around it
+  bool takesValues = false;         // at least one parameter is by value
   std::vector<bool> byValue;        // for each parameter
+  std::uint32_t variables =
+      0;  // the registers below, which are Empty at the start; the rest is written first
   std::uint32_t registers = 0;
   std::uint32_t result = 0;  // the register that holds the function's value at the end
   std::shared_ptr<const std::u16string> source;

@@ -95,6 +95,7 @@ void Compiler::DeclareLocals(const ast::Procedure& procedure) {
     const Space space = parameter.byValue ? Space::Register : Space::Parameter;
     Local(Folded(parameter.name), Operand::In(space, localCount_++));
     out_.Made().byValue.push_back(parameter.byValue);
+    out_.Made().takesValues |= parameter.byValue;
   }
   out_.Made().result = localCount_;
   functionResult_ = Operand::In(Space::Register, localCount_++);
@@ -142,9 +143,17 @@ void Compiler::NoteNames() {
   }
 }
 
+// The name of the function around is its result there, and calls it here as it does there.
+void Compiler::LookInto(const Surroundings& around) {
+  around_ = &around;
+  if (around.code == nullptr) return;
+  out_.Made().name = around.code->name;
+  functionName_ = Folded(around.code->name);
+}
+
 // The registers of a snippet: first a Reference for each name that it shares with the procedure around it.
 std::shared_ptr<const Code> Compiler::Snippet(const ast::Program& program, const Surroundings& around) {
-  around_ = &around;
+  LookInto(around);
   const BlockNames names = NamesOf(program.body, symbols_);
   for (const auto& constant : names.constants) {
     Local(constant.name, out_.Constant(LiteralValue(*constant.value)));
@@ -167,7 +176,7 @@ std::shared_ptr<const Code> Compiler::Snippet(const ast::Program& program, const
 }
 
 std::shared_ptr<const Code> Compiler::Eval(const ast::Expression& expression, const Surroundings& around) {
-  around_ = &around;
+  LookInto(around);
   out_.Made().result = roomForRead;
   out_.ReserveVariables(roomForRead + 1);
   out_.BeginPart(expression.at);

@@ -80,6 +80,7 @@ class Compiler {
   Resolved Resolve(std::u16string_view name);
   std::optional<Resolved> ResolveInside(const std::u16string& folded);
   Resolved ResolveOutside(const std::u16string& folded);
+  void LookInto(const Surroundings& around);
   Operand Import(const std::u16string& folded);
   void DeclareLocals(const ast::Procedure& procedure);
   void Local(const std::u16string& folded, Operand place);

@@ -172,6 +172,9 @@ Operand Compiler::Binary(const Expression& expression, std::optional<Operand> in
   }
   const Operand right = Compile(*expression.operands[1]);
   out_.BackTo(mark);
+  // An object among operands stands for its value; it may stay in its register for a while.
+  out_.Taken(left);
+  out_.Taken(right);
   const Operand place = Destination(into);
   const auto origin = IsComparison(expression.operation) ? OriginOf(expression) : Origin::Variable;
   out_.Emit(OpOf(expression.operation), place, left, right, 0, static_cast<std::size_t>(origin));

@@ -264,6 +264,7 @@ void Compiler::If(const Statement& statement) {
 
 void Compiler::Select(const Statement& statement) {
   const Operand chosen = Operand::In(Space::Register, out_.Take());
+  out_.Emit(Op::Clear, chosen, {}, {}, 0, 1);
   out_.Emit(Op::Let, chosen, Compile(*statement.expressions[0]));
   out_.BackTo(chosen.Number() + 1);
   const bool literal = statement.expressions[0]->kind == ExpressionKind::Literal;
@@ -409,6 +410,7 @@ void Compiler::DoLast(const Statement& statement) {
 
 void Compiler::With(const Statement& statement) {
   const Operand object = Operand::In(Space::Register, out_.Take());
+  out_.Emit(Op::Clear, object, {}, {}, 0, 1);
   const Operand value = Compile(*statement.expressions[0]);
   const bool isResult = out_.IsResult(value);
   out_.Emit(isResult ? Op::SetTaken : Op::Set, object, value);

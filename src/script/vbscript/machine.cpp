@@ -193,43 +193,10 @@ Value Machine::RunNamed(std::u16string_view name, Arguments arguments) {
   return RunSlot(symbol->number, nullptr, arguments);
 }
 
-const Code& Machine::CodeOf(std::size_t number) {
+void Machine::CompileSlot(std::size_t number) {
   ProcedureSlot& slot = slots_[number];
-  if (!slot.code) {
-    slot.code = CompileProcedure(symbols_, slot);
-    globals_.resize(symbols_.VariableCount());
-  }
-  return *slot.code;
-}
-
-Value* Machine::Top() {
-  return frames_.empty() ? stack_.Begin() : frames_.back().registers + frames_.back().code->registers;
-}
-
-void Machine::Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Operand result,
-                   bool throwsResultAway) {
-  if (frames_.size() >= limits_.callDepth) throw ScriptError(outOfStackSpace);
-  stack_.Reach(registers + code.registers);
-  for (std::size_t i = arguments; i < code.registers; ++i) registers[i].Clear();
-  for (std::size_t i = 0; i < arguments; ++i) {
-    if (code.byValue[i] && registers[i].Is(Kind::Reference)) registers[i] = Value(registers[i].Place());
-  }
-  if (me != nullptr) me->AddReference();
-  frames_.push_back(
-      {&code, code.instructions.data(), registers, me, result, false, throwsResultAway, nullptr});
-}
-
-// Ends the innermost procedure and gives its value. Objects whose last reference goes here run their
-// Class_Terminate while the frame is still there.
-Value Machine::Pop() noexcept {
-  Frame& frame = frames_.back();
-  Value result = std::move(frame.registers[frame.code->result]);
-  for (std::size_t i = 0; i < frame.code->registers; ++i) frame.registers[i].Clear();
-  frame.extras.reset();
-  Instance* me = frame.me;
-  frames_.pop_back();
-  if (me != nullptr) me->RemoveReference();
-  return result;
+  slot.code = CompileProcedure(symbols_, slot);
+  globals_.resize(symbols_.VariableCount());
 }
 
 Value Machine::RunCode(const Code& code, Instance* me) {
@@ -270,6 +237,17 @@ void Machine::RunTerminate(Instance& instance) noexcept {
   }
 }
 
+namespace {
+
+// Arguments of the call that failed: what is put into their registers next must not reach their places.
+void ForgetReferences(const Frame& frame) {
+  for (std::size_t i = frame.code->variables; i < frame.code->registers; ++i) {
+    if (frame.registers[i].Is(Kind::Reference)) frame.registers[i].Clear();
+  }
+}
+
+}  // namespace
+
 // Unwinds to the nearest procedure under Resume Next and sets it to go on behind the failed statement.
 // False when there is none above `entry`; all of those procedures have then ended.
 bool Machine::Recover(ScriptError& error, std::size_t entry) {
@@ -278,6 +256,7 @@ bool Machine::Recover(ScriptError& error, std::size_t entry) {
     Frame& frame = frames_.back();
     if (frame.resumeNext && !error.isFinal) {
       err_->Take(error);
+      ForgetReferences(frame);
       frame.instruction = NextStatement(*frame.code, frame.instruction);
       return true;
     }

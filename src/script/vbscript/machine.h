@@ -16,8 +16,9 @@
 
 namespace quarlin::vbs {
 
-// A procedure that is being run.
-struct Frame {
+// A procedure that is being run. As large as a line of the processor's cache, so that counting frames needs
+// no division.
+struct alignas(64) Frame {
   const Code* code;
   const Instruction* instruction;  // being done; of all but the innermost frame, a call
   Value* registers;
@@ -85,24 +86,25 @@ class Machine {
   void DeclareProcedure(ast::Procedure procedure, const std::shared_ptr<const Unit>& unit);
   void DeclareClass(ast::Class& tree, const std::shared_ptr<const Unit>& unit);
   Value RunText(std::u16string_view source);
-  const Code& CodeOf(std::size_t slot);
-  Value* Top();
-  void Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Operand result,
-            bool throwsResultAway);
-  Value Pop() noexcept;
+  void CompileSlot(std::size_t slot);
   Value RunCode(const Code& code, Instance* me);
   Value RunFrom(std::size_t entry);
   bool Recover(ScriptError& error, std::size_t entry);
   void Explain(ScriptError& error) const;
   void LookAround();
 
-  // machine_loop.cpp
+  // machine_loop.cpp: the loop with the calls, which it does all the time.
+  const Code& CodeOf(std::size_t slot);
+  Value* Top();
+  void Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Operand result,
+            bool throwsResultAway);
+  Value Pop() noexcept;
+  void Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Operand result,
+             bool throwsResultAway = false);
   Value Loop(std::size_t entry);
   std::u16string_view NameAt(const Instruction& instruction) const;
 
   // machine_objects.cpp: what an instruction does that is about objects and arrays.
-  void Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Operand result,
-             bool throwsResultAway = false);
   bool GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count, Operand result,
                  Value& direct);
   bool PutMember(const Value& target, const Site& site, Value* indices, std::size_t count, const Value& value,

@@ -122,6 +122,52 @@ void SetObject(Value& place, const Value& value) {
 
 }  // namespace
 
+const Code& Machine::CodeOf(std::size_t number) {
+  if (!slots_[number].code) CompileSlot(number);
+  return *slots_[number].code;
+}
+
+Value* Machine::Top() {
+  return frames_.empty() ? stack_.Begin() : frames_.back().registers + frames_.back().code->registers;
+}
+
+void Machine::Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Operand result,
+                   bool throwsResultAway) {
+  if (frames_.size() >= limits_.callDepth) throw ScriptError(outOfStackSpace);
+  stack_.Reach(registers + code.registers);
+  for (std::size_t i = arguments; i < code.variables; ++i) registers[i].Clear();
+  if (code.takesValues) {
+    for (std::size_t i = 0; i < arguments; ++i) {
+      if (code.byValue[i] && registers[i].Is(Kind::Reference)) registers[i] = Value(registers[i].Place());
+    }
+  }
+  if (me != nullptr) me->AddReference();
+  frames_.push_back(
+      {&code, code.instructions.data(), registers, me, result, false, throwsResultAway, nullptr});
+}
+
+// Ends the innermost procedure and gives its value. Objects whose last reference goes here run their
+// Class_Terminate while the frame is still there.
+Value Machine::Pop() noexcept {
+  Frame& frame = frames_.back();
+  Value result = std::move(frame.registers[frame.code->result]);
+  for (Value* reg = frame.registers; reg < frame.registers + frame.code->registers; ++reg) {
+    if (reg->GetKind() >= Kind::Reference) reg->Clear();
+  }
+  frame.extras.reset();
+  Instance* me = frame.me;
+  frames_.pop_back();
+  if (me != nullptr) me->RemoveReference();
+  return result;
+}
+
+void Machine::Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Operand result,
+                    bool throwsResultAway) {
+  const Code& code = CodeOf(slot);
+  if (count != code.byValue.size()) throw ScriptError(wrongArgumentCount, slots_[slot].name);
+  Push(code, arguments, count, me, result, throwsResultAway);
+}
+
 // The innermost procedures, until the one that was entered last before the call has returned. One
 // instruction after the other; `frame->instruction` is kept true wherever something can be thrown.
 Value Machine::Loop(std::size_t entry) {

@@ -43,13 +43,6 @@ std::u16string_view Machine::NameAt(const Instruction& instruction) const {
   return frames_.back().code->sites[instruction.d].name;
 }
 
-void Machine::Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Operand result,
-                    bool throwsResultAway) {
-  const Code& code = CodeOf(slot);
-  if (count != code.byValue.size()) throw ScriptError(wrongArgumentCount, slots_[slot].name);
-  Push(code, arguments, count, me, result, throwsResultAway);
-}
-
 int Machine::FindMember(Dispatch& object, const Site& site) {
   const void* shape = object.Shape();
   if (shape != nullptr && shape == site.shape) return site.member;
