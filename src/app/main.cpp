@@ -14,6 +14,7 @@
 #include <random>
 
 #include "app/arguments.h"
+#include "app/engines.h"
 #include "base/text.h"
 #include "link/posix_device.h"
 #include "ui/desktop_shell.h"
@@ -87,7 +88,7 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
   PosixDeviceSource devices(loop);
   HeadlessPrompts prompts;
   HeadlessShell shell;
-  FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), true});
+  FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), true, MakeEngine});
   const auto watch = EndOnSignal(loop, endings, frm);
   frm.OnLogTrouble = [](std::string_view text) { PrintText(stderr, Utf8FromBytes(text) + "\n"); };
   int status = 0;
@@ -110,7 +111,7 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endin
   PosixDeviceSource devices(loop);
   QtPrompts prompts;
   DesktopShell shell(EnvironmentText);
-  FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), false});
+  FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), false, MakeEngine});
   const auto watch = EndOnSignal(loop, endings, frm);
   MainWindow window(frm);
   prompts.SetWindow(&window);

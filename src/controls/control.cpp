@@ -50,4 +50,13 @@ void Control::SetForeColor(std::optional<Color> color) {
   if (std::exchange(foreColor_, color) != color) Changed();
 }
 
+void Control::SetPlace(const Placement& place) {
+  if (std::exchange(place_, place) != place) Changed();
+}
+
+void Control::SetFocus() {
+  focusWish_ = true;
+  Changed();
+}
+
 }  // namespace quarlin

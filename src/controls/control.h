@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "controls/event_loop.h"
@@ -46,6 +47,12 @@ enum class ControlKind {
   ListBox,
   RichTextBox,
   Timer
+};
+
+// Where a script wants a control, in twips (15 to a pixel). Nothing: where the form has it.
+struct Placement {
+  std::optional<double> left, top, width, height;
+  bool operator==(const Placement&) const = default;
 };
 
 // The controls that changed since the view last looked. A control stands in it at most once.
@@ -104,6 +111,13 @@ class Control {
   std::optional<Color> ForeColor() const { return foreColor_; }
   void SetForeColor(std::optional<Color> color);
 
+  const Placement& Place() const { return place_; }
+  void SetPlace(const Placement& place);
+
+  // Asks the view to give it the keyboard; the view takes the wish, once.
+  void SetFocus();
+  bool TakeFocusWish() { return std::exchange(focusWish_, false); }
+
   void ReportChangesTo(RepaintList& list) { repaint_ = &list; }
 
  protected:
@@ -122,6 +136,8 @@ class Control {
   std::string toolTipText_;
   std::optional<Color> backColor_;
   std::optional<Color> foreColor_;
+  Placement place_;
+  bool focusWish_ = false;
   RepaintList* repaint_ = nullptr;
 };
 

@@ -31,8 +31,8 @@ std::int32_t TextBox::Integer() const {
 }
 
 ComboBox::ComboBox(ControlGroup& group, std::string_view name, std::vector<std::string> list,
-                   std::string_view text)
-    : Control(group, ControlKind::ComboBox, name), text_(text), list_(std::move(list)) {
+                   std::string_view text, std::optional<int> index)
+    : Control(group, ControlKind::ComboBox, name, index), text_(text), list_(std::move(list)) {
   listIndex_ = IndexOf(text_);
 }
 
@@ -54,23 +54,45 @@ void ComboBox::SetText(std::string_view text) {
 }
 
 void ComboBox::SetListIndex(int index) {
-  if (index >= 0 && index < static_cast<int>(list_.size()))
-    Select(list_[static_cast<std::size_t>(index)], index);
+  if (index == -1) Select("", -1);
+  if (HasItem(index)) Select(list_[static_cast<std::size_t>(index)], index);
+}
+
+void ComboBox::ListChanged() {
+  listIndex_ = IndexOf(text_);
+  ++listRevision_;
+  Changed();
 }
 
 void ComboBox::SetList(std::vector<std::string> list) {
   list_ = std::move(list);
   itemToolTips_.clear();
-  listIndex_ = IndexOf(text_);
-  ++listRevision_;
-  Changed();
+  ListChanged();
 }
 
 void ComboBox::AddItem(std::string_view item) {
   list_.emplace_back(item);
-  listIndex_ = IndexOf(text_);
-  ++listRevision_;
-  Changed();
+  ListChanged();
+}
+
+void ComboBox::InsertItem(int index, std::string_view item) {
+  if (index < 0 || index > static_cast<int>(list_.size())) return;
+  list_.emplace(list_.begin() + index, item);
+  itemToolTips_.clear();
+  ListChanged();
+}
+
+void ComboBox::SetItem(int index, std::string_view item) {
+  if (!HasItem(index)) return;
+  list_[static_cast<std::size_t>(index)] = item;
+  ListChanged();
+}
+
+void ComboBox::RemoveItem(int index) {
+  if (!HasItem(index)) return;
+  list_.erase(list_.begin() + index);
+  itemToolTips_.clear();
+  ListChanged();
 }
 
 const std::string& ComboBox::ItemToolTip(int index) const {
@@ -81,7 +103,7 @@ const std::string& ComboBox::ItemToolTip(int index) const {
 }
 
 void ComboBox::SetItemToolTip(int index, std::string_view text) {
-  if (index < 0 || index >= static_cast<int>(list_.size())) return;
+  if (!HasItem(index)) return;
   itemToolTips_.resize(list_.size());
   itemToolTips_[static_cast<std::size_t>(index)] = text;
   ++listRevision_;
@@ -120,6 +142,12 @@ void OptionButton::SetValue(bool value) {
   Run(Click);
 }
 
+void OptionButton::SetCaption(std::string_view caption) {
+  if (caption_ == caption) return;
+  caption_ = caption;
+  Changed();
+}
+
 CommandButton::CommandButton(ControlGroup& group, std::string_view name, std::string_view caption,
                              std::optional<int> index)
     : Control(group, ControlKind::CommandButton, name, index), caption_(caption) {}
@@ -155,6 +183,12 @@ void Label::Increment() {
 Frame::Frame(ControlGroup& group, std::string_view name, std::string_view caption)
     : Control(group, ControlKind::Frame, name), caption_(caption) {}
 
+void Frame::SetCaption(std::string_view caption) {
+  if (caption_ == caption) return;
+  caption_ = caption;
+  Changed();
+}
+
 Shape::Shape(ControlGroup& group, std::string_view name, Color fill, std::optional<int> index)
     : Control(group, ControlKind::Shape, name, index), fillColor_(fill) {}
 
@@ -162,8 +196,9 @@ void Shape::SetFillColor(Color color) {
   if (std::exchange(fillColor_, color) != color) Changed();
 }
 
-ScrollBar::ScrollBar(ControlGroup& group, std::string_view name, int min, int max, int value)
-    : Control(group, ControlKind::ScrollBar, name), min_(min), max_(max), value_(value) {}
+ScrollBar::ScrollBar(ControlGroup& group, std::string_view name, int min, int max, int value,
+                     std::optional<int> index)
+    : Control(group, ControlKind::ScrollBar, name, index), min_(min), max_(max), value_(value) {}
 
 void ScrollBar::SetValue(int value) {
   const int held = std::clamp(value, min_, max_);
@@ -173,22 +208,63 @@ void ScrollBar::SetValue(int value) {
   Run(Change);
 }
 
+void ScrollBar::SetRange(int min, int max) {
+  if (min_ == min && max_ == max) return;
+  min_ = min;
+  max_ = std::max(min, max);
+  Changed();
+  SetValue(value_);
+}
+
 ListBox::ListBox(ControlGroup& group, std::string_view name) : Control(group, ControlKind::ListBox, name) {}
 
-void ListBox::AddItem(std::string_view text, std::string_view toolTip) {
-  list_.push_back({std::string(text), std::string(toolTip)});
+void ListBox::ListChanged() {
+  ++listRevision_;
   Changed();
 }
 
+void ListBox::AddItem(std::string_view text, std::string_view toolTip) {
+  list_.push_back({std::string(text), std::string(toolTip)});
+  ListChanged();
+}
+
+void ListBox::InsertItem(int index, std::string_view text) {
+  if (index < 0 || index > ListCount()) return;
+  list_.insert(list_.begin() + index, {std::string(text), ""});
+  if (listIndex_ >= index) ++listIndex_;
+  ListChanged();
+}
+
+void ListBox::SetItem(int index, std::string_view text) {
+  if (!HasItem(index)) return;
+  list_[static_cast<std::size_t>(index)].text = text;
+  ListChanged();
+}
+
 void ListBox::RemoveItem(int index) {
-  if (index < 0 || index >= ListCount()) return;
+  if (!HasItem(index)) return;
   list_.erase(list_.begin() + index);
-  Changed();
+  if (listIndex_ == index) {
+    listIndex_ = -1;
+  } else if (listIndex_ > index) {
+    --listIndex_;
+  }
+  ListChanged();
 }
 
 void ListBox::Clear() {
   list_.clear();
-  Changed();
+  listIndex_ = -1;
+  ListChanged();
+}
+
+void ListBox::SetListIndex(int index) {
+  const int known = HasItem(index) ? index : -1;
+  if (std::exchange(listIndex_, known) != known) Changed();
+}
+
+std::string_view ListBox::Text() const {
+  return HasItem(listIndex_) ? std::string_view(list_[static_cast<std::size_t>(listIndex_)].text) : "";
 }
 
 }  // namespace quarlin

@@ -38,7 +38,7 @@ class TextBox : public Control {
 class ComboBox : public Control {
  public:
   ComboBox(ControlGroup& group, std::string_view name, std::vector<std::string> list = {},
-           std::string_view text = "");
+           std::string_view text = "", std::optional<int> index = std::nullopt);
 
   std::function<void()> Change;
 
@@ -47,12 +47,17 @@ class ComboBox : public Control {
 
   // The chosen entry, or -1 when the text stands in no entry.
   int ListIndex() const { return listIndex_; }
-  void SetListIndex(int index);
+  void SetListIndex(int index);  // -1 also empties the text
 
   const std::vector<std::string>& List() const { return list_; }
   std::uint64_t ListRevision() const { return listRevision_; }  // differs whenever the list does
   void SetList(std::vector<std::string> list);
   void AddItem(std::string_view item);
+  void InsertItem(int index, std::string_view item);  // in front of the entry of that index
+
+  // Nothing happens where there is no such entry. The text stays as it is.
+  void SetItem(int index, std::string_view item);
+  void RemoveItem(int index);
   void Clear() { SetList({}); }
 
   // What the view tells about one entry when the user points at it.
@@ -61,7 +66,9 @@ class ComboBox : public Control {
 
  private:
   int IndexOf(std::string_view text) const;
+  bool HasItem(int index) const { return index >= 0 && index < static_cast<int>(list_.size()); }
   void Select(std::string_view text, int index);
+  void ListChanged();
 
   std::string text_;
   int listIndex_ = -1;
@@ -101,6 +108,7 @@ class OptionButton : public Control {
   bool Value() const { return value_; }
   void SetValue(bool value);
   const std::string& Caption() const { return caption_; }
+  void SetCaption(std::string_view caption);
 
   void ExcludeWith(std::vector<OptionButton*> others) { others_ = std::move(others); }
 
@@ -149,6 +157,7 @@ class Frame : public Control {
  public:
   Frame(ControlGroup& group, std::string_view name, std::string_view caption);
   const std::string& Caption() const { return caption_; }
+  void SetCaption(std::string_view caption);
 
  private:
   std::string caption_;
@@ -167,7 +176,8 @@ class Shape : public Control {
 
 class ScrollBar : public Control {
  public:
-  ScrollBar(ControlGroup& group, std::string_view name, int min, int max, int value);
+  ScrollBar(ControlGroup& group, std::string_view name, int min, int max, int value,
+            std::optional<int> index = std::nullopt);
 
   std::function<void()> Change;
 
@@ -175,6 +185,7 @@ class ScrollBar : public Control {
   int Max() const { return max_; }
   int Value() const { return value_; }
   void SetValue(int value);  // held within Min and Max
+  void SetRange(int min, int max);
 
  private:
   int min_;
@@ -190,14 +201,33 @@ struct ListEntry {
 class ListBox : public Control {
  public:
   ListBox(ControlGroup& group, std::string_view name);
+
+  std::function<void()> DblClick;  // on the selected entry
+
   const std::vector<ListEntry>& List() const { return list_; }
   int ListCount() const { return static_cast<int>(list_.size()); }
+  std::uint64_t ListRevision() const { return listRevision_; }  // differs whenever the list does
   void AddItem(std::string_view text, std::string_view toolTip = "");
-  void RemoveItem(int index);  // nothing happens where there is no such entry
+  void InsertItem(int index, std::string_view text);  // in front of the entry of that index
+
+  // Nothing happens where there is no such entry.
+  void SetItem(int index, std::string_view text);
+  void RemoveItem(int index);
   void Clear();
 
+  // The selected entry, or -1; its text, or "".
+  int ListIndex() const { return listIndex_; }
+  void SetListIndex(int index);
+  std::string_view Text() const;
+
  private:
+  bool HasItem(int index) const { return index >= 0 && index < ListCount(); }
+
+  void ListChanged();
+
   std::vector<ListEntry> list_;
+  int listIndex_ = -1;
+  std::uint64_t listRevision_ = 1;
 };
 
 // A control array: one name, indexes from 0.

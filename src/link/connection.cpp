@@ -48,7 +48,7 @@ std::string Connection::PortAndSettings() const {
 
 std::string Connection::Description() const {
   if (connecting_) return "connecting to " + PortAndSettings();
-  if (waiting_)
+  if (waiting_ && !link_.CommIsOpen())
     return fmt::format("waiting for {}, next try in {:.1f} s", PortAndSettings(),
                        std::chrono::duration<double>(pause_).count());
   if (!link_.CommIsOpen()) return "not connected";
@@ -144,8 +144,10 @@ void Connection::LinkLost(std::string_view reason) {
 
 void Connection::TryAgain() {
   const std::string port = stablePath_.empty() ? controls_.cboSerial.Text() : stablePath_;
-  link_.CommOpen(port, Settings());
-  if (!waiting_) return;  // given up meanwhile
+  link_.OpenInBackground(port, Settings(), [this] { TriedAgain(); });
+}
+
+void Connection::TriedAgain() {
   if (link_.CommIsOpen()) {
     waiting_ = false;
     controls_.lblReconnects.Increment();
@@ -202,8 +204,9 @@ void Connection::cmdsearchcom_Click() {
   controls_.Frame1.SetEnabled(true);
   controls_.cmdsearchcom.SetCaption(searchCaption);
   searching_ = false;
-  Hooks.note(
-      fmt::format("{} ports found{}", found.size() - 1, stopSearch_ ? " before the search was stopped" : ""));
+  const std::size_t ports = found.size() - 1;
+  Hooks.note(fmt::format("{} port{} found{}", ports, ports == 1 ? "" : "s",
+                         stopSearch_ ? " before the search was stopped" : ""));
   if (wasOpen) ShowClosed();  // the first probe closed it
 }
 

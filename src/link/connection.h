@@ -69,6 +69,7 @@ class Connection {
   std::vector<FoundPort> Search();
   bool Probe(const std::string& name);
   void TryAgain();
+  void TriedAgain();
   bool IsNetwork() const { return controls_.cboSerial.Text() == "NET"; }
 
   EventLoop& loop_;

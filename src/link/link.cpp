@@ -81,14 +81,35 @@ std::int32_t Link::CommOpen(const std::string& portName, std::string_view settin
 }
 
 std::int32_t Link::OpenNetwork() {
+  EnterNetworkMode();
+  if (ChooseNetwork && network_.Open(ChooseNetwork())) NetworkOpened();
+  return 0;
+}
+
+void Link::OpenInBackground(const std::string& portName, std::string_view settings,
+                          std::function<void()> over) {
+  if (portName != "NET" || !ChooseNetwork) {
+    CommOpen(portName, settings);
+    over();
+    return;
+  }
+  EnterNetworkMode();
+  network_.OpenInBackground(ChooseNetwork(), [this, over = std::move(over)](bool opened) {
+    if (opened) NetworkOpened();
+    over();
+  });
+}
+
+void Link::EnterNetworkMode() {
   if (State.CommPortOpen) CommClose();
   State.CommNetMode = true;
   State.DeviceGone = false;
   State.NoModemLines = true;
-  if (!ChooseNetwork || !network_.Open(ChooseNetwork())) return 0;
+}
+
+void Link::NetworkOpened() {
   State.CommPortOpen = true;
   State.CommHandle = networkToken;
-  return 0;
 }
 
 std::int32_t Link::OpenSerial(const std::string& portName, std::string_view settings) {
@@ -98,7 +119,7 @@ std::int32_t Link::OpenSerial(const std::string& portName, std::string_view sett
     State.CommLastErrorText = portInUse;
     return -1;
   }
-  State.CommNetMode = false;
+  if (State.CommNetMode) CommClose();  // a connection may still be being made
   State.DeviceGone = false;
   State.NoModemLines = false;
   State.CommStat = {};
@@ -322,7 +343,7 @@ void Link::KeepLine(OutputLine line, bool asserted) {
 std::string Link::ReceiveChar() {
   std::string text;
   if (State.CommHandle <= 0 || CommRead(text, receiveSize) == 0) return {};
-  if (Hooks.scripting && Hooks.scripting()) {
+  if (Scripting()) {
     LetScriptSeeEach(text);
   } else if (!controls_.chkLogOnly.Checked()) {
     MeasureInterval(text);
@@ -368,7 +389,7 @@ std::int32_t Link::SendString(std::string& text) {
     Queue(text, nullptr);
     return 0;
   }
-  const std::int32_t status = Transmit(text);
+  const std::int32_t status = Transmit(text, Scripting());
   TransmitQueued();
   return status;
 }
@@ -379,14 +400,14 @@ void Link::Send(std::string text, WhenSent whenSent) {
     Queue(std::move(text), std::move(whenSent));
     return;
   }
-  Transmit(text);
+  Transmit(text, Scripting());
   whenSent(text);
   TransmitQueued();
 }
 
-std::int32_t Link::Transmit(std::string& text) {
+std::int32_t Link::Transmit(std::string& text, bool scripted) {
   sending_ = true;
-  if (Hooks.scripting && Hooks.scripting()) Hooks.sendString(text);
+  if (scripted) Hooks.sendString(text);
   std::int32_t status = 0;
   if (controls_.chkTerminal.Checked()) {
     const auto device = OpenDevice();
@@ -410,7 +431,7 @@ void Link::Queue(std::string text, WhenSent whenSent) {
     return;
   }
   queuedBytes_ += text.size();
-  queued_.push_back({std::move(text), std::move(whenSent)});
+  queued_.push_back({std::move(text), std::move(whenSent), Scripting()});
 }
 
 void Link::TransmitQueued() {
@@ -419,7 +440,7 @@ void Link::TransmitQueued() {
     queued_.pop_front();
     queuedBytes_ -= next.text.size();
     if (!State.CommPortOpen) continue;  // closed while it waited
-    Transmit(next.text);
+    Transmit(next.text, next.scripted && Scripting());
     if (next.whenSent) next.whenSent(next.text);
   }
 }

@@ -74,6 +74,11 @@ class Link {
   // is open first and gives 0 in every case; CommIsOpen tells. Yields while a connection is being made,
   // which CommClose ends.
   std::int32_t CommOpen(const std::string& portName, std::string_view settings);
+
+  // The same without a yield: a network connection is made in the background. `over` is
+  // called when CommIsOpen tells the outcome, which may be before this returns; never after CommClose or
+  // another opening.
+  void OpenInBackground(const std::string& portName, std::string_view settings, std::function<void()> over);
   std::int32_t CommClose();
   std::int32_t CommFlush();
 
@@ -112,7 +117,7 @@ class Link {
 
   // Sends the text, which the script may change first; the caller sees the change. Returns the status of
   // the write. Does nothing before the first open. Yields; a text sent while another is waiting for the
-  // driver goes out behind it, and the status is then 0.
+  // driver goes out behind it, and the status is then 0. Whether the script is asked is decided now.
   std::int32_t SendString(std::string& text);
 
   // SendString for a sender that logs: `whenSent` gets the text as it was handed to the driver, before
@@ -129,6 +134,8 @@ class Link {
   std::int32_t OpenSerial(const std::string& portName, std::string_view settings);
   std::int32_t SetUp(Device& device, const std::string& portName, std::string_view settings);
   std::int32_t OpenNetwork();
+  void EnterNetworkMode();
+  void NetworkOpened();
   std::shared_ptr<Device> OpenDevice() const;
   void Record(std::string_view source, std::error_code error);
   std::int32_t CommSetError(std::string_view source, std::error_code error);
@@ -136,7 +143,8 @@ class Link {
   std::int32_t WriteSerial(std::string_view text);
   std::int32_t WriteWhole(Device& device, std::string_view text);
   std::int32_t WriteSlowly(Device& device, std::string_view text, Duration pause);
-  std::int32_t Transmit(std::string& text);
+  bool Scripting() const { return Hooks.scripting && Hooks.scripting(); }
+  std::int32_t Transmit(std::string& text, bool scripted);
   void Queue(std::string text, WhenSent whenSent);
   void TransmitQueued();
   void WaitUntilSent(std::size_t bytes);
@@ -153,6 +161,7 @@ class Link {
   struct Queued {
     std::string text;
     WhenSent whenSent;
+    bool scripted;  // no text that a script sent itself
   };
   bool sending_ = false;       // a text is on its way through the functions on the stack
   std::deque<Queued> queued_;  // texts that came meanwhile

@@ -4,18 +4,17 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 
-#include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "base/numbers.h"
-#include "link/resolver.h"
+#include "link/connector.h"
 
 namespace quarlin {
 namespace {
 
 constexpr std::size_t enoughReceived = 1024;               // nothing more is taken before that has gone
 constexpr std::size_t mostWaiting = std::size_t{1} << 20;  // to be sent
-constexpr Duration connectTime = std::chrono::seconds(30);
 constexpr Duration acceptPause = std::chrono::seconds(1);
 constexpr int mostTakes = 64;  // at once, so that a flood of empty datagrams leaves others their turn
 
@@ -82,20 +81,38 @@ bool NetworkLink::Fail(std::string_view words) {
 }
 
 bool NetworkLink::Open(const NetworkChoice& choice) {
+  if (const auto opened = Begin(choice, nullptr)) return *opened;
+  const std::uint64_t opening = openings_;
+  while (opening == openings_ && !connector_->Over()) {
+    const auto isDue = [&] { return opening != openings_ || connector_->Due() <= loop_.Now(); };
+    loop_.WaitUntil(isDue, connector_->Due());
+    if (opening == openings_) connector_->Step();
+  }
+  return opening == openings_ && TakeConnection();
+}
+
+void NetworkLink::OpenInBackground(const NetworkChoice& choice, std::function<void(bool)> over) {
+  const auto opened = Begin(choice, [this, over] { over(TakeConnection()); });
+  if (opened) over(*opened);
+}
+
+// Nothing yet while a client's connection is being made, at the end of which it calls.
+std::optional<bool> NetworkLink::Begin(const NetworkChoice& choice, std::function<void()> connected) {
   Close();
   udp_ = choice.udp;
   listening_ = choice.listen;
-  const double port = Val(choice.port);
-  if (!(port >= 1 && port <= 65535)) {
+  const double number = Val(choice.port);
+  if (!(number >= 1 && number <= 65535)) {
     return Fail(fmt::format("port {}: a port is a number from 1 to 65535", choice.port));
   }
-  if (choice.listen) return Listen(static_cast<int>(port));
-  connecting_ = true;
-  return Connect(choice.host, static_cast<int>(port));
+  const int port = static_cast<int>(number);
+  if (choice.listen) return Listen(port);
+  connector_ = std::make_unique<Connector>(loop_, Peer{choice.udp, choice.host, port}, std::move(connected));
+  return std::nullopt;
 }
 
 void NetworkLink::Cancel() {
-  if (connecting_) Fail("cancelled");
+  if (connector_) Fail("cancelled");
 }
 
 // On IPv6 and IPv4 at once, or on IPv4 where the system has nothing else.
@@ -117,54 +134,15 @@ bool NetworkLink::Listen(int port) {
   return true;
 }
 
-bool NetworkLink::Connect(const std::string& host, int port) {
+bool NetworkLink::TakeConnection() {
+  const std::unique_ptr<Connector> connector = std::move(connector_);
+  Socket socket = connector->TakeSocket();
+  if (!socket) return Fail(connector->Failure());
+  SetPeer(std::move(socket));
+  DiscardPending();
   const std::uint64_t opening = openings_;
-  const Instant deadline = loop_.Now() + connectTime;
-  auto addresses = Resolve(loop_, host, port, deadline, [&] { return opening != openings_; });
-  if (opening != openings_) return false;
-  if (addresses.empty()) {
-    return Fail((loop_.Now() < deadline ? "no such host: " : "no name server answers for ") + host);
-  }
-  // A datagram socket cannot tell whether anybody is there; most instruments speak only the older family.
-  const auto isIPv4 = [](const SocketAddress& address) { return address.storage.ss_family == AF_INET; };
-  if (udp_) std::stable_partition(addresses.begin(), addresses.end(), isIPv4);
-  std::error_code error;
-  for (std::size_t i = 0; i < addresses.size(); ++i) {
-    const auto left = static_cast<Duration::rep>(addresses.size() - i);  // each gets its share of the time
-    error = ConnectTo(addresses[i], loop_.Now() + (deadline - loop_.Now()) / left);
-    if (opening != openings_) return false;
-    if (error) continue;
-    connecting_ = false;
-    DiscardPending();
-    Tell("connected to " + addresses[i].Text());
-    return opening == openings_;
-  }
-  return Fail("no connection: " + error.message());
-}
-
-std::error_code NetworkLink::ConnectTo(const SocketAddress& address, Instant deadline) {
-  const std::uint64_t opening = openings_;
-  Socket made = Socket::Make(address.storage.ss_family, udp_ ? SOCK_DGRAM : SOCK_STREAM);
-  if (!made) return LastSocketError();
-  if (connect(made.Get(), address.Pointer(), address.length) != 0) {
-    if (errno != EINPROGRESS) return LastSocketError();
-    if (const std::error_code error = WaitConnected(made, deadline)) return error;
-  }
-  if (!udp_ && made.MeetsItself()) return std::make_error_code(std::errc::connection_refused);
-  if (opening == openings_) SetPeer(std::move(made));
-  return {};
-}
-
-std::error_code NetworkLink::WaitConnected(const Socket& socket, Instant deadline) {
-  const std::uint64_t opening = openings_;
-  bool finished = false;
-  const auto watch = loop_.WatchWritable(socket.Get(), [&] { finished = true; });
-  loop_.WaitUntil([&] { return finished || opening != openings_; }, deadline);
-  if (!finished) return std::make_error_code(std::errc::timed_out);
-  int failure = 0;
-  socklen_t length = sizeof failure;
-  getsockopt(socket.Get(), SOL_SOCKET, SO_ERROR, &failure, &length);
-  return {failure, std::system_category()};
+  Tell("connected to " + connector->Address().Text());
+  return opening == openings_;
 }
 
 // What came before the link counts as open is nobody's. An end that came with it stays with the system.
@@ -203,7 +181,7 @@ void NetworkLink::AcceptPeer() {
 
 void NetworkLink::Close() {
   ++openings_;
-  connecting_ = false;
+  connector_.reset();
   acceptAgain_.Cancel();
   listenerWatch_.reset();
   readableWatch_.reset();
@@ -252,14 +230,9 @@ void NetworkLink::Take() {
 
 // False when there is nothing more at present.
 bool NetworkLink::TakeOnce() {
-  SocketAddress sender;
-  sender.length = sizeof sender.storage;
-  const ssize_t count =
-      recvfrom(peer_.Get(), buffer_->data(), buffer_->size(), 0, sender.Pointer(), &sender.length);
+  if (udp_) return TakeDatagram();
+  const ssize_t count = recv(peer_.Get(), buffer_->data(), buffer_->size(), 0);
   if (count < 0 && WouldBlock()) return false;
-  if (count < 0 && udp_) TellRefusal(LastSocketError());
-  if (count < 0 && udp_) return true;
-  if (udp_) return TakeDatagram(static_cast<std::size_t>(count), sender);
   if (count <= 0) {
     EndOfReceiving(count < 0 ? LastSocketError() : std::error_code());
     return false;
@@ -269,11 +242,17 @@ bool NetworkLink::TakeOnce() {
 }
 
 // An empty one says nothing, not even who is to be answered.
-bool NetworkLink::TakeDatagram(std::size_t size, const SocketAddress& sender) {
-  if (size == 0) return true;
+bool NetworkLink::TakeDatagram() {
+  SocketAddress sender;
+  sender.length = sizeof sender.storage;
+  const ssize_t count =
+      recvfrom(peer_.Get(), buffer_->data(), buffer_->size(), 0, sender.Pointer(), &sender.length);
+  if (count < 0 && WouldBlock()) return false;
+  if (count < 0) TellRefusal(LastSocketError());
+  if (count <= 0) return true;
   lastSender_ = sender;
   refusalTold_ = false;
-  received_.append(buffer_->data(), size);
+  received_.append(buffer_->data(), static_cast<std::size_t>(count));
   return true;
 }
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -18,6 +19,8 @@
 #include "link/socket.h"
 
 namespace quarlin {
+
+class Connector;
 
 struct NetworkChoice {
   bool udp = false;
@@ -43,7 +46,11 @@ class NetworkLink {
   // False, and closed, when it could not be opened, was cancelled or closed meanwhile. A client yields while
   // the name is looked up and the connection is made, 30 s at most.
   bool Open(const NetworkChoice& choice);
-  bool Connecting() const { return connecting_; }
+
+  // The same without a yield: a client's connection is made in the background. `over`
+  // gets what Open would return, from an alarm or, where nothing has to be waited for, before this returns;
+  // it is never called once the opening was cancelled or closed.
+  void OpenInBackground(const NetworkChoice& choice, std::function<void(bool opened)> over);
   void Cancel();
   void Close();
 
@@ -63,9 +70,8 @@ class NetworkLink {
 
  private:
   bool Listen(int port);
-  bool Connect(const std::string& host, int port);
-  std::error_code ConnectTo(const SocketAddress& address, Instant deadline);
-  std::error_code WaitConnected(const Socket& socket, Instant deadline);
+  std::optional<bool> Begin(const NetworkChoice& choice, std::function<void()> connected);
+  bool TakeConnection();
   void DiscardPending();
   void AcceptPeer();
   void SetPeer(Socket socket);
@@ -74,7 +80,7 @@ class NetworkLink {
   void DropPeer();
   void Take();
   bool TakeOnce();
-  bool TakeDatagram(std::size_t size, const SocketAddress& sender);
+  bool TakeDatagram();
   void TellRefusal(std::error_code error);
   void WatchWhileThereIsRoom();
   std::error_code SendDatagram(std::string_view text);
@@ -86,10 +92,11 @@ class NetworkLink {
   EventLoop& loop_;
   bool udp_ = false;
   bool listening_ = false;  // the server role
-  bool connecting_ = false;
   bool peerGone_ = false;
   bool refusalTold_ = false;    // UDP: nothing has come since
   std::uint64_t openings_ = 0;  // counts closes, too: an opening that waits sees that it is over
+
+  std::unique_ptr<Connector> connector_;  // while a client's connection is being made
 
   Socket listener_;  // TCP server
   std::unique_ptr<Watch> listenerWatch_;

@@ -1,5 +1,7 @@
 #include "testmodes/answer_faults.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -62,6 +64,17 @@ bool IsLowerDigit(char character) {
 
 std::string_view FaultWord(Fault fault) {
   return faultNames[static_cast<std::size_t>(fault)].word;
+}
+
+std::string FaultCounts::Sum() const {
+  std::string sum;
+  const auto add = [&sum](std::uint64_t count, std::string_view word) {
+    if (count > 0) sum += fmt::format("{}{} {}", sum.empty() ? "" : ", ", count, word);
+  };
+  for (const FaultNames& names : faultNames) add(Of(names.fault), names.word);
+  add(delayed, "delayed");
+  add(discarded, "thrown away");
+  return sum;
 }
 
 // Steps by the golden ratio and mixes: each of the 2^64 states gives another number.

@@ -29,6 +29,9 @@ struct FaultCounts {
   std::uint64_t discarded = 0;  // delayed answers that were never sent
 
   std::uint64_t Of(Fault fault) const { return struck[static_cast<std::size_t>(fault)]; }
+
+  // Those that occurred, as in "3 dropped, 12 delayed"; empty when none did.
+  std::string Sum() const;
 };
 
 // A repeatable source of chance, small enough for one in each entry of a long table.

@@ -70,7 +70,7 @@ void ErrorReports::cmdErr_Click() {
   parts_.controls.cmdErr.SetCaption(visible ? "Close" : "Open");
 }
 
-std::string ReportText(const Counters& counters, const ListBox& errors) {
+std::string ReportText(const Counters& counters, const ListBox& errors, std::string_view faults) {
   constexpr std::string_view dashes = "---------------------------------------------------\r\n";
   std::string text;
   const auto section = [&](const std::string& lines) { (text += dashes) += lines; };
@@ -78,6 +78,7 @@ std::string ReportText(const Counters& counters, const ListBox& errors) {
   section(fmt::format("Elapsed Time :{}\r\n", counters.lbltempo.Caption()));
   section(fmt::format("Error     : {}\r\nError Str : {}\r\nError Len : {}\r\n", counters.lblerror.Caption(),
                       counters.lblErrStr.Caption(), counters.lblErrorLen.Caption()));
+  if (!faults.empty()) section(fmt::format("Faults on purpose : {}\r\n", faults));
   section(fmt::format("Last {} Errors:\r\n", errors.ListCount()));
   section("");
   for (const ListEntry& entry : errors.List()) text += entry.text + "\r\n";

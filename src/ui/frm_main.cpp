@@ -14,8 +14,10 @@
 #include "link/port_list.h"
 #include "link/posix_device.h"
 #include "receive/receive_loop.h"
+#include "script/script_host.h"
 #include "testmodes/dialog.h"
 #include "testmodes/error_reports.h"
+#include "ui/form_main_object.h"
 #include "ui/version.h"
 
 namespace quarlin {
@@ -59,8 +61,9 @@ FrmMainControls::FrmMainControls(EventLoop& loop)
 // Everything that works on the controls, the lower rooms first.
 struct FrmMain::Modules {
   Modules(FrmMain& frm, FrmMainControls& controls, Surroundings& around)
-      : link(around.loop, around.devices, controls.link),
-        connection(around.loop, link, controls.connection, around.prompts),
+      : prompts(around.loop, around.prompts),
+        link(around.loop, around.devices, controls.link),
+        connection(around.loop, link, controls.connection, prompts),
         modem(link, controls.modem),
         sequence(around.folder.File("sequence.txt")),
         expander(
@@ -80,10 +83,13 @@ struct FrmMain::Modules {
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
                  expander, parser, handOver, received, display, logs}),
         dialog({around.loop, controls.run, link, expander, display, logs},
-               [&around] { return around.folder.File(dialogFile); }) {}
+               [&around] { return around.folder.File(dialogFile); }),
+        script({around.loop, controls.script, around.folder, prompts, around.engines,
+                [this](std::string_view text, Color color) { display.Append(text, color); }}) {}
 
   HandOver handOver;
   ReceiveState received;
+  TimedPrompts prompts;
   Link link;
   Connection connection;
   ModemLines modem;
@@ -96,6 +102,7 @@ struct FrmMain::Modules {
   ErrorReports errors;
   ReceiveLoop receive;
   Dialog dialog;
+  ScriptHost script;  // ends first: a script's last code may use all of the above
 };
 
 FrmMain::FrmMain(Surroundings surroundings)
@@ -116,6 +123,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireReceive();
   WireDialog();
   WireTests();
+  WireScript();
   controls.config.cmdSave[0].OnClick = [this] { SaveConfiguration(); };
   controls.config.cmdSave[1].OnClick = [this] { LoadConfiguration(); };
 }
@@ -150,6 +158,7 @@ void FrmMain::WireLink() {
   hooks.stateChanged = [this] { LinkChanged(); };
   hooks.outage = [this](std::string_view line) {
     modules_->cycle.EndWait();  // the next request goes out when the link is back
+    modules_->received.RxBuffer.clear();  // half a string is not the beginning of its answer
     modules_->display.AppendError(line, "");
     modules_->logs.Flush();
   };
@@ -199,7 +208,10 @@ void FrmMain::WireReceive() {
   hooks.counted = [this] { controls.cycle.Timer2.Resume(); };
   hooks.deviceGone = [this] { surroundings_.loop.Post([this] { LinkLost(); }); };
   hooks.note = [this](std::string_view text) { Note(text); };
-  hooks.scripting = [] { return false; };  // a checked box without a script that runs changes nothing
+  hooks.scripting = [this] { return modules_->script.Sees(); };
+  hooks.receiveString = [this](std::string& text) {
+    modules_->script.Offer(ScriptHook::ReceiveString, text);
+  };
   hooks.dialog = [this](std::string_view request) { modules_->dialog.DialogAnswer(request); };
 }
 
@@ -221,6 +233,44 @@ void FrmMain::WireTests() {
   hooks.stopWithMessage = modules_->cycle.Hooks.stopWithMessage;
   hooks.endWait = [this] { modules_->cycle.EndWait(); };
   controls.test.cmdReport.OnClick = [this] { cmdReport_Click(); };
+}
+
+void FrmMain::WireScript() {
+  ScriptHost& script = modules_->script;
+  script.SetFormMain(MakeFormMainObject(*this, modules_->link, [this] { LinkChanged(); }));
+  LinkHooks& link = modules_->link.Hooks;
+  link.scripting = [&script] { return script.Sees(); };
+  link.receiveChar = [&script](std::string& text) { script.Offer(ScriptHook::ReceiveChar, text); };
+  link.sendString = [&script](std::string& text) { script.Offer(ScriptHook::SendString, text); };
+  ScriptHooks& hooks = script.Hooks;
+  hooks.linkOpen = [this] { return modules_->link.CommIsOpen(); };
+  hooks.sendTask = [this](std::string text) { SendTask(std::move(text)); };
+  hooks.edit = [this](const std::filesystem::path& file) {
+    if (!surroundings_.shell.OpenText(file)) {
+      Note(fmt::format("the script is {}; no program was found to edit it", file.string()));
+    }
+  };
+  hooks.focusDisplay = [this] {
+    if (OnFocusDisplay) OnFocusDisplay();
+  };
+  hooks.note = [this](std::string_view text) { Note(text); };
+}
+
+void FrmMain::SendTask(std::string text) {
+  modules_->link.Send(std::move(text), [this](const std::string& sent) {
+    if (controls.run.chkhhmmss.Checked()) modules_->logs.WriteStamp(surroundings_.loop.Local());
+    modules_->logs.WriteTraffic(sent);
+    modules_->display.Append(sent, colors::blue);
+  });
+}
+
+ScriptHost& FrmMain::Script() {
+  return modules_->script;
+}
+
+void FrmMain::SetCaption(std::string_view caption) {
+  caption_ = caption;
+  if (OnCaptionChanged) OnCaptionChanged();
 }
 
 void FrmMain::Load(std::string_view commandLine) {
@@ -278,7 +328,7 @@ void FrmMain::LoadConfiguration() {
 
 std::string FrmMain::ReportText() {
   modules_->cycle.ShowElapsed();
-  return quarlin::ReportText(controls.counters, controls.display.lstError);
+  return quarlin::ReportText(controls.counters, controls.display.lstError, modules_->dialog.Faults.Sum());
 }
 
 void FrmMain::cmdReport_Click() {
@@ -338,21 +388,30 @@ void FrmMain::Unload() {
 }
 
 void FrmMain::End() {
-  if (std::exchange(ending_, true)) return;
+  if (std::exchange(ending_, true)) {
+    surroundings_.prompts.Dismiss();  // a script's last words
+    return;
+  }
   modules_->link.GiveUpWaiting();  // what is on the stack must return first
-  surroundings_.prompts.Dismiss();
+  modules_->prompts.Dismiss();
+  modules_->script.CloseList();
   modules_->connection.CancelWaits();
-  surroundings_.loop.Post([this] {
-    modules_->cycle.ShowElapsed();
-    controls.run.Command1.SetCaption("Stop");
-    for (Timer* timer : {&controls.cycle.Timer1, &controls.cycle.Timer2, &controls.receive.Timer3,
-                         &controls.receive.tmrric, &controls.modem.tmrLine}) {
-      timer->SetEnabled(false);
-    }
-    modules_->link.CommClose();
-    modules_->logs.Flush();
-    surroundings_.loop.Quit(ExitStatus());
-  });
+  surroundings_.loop.Post([this] { CloseDown(); });
+}
+
+void FrmMain::CloseDown() {
+  modules_->cycle.ShowElapsed();
+  modules_->prompts.Readmit();
+  modules_->script.Panel().SetVisible(false);
+  controls.run.Command1.SetCaption("Stop");
+  modules_->script.EndTask();
+  for (Timer* timer : {&controls.cycle.Timer1, &controls.cycle.Timer2, &controls.receive.Timer3,
+                       &controls.receive.tmrric, &controls.modem.tmrLine, &controls.script.tmrTask}) {
+    timer->SetEnabled(false);
+  }
+  modules_->link.CommClose();
+  modules_->logs.Flush();
+  surroundings_.loop.Quit(ExitStatus());
 }
 
 int FrmMain::ExitStatus() const {

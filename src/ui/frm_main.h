@@ -20,6 +20,8 @@
 #include "link/modem_controls.h"
 #include "macro/macro_controls.h"
 #include "receive/receive_controls.h"
+#include "script/script_controls.h"
+#include "script/script_engine.h"
 #include "testmodes/test_controls.h"
 #include "transmit/cycle.h"
 #include "transmit/cycle_controls.h"
@@ -37,16 +39,12 @@ struct Surroundings {
   Shell& shell;
   std::function<double()> random;  // uniform in [0, 1)
   bool headless = false;           // nobody can press a button
+  EngineFactory engines = {};      // the script languages; without it no script runs
 };
 
 struct ConfigControls : ControlGroup {
   using ControlGroup::ControlGroup;
   CaptionedArray<CommandButton, 2> cmdSave{*this, "cmdSave", {"Save Config", "Load Config"}};
-};
-
-struct ScriptControls : ControlGroup {
-  using ControlGroup::ControlGroup;
-  CheckBox chkEnableScript{*this, "chkEnableScript", "script"};
 };
 
 // The groups of the window, in the order in which the configuration file holds them.
@@ -68,6 +66,8 @@ struct FrmMainControls {
   ScriptControls script;
 };
 
+class ScriptHost;
+
 class FrmMain {
  public:
   explicit FrmMain(Surroundings surroundings);
@@ -75,6 +75,7 @@ class FrmMain {
 
   FrmMainControls controls;
   ControlCollection& Collection() { return collection_; }
+  ScriptHost& Script();
 
   // Start-up: fills the lists, then does what the command line (arguments joined by blanks) says.
   void Load(std::string_view commandLine);
@@ -84,6 +85,8 @@ class FrmMain {
   void Unload();
 
   const std::string& Caption() const { return caption_; }  // "Quarlin Ver.01.00.00  ..."
+  void SetCaption(std::string_view caption);
+  std::function<void()> OnCaptionChanged;
 
   // The text of Report.txt as it would be written now.
   std::string ReportText();
@@ -114,6 +117,8 @@ class FrmMain {
   void WireReceive();
   void WireDialog();
   void WireTests();
+  void WireScript();
+  void SendTask(std::string text);
   void SaveConfiguration();
   void LoadConfiguration();
   void ComputeTerminators();
@@ -123,6 +128,7 @@ class FrmMain {
   void LinkLost();
   void RunStopped(RunEnd end);
   void End();
+  void CloseDown();
   void LogTrouble(std::string_view text);
   void Note(std::string_view text);
 

@@ -2,15 +2,28 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "base/text.h"
+#include "script/vbscript/conversions.h"
 
 namespace quarlin {
 namespace {
 
 constexpr Duration longestDelay = std::chrono::milliseconds(50);
 constexpr std::size_t printSize = 64 * 1024;
+
+// Each line end, one or two characters, becomes one blank.
+std::string OnOneLine(std::string_view text) {
+  std::string line;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
+    line += text[i] == '\r' || text[i] == '\n' ? ' ' : text[i];
+  }
+  return line;
+}
+
+void PrintBox(std::string_view text, std::string_view title) {
+  PrintText(stderr, OnOneLine(fmt::format("{}: {}", title, text)) + "\n");
+}
 
 }  // namespace
 
@@ -20,10 +33,23 @@ void PrintText(std::FILE* stream, std::string_view utf8) {
 }
 
 void HeadlessPrompts::ShowMessage(std::string_view text, std::string_view title) {
-  std::string line = fmt::format("{}: {}", title, text);
-  std::replace_if(
-      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  PrintText(stderr, Utf8FromBytes(line) + "\n");
+  PrintBox(Utf8FromBytes(text), Utf8FromBytes(title));
+}
+
+int HeadlessPrompts::MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) {
+  PrintBox(vbs::Utf8Of(text), vbs::Utf8Of(title));
+  return static_cast<int>(BoxStyleOf(style).defaultButton);
+}
+
+std::optional<std::u16string> HeadlessPrompts::InputBox(std::u16string_view prompt, std::u16string_view title,
+                                                        std::u16string_view proposal) {
+  PrintBox(vbs::Utf8Of(prompt), vbs::Utf8Of(title));
+  return std::u16string(proposal);
+}
+
+bool HeadlessPrompts::Confirm(std::string_view question, std::string_view title) {
+  ShowMessage(question, title);
+  return true;
 }
 
 TrafficPrinter::TrafficPrinter(EventLoop& loop, DisplayText& display)

@@ -15,10 +15,15 @@ namespace quarlin {
 // Writes UTF-8 to a standard stream. One that is closed or full loses it; the run goes on.
 void PrintText(std::FILE* stream, std::string_view utf8);
 
-// Message boxes as one line on standard error, "TITLE: TEXT", answered with OK at once.
+// Message boxes as one line on standard error, "TITLE: TEXT", answered at once: with OK, a script's with
+// their default button or the proposed text, a question with Yes.
 class HeadlessPrompts : public Prompts {
  public:
   void ShowMessage(std::string_view text, std::string_view title) override;
+  int MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) override;
+  std::optional<std::u16string> InputBox(std::u16string_view prompt, std::u16string_view title,
+                                         std::u16string_view proposal) override;
+  bool Confirm(std::string_view question, std::string_view title) override;
   void Dismiss() override {}
 };
 

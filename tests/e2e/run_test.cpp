@@ -221,6 +221,46 @@ TEST_F(RealProgram, AMessageIsOneLineOnStandardError) {
   EXPECT_EQ(program.Errors(), "ERROR STRING: STRING LENGTH NOT EQUAL\n");
 }
 
+TEST_F(RealProgram, AScriptAppendsChecksumsAndReplacesAnswers) {
+  ASSERT_FALSE(WriteWholeFile(folder / "sum.vbs", R"(Option Explicit
+Sub SendString
+  Dim text, sum, i
+  text = Replace(StringToSend.InputString, vbCrLf, "")
+  For i = 1 To Len(text): sum = (sum + Asc(Mid(text, i, 1))) Mod 256: Next
+  StringToSend.OutputString = text & Right("0" & Hex(sum), 2) & vbCrLf
+End Sub
+Sub ReceiveChar: CharReceived.OutputString = UCase(CharReceived.InputString): End Sub
+Sub ReceiveString
+  StringReceived.OutputString = "<" & Replace(StringReceived.InputString, vbCrLf, "") & ">"
+End Sub
+Sub InitTask: TimerTask.Interval = 1: TimerTask.SendString = "HELLO": End Sub
+Sub EndTask: FormMain.SendString "BYE": MsgBox "bye", vbInformation, "Script": End Sub
+)"));
+  ConfigureRun(wire.Path(), "20");
+  Configure("txtScriptFile", "sum.vbs");
+  Configure("chkEnableScript", "1");
+  Program& program = Start({"LOAD", "RUN", "LOGPAR", "EXIT"});
+  wire.Serve(
+      [](std::string_view request) {
+        return request.find("READ") != std::string_view::npos ? "12.5 kg\xE9\r\n" : "";
+      },
+      [&] { return !program.Running(); });
+  ASSERT_EQ(program.Wait(), 0) << program.Errors() << program.Output() << wire.Received();
+  std::string requests = wire.Received();
+  const std::size_t hello = requests.find("HELLO74\r\n");
+  ASSERT_NE(hello, std::string::npos) << requests;
+  requests.erase(hello, 9);
+  std::string expected;
+  std::string parsed;
+  for (int i = 0; i < 20; ++i) {
+    expected += "READ1C\r\n";
+    parsed += "<12.5 KG\xC9>";
+  }
+  EXPECT_EQ(requests, expected + "BYE");
+  EXPECT_EQ(FileText("LOGPAR.TXT"), parsed);
+  EXPECT_EQ(program.Errors(), "Script: bye\n");
+}
+
 TEST_F(RealProgram, ADamagedConfigurationLoadsWhatIsSound) {
   Configure("\0\xFF garbage"s, "\x01\x02");
   Configure("Check1", "many");

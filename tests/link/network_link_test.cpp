@@ -71,6 +71,19 @@ class NetworkRig : public testing::Test {
     EXPECT_EQ(connect(made.Get(), address.Pointer(), address.length), 0);
     return made;
   }
+  // A listener whose backlog is full lets a further connection wait, as a host out of reach does.
+  struct OutOfReach {
+    explicit OutOfReach(NetworkRig& rig) {
+      const SocketAddress address = *SocketAddress::FromNumeric("127.0.0.1", std::stoi(rig.port));
+      EXPECT_EQ(bind(full.Get(), address.Pointer(), address.length), 0);
+      EXPECT_EQ(listen(full.Get(), 0), 0);
+      first = rig.RawPeer();
+      connect(second.Get(), address.Pointer(), address.length);
+    }
+    Socket full = Socket::Make(AF_INET, SOCK_STREAM);
+    Socket first;
+    Socket second = Socket::Make(AF_INET, SOCK_STREAM);
+  };
   static std::string Waiting(const Socket& peer) {
     char bytes[64];
     const ssize_t count = recv(peer.Get(), bytes, sizeof bytes, MSG_DONTWAIT);
@@ -300,15 +313,7 @@ TEST_F(NetworkRig, WhatCannotBeOpenedSaysWhy) {
 
 // Cancelled, or closed and opened anew in the meantime: the opening that waits must leave that one alone.
 TEST_F(NetworkRig, AnOpeningThatWaitsEndsWithoutTouchingItsSuccessor) {
-  // A backlog that is full lets a further connection wait.
-  const Socket full = Socket::Make(AF_INET, SOCK_STREAM);
-  const SocketAddress address = *SocketAddress::FromNumeric("127.0.0.1", std::stoi(port));
-  ASSERT_EQ(bind(full.Get(), address.Pointer(), address.length), 0);
-  ASSERT_EQ(listen(full.Get(), 0), 0);
-  const Socket first = RawPeer();
-  const Socket second = Socket::Make(AF_INET, SOCK_STREAM);
-  connect(second.Get(), address.Pointer(), address.length);
-
+  const OutOfReach host(*this);
   const std::string other = FreePort();
   const auto opensAnew = [&] {
     client.link.Close();
@@ -333,6 +338,41 @@ TEST_F(NetworkRig, AnOpeningThatWaitsEndsWithoutTouchingItsSuccessor) {
   port = other;
   const Socket peer = RawPeer();
   EXPECT_TRUE(Until([&] { return client.newPeers == 1; }));
+}
+
+TEST_F(NetworkRig, AnOpeningInTheBackgroundHoldsNoAlarmBackAndTellsItsEnd) {
+  std::string ends;
+  const auto open = [&](const std::string& where) {
+    client.link.OpenInBackground({false, false, "localhost", where},
+                                 [&](bool opened) { ends += opened ? 'y' : 'n'; });
+  };
+  open("0");
+  EXPECT_EQ(ends, "n") << "at once, there is nothing to wait for";
+  open(FreePort());
+  EXPECT_TRUE(Until([&] { return ends == "nn"; }));
+  EXPECT_EQ(client.LastEvent(), "no connection: Connection refused");
+  {
+    const OutOfReach host(*this);
+    int ticks = 0;
+    Alarm tick(loop, [&] {
+      ++ticks;
+      tick.At(loop.Now() + 5ms);
+    });
+    tick.At(loop.Now());
+    const int wakes = loop.Wakes();
+    open(port);
+    loop.Pass(200ms);
+    EXPECT_GT(ticks, 10);
+    EXPECT_LT(loop.Wakes() - wakes, 20);
+    client.link.Close();
+  }
+  ASSERT_TRUE(Serve());
+  loop.Pass(50ms);
+  EXPECT_EQ(ends, "nn") << "what was closed does not end";
+  open(port);
+  EXPECT_TRUE(Until([&] { return ends == "nny"; }));
+  EXPECT_FALSE(server.link.Send("12.5"));
+  EXPECT_TRUE(Gets(client, "12.5"));
 }
 
 }  // namespace

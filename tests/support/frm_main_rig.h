@@ -10,24 +10,12 @@
 
 #include "base/files.h"
 #include "controls/virtual_loop.h"
+#include "support/listed_prompts.h"
 #include "support/scripted_device.h"
 #include "support/temp_folder.h"
 #include "ui/frm_main.h"
 
 namespace quarlin {
-
-// Notes every message; what the user would do while the box is open can be prepared.
-class ListedPrompts : public Prompts {
- public:
-  void ShowMessage(std::string_view text, std::string_view title) override {
-    shown.push_back(std::string(title) + ": " + std::string(text));
-    if (whileShown) whileShown();
-  }
-  void Dismiss() override { dismissed = true; }
-  std::vector<std::string> shown;
-  std::function<void()> whileShown;
-  bool dismissed = false;
-};
 
 class NotedShell : public Shell {
  public:
@@ -77,7 +65,14 @@ class FrmMainRig : public testing::Test {
   ScriptedDevice& scale = ports.AddPort("COM1");
   ListedPrompts prompts;
   NotedShell shell;
-  FrmMain frm{{loop, ProgramFolder(folder.Path()), ports, prompts, shell, [] { return 0.5; }}};
+  EngineFactory engines;  // may be set until the first script is switched on
+  EngineFactory CurrentEngines() {
+    return [this](std::string_view language, vbs::Services& services) {
+      return engines ? engines(language, services) : nullptr;
+    };
+  }
+  FrmMain frm{{loop, ProgramFolder(folder.Path()), ports, prompts, shell, [] { return 0.5; }, false,
+               CurrentEngines()}};
 };
 
 }  // namespace quarlin

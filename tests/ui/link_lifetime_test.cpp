@@ -100,6 +100,25 @@ TEST_F(LinkLifetimeRig, ALostLinkIsWaitedForAndTheCycleGoesOn) {
   EXPECT_EQ(controls().connection.cboSerial.BackColor(), colors::green);
 }
 
+TEST_F(LinkLifetimeRig, WhatCameBeforeALossIsKeptAndHalfAStringIsNoBeginning) {
+  const std::string half = std::string(100'000, 'x') + "12.";
+  controls().display.chkLog.SetChecked(true);
+  for (const bool reconnect : {false, true}) {
+    controls().connection.chkReconnect.SetChecked(reconnect);
+    Connect();
+    scale.Receive(half);
+    scale.Unplug();
+    controls().cycle.cmdSend.Click();  // notices it first
+    Pass(100ms);
+    EXPECT_TRUE(FileText("LOG.TXT").ends_with(half)) << "reconnect " << reconnect;
+    scale.PlugIn();
+  }
+  Pass(1s);
+  scale.Receive("12.6 kg\r\n");
+  Pass(100ms);
+  EXPECT_EQ(controls().counters.lbllen.Caption(), "9");
+}
+
 TEST_F(LinkLifetimeRig, WaitingForALinkTakesGrowingPausesAndCanBeGivenUp) {
   controls().connection.chkReconnect.SetChecked(true);
   AskEvery100ms();
@@ -123,7 +142,7 @@ TEST_F(LinkLifetimeRig, ASearchCanBeStopped) {
   controls().connection.cmdsearchcom.Click();
   EXPECT_EQ(controls().connection.cboSerial.List(), (Lines{"NET", "COM1"}));
   EXPECT_EQ(controls().connection.cmdsearchcom.Caption(), "Search");
-  EXPECT_NE(Note().find("1 ports found before the search was stopped"), std::string::npos);
+  EXPECT_NE(Note().find("1 port found before the search was stopped"), std::string::npos);
 }
 
 }  // namespace

@@ -263,6 +263,16 @@ TEST_F(ReceiveRig, TheReportIsWrittenAndOpened) {
   EXPECT_EQ(shell.opened, Lines{"Report.txt"});
 }
 
+TEST_F(ReceiveRig, TheReportSumsUpTheFaultsMadeOnPurpose) {
+  WriteWholeFile(folder / "Dialog.txt",
+                 "[COMMAND]\nA=a\nB=b\n[FAULTS]\nA=drop every 2\nB=delay 50, double 1\n");
+  controls().receive.chkDialog.SetChecked(true);
+  for (const char* request : {"A\r\n", "A\r\n", "A\r\n", "A\r\n", "B\r\n"}) Receive(request);
+  EXPECT_NE(frm.ReportText().find("-\r\nFaults on purpose : 2 dropped, 1 doubled, 1 delayed\r\n-"),
+            std::string::npos)
+      << frm.ReportText();
+}
+
 TEST_F(ReceiveRig, TheErrorListOpensAndCloses) {
   EXPECT_FALSE(controls().display.lstError.Visible());
   controls().test.cmdErr.Click();

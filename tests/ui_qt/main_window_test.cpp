@@ -40,6 +40,12 @@ class NoDevices : public DeviceSource {
 class NoPrompts : public Prompts {
  public:
   void ShowMessage(std::string_view, std::string_view) override {}
+  int MsgBox(std::u16string_view, std::int32_t, std::u16string_view) override { return 1; }
+  std::optional<std::u16string> InputBox(std::u16string_view, std::u16string_view,
+                                         std::u16string_view) override {
+    return std::nullopt;
+  }
+  bool Confirm(std::string_view, std::string_view) override { return true; }
   void Dismiss() override {}
 };
 

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLayout>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
@@ -21,7 +22,7 @@
 
 namespace quarlin {
 
-Binding::Binding(const Control& control, QWidget& widget)
+Binding::Binding(Control& control, QWidget& widget)
     : control_(control), widget_(widget), formToolTip_(widget.toolTip()) {}
 
 void Binding::Show() {
@@ -29,7 +30,9 @@ void Binding::Show() {
   if (widget_.isHidden() == control_.Visible()) widget_.setVisible(control_.Visible());
   ShowToolTip();
   ShowColors();
+  ShowPlace();
   ShowValue();
+  if (control_.TakeFocusWish()) widget_.setFocus(Qt::OtherFocusReason);
 }
 
 QString Binding::ToolTip() const {
@@ -50,7 +53,27 @@ void Binding::ShowColors() {
   colored_ = colors;
 }
 
+void Binding::ShowPlace() {
+  const Placement& place = control_.Place();
+  if (place == Placement() || !widget_.window()->property("placeable").toBool()) return;
+  constexpr double twipsPerPixel = 15;
+  const auto pixels = [](std::optional<double> twips, int otherwise) {
+    return twips ? static_cast<int>(std::clamp(*twips / twipsPerPixel, -10000.0, 10000.0)) : otherwise;
+  };
+  if (place.width) widget_.setFixedWidth(std::max(pixels(place.width, 0), 0));
+  if (place.height) widget_.setFixedHeight(std::max(pixels(place.height, 0), 0));
+  if (!place.left && !place.top) return;
+  if (QLayout* layout = widget_.parentWidget()->layout()) layout->removeWidget(&widget_);
+  widget_.adjustSize();
+  widget_.move(pixels(place.left, widget_.x()), pixels(place.top, widget_.y()));
+}
+
 namespace {
+
+void ShowCaption(QAbstractButton& widget, std::string_view text, QChar mnemonic) {
+  const QString caption = WithMnemonic(text, mnemonic);
+  if (WithoutMnemonic(widget.text()) != WithoutMnemonic(caption)) widget.setText(caption);
+}
 
 class CheckBoxBinding : public Binding {
  public:
@@ -68,8 +91,7 @@ class CheckBoxBinding : public Binding {
     widget_.setTristate(control_.Value() == 2);
     widget_.setCheckState(control_.Value() == 2 ? Qt::PartiallyChecked
                                                 : (control_.Checked() ? Qt::Checked : Qt::Unchecked));
-    const QString caption = WithMnemonic(control_.Caption(), mnemonic_);
-    if (WithoutMnemonic(widget_.text()) != WithoutMnemonic(caption)) widget_.setText(caption);
+    ShowCaption(widget_, control_.Caption(), mnemonic_);
   }
 
   CheckBox& control_;
@@ -80,7 +102,7 @@ class CheckBoxBinding : public Binding {
 class OptionBinding : public Binding {
  public:
   OptionBinding(OptionButton& control, QRadioButton& widget, const UserAction& onUser)
-      : Binding(control, widget), control_(control), widget_(widget) {
+      : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.text())) {
     QObject::connect(&widget, &QRadioButton::clicked, &Context(),
                      [this, onUser] { onUser([this] { control_.SetValue(true); }); });
   }
@@ -88,6 +110,7 @@ class OptionBinding : public Binding {
  private:
   // A group in which nothing is selected can be shown only while the buttons do not exclude each other.
   void ShowValue() override {
+    ShowCaption(widget_, control_.Caption(), mnemonic_);
     if (widget_.isChecked() == control_.Value()) return;
     widget_.setAutoExclusive(control_.Value());
     widget_.setChecked(control_.Value());
@@ -96,6 +119,7 @@ class OptionBinding : public Binding {
 
   OptionButton& control_;
   QRadioButton& widget_;
+  QChar mnemonic_;
 };
 
 // The form names the longest caption of a button whose caption changes, so that it keeps its width.
@@ -146,10 +170,18 @@ class LabelBinding : public Binding {
 
 class FrameBinding : public Binding {
  public:
-  FrameBinding(Frame& control, QGroupBox& widget) : Binding(control, widget) {}
+  FrameBinding(Frame& control, QGroupBox& widget)
+      : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.title())) {}
 
  private:
-  void ShowValue() override {}
+  void ShowValue() override {
+    const QString caption = WithMnemonic(control_.Caption(), mnemonic_);
+    if (WithoutMnemonic(widget_.title()) != WithoutMnemonic(caption)) widget_.setTitle(caption);
+  }
+
+  Frame& control_;
+  QGroupBox& widget_;
+  QChar mnemonic_;
 };
 
 // Tells in words, too, whether the lamp is lit; the form has the words for it.
@@ -185,8 +217,10 @@ class ScrollBinding : public Binding {
  public:
   ScrollBinding(ScrollBar& control, QAbstractSlider& widget, const UserAction& onUser)
       : Binding(control, widget), control_(control), widget_(widget) {
-    QObject::connect(&widget, &QAbstractSlider::valueChanged, &Context(),
-                     [this, onUser](int value) { onUser([this, value] { control_.SetValue(value); }); });
+    QObject::connect(&widget, &QAbstractSlider::valueChanged, &Context(), [this, onUser](int value) {
+      onUser([this, value] { control_.SetValue(value); });
+      Show();  // one that springs back can be pressed again at once
+    });
   }
 
  private:
@@ -202,23 +236,39 @@ class ScrollBinding : public Binding {
 
 class ListBinding : public Binding {
  public:
-  ListBinding(ListBox& control, QListWidget& widget)
-      : Binding(control, widget), control_(control), widget_(widget) {}
+  ListBinding(ListBox& control, QListWidget& widget, const UserAction& onUser)
+      : Binding(control, widget), control_(control), widget_(widget) {
+    QObject::connect(&widget, &QListWidget::currentRowChanged, &Context(),
+                     [this, onUser](int row) { onUser([this, row] { control_.SetListIndex(row); }); });
+    QObject::connect(&widget, &QListWidget::itemDoubleClicked, &Context(), [this, onUser] {
+      onUser([this] {
+        if (control_.DblClick) control_.DblClick();
+      });
+    });
+  }
 
  private:
   // A hidden list is filled when it comes into sight, which is a change of its control.
   void ShowValue() override {
     if (!control_.Visible()) return;
+    const QSignalBlocker blocker(widget_);
+    if (shownList_ != control_.ListRevision()) Fill();
+    if (widget_.currentRow() != control_.ListIndex()) widget_.setCurrentRow(control_.ListIndex());
+  }
+
+  void Fill() {
     widget_.clear();
     for (const ListEntry& entry : control_.List()) {
       auto* item = new QListWidgetItem(EditText(entry.text), &widget_);
       item->setToolTip(Qt::convertFromPlainText(EditText(entry.toolTip)));
     }
+    shownList_ = control_.ListRevision();
     widget_.scrollToBottom();
   }
 
   ListBox& control_;
   QListWidget& widget_;
+  std::optional<std::uint64_t> shownList_;  // revision of the list that the widget holds
 };
 
 class DisplayBinding : public Binding {
@@ -263,7 +313,7 @@ std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const Us
     case ControlKind::ScrollBar:
       return Tie<ScrollBinding, ScrollBar, QAbstractSlider>(control, widget, onUser);
     case ControlKind::ListBox:
-      return Tie<ListBinding, ListBox, QListWidget>(control, widget);
+      return Tie<ListBinding, ListBox, QListWidget>(control, widget, onUser);
     case ControlKind::RichTextBox:
       return Tie<DisplayBinding, DisplayText, ReceivedTextView>(control, widget);
     case ControlKind::Timer:

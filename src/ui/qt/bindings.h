@@ -16,9 +16,11 @@ using UserAction = std::function<void(const std::function<void()>& action)>;
 
 // Writes to the control only what the user has just done, never what the widget made of a value: a line
 // edit, for one, cannot hold a line end.
+//
+// A place that a script gave the control is honoured in a window with the property "placeable".
 class Binding {
  public:
-  Binding(const Control& control, QWidget& widget);
+  Binding(Control& control, QWidget& widget);
   virtual ~Binding() = default;
   Binding(const Binding&) = delete;
   Binding& operator=(const Binding&) = delete;
@@ -41,8 +43,9 @@ class Binding {
  private:
   void ShowToolTip();
   void ShowColors();
+  void ShowPlace();
 
-  const Control& control_;
+  Control& control_;
   QWidget& widget_;
   QString formToolTip_;
   bool colored_ = false;

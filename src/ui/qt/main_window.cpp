@@ -6,6 +6,8 @@
 #include <QShortcut>
 #include <QToolTip>
 
+#include "script/script_host.h"
+#include "ui/qt/script_list_dialog.h"
 #include "ui/qt/widget_text.h"
 #include "ui_main_window.h"
 
@@ -22,11 +24,15 @@ MainWindow::MainWindow(FrmMain& frm) : frm_(frm), ui_(std::make_unique<Ui::MainW
   WireDisplay();
   WireFind();
   WireTabs();
+  WireScript();
   ui_->cmdOpen->setFocus();
 }
 
 MainWindow::~MainWindow() {
   frm_.OnFocusDisplay = nullptr;
+  frm_.OnCaptionChanged = nullptr;
+  frm_.Script().ShowList = nullptr;
+  frm_.Script().Panel().OnWindowChanged = nullptr;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -110,6 +116,18 @@ void MainWindow::WireTabs() {
       ui_->tabs->setFocus(Qt::ShortcutFocusReason);
     });
   }
+}
+
+void MainWindow::WireScript() {
+  frm_.OnCaptionChanged = [this] { setWindowTitle(ShownText(frm_.Caption())); };
+  frm_.Script().ShowList = [this](FrmScript& list) { ScriptListDialog(list, this).exec(); };
+  frm_.Script().Panel().OnWindowChanged = [this] { ShowCommandPanel(); };
+}
+
+void MainWindow::ShowCommandPanel() {
+  FrmCommand& panel = frm_.Script().Panel();
+  if (!commandWindow_ && panel.Visible()) commandWindow_ = std::make_unique<CommandWindow>(panel);
+  if (commandWindow_) commandWindow_->ShowState();
 }
 
 void MainWindow::ShowAbout() {

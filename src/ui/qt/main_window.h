@@ -7,6 +7,7 @@
 
 #include "ui/frm_main.h"
 #include "ui/qt/binder.h"
+#include "ui/qt/command_window.h"
 
 namespace quarlin {
 
@@ -31,12 +32,15 @@ class MainWindow : public QMainWindow {
   void WireDisplay();
   void WireFind();
   void WireTabs();
+  void WireScript();
+  void ShowCommandPanel();
   void Find(bool backward);
   void ShowAbout();
 
   FrmMain& frm_;
   std::unique_ptr<Ui::MainWindow> ui_;
   std::unique_ptr<Binder> binder_;
+  std::unique_ptr<CommandWindow> commandWindow_;  // once it was shown; few runs need it
 };
 
 }  // namespace quarlin

@@ -1,44 +1,64 @@
 #include "ui/qt/qt_loop.h"
 
+#include <poll.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <ctime>
+#include <utility>
 
 namespace quarlin {
 namespace {
 
 constexpr Duration turnTime = std::chrono::milliseconds(4);
+constexpr Duration quickTime = std::chrono::milliseconds(1);  // between two calls of one descriptor
 
 timespec TimespecOf(Instant instant) {
   const std::int64_t nanoseconds = std::max<std::int64_t>(instant.time_since_epoch().count(), 1);
   return {nanoseconds / 1'000'000'000, nanoseconds % 1'000'000'000};
 }
 
-class NotifierWatch : public Watch {
+}  // namespace
+
+// What a watch and the turns that serve it have in common: a turn outlives a watch that ends in its handler.
+struct QtLoop::Watched {
+  int descriptor;
+  short events;
+  std::function<void()> ready;
+  bool enabled = true;
+  Instant served{};
+};
+
+class QtLoop::NotifierWatch : public Watch {
  public:
-  NotifierWatch(int descriptor, QSocketNotifier::Type type, const std::function<void()>& activated)
-      : notifier_(std::make_unique<QSocketNotifier>(descriptor, type)) {
-    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), activated);
+  NotifierWatch(QtLoop& loop, Watched watched)
+      : watched_(std::make_shared<Watched>(std::move(watched))),
+        notifier_(std::make_unique<QSocketNotifier>(
+            watched_->descriptor,
+            watched_->events == POLLIN ? QSocketNotifier::Read : QSocketNotifier::Write)) {
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+                     [&loop, watched = watched_] { loop.Turn(watched.get()); });
   }
 
   // The watch may end inside its own handler.
   ~NotifierWatch() override {
-    notifier_->setEnabled(false);
+    SetEnabled(false);
     notifier_.release()->deleteLater();
   }
 
-  void SetEnabled(bool enabled) override { notifier_->setEnabled(enabled); }
+  void SetEnabled(bool enabled) override {
+    if (std::exchange(watched_->enabled, enabled) != enabled) notifier_->setEnabled(enabled);
+  }
 
  private:
+  std::shared_ptr<Watched> watched_;
   std::unique_ptr<QSocketNotifier> notifier_;
 };
-
-}  // namespace
 
 QtLoop::QtLoop()
     : timer_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)),
@@ -64,21 +84,36 @@ void QtLoop::TimerFired() {
   std::uint64_t expirations = 0;
   const ssize_t got = read(timer_, &expirations, sizeof expirations);
   if (got > 0) armed_.reset();
-  Turn([] {});
+  Turn(nullptr);
 }
 
-void QtLoop::Turn(const std::function<void()>& serve) {
-  if (depth_ == 0) windowServed_ = Now();
+void QtLoop::Turn(Watched* watched) {
+  const Instant start = Now();
+  if (depth_ == 0) windowServed_ = start;
   ++depth_;
-  serve();
-  FireDue();
+  do {
+    if (watched != nullptr) watched->ready();
+    FireDue(start + turnTime);
+  } while (watched != nullptr && CallsAgain(*watched, start + quickTime));
   --depth_;
   ArmForAlarms();
 }
 
-void QtLoop::FireDue() {
-  const Instant start = Now();
-  for (Instant now = start; now - start < turnTime && Alarms().FireNext(now);) now = Now();
+void QtLoop::FireDue(Instant end) {
+  for (Instant now = Now(); now < end && Alarms().FireNext(now);) now = Now();
+}
+
+// The way through the toolkit and back costs more than a short answer, so the next request of a client in a
+// hurry is waited for here. The end of the wait is the timer's, set once for many waits: a time limit of
+// each single wait would cost more than the way that is saved.
+bool QtLoop::CallsAgain(Watched& watched, Instant end) {
+  const Instant now = Now();
+  const bool hurries = now - std::exchange(watched.served, now) < quickTime;
+  if (!hurries || now >= end || !watched.enabled || depth_ > 1 || Alarms().Held()) return false;
+  const Instant limit = std::min(end, Alarms().Earliest().value_or(end));
+  if (!armed_ || limit < *armed_) Arm(limit);
+  std::array<pollfd, 2> asked{{{watched.descriptor, watched.events, 0}, {timer_, POLLIN, 0}}};
+  return poll(asked.data(), asked.size(), -1) > 0 && asked[0].revents != 0 && asked[1].revents == 0;
 }
 
 void QtLoop::AlarmSet(Instant) {
@@ -100,13 +135,11 @@ void QtLoop::Arm(Instant at) {
 }
 
 std::unique_ptr<Watch> QtLoop::WatchReadable(int descriptor, std::function<void()> ready) {
-  return std::make_unique<NotifierWatch>(descriptor, QSocketNotifier::Read,
-                                         [this, ready = std::move(ready)] { Turn(ready); });
+  return std::make_unique<NotifierWatch>(*this, Watched{descriptor, POLLIN, std::move(ready)});
 }
 
 std::unique_ptr<Watch> QtLoop::WatchWritable(int descriptor, std::function<void()> ready) {
-  return std::make_unique<NotifierWatch>(descriptor, QSocketNotifier::Write,
-                                         [this, ready = std::move(ready)] { Turn(ready); });
+  return std::make_unique<NotifierWatch>(*this, Watched{descriptor, POLLOUT, std::move(ready)});
 }
 
 void QtLoop::DoEvents() {

@@ -1,8 +1,9 @@
 // The event loop of the running program, on the toolkit's own, with a window or without one.
 //
 // All alarms share one timerfd with an absolute deadline: the toolkit's timers round to milliseconds,
-// which makes a cycle of 1 ms late. A turn is: one descriptor is served, then every alarm that is due. A
-// turn ends after a few milliseconds at the latest, so that the window gets its own.
+// which makes a cycle of 1 ms late. A turn is: one descriptor is served, then every alarm that is due, and
+// so on while that descriptor calls in quick succession. A turn ends after a few milliseconds at the latest,
+// so that the window gets its own.
 #pragma once
 
 #include <functional>
@@ -37,8 +38,12 @@ class QtLoop : public EventLoop {
   void Quit(int status) override;
 
  private:
-  void Turn(const std::function<void()>& serve);
-  void FireDue();
+  struct Watched;
+  class NotifierWatch;
+
+  void Turn(Watched* watched);  // null: only the alarms
+  void FireDue(Instant end);
+  bool CallsAgain(Watched& watched, Instant end);
   void ArmForAlarms();
   void Arm(Instant at);
   void TimerFired();

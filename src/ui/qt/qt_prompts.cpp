@@ -1,7 +1,9 @@
 #include "ui/qt/qt_prompts.h"
 
-#include <QMessageBox>
+#include <QApplication>
+#include <QInputDialog>
 #include <QString>
+#include <utility>
 
 namespace quarlin {
 namespace {
@@ -10,22 +12,120 @@ QString Shown(std::string_view bytes) {
   return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
 }
 
+QString Shown(std::u16string_view text) {
+  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QMessageBox::StandardButton StandardButtonOf(BoxButton button) {
+  switch (button) {
+    case BoxButton::Ok:
+      return QMessageBox::Ok;
+    case BoxButton::Cancel:
+      return QMessageBox::Cancel;
+    case BoxButton::Abort:
+      return QMessageBox::Abort;
+    case BoxButton::Retry:
+      return QMessageBox::Retry;
+    case BoxButton::Ignore:
+      return QMessageBox::Ignore;
+    case BoxButton::Yes:
+      return QMessageBox::Yes;
+    case BoxButton::No:
+      return QMessageBox::No;
+  }
+  return QMessageBox::Ok;
+}
+
+QMessageBox::Icon IconOf(BoxIcon icon) {
+  switch (icon) {
+    case BoxIcon::Critical:
+      return QMessageBox::Critical;
+    case BoxIcon::Question:
+      return QMessageBox::Question;
+    case BoxIcon::Exclamation:
+      return QMessageBox::Warning;
+    case BoxIcon::Information:
+      return QMessageBox::Information;
+    case BoxIcon::None:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
 }  // namespace
 
-void QtPrompts::ShowMessage(std::string_view text, std::string_view title) {
-  // Guarded, since its window, which owns it, may be gone when it returns.
-  const QPointer<QMessageBox> box =
-      new QMessageBox(QMessageBox::NoIcon, Shown(title), Shown(text), QMessageBox::Ok, window_);
+// A box that opens while a dialog is in front belongs to the dialog.
+QWidget* QtPrompts::Parent() const {
+  QWidget* dialog = QApplication::activeModalWidget();
+  return dialog != nullptr ? dialog : window_.data();
+}
+
+QMessageBox* QtPrompts::MakeBox(const QString& text, const QString& title) const {
+  auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::NoButton, Parent());
   box->setObjectName("messageBox");
   box->setTextFormat(Qt::PlainText);
   box->setWindowFlag(Qt::WindowStaysOnTopHint);
-  box_ = box;
-  box->exec();
+  return box;
+}
+
+void QtPrompts::Run(QDialog& box) {
+  const QPointer<QDialog> outer = std::exchange(box_, &box);
+  box.exec();
+  box_ = outer;
+}
+
+void QtPrompts::ShowMessage(std::string_view text, std::string_view title) {
+  // Guarded, since its window, which owns it, may be gone when it returns.
+  const QPointer<QMessageBox> box = MakeBox(Shown(text), Shown(title));
+  box->setStandardButtons(QMessageBox::Ok);
+  Run(*box);
   delete box.data();
 }
 
+int QtPrompts::MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) {
+  const BoxStyle look = BoxStyleOf(style);
+  const QPointer<QMessageBox> box = MakeBox(Shown(text), Shown(title));
+  box->setIcon(IconOf(look.icon));
+  for (std::size_t i = 0; i < look.count; ++i) box->addButton(StandardButtonOf(look.buttons[i]));
+  box->setDefaultButton(StandardButtonOf(look.defaultButton));
+  Run(*box);
+  BoxButton pressed = look.EscapeButton();
+  for (std::size_t i = 0; i < look.count && box; ++i) {
+    const auto* button = box->clickedButton();
+    if (button != nullptr && button == box->button(StandardButtonOf(look.buttons[i])))
+      pressed = look.buttons[i];
+  }
+  delete box.data();
+  return static_cast<int>(pressed);
+}
+
+std::optional<std::u16string> QtPrompts::InputBox(std::u16string_view prompt, std::u16string_view title,
+                                                  std::u16string_view proposal) {
+  const QPointer<QInputDialog> box = new QInputDialog(Parent());
+  box->setObjectName("inputBox");
+  box->setWindowTitle(Shown(title));
+  box->setLabelText(Shown(prompt));
+  box->setTextValue(Shown(proposal));
+  box->setWindowFlag(Qt::WindowStaysOnTopHint);
+  Run(*box);
+  std::optional<std::u16string> text;
+  if (box && box->result() == QDialog::Accepted) text = box->textValue().toStdU16String();
+  delete box.data();
+  return text;
+}
+
+bool QtPrompts::Confirm(std::string_view question, std::string_view title) {
+  const QPointer<QMessageBox> box = MakeBox(Shown(question), Shown(title));
+  box->setIcon(QMessageBox::Question);
+  box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+  Run(*box);
+  const bool yes = !box || box->result() != QMessageBox::No;
+  delete box.data();
+  return yes;
+}
+
 void QtPrompts::Dismiss() {
-  if (auto* dialog = qobject_cast<QDialog*>(box_.data())) dialog->reject();
+  if (box_) box_->reject();
 }
 
 }  // namespace quarlin

@@ -1,6 +1,7 @@
 // Message boxes in a window.
 #pragma once
 
+#include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
 
@@ -14,11 +15,19 @@ class QtPrompts : public Prompts {
   void SetWindow(QWidget* window) { window_ = window; }
 
   void ShowMessage(std::string_view text, std::string_view title) override;
+  int MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) override;
+  std::optional<std::u16string> InputBox(std::u16string_view prompt, std::u16string_view title,
+                                         std::u16string_view proposal) override;
+  bool Confirm(std::string_view question, std::string_view title) override;
   void Dismiss() override;
 
  private:
+  QWidget* Parent() const;
+  QMessageBox* MakeBox(const QString& text, const QString& title) const;
+  void Run(QDialog& box);
+
   QPointer<QWidget> window_;
-  QPointer<QWidget> box_;  // while one is shown
+  QPointer<QDialog> box_;  // while one is shown
 };
 
 }  // namespace quarlin

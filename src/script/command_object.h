@@ -1,0 +1,12 @@
+// The command panel as scripts see it.
+#pragma once
+
+#include "script/frm_command.h"
+#include "script/vbscript/dispatch.h"
+
+namespace quarlin {
+
+// The panel outlives the object.
+vbs::ObjectRef MakeCommandObject(FrmCommand& panel);
+
+}  // namespace quarlin

@@ -1,0 +1,63 @@
+// What the prelude, and it alone, calls: the members of host objects by the objects' numbers.
+#pragma once
+
+#include <QJSValue>
+#include <QObject>
+#include <optional>
+
+#include "script/jscript/host_objects.h"
+#include "script/jscript/watchdog.h"
+#include "script/vbscript/library.h"
+
+namespace quarlin::jscript {
+
+// A member as the prelude knows it: its number times four plus its kind.
+inline int CodeOf(int member, vbs::MemberKind kind) {
+  return member * 4 + static_cast<int>(kind);
+}
+
+class Bridge : public QObject {
+  Q_OBJECT
+
+ public:
+  Bridge(QJSEngine& engine, HostObjects& objects, Watchdog& watchdog, vbs::Services& services)
+      : engine_(engine), objects_(objects), watchdog_(watchdog), context_{services, {}} {}
+
+  // The member's code; -1 where there is no such member.
+  Q_INVOKABLE int Find(int id, const QString& name);
+
+  Q_INVOKABLE QJSValue Get(int id, int member);
+  Q_INVOKABLE void Put(int id, int member, const QJSValue& value);
+  Q_INVOKABLE QJSValue Call1(int id, int member, const QJSValue& first);
+  Q_INVOKABLE QJSValue Call2(int id, int member, const QJSValue& first, const QJSValue& second);
+  Q_INVOKABLE QJSValue CallMany(int id, int member, const QJSValue& arguments);
+
+  // What the object stands for in an expression; its type in brackets where it has no default
+  // member, or one that wants arguments.
+  Q_INVOKABLE QJSValue Plain(int id);
+
+  // The items of a collection, as an array.
+  Q_INVOKABLE QJSValue Items(int id);
+
+  Q_INVOKABLE QJSValue Create(const QString& programId);
+  Q_INVOKABLE int NumberOf(const QString& name, const QString& message);
+  Q_INVOKABLE void Raise(int number, const QString& culprit);
+  Q_INVOKABLE void CollectGarbage();
+
+  // A host's error that ends the run, if there was one since the last question.
+  std::optional<vbs::ScriptError> TakeFinalError() { return std::exchange(finalError_, std::nullopt); }
+
+ private:
+  template <class Work>
+  QJSValue Guarded(Work work);
+  QJSValue Invoke(int id, int member, vbs::Arguments arguments);
+  QJSValue Throw(const vbs::ScriptError& error);
+
+  QJSEngine& engine_;
+  HostObjects& objects_;
+  Watchdog& watchdog_;
+  vbs::LibraryContext context_;
+  std::optional<vbs::ScriptError> finalError_;
+};
+
+}  // namespace quarlin::jscript

@@ -1,0 +1,209 @@
+#include "script/jscript/engine.h"
+
+#include <QJSEngine>
+#include <algorithm>
+
+#include "script/jscript/bridge.h"
+#include "script/jscript/errors.h"
+#include "script/jscript/prelude.h"
+#include "script/jscript/source_names.h"
+#include "script/jscript/text.h"
+
+namespace quarlin::jscript {
+
+using vbs::ScriptError;
+
+namespace {
+
+constexpr std::int32_t stoppedNumber = 507;
+
+ScriptError InterruptionError(Interruption interruption) {
+  const bool isMemory = interruption == Interruption::Memory;
+  ScriptError error(isMemory ? vbs::outOfMemory : stoppedNumber);
+  if (!isMemory) error.description = u"The script was stopped";
+  error.source = u"JScript runtime error";
+  error.isFinal = true;
+  return error;
+}
+
+}  // namespace
+
+class Engine::Realm {
+ public:
+  Realm(vbs::Services& services, Limits limits);
+
+  void AddObject(std::u16string_view name, const vbs::ObjectRef& object);
+  void AddCode(std::u16string_view source);
+  const std::u16string* FindProcedure(std::u16string_view name) const;
+  void Run(const std::u16string& procedure);
+
+ private:
+  struct NamedObject {
+    std::u16string name;
+    vbs::ObjectRef object;
+    QJSValue facade;
+  };
+
+  template <class Work>
+  auto Watched(Work work);
+  void Show(const std::u16string& name);
+  void ShowAs(const std::u16string& name, const NamedObject& owner, int found);
+  Names TakeNames(std::u16string_view source);
+  void GiveBack(const Names& names);
+  void FindProcedures();
+
+  Sources sources_;
+  QJSEngine engine_;
+  HostObjects hosts_{engine_};
+  Watchdog watchdog_;
+  Bridge bridge_;
+  QJSValue show_;
+  QJSValue hide_;
+  QJSValue run_;
+  QJSValue listProcedures_;
+  std::vector<NamedObject> objects_;
+  Names builtIns_;  // of the language
+  Names seen_;      // in all sources
+  Names shown_;     // those of them that stand for host objects and members
+  Names declared_;  // those that are the script's own
+  std::vector<std::u16string> procedures_;
+};
+
+Engine::Realm::Realm(vbs::Services& services, Limits limits)
+    : watchdog_(engine_, limits), bridge_(engine_, hosts_, watchdog_, services) {
+  QJSEngine::setObjectOwnership(&bridge_, QJSEngine::CppOwnership);
+  QJSValue prelude = engine_.evaluate(ToQt(Prelude()), "prelude");
+  prelude = prelude.call({engine_.newQObject(&bridge_), engine_.globalObject()});
+  hosts_.SetFacadeMaker(prelude.property("makeFacade"));
+  show_ = prelude.property("show");
+  hide_ = prelude.property("hide");
+  run_ = prelude.property("run");
+  listProcedures_ = prelude.property("procedures");
+  for (const QString& name : prelude.property("builtIns").toVariant().toStringList())
+    builtIns_.emplace(View(name));
+}
+
+// Throws when the run was stopped.
+template <class Work>
+auto Engine::Realm::Watched(Work work) {
+  watchdog_.Enter();
+  auto result = work();
+  const Interruption interruption = watchdog_.Leave();
+  if (const auto error = bridge_.TakeFinalError()) throw ScriptError(*error);
+  if (interruption == Interruption::None) return result;
+  engine_.collectGarbage();
+  hosts_.DeleteThrownAway();
+  throw InterruptionError(interruption);
+}
+
+void Engine::Realm::AddObject(std::u16string_view name, const vbs::ObjectRef& object) {
+  objects_.push_back({std::u16string(name), object, hosts_.Wrap(object)});
+  seen_.emplace(name);
+  for (const std::u16string& seen : seen_) Show(seen);
+}
+
+void Engine::Realm::Show(const std::u16string& name) {
+  if (shown_.contains(name) || declared_.contains(name) || builtIns_.contains(name)) return;
+  for (const NamedObject& object : objects_) {
+    if (vbs::SameName(object.name, name)) return ShowAs(name, object, -1);
+  }
+  for (const NamedObject& object : objects_) {
+    const auto member = object.object->Find(name);
+    if (member) return ShowAs(name, object, CodeOf(*member, object.object->KindOf(*member)));
+  }
+}
+
+void Engine::Realm::ShowAs(const std::u16string& name, const NamedObject& owner, int found) {
+  show_.call({ToQt(name), owner.facade, found});
+  shown_.insert(name);
+}
+
+// Makes room for what the source declares, and shows what it may mean of the host. Returns the names that
+// were not declared before.
+Names Engine::Realm::TakeNames(std::u16string_view source) {
+  Names taken;
+  for (const std::u16string& name : DeclaredNames(source)) {
+    if (!declared_.insert(name).second) continue;
+    taken.insert(name);
+    if (shown_.erase(name) > 0) hide_.call({ToQt(name)});
+  }
+  for (const std::u16string& name : NamesIn(source)) {
+    seen_.insert(name);
+    Show(name);
+  }
+  return taken;
+}
+
+void Engine::Realm::GiveBack(const Names& names) {
+  for (const std::u16string& name : names) {
+    declared_.erase(name);
+    Show(name);
+  }
+}
+
+void Engine::Realm::AddCode(std::u16string_view source) {
+  const int number = sources_.Add(source);
+  const Names taken = TakeNames(source);
+  QStringList trace;
+  const QJSValue result =
+      Watched([&] { return engine_.evaluate(ToQt(source), Sources::FileName(number), 1, &trace); });
+  if (FailedToCompile(trace)) {
+    GiveBack(taken);
+    throw CompileError(result, trace, sources_);
+  }
+  FindProcedures();
+  if (!trace.isEmpty()) throw RuntimeError(result, trace, sources_);
+}
+
+void Engine::Realm::FindProcedures() {
+  procedures_.clear();
+  for (const QString& name : listProcedures_.call().toVariant().toStringList())
+    procedures_.emplace_back(View(name));
+}
+
+const std::u16string* Engine::Realm::FindProcedure(std::u16string_view name) const {
+  auto found = std::ranges::find(procedures_, name);
+  if (found == procedures_.end())
+    found = std::ranges::find_if(procedures_, [&](const auto& each) { return vbs::SameName(each, name); });
+  return found == procedures_.end() ? nullptr : &*found;
+}
+
+void Engine::Realm::Run(const std::u16string& procedure) {
+  const QJSValue outcome =
+      Watched([&] { return run_.call({engine_.globalObject().property(ToQt(procedure))}); });
+  if (outcome.isArray()) throw RuntimeError(outcome.property(0), {}, sources_);
+}
+
+Engine::Engine(vbs::Services& services, Limits limits) : realm_(std::make_unique<Realm>(services, limits)) {}
+
+Engine::~Engine() = default;
+
+void Engine::AddObject(std::u16string_view name, vbs::ObjectRef object) {
+  realm_->AddObject(name, object);
+}
+
+void Engine::AddCode(std::u16string_view source) {
+  realm_->AddCode(source);
+}
+
+// In an engine of its own, where a line in front of the text keeps it from running. That line is number 0.
+void Engine::Check(std::u16string_view source) {
+  QJSEngine engine;
+  Sources sources;
+  const int number = sources.Add(source);
+  QStringList trace;
+  const QJSValue result = engine.evaluate("throw 0;\n" + ToQt(source), Sources::FileName(number), 0, &trace);
+  if (FailedToCompile(trace)) throw CompileError(result, trace, sources);
+}
+
+bool Engine::HasProcedure(std::u16string_view name) const {
+  return realm_->FindProcedure(name) != nullptr;
+}
+
+void Engine::Run(std::u16string_view name) {
+  const std::u16string* procedure = realm_->FindProcedure(name);
+  if (procedure == nullptr) throw ScriptError(vbs::typeMismatch, name);
+  realm_->Run(*procedure);
+}
+
+}  // namespace quarlin::jscript

@@ -1,0 +1,253 @@
+#include "script/jscript/prelude.h"
+
+#include <string_view>
+
+namespace quarlin::jscript {
+namespace {
+
+// A facade inherits from its shape, an object with an accessor for each spelling of a member that was ever
+// used; the shape inherits from `unknown`, which finds a new spelling and adds the accessor. So every use
+// but the first is a plain look-up:
+//
+//   facade {$id, $handle}  ->  shape {Text, text, TextIO}  ->  unknown (find, then define)  ->  common
+//
+// Handle and facade refer to each other, so neither is collected without the other.
+constexpr std::u16string_view facades =
+    uR"js(
+(function (bridge, global) {
+  "use strict";
+  var find = bridge.Find, get = bridge.Get, put = bridge.Put, call1 = bridge.Call1, call2 = bridge.Call2,
+      callMany = bridge.CallMany, plain = bridge.Plain;
+  var INDEXED = 1, METHOD = 2;
+  var facadeKey = Symbol("facade");
+  var shapes = [];
+
+  function raise(number, culprit) { bridge.Raise(number, culprit || ""); }
+  function hidden(target, name, value) {
+    Object.defineProperty(target, name, {value: value, configurable: true, writable: true});
+  }
+  function invoke(id, member, given) {
+    switch (given.length) {
+      case 0: return get(id, member);
+      case 1: return call1(id, member, given[0]);
+      case 2: return call2(id, member, given[0], given[1]);
+      default: return callMany(id, member, given);
+    }
+  }
+
+  var common = Object.create(Object.prototype);
+  function valueOfFacade() { return plain(this.$id); }
+  hidden(common, Symbol.toPrimitive, valueOfFacade);
+  hidden(common, "valueOf", valueOfFacade);
+  hidden(common, "toString", function () { return String(plain(this.$id)); });
+  hidden(common, "$member", -1);
+  hidden(common, "$indexed", null);
+
+  function bare(callable) {
+    delete callable.name;
+    delete callable.length;
+    return callable;
+  }
+
+  // `form.TextIO` waiting for its index; used without one it is what the member gives without arguments.
+  var awaiting = new Proxy({}, {
+    get: function (target, name, self) {
+      var value = get(self.$id, self.$member);
+      if (name === Symbol.toPrimitive) return function () { return value === null ? value : value.valueOf(); };
+      var found = value[name];
+      return typeof found === "function" && found.$id === undefined ? found.bind(value) : found;
+    },
+    set: function (target, name, value, self) {
+      get(self.$id, self.$member)[name] = value;
+      return true;
+    }
+  });
+  function indexed(owner, member) {
+    var known = owner.$indexed || Object.create(null);
+    if (known[member]) return known[member];
+    var made = bare((...given) => invoke(owner.$id, member, given));
+    hidden(made, "$id", owner.$id);
+    hidden(made, "$handle", owner.$handle);
+    hidden(made, "$member", member);
+    Object.setPrototypeOf(made, awaiting);
+    hidden(owner, "$indexed", known);
+    return known[member] = made;
+  }
+
+  function accessor(member, kind) {
+    function write(value) { put(this.$id, member, value); }
+    if (kind === INDEXED)
+      return {get: function () { return indexed(this, member); }, set: write, configurable: true};
+    if (kind !== METHOD)
+      return {get: function () { return get(this.$id, member); }, set: write, configurable: true};
+    var method = function (...given) { return invoke(this.$id, member, given); };
+    return {get: function () { return method; }, set: write, configurable: true};
+  }
+  function learn(self, name) {
+    var found = typeof name === "string" ? find(self.$id, name) : -1;
+    if (found < 0) return false;
+    Object.defineProperty(self.$shape, name, accessor(found >> 2, found & 3));
+    return true;
+  }
+  var unknown = new Proxy(common, {
+    get: function (target, name, self) { return learn(self, name) ? self[name] : target[name]; },
+    set: function (target, name, value, self) {
+      if (learn(self, name)) self[name] = value; else raise(438, String(name));
+      return true;
+    }
+  });
+  function shapeOf(number) {
+    if (number >= 0 && shapes[number]) return shapes[number];
+    var shape = Object.create(unknown);
+    hidden(shape, "$shape", shape);
+    if (number >= 0) shapes[number] = shape;
+    return shape;
+  }
+  function makeFacade(handle, id, shape, callable) {
+    if (handle[facadeKey]) return handle[facadeKey];
+    var facade = callable ? bare((...given) => invoke(id, 0, given)) : {};
+    hidden(facade, "$id", id);
+    hidden(facade, "$handle", handle);
+    hidden(facade, "$indexed", null);
+    Object.setPrototypeOf(facade, shapeOf(shape));
+    Object.defineProperty(handle, facadeKey, {value: facade});
+    return facade;
+  }
+)js";
+
+// What scripts of the language expect beside its core, and what a host must not leave to them: calls that
+// take gigabytes before anything can interrupt them. The language never had those.
+constexpr std::u16string_view surroundings =
+    uR"js(
+  function listOf(collection) {
+    if (collection === null || collection === undefined) return [];
+    if (collection.$member >= 0) collection = get(collection.$id, collection.$member);
+    if (Array.isArray(collection)) return collection;
+    if (collection.$id === undefined) raise(451);
+    return bridge.Items(collection.$id);
+  }
+  function Enumerator(collection) {
+    var items = listOf(collection), at = 0;
+    this.atEnd = function () { return at >= items.length; };
+    this.item = function () { return items[at]; };
+    this.moveNext = function () { ++at; };
+    this.moveFirst = function () { at = 0; };
+  }
+  function VBArray(array) {
+    if (!Array.isArray(array)) raise(5013);
+    var bounds = array.$bounds || [array.length - 1];
+    function bound(dimension) {
+      var index = dimension === undefined ? 0 : dimension - 1;
+      if (!(index in bounds)) raise(9);
+      return bounds[index];
+    }
+    this.dimensions = function () { return bounds.length; };
+    this.lbound = function (dimension) { bound(dimension); return 0; };
+    this.ubound = bound;
+    this.toArray = function () { return array.slice(); };
+    this.getItem = function (...indices) {
+      if (indices.length !== bounds.length) raise(9);
+      var place = 0, step = 1;
+      for (var i = 0; i < bounds.length; ++i) {
+        if (!(indices[i] >= 0 && indices[i] <= bounds[i])) raise(9);
+        place += Math.floor(indices[i]) * step;
+        step *= bounds[i] + 1;
+      }
+      return array[place];
+    };
+  }
+
+  var NativeError = Error;
+  function ScriptError(number, description) {
+    var numbered = arguments.length > 1 || typeof number === "number";
+    var error = new NativeError(numbered ? (description === undefined ? "" : description) : number);
+    if (numbered) error.number = number;
+    return error;
+  }
+  hidden(ScriptError, "name", "Error");
+  ScriptError.prototype = NativeError.prototype;
+  hidden(NativeError.prototype, "constructor", ScriptError);
+  Object.defineProperty(NativeError.prototype, "number", {
+    get: function () { return bridge.NumberOf(String(this.name), String(this.message)); },
+    set: function (value) { hidden(this, "number", value); },
+    configurable: true
+  });
+  Object.defineProperty(NativeError.prototype, "description", {
+    get: function () { return this.message; },
+    set: function (value) { hidden(this, "description", value); },
+    configurable: true
+  });
+
+  var additions = {
+    ActiveXObject: function ActiveXObject(programId) { return bridge.Create(String(programId)); },
+    Enumerator: Enumerator,
+    VBArray: VBArray,
+    Error: ScriptError,
+    ScriptEngine: function () { return "JScript"; },
+    ScriptEngineMajorVersion: function () { return 5; },
+    ScriptEngineMinorVersion: function () { return 8; },
+    ScriptEngineBuildVersion: function () { return 0; },
+    CollectGarbage: function () { bridge.CollectGarbage(); }
+  };
+  for (var addition in additions) hidden(global, addition, additions[addition]);
+  hidden(Date.prototype, "getVarDate", function () { return this; });
+
+  ["ArrayBuffer", "SharedArrayBuffer", "DataView", "Atomics", "Int8Array", "Uint8Array", "Int16Array",
+   "Uint16Array", "Int32Array", "Uint32Array", "Uint8ClampedArray", "Float32Array", "Float64Array"
+  ].forEach(function (name) { delete global[name]; });
+  ["repeat", "padStart", "padEnd"].forEach(function (name) { delete String.prototype[name]; });
+  ["fill", "copyWithin"].forEach(function (name) { delete Array.prototype[name]; });
+
+  var builtIn = new Set(Object.getOwnPropertyNames(global));
+  var shown = Object.create(null);
+
+  return {
+    makeFacade: makeFacade,
+    builtIns: Array.from(builtIn),
+    // A global name for a member of a facade, or for the facade itself where `found` is -1.
+    show: function (name, facade, found) {
+      var member = found >> 2, kind = found & 3;
+      var description = {configurable: true, writable: true, value: facade};
+      if (found >= 0 && kind === METHOD) {
+        description.value = function (...given) { return invoke(facade.$id, member, given); };
+      } else if (found >= 0) {
+        var id = facade.$id;
+        description = {
+          configurable: true,
+          get: kind === INDEXED ? function () { return indexed(facade, member); }
+                                : function () { return get(id, member); },
+          set: function (value) { put(id, member, value); }
+        };
+      }
+      shown[name] = description.value;
+      Object.defineProperty(global, name, description);
+    },
+    hide: function (name) {
+      delete shown[name];
+      delete global[name];
+    },
+    // Undefined, or what was thrown, in an array.
+    run: function (procedure) {
+      try {
+        procedure.call(global);
+      } catch (thrown) {
+        return [thrown];
+      }
+    },
+    procedures: function () {
+      return Object.getOwnPropertyNames(global).filter(function (name) {
+        var value = Object.getOwnPropertyDescriptor(global, name).value;
+        return typeof value === "function" && !builtIn.has(name) && value !== shown[name];
+      });
+    }
+  };
+})
+)js";
+
+}  // namespace
+
+std::u16string Prelude() {
+  return std::u16string(facades).append(surroundings);
+}
+
+}  // namespace quarlin::jscript

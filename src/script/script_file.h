@@ -1,0 +1,22 @@
+// The script files of a folder, and what a file's name and content say.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quarlin {
+
+// The names of the folder's files that end in `extension` (".vbs") in any case, sorted without regard to
+// case. Empty when the folder cannot be read.
+std::vector<std::string> ListScripts(const std::filesystem::path& folder, std::string_view extension);
+
+// "VBScript" where the name holds ".VBS" in any case and anywhere, "JScript" otherwise.
+std::string_view LanguageOf(std::string_view fileName);
+
+// The text of a script: read as UTF-8 when it is well-formed, otherwise byte for byte, each line followed
+// by CR LF. Throws ScriptError 53 where there is no such file and 70 where it cannot be read.
+std::u16string ReadScript(const std::filesystem::path& file);
+
+}  // namespace quarlin

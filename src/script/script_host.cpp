@@ -1,0 +1,233 @@
+#include "script/script_host.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+#include "script/command_object.h"
+#include "script/script_file.h"
+#include "script/script_text.h"
+#include "script/vbscript/conversions.h"
+
+namespace quarlin {
+namespace {
+
+constexpr std::u16string_view defaultTitle = u"Quarlin";
+constexpr std::array<std::u16string_view, 3> hookNames{u"ReceiveChar", u"ReceiveString", u"SendString"};
+
+std::u16string_view NameOf(ScriptHook hook) {
+  return hookNames[static_cast<std::size_t>(hook)];
+}
+
+}  // namespace
+
+std::u16string ErrorReport(std::string_view scriptFile, const vbs::ScriptError& error) {
+  constexpr std::u16string_view lineEnd = u"\r\n";
+  std::u16string report = u"## ERROR in ";
+  report += vbs::Utf16Of(scriptFile);
+  report += lineEnd;
+  report += error.FullDescription();
+  report += lineEnd;
+  report += Utf16FromBytes(fmt::format("Line:{} Column:{}", error.position.line, error.position.column));
+  for (const std::u16string_view piece :
+       {std::u16string_view(error.source), std::u16string_view(error.helpFile),
+        std::u16string_view(error.line)}) {
+    report += lineEnd;
+    report += piece;
+  }
+  return report;
+}
+
+ScriptHost::ScriptHost(ScriptParts parts)
+    : parts_(std::move(parts)),
+      list_(parts_.loop, parts_.folder.Path(), choice_, parts_.prompts),
+      panel_(parts_.loop),
+      charReceived_(new SerialString),
+      stringReceived_(new SerialString),
+      stringToSend_(new SerialString),
+      timerTask_(new TimerTask),
+      enableAlarm_(parts_.loop,
+                   [this] {
+                     if (parts_.controls.chkEnableScript.Checked()) EnableScript();
+                   }),
+      runner_(parts_.loop, parts_.prompts, parts_.folder.Path(), parts_.engines) {
+  ScriptControls& controls = parts_.controls;
+  controls.chkEnableScript.Click = [this] {
+    if (parts_.controls.chkEnableScript.Checked()) {
+      EnableScript();
+    } else {
+      DisableScript();
+    }
+  };
+  controls.cmdEditScript.OnClick = [this] { EditScript(); };
+  controls.tmrTask.OnTimer = [this] { tmrTask_Timer(); };
+  controls.txtScriptFile.Change = [this] { choice_.ScriptFile = parts_.controls.txtScriptFile.Text(); };
+  list_.OnChosen = [this](const std::string& file) {
+    if (!file.empty()) parts_.controls.txtScriptFile.SetText(file);
+    parts_.controls.chkEnableScript.SetToolTipText(file);
+    parts_.controls.cmdEditScript.SetToolTipText(file);
+  };
+  panel_.OnExit = [this] { parts_.controls.chkEnableScript.SetChecked(false); };
+}
+
+// In this order: of two objects that have a member of one name, the first is meant by the name alone.
+void ScriptHost::SetFormMain(vbs::ObjectRef formMain) {
+  runner_.AddObject(u"AppendLog", vbs::ObjectRef(new TextString(parts_.append)));
+  runner_.AddObject(u"CharReceived", vbs::ObjectRef(charReceived_.Get()));
+  runner_.AddObject(u"StringReceived", vbs::ObjectRef(stringReceived_.Get()));
+  runner_.AddObject(u"StringToSend", vbs::ObjectRef(stringToSend_.Get()));
+  runner_.AddObject(u"TimerTask", vbs::ObjectRef(timerTask_.Get()));
+  runner_.AddObject(u"FormMain", std::move(formMain));
+  runner_.AddObject(u"FrmCommand", MakeCommandObject(panel_));
+}
+
+bool ScriptHost::Sees() const {
+  return parts_.controls.chkEnableScript.Checked() && !runner_.Running();
+}
+
+void ScriptHost::OfferStrictly(ScriptHook hook, std::string& text) {
+  if (runner_.Running() || !runner_.Has(NameOf(hook))) return;
+  const std::array<SerialString*, 3> carriers{charReceived_.Get(), stringReceived_.Get(),
+                                              stringToSend_.Get()};
+  SerialString& carrier = *carriers[static_cast<std::size_t>(hook)];
+  carrier.SetInputString(text);
+  struct TakeOutput {  // also after an error
+    std::string& text;
+    SerialString& carrier;
+    ~TakeOutput() { text = carrier.OutputString(); }
+  } const takeOutput{text, carrier};
+  runner_.Run(NameOf(hook));
+}
+
+void ScriptHost::Offer(ScriptHook hook, std::string& text) {
+  try {
+    OfferStrictly(hook, text);
+  } catch (const vbs::ScriptError& error) {
+    HookFailed(hook, error);
+  }
+}
+
+// One that had to be stopped would have to be stopped at every character that comes.
+void ScriptHost::HookFailed(ScriptHook hook, const vbs::ScriptError& error) {
+  if (runner_.WasStopped()) {
+    GiveUp(error);
+    return;
+  }
+  Label& errors = parts_.controls.lblScriptErrors;
+  errors.Increment();
+  Hooks.note(fmt::format("script error {} in {}, line {}: {}", errors.Caption(), BytesFromUtf16(NameOf(hook)),
+                         error.position.line, BytesFromUtf16(error.FullDescription())));
+}
+
+void ScriptHost::EnableScript() {
+  if (runner_.Running()) {  // its procedure must return first
+    enableAlarm_.At(parts_.loop.Now());
+    return;
+  }
+  if (runner_.Loaded()) return;
+  choice_.ScriptTopMost = false;
+  choice_.ScriptShowCommand = false;
+  if (ListScripts(parts_.folder.Path(), ".vbs").empty()) {
+    Hooks.note("no script runs: there is no *.vbs file in the program folder");
+    return;
+  }
+  ChooseScript();
+  CheckBox& box = parts_.controls.chkEnableScript;
+  if (!box.Checked() || runner_.Loaded()) return;
+  if (!ScriptExists()) {
+    box.SetChecked(false);
+    return;
+  }
+  panel_.Load();
+  panel_.SetTopMost(choice_.ScriptTopMost);
+  if (choice_.ScriptShowCommand) panel_.SetVisible(true);
+  parts_.controls.lblScriptErrors.SetInteger(0);
+  if (!Start()) return;
+  Timer& task = parts_.controls.tmrTask;
+  const std::int32_t interval = timerTask_->Interval();
+  task.SetEnabled(false);
+  task.SetInterval(interval);
+  task.SetEnabled(interval > 0);
+}
+
+void ScriptHost::ChooseScript() {
+  if (ShowList) {
+    list_.Load();
+    ShowList(list_);
+  } else if (!ScriptExists()) {
+    parts_.prompts.ShowMessage(choice_.ScriptFile.empty()
+                                   ? "no script was chosen; scripting is switched off"
+                                   : choice_.ScriptFile + " is not there; scripting is switched off",
+                               "SCRIPT");
+  }
+}
+
+bool ScriptHost::ScriptExists() const {
+  std::error_code ignored;
+  return !choice_.ScriptFile.empty() && std::filesystem::is_regular_file(ScriptPath(), ignored);
+}
+
+// False when the script did not come so far as to run.
+bool ScriptHost::Start() {
+  try {
+    runner_.Start(ScriptPath());
+  } catch (const vbs::ScriptError& error) {
+    GiveUp(error);
+    return false;
+  }
+  return RunReported(u"InitTask") && runner_.Loaded();
+}
+
+void ScriptHost::DisableScript() {
+  enableAlarm_.Cancel();
+  parts_.controls.tmrTask.SetEnabled(false);
+  parts_.controls.tmrTask.SetInterval(0);
+  runner_.Stop();
+}
+
+// A procedure that the script does not have is none to run.
+bool ScriptHost::RunReported(std::u16string_view procedure) {
+  if (!runner_.Has(procedure)) return true;
+  try {
+    runner_.Run(procedure);
+    return true;
+  } catch (const vbs::ScriptError& error) {
+    GiveUp(error);
+    return false;
+  }
+}
+
+void ScriptHost::ShowScriptError(const vbs::ScriptError& error) {
+  parts_.prompts.MsgBox(ErrorReport(choice_.ScriptFile, error), stopIcon, defaultTitle);
+}
+
+void ScriptHost::GiveUp(const vbs::ScriptError& error) {
+  ShowScriptError(error);
+  runner_.Stop();
+  parts_.controls.chkEnableScript.SetChecked(false);
+}
+
+void ScriptHost::tmrTask_Timer() {
+  if (!parts_.controls.chkEnableScript.Checked() || !RunReported(u"Task")) return;
+  if (!Hooks.linkOpen()) return;  // the text waits for the link
+  std::string text = timerTask_->StringSend();
+  if (!text.empty()) Hooks.sendTask(std::move(text));
+}
+
+void ScriptHost::EditScript() {
+  if (ScriptExists()) Hooks.edit(ScriptPath());
+  Hooks.focusDisplay();
+}
+
+void ScriptHost::EndTask() {
+  if (!parts_.controls.chkEnableScript.Checked()) return;
+  parts_.controls.tmrTask.SetEnabled(false);
+  try {
+    if (runner_.Has(u"EndTask")) runner_.Run(u"EndTask");
+  } catch (const vbs::ScriptError& error) {
+    ShowScriptError(error);
+  }
+  runner_.Stop();
+}
+
+}  // namespace quarlin

@@ -1,0 +1,107 @@
+// The host of the user's script: switches it on and off, runs its periodic task, lets it see and replace
+// what goes through the link, and reports what goes wrong in it.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "base/program_folder.h"
+#include "script/frm_command.h"
+#include "script/frm_script.h"
+#include "script/script_controls.h"
+#include "script/script_runner.h"
+#include "script/serial_string.h"
+#include "script/text_string.h"
+#include "script/timer_task.h"
+
+namespace quarlin {
+
+struct ScriptParts {
+  EventLoop& loop;
+  ScriptControls& controls;
+  ProgramFolder folder;
+  TimedPrompts& prompts;
+  EngineFactory engines;
+  TextString::Append append;  // to the received-text display
+};
+
+// What the host asks of the rest of the window.
+struct ScriptHooks {
+  std::function<bool()> linkOpen;
+  std::function<void(std::string text)> sendTask;  // sends the task's text, logs and shows it. Yields
+  std::function<void(const std::filesystem::path& file)> edit;
+  std::function<void()> focusDisplay;
+  std::function<void(std::string_view)> note;  // for the status bar
+};
+
+// What a script may replace.
+enum class ScriptHook { ReceiveChar, ReceiveString, SendString };
+
+class ScriptHost {
+ public:
+  explicit ScriptHost(ScriptParts parts);
+
+  ScriptHooks Hooks;
+
+  // Shows the script list and returns when it has been closed. Empty without a window: the script that
+  // txtScriptFile names is then taken.
+  std::function<void(FrmScript& list)> ShowList;
+
+  FrmCommand& Panel() { return panel_; }
+  ScriptRunner& Runner() { return runner_; }
+  const std::string& ScriptFile() const { return choice_.ScriptFile; }
+
+  // The main window as scripts see it; to be set before any script is started.
+  void SetFormMain(vbs::ObjectRef formMain);
+
+  // Whether text that goes through the link is to be offered to the script. Not while the script runs:
+  // what it sends itself does not enter it again.
+  bool Sees() const;
+
+  // The script's procedure of that name replaces the text. Nothing happens where there is none. Errors are
+  // counted and shown in the status bar, and then the text is what the script set last. Yields.
+  void Offer(ScriptHook hook, std::string& text);
+
+  // Likewise, but throws ScriptError.
+  void OfferStrictly(ScriptHook hook, std::string& text);
+
+  void EnableScript();
+  void DisableScript();
+  void tmrTask_Timer();
+  void EditScript();
+
+  // The last word of a script at the end of the program. Yields.
+  void EndTask();
+
+  // Closes the script list if it is open.
+  void CloseList() const { list_.Close(); }
+
+ private:
+  void AddObjects(vbs::ObjectRef formMain);
+  void ChooseScript();
+  bool Start();
+  bool RunReported(std::u16string_view procedure);
+  void ShowScriptError(const vbs::ScriptError& error);
+  void GiveUp(const vbs::ScriptError& error);
+  void HookFailed(ScriptHook hook, const vbs::ScriptError& error);
+  bool ScriptExists() const;
+  std::filesystem::path ScriptPath() const { return parts_.folder.File(choice_.ScriptFile); }
+
+  ScriptParts parts_;
+  ScriptChoice choice_;
+  FrmScript list_;
+  FrmCommand panel_;
+  vbs::Ref<SerialString> charReceived_;
+  vbs::Ref<SerialString> stringReceived_;
+  vbs::Ref<SerialString> stringToSend_;
+  vbs::Ref<TimerTask> timerTask_;
+  Alarm enableAlarm_;    // switched on by a script that is still running
+  ScriptRunner runner_;  // ends first: the script's last code may use all of the above
+};
+
+// The report of an error, as the message box shows it.
+std::u16string ErrorReport(std::string_view scriptFile, const vbs::ScriptError& error);
+
+}  // namespace quarlin

@@ -1,0 +1,99 @@
+#include "script/script_runner.h"
+
+#include <utility>
+
+#include "script/script_file.h"
+#include "script/script_text.h"
+
+namespace quarlin {
+
+class ScriptRunner::Services : public vbs::Services {
+ public:
+  Services(const EventLoop& loop, TimedPrompts& prompts, RunGuard& guard, std::filesystem::path folder)
+      : loop_(loop), prompts_(prompts), guard_(guard), folder_(std::move(folder)) {}
+
+  const Clock& Time() const override { return loop_.Clocks(); }
+  int MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) override {
+    return prompts_.MsgBox(text, style, title);
+  }
+  std::optional<std::u16string> InputBox(std::u16string_view prompt, std::u16string_view title,
+                                         std::u16string_view proposal) override {
+    return prompts_.InputBox(prompt, title, proposal);
+  }
+  std::filesystem::path Folder() const override { return folder_; }
+  bool MayGoOn() override { return guard_.MayGoOn(); }
+
+ private:
+  const EventLoop& loop_;
+  TimedPrompts& prompts_;
+  RunGuard& guard_;
+  std::filesystem::path folder_;
+};
+
+// For as long as code of the script may run.
+class ScriptRunner::Call {
+ public:
+  explicit Call(ScriptRunner& runner) : runner_(runner), hold_(std::in_place, runner.loop_.Alarms()) {
+    if (runner_.calls_++ == 0) runner_.guard_.Start();
+  }
+  ~Call() {
+    --runner_.calls_;
+    hold_.reset();
+    runner_.loop_.AlarmSet(runner_.loop_.Now());  // what became due meanwhile is waited for again
+  }
+  Call(const Call&) = delete;
+  Call& operator=(const Call&) = delete;
+
+ private:
+  ScriptRunner& runner_;
+  std::optional<AlarmQueue::Hold> hold_;
+};
+
+ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder,
+                           EngineFactory engines)
+    : loop_(loop),
+      guard_(loop, prompts),
+      services_(std::make_unique<Services>(loop, prompts, guard_, std::move(folder))),
+      engines_(std::move(engines)) {}
+
+ScriptRunner::~ScriptRunner() {
+  Stop();
+}
+
+void ScriptRunner::AddObject(std::u16string_view name, vbs::ObjectRef object) {
+  objects_.push_back({std::u16string(name), std::move(object)});
+}
+
+std::shared_ptr<ScriptEngine> ScriptRunner::MakeEngine(const std::filesystem::path& file) {
+  const std::string_view language = LanguageOf(file.filename().string());
+  std::shared_ptr<ScriptEngine> engine = engines_ ? engines_(language, *services_) : nullptr;
+  if (!engine) throw vbs::ScriptError(vbs::cannotCreateObject, Utf16FromBytes(language));
+  return engine;
+}
+
+void ScriptRunner::Start(const std::filesystem::path& file) {
+  const Call call(*this);
+  const auto engine = MakeEngine(file);
+  engine_ = engine;
+  for (const NamedObject& named : objects_) engine->AddObject(named.name, named.object);
+  engine->AddCode(ReadScript(file));
+}
+
+void ScriptRunner::Check(const std::filesystem::path& file) {
+  MakeEngine(file)->Check(ReadScript(file));
+}
+
+// The end of the engine may run code of the script, too.
+void ScriptRunner::Stop() {
+  const Call call(*this);
+  engine_.reset();
+}
+
+void ScriptRunner::Run(std::u16string_view procedure) {
+  if (!engine_) return;
+  const Call call(*this);
+  const auto engine = engine_;
+  engine->Run(procedure);
+}
+
+}  // namespace quarlin

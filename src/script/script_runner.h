@@ -1,0 +1,68 @@
+// One script that is loaded, with the objects that it sees. No alarm of the program fires while any of its
+// code runs, and the engine lives until the last of its calls has returned, whatever that call does.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "script/run_guard.h"
+#include "script/script_engine.h"
+#include "script/timed_prompts.h"
+
+namespace quarlin {
+
+class ScriptRunner {
+ public:
+  // `folder` is where the script's own file names begin.
+  ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder, EngineFactory engines);
+  ~ScriptRunner();
+
+  // An object of every script that is started from now on.
+  void AddObject(std::u16string_view name, vbs::ObjectRef object);
+
+  // Makes an engine for the file's language and runs the script's top-level code. Throws ScriptError, also
+  // where the file cannot be read; the engine then stays until Stop. Yields.
+  void Start(const std::filesystem::path& file);
+
+  // Compiles the file and throws the result away; throws ScriptError.
+  void Check(const std::filesystem::path& file);
+
+  // Throws away all code. A call that is on the stack still returns in order.
+  void Stop();
+
+  bool Loaded() const { return engine_ != nullptr; }
+  bool Has(std::u16string_view procedure) const { return engine_ && engine_->HasProcedure(procedure); }
+
+  // Throws ScriptError. Yields. Does nothing where no script is loaded.
+  void Run(std::u16string_view procedure);
+
+  // Code of the script is on the stack.
+  bool Running() const { return calls_ > 0; }
+
+  // The user, or the lack of one, stopped the last call because it took too long.
+  bool WasStopped() const { return guard_.Stopped(); }
+
+ private:
+  class Call;
+  class Services;
+
+  std::shared_ptr<ScriptEngine> MakeEngine(const std::filesystem::path& file);
+
+  struct NamedObject {
+    std::u16string name;
+    vbs::ObjectRef object;
+  };
+
+  EventLoop& loop_;
+  RunGuard guard_;
+  std::unique_ptr<Services> services_;
+  EngineFactory engines_;
+  std::vector<NamedObject> objects_;
+  std::shared_ptr<ScriptEngine> engine_;  // shared with the calls on the stack
+  int calls_ = 0;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,46 @@
+#include "script/timed_prompts.h"
+
+namespace quarlin {
+
+class TimedPrompts::Watch {
+ public:
+  explicit Watch(TimedPrompts& prompts) : prompts_(prompts), start_(prompts.loop_.Now()) {}
+  ~Watch() { prompts_.shown_ += prompts_.loop_.Now() - start_; }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+
+ private:
+  TimedPrompts& prompts_;
+  Instant start_;
+};
+
+void TimedPrompts::ShowMessage(std::string_view text, std::string_view title) {
+  const Watch watch(*this);
+  inner_.ShowMessage(text, title);
+}
+
+int TimedPrompts::MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) {
+  if (dismissed_) return static_cast<int>(BoxStyleOf(style).EscapeButton());
+  const Watch watch(*this);
+  return inner_.MsgBox(text, style, title);
+}
+
+std::optional<std::u16string> TimedPrompts::InputBox(std::u16string_view prompt, std::u16string_view title,
+                                                     std::u16string_view proposal) {
+  if (dismissed_) return std::nullopt;
+  const Watch watch(*this);
+  return inner_.InputBox(prompt, title, proposal);
+}
+
+bool TimedPrompts::Confirm(std::string_view question, std::string_view title) {
+  if (dismissed_) return true;
+  const Watch watch(*this);
+  return inner_.Confirm(question, title);
+}
+
+void TimedPrompts::Dismiss() {
+  dismissed_ = true;
+  inner_.Dismiss();
+}
+
+}  // namespace quarlin

@@ -1,0 +1,36 @@
+// Passes every box on and counts the time for which boxes stand open, which is the user's and not the
+// script's.
+#pragma once
+
+#include "controls/event_loop.h"
+#include "controls/prompts.h"
+
+namespace quarlin {
+
+class TimedPrompts : public Prompts {
+ public:
+  TimedPrompts(const EventLoop& loop, Prompts& inner) : loop_(loop), inner_(inner) {}
+
+  void ShowMessage(std::string_view text, std::string_view title) override;
+  int MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) override;
+  std::optional<std::u16string> InputBox(std::u16string_view prompt, std::u16string_view title,
+                                         std::u16string_view proposal) override;
+  bool Confirm(std::string_view question, std::string_view title) override;
+
+  // Closes what is shown. What a script asks from now on is taken as closed at once, until Readmit: a
+  // script that is on the stack is to return without the user.
+  void Dismiss() override;
+  void Readmit() { dismissed_ = false; }
+
+  Duration TimeShown() const { return shown_; }
+
+ private:
+  class Watch;
+
+  const EventLoop& loop_;
+  Prompts& inner_;
+  Duration shown_{};
+  bool dismissed_ = false;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,27 @@
+#include "script/vbscript_engine.h"
+
+#include <utility>
+
+namespace quarlin {
+
+void VbscriptEngine::AddObject(std::u16string_view name, vbs::ObjectRef object) {
+  engine_.AddObject(name, std::move(object), true);
+}
+
+void VbscriptEngine::AddCode(std::u16string_view source) {
+  engine_.AddCode(source);
+}
+
+void VbscriptEngine::Check(std::u16string_view source) {
+  vbs::Engine::Check(source);
+}
+
+bool VbscriptEngine::HasProcedure(std::u16string_view name) const {
+  return engine_.HasProcedure(name);
+}
+
+void VbscriptEngine::Run(std::u16string_view name) {
+  engine_.Run(name);
+}
+
+}  // namespace quarlin

@@ -1,0 +1,187 @@
+#include "ui/qt/command_window.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include "ui/qt/lamp.h"
+#include "ui/qt/spin_arrows.h"
+#include "ui/qt/widget_text.h"
+
+namespace quarlin {
+namespace {
+
+// A widget of a control array. Its tip and its name for those who cannot see it are those that a script
+// uses.
+template <typename Widget>
+Widget* Numbered(const char* name, int index) {
+  auto* widget = new Widget;
+  const QString scriptName = QStringLiteral("%1(%2)").arg(name).arg(index);
+  widget->setObjectName(QStringLiteral("%1_%2").arg(name).arg(index));
+  widget->setAccessibleName(scriptName);
+  widget->setToolTip(scriptName);
+  return widget;
+}
+
+QGroupBox* Group(const char* name, QGridLayout*& grid) {
+  auto* group = new QGroupBox;
+  group->setObjectName(name);
+  grid = new QGridLayout(group);
+  grid->setHorizontalSpacing(8);
+  grid->setVerticalSpacing(4);
+  return group;
+}
+
+QLabel* NumberLabel(int index, QWidget* buddy) {
+  auto* label = new QLabel(QString::number(index));
+  label->setBuddy(buddy);
+  return label;
+}
+
+QLineEdit* TextLine(const char* name) {
+  auto* line = new QLineEdit;
+  line->setObjectName(name);
+  line->setToolTip(name);
+  return line;
+}
+
+constexpr int lampsInARow = 12;
+
+}  // namespace
+
+CommandWindow::CommandWindow(FrmCommand& panel) : panel_(panel) {
+  setObjectName("commandWindow");
+  setProperty("placeable", true);
+  setAttribute(Qt::WA_ShowWithoutActivating);  // the script's panel does not take the keyboard
+  auto* contents = new QWidget;
+  auto* column = new QVBoxLayout(contents);
+  for (QWidget* part : {MakeNumbers(), MakeChoices(), MakeTexts(), MakeLamps(), MakeSwitches(), MakeExit()}) {
+    column->addWidget(part);
+  }
+  column->addStretch();
+  auto* scroll = new QScrollArea;  // for a small screen
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setWidgetResizable(true);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidget(contents);
+  auto* whole = new QVBoxLayout(this);
+  whole->setContentsMargins(0, 0, 0, 0);
+  whole->addWidget(scroll);
+  binder_ = std::make_unique<Binder>(panel.Collection(), *this);
+  resize(contents->sizeHint() + QSize(4, 4));
+}
+
+CommandWindow::~CommandWindow() = default;
+
+QWidget* CommandWindow::MakeNumbers() {
+  QGridLayout* grid = nullptr;
+  QGroupBox* group = Group("FrameText", grid);
+  for (int i = 0; i < 8; ++i) {
+    auto* text = Numbered<QLineEdit>("TextIO", i);
+    text->setAlignment(Qt::AlignRight);
+    auto* cell = new QHBoxLayout;
+    cell->setSpacing(2);
+    cell->addWidget(NumberLabel(i, text));
+    cell->addWidget(text, 1);
+    cell->addWidget(Numbered<SpinArrows>("VScrollIO", i));
+    grid->addLayout(cell, i / 4, i % 4);
+  }
+  return group;
+}
+
+QWidget* CommandWindow::MakeChoices() {
+  QGridLayout* grid = nullptr;
+  QGroupBox* group = Group("FarmeCombo", grid);
+  constexpr int columns = 5;
+  for (int i = 0; i < 20; ++i) {
+    auto* box = Numbered<QComboBox>("comboIO", i);
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(6);
+    auto* cell = new QHBoxLayout;
+    cell->setSpacing(4);
+    QLabel* number = NumberLabel(i, box);
+    number->setMinimumWidth(number->fontMetrics().horizontalAdvance("00"));
+    number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    cell->addWidget(number);
+    cell->addWidget(box, 1);
+    grid->addLayout(cell, i / columns, i % columns);
+  }
+  return group;
+}
+
+QWidget* CommandWindow::MakeTexts() {
+  auto* part = new QWidget;
+  auto* row = new QHBoxLayout(part);
+  row->setContentsMargins(0, 0, 0, 0);
+  const std::pair<QString, const char*> lines[] = {{tr("I&nput"), "txtInput"}, {tr("O&utput"), "txtOutput"}};
+  for (const auto& [caption, name] : lines) {
+    QLineEdit* line = TextLine(name);
+    auto* label = new QLabel(caption);
+    label->setBuddy(line);
+    row->addWidget(label);
+    row->addWidget(line, 1);
+  }
+  return part;
+}
+
+QWidget* CommandWindow::MakeLamps() {
+  QGridLayout* grid = nullptr;
+  QGroupBox* group = Group("FrameOutput", grid);
+  for (int i = 0; i < 24; ++i) {
+    auto* lamp = Numbered<Lamp>("ShpOutput", i);
+    lamp->setProperty("activeText", tr("on"));
+    lamp->setProperty("idleText", tr("off"));
+    auto* cell = new QHBoxLayout;
+    cell->setSpacing(4);
+    cell->addWidget(lamp);
+    cell->addWidget(NumberLabel(i, nullptr), 1);
+    grid->addLayout(cell, i / lampsInARow, i % lampsInARow);
+  }
+  return group;
+}
+
+QWidget* CommandWindow::MakeSwitches() {
+  QGridLayout* grid = nullptr;
+  QGroupBox* group = Group("FrameInput", grid);
+  for (int i = 0; i < 24; ++i) {
+    grid->addWidget(Numbered<QCheckBox>("ChkInput", i), i / lampsInARow, i % lampsInARow);
+  }
+  return group;
+}
+
+QWidget* CommandWindow::MakeExit() {
+  auto* part = new QWidget;
+  auto* row = new QHBoxLayout(part);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addStretch();
+  auto* exit = new QPushButton(tr("E&xit"));
+  exit->setObjectName("cmdExit");
+  exit->setToolTip(tr("Closes the panel and switches scripting off"));
+  row->addWidget(exit);
+  return part;
+}
+
+// Asked of the window itself: a widget would hide to change what it lies above.
+void CommandWindow::ShowState() {
+  setWindowTitle(ShownText(panel_.Caption()));
+  winId();  // makes the window, which may not have been shown yet
+  windowHandle()->setFlag(Qt::WindowStaysOnTopHint, panel_.TopMost());
+  if (isVisible() != panel_.Visible()) setVisible(panel_.Visible());
+}
+
+void CommandWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  panel_.controls.cmdExit.Click();
+}
+
+}  // namespace quarlin

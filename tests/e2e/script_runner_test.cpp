@@ -1,0 +1,103 @@
+// quarlin-script: what it prints, and its exit status.
+
+#include <gtest/gtest.h>
+
+#include "base/files.h"
+#include "e2e/program.h"
+#include "support/temp_folder.h"
+
+namespace quarlin {
+namespace {
+
+struct RunnerCase {
+  std::string file;
+  std::string script;
+  std::vector<std::string> before;  // the file's name
+  std::vector<std::string> behind;
+  int status;
+  std::string output;
+  std::string errors;
+};
+
+TEST(ScriptRunner, RunsWhatItIsToldAndReportsErrors) {
+  const std::string hooks =
+      "RichAppendText 0, \"top\" & vbCrLf\r\n"
+      "Sub Named: RichAppendText 255, \"n\" & ChrW(233): End Sub\r\n"
+      "Sub ReceiveChar: CharReceived.OutputString = UCase(CharReceived.InputString): End Sub\r\n"
+      "Sub ReceiveString: StringReceived.OutputString = \"<\" & StringReceived.InputString & \">\": End "
+      "Sub\r\n"
+      "Sub Bad\r\n  x = 1 / 0\r\nEnd Sub";
+  const std::vector<RunnerCase> cases{
+      {"a.vbs", hooks, {}, {}, 0, "top\r\n", ""},
+      {"a.vbs", hooks, {}, {"Named", "named"}, 0, "top\r\nn\u00E9n\u00E9", ""},
+      {"a.vbs",
+       hooks,
+       {},
+       {"--input", "a\u00E9", "--receive", "x", "--send", "as it is", "Named"},
+       0,
+       "top\r\nA\u00C9\n<x>\nas it is\nn\u00E9",
+       ""},
+      {"a.vbs",
+       hooks,
+       {},
+       {"Bad", "Named"},
+       1,
+       "top\r\n",
+       "## ERROR in a.vbs\nDivision by zero\nLine:6 Column:2\nVBScript runtime error\n\n  x = 1 / 0\n"
+       "error 11 line 6 column 2 Division by zero\n"},
+      {"latin.vbs", "RichAppendText 0, \"\xE9\" & Len(\"\xE9\")", {}, {}, 0, "\u00E91", ""},
+      {"box.vbs",
+       "RichAppendText 0, MsgBox(\"a\" & vbCrLf & \"b\", vbYesNo, \"T\")",
+       {},
+       {},
+       0,
+       "6",
+       "T: a b\n"},
+      {"b.js",
+       "RichAppendText(0, 'js'); function go() { RichAppendText(0, 1 + 1); }",
+       {},
+       {"go"},
+       0,
+       "js2",
+       ""},
+      {"c.VBS.js", "RichAppendText 0, \"vb\"", {}, {}, 0, "vb", ""},
+      {"a.vbs", hooks, {"--check"}, {}, 0, "", ""},
+      {"b.js", "RichAppendText(0, 'js')", {"--check"}, {}, 0, "", ""},
+  };
+  for (const RunnerCase& row : cases) {
+    const TempFolder folder;
+    ASSERT_FALSE(WriteWholeFile(folder / row.file, row.script));
+    std::vector<std::string> arguments = row.before;
+    arguments.push_back(folder / row.file);
+    arguments.insert(arguments.end(), row.behind.begin(), row.behind.end());
+    Program program("quarlin-script", arguments, folder.Path());
+    EXPECT_EQ(program.Wait(), row.status) << row.file;
+    EXPECT_EQ(program.Output(), row.output) << row.file;
+    EXPECT_EQ(program.Errors(), row.errors) << row.file;
+  }
+}
+
+TEST(ScriptRunner, WrongUseIsStatusTwo) {
+  const TempFolder folder;
+  const std::string file = folder / "a.vbs";
+  ASSERT_FALSE(WriteWholeFile(file, "x = = 1"));
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{},
+                                             {file + "x"},
+                                             {folder.Path()},
+                                             {file, "--input"},
+                                             {file, "--what"},
+                                             {"--check", file, "Task"}}) {
+    Program program("quarlin-script", arguments, folder.Path());
+    EXPECT_EQ(program.Wait(), 2) << testing::PrintToString(arguments);
+    EXPECT_EQ(program.Errors().substr(0, 16), "quarlin-script: ");
+  }
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--check", file}, {file}}) {
+    Program broken("quarlin-script", arguments, folder.Path());
+    EXPECT_EQ(broken.Wait(), 1);
+    EXPECT_NE(broken.Errors().find("\nerror 10"), std::string::npos) << broken.Errors();
+  }
+}
+
+}  // namespace
+}  // namespace quarlin

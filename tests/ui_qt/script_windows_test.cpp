@@ -1,0 +1,231 @@
+// The script list and the command panel on the screen, worked by real clicks and keys.
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+#include "base/files.h"
+#include "controls/virtual_loop.h"
+#include "script/script_host.h"
+#include "script/vbscript_engine.h"
+#include "support/listed_prompts.h"
+#include "support/temp_folder.h"
+#include "ui/qt/lamp.h"
+#include "ui/qt/main_window.h"
+#include "ui/qt/script_list_dialog.h"
+#include "ui/qt/spin_arrows.h"
+#include "ui/qt/widget_text.h"
+
+namespace quarlin {
+namespace {
+
+class NoDevices : public DeviceSource {
+ public:
+  OpenedDevice Open(const std::string&, std::function<void()>) override {
+    return {nullptr, std::make_error_code(std::errc::no_such_device)};
+  }
+};
+
+class NoShell : public Shell {
+ public:
+  bool OpenText(const std::filesystem::path&) override { return true; }
+};
+
+struct Rig {
+  explicit Rig(std::string_view script) {
+    if (!script.empty()) QVERIFY(!WriteWholeFile(folder / "bench.vbs", script));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+  }
+
+  FrmCommand& Panel() { return frm.Script().Panel(); }
+  static QWidget& PanelWindow() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->objectName() == "commandWindow") return *widget;
+    }
+    throw std::logic_error("no command window");
+  }
+  template <typename Widget>
+  static Widget& Find(const QString& name) {
+    return *PanelWindow().findChild<Widget*>(name);
+  }
+
+  // Clicks the box; `work` is done with the list once it is open.
+  void Enable(const std::function<void(QDialog& list)>& work) {
+    bool listed = false;
+    QTimer::singleShot(0, &window, [&] {
+      auto* list = qobject_cast<ScriptListDialog*>(QApplication::activeModalWidget());
+      QVERIFY(list != nullptr);
+      listed = true;
+      work(*list);
+    });
+    window.findChild<QTabWidget*>("tabs")->setCurrentIndex(4);
+    window.findChild<QCheckBox*>("chkEnableScript")->click();
+    QVERIFY(listed);
+  }
+  void EnableAndShow() {
+    Enable([](QDialog& list) {
+      list.findChild<QListWidget*>("lstScript")->setCurrentRow(0);
+      list.findChild<QCheckBox*>("chkCommand")->click();
+      list.findChild<QPushButton*>("cmdSelect")->click();
+    });
+    QVERIFY(QTest::qWaitForWindowExposed(&PanelWindow()));
+  }
+
+  TempFolder folder;
+  VirtualLoop loop;
+  NoDevices ports;
+  ListedPrompts prompts;
+  NoShell shell;
+  FrmMain frm{
+      {loop, ProgramFolder(folder.Path()), ports, prompts, shell, [] { return 0.5; }, false,
+       [](std::string_view, vbs::Services& services) { return std::make_unique<VbscriptEngine>(services); }}};
+  MainWindow window{frm};
+};
+
+QPoint Arrow(const QWidget& arrows, bool upper) {
+  return {arrows.width() / 2, upper ? arrows.height() / 4 : arrows.height() * 3 / 4};
+}
+
+}  // namespace
+
+class ScriptWindowsTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void aDoubleClickTakesTheScript() {
+    Rig rig("RichAppendText 0, \"runs\"");
+    rig.Enable([](QDialog& list) {
+      QCOMPARE(list.windowTitle(), QString("Script List"));
+      auto& files = *list.findChild<QListWidget*>("lstScript");
+      QCOMPARE(files.item(0)->text(), QString("bench.vbs"));
+      const QPoint place = files.visualItemRect(files.item(0)).center();
+      QTest::mouseClick(files.viewport(), Qt::LeftButton, {}, place);
+      QTest::qWait(80);  // the click has been shown before the second one comes
+      QTest::mouseDClick(files.viewport(), Qt::LeftButton, {}, place);
+    });
+    QCOMPARE(rig.frm.controls.display.txtric.Ring().Bytes(), std::size_t{4});
+    QTRY_COMPARE(rig.window.findChild<QLineEdit*>("txtScriptFile")->text(), QString("bench.vbs"));
+    QCOMPARE(rig.window.findChild<QCheckBox*>("chkEnableScript")->toolTip(), QString("bench.vbs"));
+    QVERIFY(!rig.Panel().Visible());
+  }
+
+  void escapeLeavesTheListWithoutAChoice() {
+    Rig rig("x = 1");
+    rig.Enable([](QDialog& list) { QTest::keyClick(&list, Qt::Key_Escape); });
+    QVERIFY(!rig.frm.controls.script.chkEnableScript.Checked());
+    QTRY_VERIFY(!rig.window.findChild<QCheckBox*>("chkEnableScript")->isChecked());
+  }
+
+  void thePanelShowsWhatTheScriptSetsAndBringsBackWhatTheUserDoes() {
+    Rig rig(
+        "Sub InitTask\r\n ShpOutput(23).FillColor = vbRed: ShpOutput(0).BackColor = vbGreen\r\n"
+        " comboIO(19).AddItem \"a\": comboIO(19).AddItem \"b\": txtOutput = \"ready\": TextIO(7) = 41\r\n"
+        " ChkInput(5).Caption = \"Valve\": FrameInput.Caption = \"Keys\"\r\n"
+        " FrmCommand.Caption = \"Bench\": txtInput.SetFocus\r\nEnd Sub");
+    rig.EnableAndShow();
+    QCOMPARE(rig.PanelWindow().windowTitle(), QString("Bench"));
+    QTRY_COMPARE(rig.Find<Lamp>("ShpOutput_23").ColorShown(), QColor(255, 0, 0));
+    QCOMPARE(rig.Find<Lamp>("ShpOutput_0").ColorShown(), QColor(0, 255, 0));
+    QCOMPARE(rig.Find<QLineEdit>("txtOutput").text(), QString("ready"));
+    QCOMPARE(rig.Find<QCheckBox>("ChkInput_5").text(), QString("Valve"));
+    QCOMPARE(rig.Find<QGroupBox>("FrameInput").title(), QString("Keys"));
+    QCOMPARE(rig.PanelWindow().focusWidget(), &rig.Find<QLineEdit>("txtInput"));
+
+    FrmCommandControls& controls = rig.Panel().controls;
+    rig.Find<QCheckBox>("ChkInput_5").click();
+    QVERIFY(controls.ChkInput[5].Checked());
+    auto& choice = rig.Find<QComboBox>("comboIO_19");
+    QCOMPARE(choice.count(), 2);
+    emit choice.activated(1);
+    QCOMPARE(controls.comboIO[19].Text(), std::string("b"));
+
+    auto& number = rig.Find<QLineEdit>("TextIO_7");
+    auto& arrows = rig.Find<SpinArrows>("VScrollIO_7");
+    QTest::mouseClick(&arrows, Qt::LeftButton, {}, Arrow(arrows, true));
+    QTest::mouseDClick(&arrows, Qt::LeftButton, {}, Arrow(arrows, true));  // faster than a frame
+    QCOMPARE(controls.TextIO[7].Text(), std::string("43"));
+    QTest::mouseClick(&arrows, Qt::LeftButton, {}, Arrow(arrows, false));
+    QTest::keyClick(&arrows, Qt::Key_Down);
+    QTest::keyClick(&arrows, Qt::Key_Down);
+    QTest::keyClick(&arrows, Qt::Key_Up);
+    QTRY_COMPARE(number.text(), QString("41"));
+    number.selectAll();
+    QTest::keyClicks(&number, "0");
+    QTest::mouseClick(&arrows, Qt::LeftButton, {}, Arrow(arrows, false));
+    QTRY_COMPARE(number.text(), QString("-1"));  // what was typed counts
+  }
+
+  void closingThePanelSwitchesScriptingOff() {
+    Rig rig("x = 1");
+    rig.EnableAndShow();
+    QVERIFY(!rig.PanelWindow().close());
+    QVERIFY(!rig.PanelWindow().isVisible());
+    QVERIFY(!rig.frm.controls.script.chkEnableScript.Checked());
+  }
+
+  void thePanelGoesOnTopAndBackWithoutHiding() {
+    Rig rig("x = 1");
+    rig.EnableAndShow();
+    const QWindow& handle = *rig.PanelWindow().windowHandle();
+    QVERIFY(!handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+    rig.Panel().SetTopMost(true);
+    QVERIFY(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+    QVERIFY(rig.PanelWindow().isVisible());
+    rig.Panel().SetTopMost(false);
+    QVERIFY(!handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+  }
+
+  void aScriptMayPlaceTheControlsOfThePanelOnly() {
+    Rig rig("");
+    rig.Panel().SetVisible(true);
+    rig.Panel().controls.TextIO[0].SetPlace({150.0, 300.0, 1500.0, 450.0});
+    auto& number = rig.Find<QLineEdit>("TextIO_0");
+    QTRY_COMPARE(number.geometry(), QRect(10, 20, 100, 30));
+    auto& port = *rig.window.findChild<QComboBox*>("cboSerial");
+    const QRect before = port.geometry();
+    rig.frm.controls.connection.cboSerial.SetPlace({0.0, 0.0, 15.0, 15.0});
+    QTest::qWait(80);
+    QCOMPARE(port.geometry(), before);
+  }
+
+  void everyControlOfThePanelIsThereOnceReachableAndExplained() {
+    Rig rig("");
+    rig.Panel().SetVisible(true);
+    QWidget& panel = rig.PanelWindow();
+    panel.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&panel));
+    rig.Find<QLineEdit>("TextIO_0").setFocus();
+    QStringList visited;
+    for (int i = 0; i < 150; ++i) {
+      visited << QApplication::focusWidget()->objectName();
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    for (const Control* control : rig.Panel().Collection().All()) {
+      const QString name = WidgetName(*control);
+      const auto widgets = panel.findChildren<QWidget*>(name);
+      QVERIFY2(widgets.size() == 1, qPrintable(name));
+      if (control->Kind() == ControlKind::Frame) continue;
+      const QString index = control->Index() ? QString("(%1)").arg(*control->Index()) : QString();
+      QVERIFY2(!widgets[0]->toolTip().isEmpty() && widgets[0]->toolTip().contains(index), qPrintable(name));
+      QVERIFY2(control->Kind() == ControlKind::Shape || visited.contains(name), qPrintable(name));
+      const QSize needed = widgets[0]->minimumSizeHint();
+      QVERIFY2(widgets[0]->width() >= needed.width() && widgets[0]->height() >= needed.height(),
+               qPrintable(name));
+    }
+    QVERIFY2(panel.width() <= 1024 && panel.height() <= 700, "too large for a small screen");
+  }
+};
+
+}  // namespace quarlin
+
+QTEST_MAIN(quarlin::ScriptWindowsTest)
+#include "script_windows_test.moc"

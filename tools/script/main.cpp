@@ -1,0 +1,135 @@
+// quarlin-script: runs a script with the program's engine and objects, without a window.
+
+#include <fmt/format.h>
+
+#include <QCoreApplication>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "app/engines.h"
+#include "base/text.h"
+#include "link/posix_device.h"
+#include "script/options.h"
+#include "script/script_host.h"
+#include "script/vbscript/conversions.h"
+#include "ui/frm_main.h"
+#include "ui/headless.h"
+#include "ui/qt/qt_loop.h"
+
+namespace quarlin::script_tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum Status { done = 0, scriptError = 1, wrongUsage = 2 };
+
+void Complain(std::string_view what) {
+  PrintText(stderr, fmt::format("quarlin-script: {}\n", what));
+}
+
+bool CanBeRead(const fs::path& file) {
+  std::error_code ignored;
+  return fs::is_regular_file(file, ignored) && std::ifstream(file).is_open();
+}
+
+ScriptHook HookOf(ActionKind kind) {
+  if (kind == ActionKind::Input) return ScriptHook::ReceiveChar;
+  return kind == ActionKind::Receive ? ScriptHook::ReceiveString : ScriptHook::SendString;
+}
+
+// What the hook makes of the text, or of each of its characters.
+std::string Offered(ScriptHost& host, ScriptHook hook, std::string text) {
+  if (hook != ScriptHook::ReceiveChar) {
+    host.OfferStrictly(hook, text);
+    return text;
+  }
+  std::string seen;
+  for (const char character : text) {
+    std::string one(1, character);
+    host.OfferStrictly(hook, one);
+    seen += one;
+  }
+  return seen;
+}
+
+void Do(ScriptHost& host, const Action& action) {
+  if (action.kind == ActionKind::Run) {
+    host.Runner().Run(vbs::Utf16Of(action.text));
+  } else {
+    const std::string seen = Offered(host, HookOf(action.kind), BytesFromUtf8(action.text));
+    PrintText(stdout, Utf8FromBytes(seen) + "\n");
+  }
+}
+
+void Report(const fs::path& file, const vbs::ScriptError& error) {
+  std::string lines;
+  for (const std::string& line : SplitLines(vbs::Utf8Of(ErrorReport(file.filename().string(), error)))) {
+    lines += line + "\n";
+  }
+  PrintText(stderr, fmt::format("{}error {} line {} column {} {}\n", lines, error.number, error.position.line,
+                                error.position.column, vbs::Utf8Of(error.FullDescription())));
+}
+
+int RunScript(const Options& options, const fs::path& file, ScriptHost& host) {
+  try {
+    if (options.check) {
+      host.Runner().Check(file);
+      return done;
+    }
+    host.Runner().Start(file);
+    for (const Action& action : options.actions) Do(host, action);
+    host.Runner().Stop();
+    return done;
+  } catch (const vbs::ScriptError& error) {
+    Report(file, error);
+    return scriptError;
+  }
+}
+
+std::function<double()> UniformGenerator() {
+  auto engine = std::make_shared<std::mt19937_64>(std::random_device()());
+  return [engine] { return std::uniform_real_distribution<double>(0, 1)(*engine); };
+}
+
+int RunInProgram(const Options& options) {
+  const fs::path file = fs::absolute(options.file);
+  QtLoop loop;
+  PosixDeviceSource devices(loop);
+  HeadlessPrompts prompts;
+  HeadlessShell shell;
+  FrmMain frm({loop, ProgramFolder(file.parent_path()), devices, prompts, shell, UniformGenerator(), true,
+               MakeEngine});
+  frm.controls.display.txtric.OnAppend = [](std::string_view text, Color) {
+    PrintText(stdout, Utf8FromBytes(text));
+  };
+  frm.Load("");
+  return RunScript(options, file, frm.Script());
+}
+
+int Run(std::span<const char* const> arguments) {
+  const Options options = ParseOptions(arguments);
+  if (options.help) {
+    PrintText(stdout, HelpText());
+    return done;
+  }
+  if (!options.error.empty()) {
+    Complain(options.error);
+    PrintText(stderr, HelpText());
+    return wrongUsage;
+  }
+  if (!CanBeRead(options.file)) {
+    Complain(options.file + " cannot be read");
+    return wrongUsage;
+  }
+  return RunInProgram(options);
+}
+
+}  // namespace
+}  // namespace quarlin::script_tool
+
+int main(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  return quarlin::script_tool::Run({argv + 1, static_cast<std::size_t>(argc - 1)});
+}

@@ -1,0 +1,30 @@
+// The command line of quarlin-script.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quarlin::script_tool {
+
+enum class ActionKind { Run, Input, Receive, Send };
+
+// One thing to do with the loaded script.
+struct Action {
+  ActionKind kind;
+  std::string text;  // a procedure's name, or what is handed to a hook
+};
+
+struct Options {
+  bool help = false;
+  bool check = false;  // compile only
+  std::string file;
+  std::vector<Action> actions;  // in the order of the command line
+  std::string error;            // why it cannot be understood; empty when it can
+};
+
+Options ParseOptions(std::span<const char* const> arguments);
+std::string_view HelpText();
+
+}  // namespace quarlin::script_tool
