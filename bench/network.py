@@ -4,7 +4,8 @@
     network.py dialog | entries | flood | all   [--runs 3]
 
   dialog   answers a second with one client that waits for each, over TCP and over a pseudo-terminal,
-           beside a responder in Python that does the same; time from the last byte in to the first out
+           beside a responder in Python that does the same; time from the last byte in to the first out;
+           CPU time of an answer
   entries  the same with 10,000 entries in Dialog.txt beside 10
   flood    200 MB over TCP into the receive side, display and LOG.TXT on, beside `nc -l > file`
 
@@ -31,9 +32,11 @@ measure.FIGURES.update({
         Figure("tcp", "TCP: answers", "1/s", ">= 1.0", "python_tcp", of_ratio=True),
         Figure("tcp_p50", "TCP: half of the answers within", "µs", "", "python_tcp_p50"),
         Figure("tcp_p99", "TCP: 99 % within", "µs", "", "python_tcp_p99"),
+        Figure("tcp_cpu", "TCP: CPU time of an answer", "µs", "", "python_tcp_cpu"),
         Figure("pty", "pseudo-terminal: answers", "1/s", ">= 1.0", "python_pty", of_ratio=True),
         Figure("pty_p50", "pseudo-terminal: half within", "µs", "", "python_pty_p50"),
         Figure("pty_p99", "pseudo-terminal: 99 % within", "µs", "", "python_pty_p99"),
+        Figure("pty_cpu", "pseudo-terminal: CPU time of an answer", "µs", "", "python_pty_cpu"),
     ],
     "entries": [Figure("many", "TCP, 10,000 entries: answers", "1/s", ">= 0.9", "few", of_ratio=True)],
     "flood": [
@@ -131,34 +134,59 @@ def dialog_session(options, port, settings, entries=10):
                    files={"Dialog.txt": text})
 
 
-def ask_tcp(options, entries):
+def alternate(ends, seconds, bursts=20):
+    """Asks each of {name: (file, process id)} in turn, in short bursts: what is compared shares the state of the
+    machine that way. {name: (mean answers a second, medians of ask()'s times, CPU µs of an answer)}"""
+    results = {name: [] for name in ends}
+    for burst in range(bursts):
+        for name in sorted(ends, reverse=bool(burst % 2)):
+            file, pid = ends[name]
+            cpu = harness.cpu_seconds(pid)
+            rate, half, most = ask(file, seconds / bursts)
+            results[name].append((rate, half, most, harness.cpu_seconds(pid) - cpu))
+    figures = {}
+    for name, rows in results.items():
+        rates, halves, mosts, cpus = zip(*rows)
+        answers = sum(rates) * seconds / bursts
+        figures[name] = (statistics.mean(rates), statistics.median(halves), statistics.median(mosts),
+                         sum(cpus) / answers * 1e6)
+    return figures
+
+
+def named(results):
+    """The figures of alternate() under the keys of FIGURES."""
+    return {name + suffix: value for name, result in results.items()
+            for suffix, value in zip(("", "_p50", "_p99", "_cpu"), result)}
+
+
+def listener(options, entries=10):
+    """(session, port) of a program that answers over TCP."""
     port = free_port()
-    with dialog_session(options, "NET", {"chkListen": 1, "txtPort": port}, entries):
-        with connected(port) as link:
-            return ask(link.fileno(), options.seconds)
+    return dialog_session(options, "NET", {"chkListen": 1, "txtPort": port}, entries), port
 
 
 def measure_dialog(options):
-    figures = {}
-
-    def keep(name, result):
-        figures[name], figures[name + "_p50"], figures[name + "_p99"] = result
-
     port = free_port()
-    with Responder(TCP_RESPONDER, port), connected(port) as link:
-        keep("python_tcp", ask(link.fileno(), options.seconds))
-    keep("tcp", ask_tcp(options, 10))
-    with harness.Link() as link, Responder(PTY_RESPONDER, link.path):
+    with Responder(TCP_RESPONDER, port) as python, connected(port) as python_link:
+        session, port = listener(options)
+        with session, connected(port) as link:
+            figures = named(alternate({"python_tcp": (python_link.fileno(), python.process.pid),
+                                       "tcp": (link.fileno(), session.pid)}, options.seconds))
+    with harness.Link() as python_link, Responder(PTY_RESPONDER, python_link.path) as python, \
+            harness.Link() as link, dialog_session(options, link.path, {}) as session:
         time.sleep(0.5)
-        keep("python_pty", ask(link.master, options.seconds))
-    with harness.Link() as link, dialog_session(options, link.path, {}):
-        time.sleep(0.5)
-        keep("pty", ask(link.master, options.seconds))
+        figures.update(named(alternate({"python_pty": (python_link.master, python.process.pid),
+                                        "pty": (link.master, session.pid)}, options.seconds)))
     return figures
 
 
 def measure_entries(options):
-    return {"few": ask_tcp(options, 10)[0], "many": ask_tcp(options, 10_000)[0]}
+    few, few_port = listener(options, 10)
+    with few, connected(few_port) as few_link:
+        many, many_port = listener(options, 10_000)
+        with many, connected(many_port) as many_link:
+            return named(alternate({"few": (few_link.fileno(), few.pid),
+                                    "many": (many_link.fileno(), many.pid)}, options.seconds))
 
 
 def pour(port, file, data):

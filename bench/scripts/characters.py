@@ -1,5 +1,5 @@
 def main():
-    text = "7" * 1000000
+    text = "7" * 4000000
     digits = 0
     for i in range(len(text)):
         if text[i:i + 1] == "7":

@@ -1,7 +1,7 @@
 ' Every character of a long text, one by one.
 Sub Main()
   Dim text, i, digits
-  text = String(1000000, "7")
+  text = String(4000000, "7")
   digits = 0
   For i = 1 To Len(text)
     If Mid(text, i, 1) = "7" Then digits = digits + 1

@@ -1,6 +1,6 @@
 def main():
     counts = {}
-    for i in range(1, 600001):
+    for i in range(1, 2000001):
         key = "key" + str(i % 5000)
         if key in counts:
             counts[key] = counts[key] + 1

@@ -2,7 +2,7 @@
 Sub Main()
   Dim counts, i, key, total
   Set counts = CreateObject("Scripting.Dictionary")
-  For i = 1 To 600000
+  For i = 1 To 2000000
     key = "key" & (i Mod 5000)
     If counts.Exists(key) Then
       counts(key) = counts(key) + 1

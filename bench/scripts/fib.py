@@ -5,7 +5,7 @@ def fib(n):
 
 
 def main():
-    for _ in range(5):
+    for _ in range(20):
         print(fib(24))
 
 

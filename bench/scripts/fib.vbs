@@ -9,7 +9,7 @@ End Function
 
 Sub Main()
   Dim i
-  For i = 1 To 5
+  For i = 1 To 20
     AppendLog.RichAppendText 0, CStr(Fib(24)) & vbLf
   Next
 End Sub

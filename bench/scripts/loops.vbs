@@ -3,7 +3,7 @@ Sub Main()
   Dim i, j, total, mean
   total = 0
   mean = 0.5
-  For i = 1 To 1500
+  For i = 1 To 4000
     For j = 1 To 1000
       total = total + (i * j) Mod 7 - j \ 3
       mean = mean * 0.99 + j * 0.01

@@ -1,10 +1,10 @@
 def main():
-    values = [0] * 2000
+    values = [0] * 4000
     seed = 1
-    for i in range(2000):
+    for i in range(4000):
         seed = (seed * 171 + 11213) % 53125
         values[i] = seed
-    for i in range(1, 2000):
+    for i in range(1, 4000):
         held = values[i]
         j = i - 1
         while j >= 0:
@@ -13,7 +13,7 @@ def main():
             values[j + 1] = values[j]
             j = j - 1
         values[j + 1] = held
-    print(values[0], values[1000], values[1999])
+    print(values[0], values[2000], values[3999])
 
 
 main()

@@ -1,5 +1,5 @@
 def main():
-    for _ in range(5):
+    for _ in range(20):
         text = ""
         for i in range(1, 200001):
             text += "W" + str(i) + ";"

@@ -1,7 +1,7 @@
 ' A text that grows by short pieces.
 Sub Main()
   Dim i, text, round
-  For round = 1 To 5
+  For round = 1 To 20
     text = ""
     For i = 1 To 200000
       text = text & "W" & i & ";"
