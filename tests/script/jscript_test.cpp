@@ -282,6 +282,8 @@ TEST_F(JscriptTest, ErrorsHaveNumberAndPlace) {
       {u"throw new Error('mine')", "5022 mine 1:0 throw new Error('mine')"},
       {u"\nthrow 'text'", "5022 Exception thrown and not caught: 'text' 2:0 throw 'text'"},
       {u"new RegExp('(')", "5017 Syntax error in regular expression 1:0 new RegExp('(')"},
+      {u"'x'.match(new Array(99999).join('('))",
+       "28 Out of stack space 1:0 'x'.match(new Array(99999).join('('))"},
       {u"function deep() { return deep() + 1 }; deep()",
        "28 Out of stack space 1:0 function deep() { return deep() + 1 }; deep()"},
       {u"txtOutput.Append(1)",

@@ -141,7 +141,24 @@ void Engine::Realm::GiveBack(const Names& names) {
   }
 }
 
+namespace {
+
+// The toolkit takes a pattern apart by calls within each other. A text with this many open parentheses at
+// one place is no script that somebody wrote.
+constexpr int mostOpenParentheses = 10'000;
+
+void RefuseDeepNesting(std::u16string_view source) {
+  int open = 0;
+  for (const char16_t unit : source) {
+    if (unit == u')' && open > 0) --open;
+    if (unit == u'(' && ++open > mostOpenParentheses) throw ScriptError(vbs::outOfStackSpace);
+  }
+}
+
+}  // namespace
+
 void Engine::Realm::AddCode(std::u16string_view source) {
+  RefuseDeepNesting(source);
   const int number = sources_.Add(source);
   const Names taken = TakeNames(source);
   QStringList trace;
@@ -188,6 +205,7 @@ void Engine::AddCode(std::u16string_view source) {
 
 // In an engine of its own, where a line in front of the text keeps it from running. That line is number 0.
 void Engine::Check(std::u16string_view source) {
+  RefuseDeepNesting(source);
   QJSEngine engine;
   Sources sources;
   const int number = sources.Add(source);

@@ -18,7 +18,7 @@ constexpr std::u16string_view facades =
   "use strict";
   var find = bridge.Find, get = bridge.Get, put = bridge.Put, call1 = bridge.Call1, call2 = bridge.Call2,
       callMany = bridge.CallMany, plain = bridge.Plain;
-  var INDEXED = 1, METHOD = 2;
+  var INDEXED = 1, METHOD = 2, DEEPEST_GROUP = 1000;
   var facadeKey = Symbol("facade");
   var shapes = [];
 
@@ -197,6 +197,31 @@ constexpr std::u16string_view surroundings =
   ].forEach(function (name) { delete global[name]; });
   ["repeat", "padStart", "padEnd"].forEach(function (name) { delete String.prototype[name]; });
   ["fill", "copyWithin"].forEach(function (name) { delete Array.prototype[name]; });
+
+  // A pattern is taken apart by calls within each other, so one that nests too deeply would exhaust the stack
+  // of the program.
+  function shallow(pattern) {
+    if (typeof pattern !== "string") return pattern;
+    for (var at = 0, depth = 0; at < pattern.length; ++at) {
+      if (pattern[at] === "(" && ++depth > DEEPEST_GROUP) raise(28);
+      if (pattern[at] === ")") --depth;
+    }
+    return pattern;
+  }
+  var NativeRegExp = RegExp;
+  function GuardedRegExp(pattern, flags) { return new NativeRegExp(shallow(pattern), flags); }
+  Object.setPrototypeOf(GuardedRegExp, NativeRegExp);
+  hidden(GuardedRegExp, "name", "RegExp");
+  GuardedRegExp.prototype = NativeRegExp.prototype;
+  hidden(NativeRegExp.prototype, "constructor", GuardedRegExp);
+  hidden(global, "RegExp", GuardedRegExp);
+  [[String.prototype, "match"], [String.prototype, "search"], [NativeRegExp.prototype, "compile"]
+  ].forEach(function (place) {
+    var native = place[0][place[1]];
+    if (native) hidden(place[0], place[1], function (pattern, flags) {
+      return native.call(this, shallow(pattern), flags);
+    });
+  });
 
   var builtIn = new Set(Object.getOwnPropertyNames(global));
   var shown = Object.create(null);
