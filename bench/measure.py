@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Measures Quarlin from outside, on a pseudo-terminal: how soon it is there and what it costs.
 
-    measure.py start | idle | paced | flood | cycle | memory | micro | all   [--runs 3]
+    measure.py start | idle | paced | hook | flood | cycle | memory | micro | all   [--runs 3]
 
 Each figure is the median of the runs, with the lowest and highest beside it. Where something
 simpler does the same work it is measured in the same run, and the ratio is the median of the
@@ -59,6 +59,12 @@ FIGURES = {
         Figure("growth", "memory growth, display full", "MB"),
         Figure("backlog", "longest queue before the program", "bytes"),
         Figure("exact", "LOG.TXT byte for byte", "", ">= 1"),
+    ],
+    "hook": [
+        Figure("cpu_vbs", "VBScript: CPU, of a core", "%", "< 25"),
+        Figure("exact_vbs", "VBScript: LOG.TXT byte for byte", "", ">= 1"),
+        Figure("cpu_js", "JScript: CPU, of a core", "%", "< 25"),
+        Figure("exact_js", "JScript: LOG.TXT byte for byte", "", ">= 1"),
     ],
     "flood": [
         Figure("rate", "read", "MB/s", ">= 0.4", "cat_rate", of_ratio=True),
@@ -241,6 +247,26 @@ def measure_paced(options):
                 "exact": int(session.logged() == fill + data)}
 
 
+HOOKS = {
+    "vbs": "Sub ReceiveChar\nCharReceived.OutputString = CharReceived.InputString\nEnd Sub\n",
+    "js": "function ReceiveChar() { CharReceived.OutputString = CharReceived.InputString; }\n",
+}
+
+
+def measure_hook(options):
+    """Every character through a script. Without a window, since nobody is there to choose the script."""
+    seconds, rate = 10, 92160
+    data, taken = numbered_lines(seconds * rate // len(LINE % 0)), {}
+    for kind, text in HOOKS.items():
+        settings = {"chkLog": 1, "txtScriptFile": f"hook.{kind}", "chkEnableScript": 1}
+        files = {"any.vbs": "", f"hook.{kind}": text}
+        with harness.Link() as link, Session(options, link.path, ["LOAD"], settings, True, files) as session:
+            session.settle()
+            taken[f"cpu_{kind}"], _ = send_paced(link, session.pid, data, rate)
+            taken[f"exact_{kind}"] = int(session.logged() == data)
+    return taken
+
+
 def measure_flood(options):
     data = numbered_lines(options.megabytes * 1_000_000 // len(LINE % 0))
     with harness.Link() as link, Cat(link.path) as cat:
@@ -368,7 +394,7 @@ def run_micro(options):
                         "--benchmark_report_aggregates_only=true"], check=True)
 
 
-MEASURES = {"start": measure_start, "idle": measure_idle, "paced": measure_paced,
+MEASURES = {"start": measure_start, "idle": measure_idle, "paced": measure_paced, "hook": measure_hook,
             "flood": measure_flood, "cycle": measure_cycle, "memory": measure_memory}
 
 

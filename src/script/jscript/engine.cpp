@@ -34,8 +34,8 @@ class Engine::Realm {
 
   void AddObject(std::u16string_view name, const vbs::ObjectRef& object);
   void AddCode(std::u16string_view source);
-  const std::u16string* FindProcedure(std::u16string_view name) const;
-  void Run(const std::u16string& procedure);
+  const QJSValue* FindProcedure(std::u16string_view name) const;
+  void Run(QJSValue procedure);
 
  private:
   struct NamedObject {
@@ -59,14 +59,18 @@ class Engine::Realm {
   Bridge bridge_;
   QJSValue show_;
   QJSValue hide_;
-  QJSValue run_;
+  QJSValue runner_;
   QJSValue listProcedures_;
   std::vector<NamedObject> objects_;
   Names builtIns_;  // of the language
   Names seen_;      // in all sources
   Names shown_;     // those of them that stand for host objects and members
   Names declared_;  // those that are the script's own
-  std::vector<std::u16string> procedures_;
+  struct Procedure {
+    std::u16string name;
+    QJSValue run;
+  };
+  std::vector<Procedure> procedures_;
 };
 
 Engine::Realm::Realm(vbs::Services& services, Limits limits)
@@ -77,7 +81,7 @@ Engine::Realm::Realm(vbs::Services& services, Limits limits)
   hosts_.SetFacadeMaker(prelude.property("makeFacade"));
   show_ = prelude.property("show");
   hide_ = prelude.property("hide");
-  run_ = prelude.property("run");
+  runner_ = prelude.property("runner");
   listProcedures_ = prelude.property("procedures");
   for (const QString& name : prelude.property("builtIns").toVariant().toStringList())
     builtIns_.emplace(View(name));
@@ -175,19 +179,20 @@ void Engine::Realm::AddCode(std::u16string_view source) {
 void Engine::Realm::FindProcedures() {
   procedures_.clear();
   for (const QString& name : listProcedures_.call().toVariant().toStringList())
-    procedures_.emplace_back(View(name));
+    procedures_.push_back({std::u16string(View(name)), runner_.call({name})});
 }
 
-const std::u16string* Engine::Realm::FindProcedure(std::u16string_view name) const {
-  auto found = std::ranges::find(procedures_, name);
+const QJSValue* Engine::Realm::FindProcedure(std::u16string_view name) const {
+  auto found = std::ranges::find(procedures_, name, &Procedure::name);
   if (found == procedures_.end())
-    found = std::ranges::find_if(procedures_, [&](const auto& each) { return vbs::SameName(each, name); });
-  return found == procedures_.end() ? nullptr : &*found;
+    found =
+        std::ranges::find_if(procedures_, [&](const auto& each) { return vbs::SameName(each.name, name); });
+  return found == procedures_.end() ? nullptr : &found->run;
 }
 
-void Engine::Realm::Run(const std::u16string& procedure) {
-  const QJSValue outcome =
-      Watched([&] { return run_.call({engine_.globalObject().property(ToQt(procedure))}); });
+// A copy of the procedure, which may add code that changes the list.
+void Engine::Realm::Run(QJSValue procedure) {
+  const QJSValue outcome = Watched([&] { return procedure.call(); });
   if (outcome.isArray()) throw RuntimeError(outcome.property(0), {}, sources_);
 }
 
@@ -219,7 +224,7 @@ bool Engine::HasProcedure(std::u16string_view name) const {
 }
 
 void Engine::Run(std::u16string_view name) {
-  const std::u16string* procedure = realm_->FindProcedure(name);
+  const QJSValue* procedure = realm_->FindProcedure(name);
   if (procedure == nullptr) throw ScriptError(vbs::typeMismatch, name);
   realm_->Run(*procedure);
 }

@@ -251,13 +251,15 @@ constexpr std::u16string_view surroundings =
       delete shown[name];
       delete global[name];
     },
-    // Undefined, or what was thrown, in an array.
-    run: function (procedure) {
-      try {
-        procedure.call(global);
-      } catch (thrown) {
-        return [thrown];
-      }
+    // Calls what the global name stands for at that time; gives undefined, or what was thrown, in an array.
+    runner: function (name) {
+      return function () {
+        try {
+          global[name]();
+        } catch (thrown) {
+          return [thrown];
+        }
+      };
     },
     procedures: function () {
       return Object.getOwnPropertyNames(global).filter(function (name) {
