@@ -158,8 +158,9 @@ struct Code {
   std::vector<std::vector<std::int32_t>> arrays;  // bounds of the fixed arrays
   std::vector<NamedPlace> names;                  // what Execute inside it can see
   std::vector<NamedPlace> imports;  // of a text given to Execute: names of the procedure around it
-  bool takesValues = false;         // at least one parameter is by value
-  std::vector<bool> byValue;        // for each parameter
+  std::uint32_t parameters = 0;
+  bool takesValues = false;   // at least one parameter is by value
+  std::vector<bool> byValue;  // for each parameter
   std::uint32_t variables =
       0;  // the registers below, which are Empty at the start; the rest is written first
   std::uint32_t registers = 0;

@@ -96,6 +96,7 @@ void Compiler::DeclareLocals(const ast::Procedure& procedure) {
     Local(Folded(parameter.name), Operand::In(space, localCount_++));
     out_.Made().byValue.push_back(parameter.byValue);
     out_.Made().takesValues |= parameter.byValue;
+    ++out_.Made().parameters;
   }
   out_.Made().result = localCount_;
   functionResult_ = Operand::In(Space::Register, localCount_++);

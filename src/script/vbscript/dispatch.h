@@ -34,6 +34,8 @@ class Enumerator {
   virtual std::optional<Value> Next() = 0;
 };
 
+class Instance;
+
 class Dispatch : public Counted {
  public:
   static constexpr int defaultMember = 0;
@@ -63,6 +65,9 @@ class Dispatch : public Counted {
 
   // Whether the default member exists, so that using the object as a value makes sense.
   virtual bool HasDefault() { return false; }
+
+  // The object as one of a script's own classes, whose procedures the machine runs itself; null for others.
+  virtual Instance* AsInstance() { return nullptr; }
 
   // The names of the members, for listings; the default member stands under its own name.
   virtual std::vector<std::u16string> MemberNames() { return {}; }
@@ -134,6 +139,10 @@ class TableObject : public Dispatch {
  private:
   static const Member<Self>* Row(int member) {
     if (member != defaultMember) return std::data(Self::Members()) + (member - 1);
+    static const Member<Self>* const found = DefaultRow();
+    return found;
+  }
+  static const Member<Self>* DefaultRow() {
     for (const Member<Self>& row : Self::Members()) {
       if (row.isDefault) return &row;
     }

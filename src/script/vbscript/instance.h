@@ -35,6 +35,7 @@ class Instance final : public Dispatch, public Holder {
   static int NumberOf(int index) { return index + 1; }
   const ClassMember* MemberAt(int number) const;
 
+  Instance* AsInstance() override { return this; }
   std::u16string_view TypeName() const override { return info_->name; }
   std::optional<int> Find(std::u16string_view name) override;
   const void* Shape() const override { return info_.get(); }

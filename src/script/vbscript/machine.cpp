@@ -1,5 +1,3 @@
-#include "script/vbscript/machine.h"
-
 #include <algorithm>
 #include <new>
 #include <utility>
@@ -7,6 +5,7 @@
 #include "script/vbscript/conversions.h"
 #include "script/vbscript/heap.h"
 #include "script/vbscript/indexing.h"
+#include "script/vbscript/machine_calls.h"
 #include "script/vbscript/parser.h"
 
 namespace quarlin::vbs {
@@ -47,6 +46,16 @@ const Instruction* NextStatement(const Code& code, const Instruction* failed) {
 
 }  // namespace
 
+FrameStack::FrameStack(std::size_t most)
+    : begin_(static_cast<Frame*>(::operator new(most * sizeof(Frame), std::align_val_t(alignof(Frame))))),
+      end_(begin_ + most),
+      top_(begin_) {}
+
+FrameStack::~FrameStack() {
+  while (!Empty()) Pop();
+  ::operator delete(begin_, std::align_val_t(alignof(Frame)));
+}
+
 RegisterStack::RegisterStack(std::size_t size)
     : values_(static_cast<Value*>(::operator new(size * sizeof(Value)))),
       end_(values_ + size),
@@ -78,10 +87,10 @@ Machine::Machine(Services& services, EngineLimits limits)
       link_(new MachineLink),
       err_(new ErrObject),
       stack_(limits.callDepth * registersPerCall),
+      frames_(limits.callDepth),
       untilLook_(stepsPerLook) {
   link_->machine = this;
   globals_.reserve(mostGlobals);
-  frames_.reserve(limits.callDepth + 1);
   symbols_.AddObject(u"Err", Value::Object(err_.Get()), false);
 }
 
@@ -201,14 +210,14 @@ void Machine::CompileSlot(std::size_t number) {
 
 Value Machine::RunCode(const Code& code, Instance* me) {
   const Nesting nesting(*this);
-  const std::size_t entry = frames_.size();
+  const std::size_t entry = frames_.Size();
   Push(code, Top(), 0, me, {}, false);
   return RunFrom(entry);
 }
 
 Value Machine::RunSlot(std::size_t slot, Instance* me, Arguments arguments) {
   const Nesting nesting(*this);
-  const std::size_t entry = frames_.size();
+  const std::size_t entry = frames_.Size();
   Value* top = Top();
   stack_.Reach(top + arguments.size());
   for (std::size_t i = 0; i < arguments.size(); ++i) top[i] = arguments[i].Followed();
@@ -252,8 +261,8 @@ void ForgetReferences(const Frame& frame) {
 // False when there is none above `entry`; all of those procedures have then ended.
 bool Machine::Recover(ScriptError& error, std::size_t entry) {
   Explain(error);
-  while (frames_.size() > entry) {
-    Frame& frame = frames_.back();
+  while (frames_.Size() > entry) {
+    Frame& frame = frames_.Back();
     if (frame.resumeNext && !error.isFinal) {
       err_->Take(error);
       ForgetReferences(frame);
@@ -280,8 +289,8 @@ std::u16string Quoted(const Value& left, const Value& right) {
 
 // The place where it happened, and the name of the culprit where the instruction tells it.
 void Machine::Explain(ScriptError& error) const {
-  if (error.position.line != 0 || frames_.empty()) return;
-  const Frame& frame = frames_.back();
+  if (error.position.line != 0 || frames_.Empty()) return;
+  const Frame& frame = frames_.Back();
   const Code& code = *frame.code;
   const Mark* mark = MarkBefore(code, static_cast<std::size_t>(frame.instruction - code.instructions.data()));
   if (mark != nullptr) error.position = mark->at;
@@ -327,7 +336,7 @@ Value Machine::GetFrom(Instance& instance, const ClassMember& member, Arguments 
   }
   if (member.get == ClassMember::none) throw ScriptError(wrongArgumentCount, member.name);
   const auto slot = static_cast<std::size_t>(member.get);
-  if (!arguments.empty() && CodeOf(slot).byValue.empty()) {
+  if (!arguments.empty() && CodeOf(slot).parameters == 0) {
     const Value got = RunSlot(slot, &instance, {});
     if (!got.IsArray() && !got.IsObject()) throw ScriptError(wrongArgumentCount, member.name);
     return IndexValue(got, arguments, member.name);

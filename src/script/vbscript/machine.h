@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,31 @@ struct alignas(64) Frame {
   bool resumeNext;  // On Error Resume Next holds
   bool throwsResultAway;
   std::unique_ptr<std::map<std::u16string, Value>> extras;  // variables made by Execute
+};
+
+// The procedures that are being run, the innermost last. Their places never move.
+class FrameStack {
+ public:
+  explicit FrameStack(std::size_t most);
+  ~FrameStack();
+  FrameStack(const FrameStack&) = delete;
+  FrameStack& operator=(const FrameStack&) = delete;
+
+  bool Empty() const { return top_ == begin_; }
+  bool Full() const { return top_ == end_; }
+  std::size_t Size() const { return static_cast<std::size_t>(top_ - begin_); }
+  Frame& Back() { return top_[-1]; }
+  const Frame& Back() const { return top_[-1]; }
+  void Push(const Code& code, Value* registers, Instance* me, Operand result, bool throwsResultAway) {
+    new (top_++)
+        Frame{&code, code.instructions.data(), registers, me, result, false, throwsResultAway, nullptr};
+  }
+  void Pop() { (--top_)->~Frame(); }
+
+ private:
+  Frame* begin_;
+  Frame* end_;
+  Frame* top_;
 };
 
 // The memory of all registers: never moves, so that References stay good. A procedure's registers begin
@@ -93,7 +119,7 @@ class Machine {
   void Explain(ScriptError& error) const;
   void LookAround();
 
-  // machine_loop.cpp: the loop with the calls, which it does all the time.
+  // machine_calls.h
   const Code& CodeOf(std::size_t slot);
   Value* Top();
   void Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Operand result,
@@ -101,7 +127,10 @@ class Machine {
   Value Pop() noexcept;
   void Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Operand result,
              bool throwsResultAway = false);
+
+  // machine_loop.cpp
   Value Loop(std::size_t entry);
+  static void CopyByValue(const Code& code, Value* registers, std::size_t count);
   std::u16string_view NameAt(const Instruction& instruction) const;
 
   // machine_objects.cpp: what an instruction does that is about objects and arrays.
@@ -133,7 +162,7 @@ class Machine {
   std::vector<std::shared_ptr<const ClassInfo>> classes_;
   std::vector<std::shared_ptr<const Code>> kept_;  // code that may still be on the stack
   RegisterStack stack_;
-  std::vector<Frame> frames_;
+  FrameStack frames_;
   int nesting_ = 0;          // runs of the loop within each other
   std::uint32_t untilLook_;  // backward jumps and calls until the script's right to run is looked at
   std::uint64_t steps_ = 0;

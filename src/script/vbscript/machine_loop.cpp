@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <functional>
 #include <utility>
 
@@ -7,7 +9,7 @@
 #include "script/vbscript/conversions.h"
 #include "script/vbscript/for_loop.h"
 #include "script/vbscript/indexing.h"
-#include "script/vbscript/machine.h"
+#include "script/vbscript/machine_calls.h"
 
 namespace quarlin::vbs {
 namespace {
@@ -36,6 +38,17 @@ class Places {
   std::array<Value*, spaces> bases_{};
 };
 
+Value JoinNumber(std::u16string_view text, std::int64_t number) {
+  std::array<char, 24> digits;
+  const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  const auto count = static_cast<std::size_t>(end - digits.data());
+  std::array<char16_t, 24> wide;
+  std::copy_n(digits.begin(), count, wide.begin());
+  TextBody* joined = TextBody::Make(text, text.size() + count);
+  joined->Append({wide.data(), count});
+  return Value::Adopt(joined);
+}
+
 void Concatenate(Value& place, const Value& left, const Value& right) {
   if (&place == &left && place.IsString()) {
     if (right.IsString()) return place.AppendText(right.AsText());
@@ -49,7 +62,8 @@ void Concatenate(Value& place, const Value& left, const Value& right) {
     place = Value::Adopt(joined);
     return;
   }
-  place = Apply(Operator::Concatenate, left, right);
+  place = left.IsString() && IsWholeNumber(right) ? JoinNumber(left.AsText(), right.AsWhole())
+                                                  : Apply(Operator::Concatenate, left, right);
 }
 
 bool QuickModulo(Value& place, const Value& left, const Value& right) {
@@ -122,61 +136,21 @@ void SetObject(Value& place, const Value& value) {
 
 }  // namespace
 
-const Code& Machine::CodeOf(std::size_t number) {
-  if (!slots_[number].code) CompileSlot(number);
-  return *slots_[number].code;
-}
-
-Value* Machine::Top() {
-  return frames_.empty() ? stack_.Begin() : frames_.back().registers + frames_.back().code->registers;
-}
-
-void Machine::Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Operand result,
-                   bool throwsResultAway) {
-  if (frames_.size() >= limits_.callDepth) throw ScriptError(outOfStackSpace);
-  stack_.Reach(registers + code.registers);
-  for (std::size_t i = arguments; i < code.variables; ++i) registers[i].Clear();
-  if (code.takesValues) {
-    for (std::size_t i = 0; i < arguments; ++i) {
-      if (code.byValue[i] && registers[i].Is(Kind::Reference)) registers[i] = Value(registers[i].Place());
-    }
+void Machine::CopyByValue(const Code& code, Value* registers, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    if (code.byValue[i] && registers[i].Is(Kind::Reference)) registers[i] = Value(registers[i].Place());
   }
-  if (me != nullptr) me->AddReference();
-  frames_.push_back(
-      {&code, code.instructions.data(), registers, me, result, false, throwsResultAway, nullptr});
-}
-
-// Ends the innermost procedure and gives its value. Objects whose last reference goes here run their
-// Class_Terminate while the frame is still there.
-Value Machine::Pop() noexcept {
-  Frame& frame = frames_.back();
-  Value result = std::move(frame.registers[frame.code->result]);
-  for (Value* reg = frame.registers; reg < frame.registers + frame.code->registers; ++reg) {
-    if (reg->GetKind() >= Kind::Reference) reg->Clear();
-  }
-  frame.extras.reset();
-  Instance* me = frame.me;
-  frames_.pop_back();
-  if (me != nullptr) me->RemoveReference();
-  return result;
-}
-
-void Machine::Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Operand result,
-                    bool throwsResultAway) {
-  const Code& code = CodeOf(slot);
-  if (count != code.byValue.size()) throw ScriptError(wrongArgumentCount, slots_[slot].name);
-  Push(code, arguments, count, me, result, throwsResultAway);
 }
 
 // The innermost procedures, until the one that was entered last before the call has returned. One
 // instruction after the other; `frame->instruction` is kept true wherever something can be thrown.
 Value Machine::Loop(std::size_t entry) {
-  Frame* frame = &frames_.back();
+  Frame* frame = &frames_.Back();
   const Instruction* at = frame->instruction;
   Places place;
   place.Switch(*frame, globals_);
   const auto entered = [&] {
-    frame = &frames_.back();
+    frame = &frames_.Back();
     at = frame->instruction;
     place.Switch(*frame, globals_);
     if (--untilLook_ == 0) LookAround();
@@ -464,8 +438,8 @@ Value Machine::Loop(std::size_t entry) {
         const Operand target = frame->result;
         const bool wanted = !frame->throwsResultAway;
         Value result = Pop();
-        if (frames_.size() == entry) return result;
-        frame = &frames_.back();
+        if (frames_.Size() == entry) return result;
+        frame = &frames_.Back();
         at = frame->instruction + 1;
         place.Switch(*frame, globals_);
         if (wanted) place[target].Swap(result);

@@ -4,7 +4,7 @@
 #include "script/vbscript/array.h"
 #include "script/vbscript/conversions.h"
 #include "script/vbscript/indexing.h"
-#include "script/vbscript/machine.h"
+#include "script/vbscript/machine_calls.h"
 #include "script/vbscript/parser.h"
 
 namespace quarlin::vbs {
@@ -40,7 +40,7 @@ bool Unchanged(const Value& left, const Value& right) {
 
 std::u16string_view Machine::NameAt(const Instruction& instruction) const {
   if (instruction.d == noSite) return {};
-  return frames_.back().code->sites[instruction.d].name;
+  return frames_.Back().code->sites[instruction.d].name;
 }
 
 int Machine::FindMember(Dispatch& object, const Site& site) {
@@ -59,19 +59,19 @@ bool Machine::GetMember(const Value& target, const Site& site, Value* arguments,
   if (!target.IsObject() || target.IsNothing()) throw ScriptError(objectRequired, site.object);
   const ObjectRef object(target.AsObject());
   const int number = FindMember(*object, site);
-  auto* instance = dynamic_cast<Instance*>(object.Get());
+  Instance* instance = object->AsInstance();
   if (instance == nullptr) {
     Follow(arguments, count);
     direct = object->Invoke(number, {arguments, count});
     return false;
   }
   const ClassMember* member = instance->MemberAt(number);
-  if (member == nullptr || (member->isPrivate && frames_.back().me != instance)) {
+  if (member == nullptr || (member->isPrivate && frames_.Back().me != instance)) {
     throw ScriptError(noSuchMember, site.name);
   }
   if (member->get != ClassMember::none) {
     const auto slot = static_cast<std::size_t>(member->get);
-    if (count == 0 || !CodeOf(slot).byValue.empty()) {
+    if (count == 0 || CodeOf(slot).parameters > 0) {
       Enter(slot, arguments, count, instance, result);
       return true;
     }
@@ -88,7 +88,7 @@ bool Machine::PutMember(const Value& target, const Site& site, Value* indices, s
   const ObjectRef object(target.AsObject());
   const int number = FindMember(*object, site);
   if (kind == PutKind::Set && !value.IsObject()) throw ScriptError(objectRequired, site.name);
-  auto* instance = dynamic_cast<Instance*>(object.Get());
+  Instance* instance = object->AsInstance();
   if (instance == nullptr) {
     Follow(indices, count);
     const Value stored = value;
@@ -96,7 +96,7 @@ bool Machine::PutMember(const Value& target, const Site& site, Value* indices, s
     return false;
   }
   const ClassMember* member = instance->MemberAt(number);
-  if (member == nullptr || (member->isPrivate && frames_.back().me != instance)) {
+  if (member == nullptr || (member->isPrivate && frames_.Back().me != instance)) {
     throw ScriptError(noSuchMember, site.name);
   }
   if (member->field != ClassMember::none) {
@@ -194,7 +194,7 @@ void Machine::PutBack(Value& array, const Value* indices, std::size_t count, con
 
 Value Machine::Execute(Op op, const Value& text) {
   const std::u16string source = ToText(text);
-  Frame& around = frames_.back();
+  Frame& around = frames_.Back();
   if (op == Op::ExecuteGlobal) {
     RunText(source);
     return {};
@@ -219,7 +219,7 @@ Value Machine::Execute(Op op, const Value& text) {
 Value Machine::RunSnippet(const Code& code, Frame& around) {
   const Nesting nesting(*this);
   globals_.resize(symbols_.VariableCount());
-  const std::size_t entry = frames_.size();
+  const std::size_t entry = frames_.Size();
   Push(code, Top(), 0, around.me, {}, false);
   for (const NamedPlace& import : code.imports) {
     const auto& names = around.code->names;
@@ -232,7 +232,7 @@ Value Machine::RunSnippet(const Code& code, Frame& around) {
       if (!around.extras) around.extras = std::make_unique<std::map<std::u16string, Value>>();
       place = &(*around.extras)[import.name];
     }
-    frames_.back().registers[import.place.Number()] = Value::To(*place);
+    frames_.Back().registers[import.place.Number()] = Value::To(*place);
   }
   return RunFrom(entry);
 }
