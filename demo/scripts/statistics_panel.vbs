@@ -1,8 +1,8 @@
 ' Asks for a weight four times a second and keeps the figures of all of them on the panel.
 '
-' Switch 0: ask. Switch 1: begin again (it springs back). The number boxes show, from the top: how many,
-' smallest, largest, mean, standard deviation, last, answers that were no weight, and the errors that the
-' main window has counted.
+' Switch 0: ask. Switch 1: begin again (it springs back). The number boxes show how many, smallest, largest,
+' mean, standard deviation, last, answers that were no weight, and the errors that the main window has
+' counted. Lamp 0 is green after a stable weight, yellow while it settles, red after an answer without one.
 ' Leave the cycle of the main window stopped while switch 0 is on.
 Option Explicit
 
@@ -10,6 +10,7 @@ Dim count, smallest, largest, mean, squares, last, others
 
 Sub InitTask()
   StartAgain
+  FrmCommand.FrameText.Caption = "0 count  1 smallest  2 largest  3 mean  4 deviation  5 last  6 no weight  7 errors"
   FrmCommand.ChkInput(0).Caption = "ask"
   FrmCommand.ChkInput(1).Caption = "new"
   FrmCommand.ChkInput(0).Value = 1
@@ -32,8 +33,10 @@ Sub ReceiveString()
   StringReceived.OutputString = line
   If Mid(line, 6, 1) = "," And IsNumeric(Mid(line, 7, 10)) Then
     Add CDbl(Mid(line, 7, 10))
+    If Left(line, 2) = "ST" Then ShowLamp vbGreen Else ShowLamp vbYellow
   Else
     others = others + 1
+    ShowLamp vbRed
   End If
 End Sub
 
@@ -48,6 +51,10 @@ Sub Add(weight)
   If count = 1 Or weight < smallest Then smallest = weight
   If count = 1 Or weight > largest Then largest = weight
   last = weight
+End Sub
+
+Sub ShowLamp(colour)
+  FrmCommand.ShpOutput(0).FillColor = colour
 End Sub
 
 Function Deviation()

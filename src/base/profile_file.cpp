@@ -1,6 +1,8 @@
 #include "base/profile_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <utility>
 
@@ -14,6 +16,10 @@ namespace {
 // The system stamps a file with the time of its last clock tick, so a second change within one tick leaves
 // no trace. No system in use ticks more slowly than this.
 constexpr std::chrono::milliseconds longestTick{50};
+
+// So long a name is taken to lead where it led: in a burst of requests the way through the folders would be
+// the dearest part of an answer.
+constexpr std::chrono::milliseconds nameTrusted{1};
 
 std::chrono::nanoseconds TimeOf(const timespec& time) {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
@@ -76,24 +82,52 @@ std::vector<ProfileFile::Entry> ProfileFile::Entries(std::string_view section) c
   return found == sections_.end() ? std::vector<Entry>() : found->second.entries;
 }
 
+ProfileFile::Stamp::Stamp(const struct stat& status)
+    : device(status.st_dev),
+      inode(status.st_ino),
+      links(status.st_nlink),
+      size(status.st_size),
+      modified(TimeOf(status.st_mtim)),
+      changed(TimeOf(status.st_ctim)) {}
+
+ProfileFile::Handle::~Handle() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+void ProfileFile::Handle::Open(const std::filesystem::path& file) {
+  if (descriptor_ >= 0) close(descriptor_);
+  descriptor_ = open(file.c_str(), O_PATH | O_CLOEXEC);
+}
+
+std::optional<ProfileFile::Stamp> ProfileFile::Handle::Look() const {
+  struct stat status {};
+  if (descriptor_ < 0 || fstat(descriptor_, &status) != 0) return std::nullopt;
+  return Stamp(status);
+}
+
 std::optional<ProfileFile::Stamp> ProfileFile::StampOf(const std::filesystem::path& file) const {
   struct stat status {};
   if (file.empty() || stat(file.c_str(), &status) != 0) return std::nullopt;
-  return Stamp{status.st_dev, status.st_ino, status.st_size, TimeOf(status.st_mtim), TimeOf(status.st_ctim)};
+  return Stamp(status);
 }
 
 void ProfileFile::Refresh() {
+  // The time is taken before the file is looked at and read: what changes later gets a later stamp, or is
+  // read. The change time is looked at, since unlike the modification time it cannot be set at will.
+  const std::chrono::nanoseconds now = FileClockNow();
+  const bool nameIsTrusted = now >= nameChecked_ && now - nameChecked_ < nameTrusted;
+  if (stamp_ && nameIsTrusted && handle_.Look() == stamp_) return;
   std::optional<Stamp> stamp = StampOf(file_);
+  nameChecked_ = now;
   if (stamp && stamp == stamp_) return;
   if (!stamp) {
     file_ = path_();
     stamp = StampOf(file_);
   }
-  // The time is taken before the file is read: what changes later gets a later stamp, or is read. The
-  // change time is looked at, since unlike the modification time it cannot be set at will.
-  const bool settled = stamp && FileClockNow() - stamp->changed > longestTick;
+  const bool settled = stamp && now - stamp->changed > longestTick;
   std::optional<std::string> content = stamp ? ReadWholeFile(file_) : std::nullopt;
   stamp_ = settled && content ? stamp : std::nullopt;
+  if (stamp_) handle_.Open(file_);
   Take(content ? BytesFromFileText(*content) : std::string());
 }
 

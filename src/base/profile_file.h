@@ -22,6 +22,8 @@
 #include <unordered_map>
 #include <vector>
 
+struct stat;
+
 namespace quarlin {
 
 class ProfileFile {
@@ -42,7 +44,8 @@ class ProfileFile {
   std::string ReadProfileString(std::string_view section, std::string_view key);
 
   // Takes in a change of the file; one query of its state when there was none. What the calls below return
-  // stays valid until then.
+  // stays valid until then. A change of the file, its removal and another in its place show at once; that a
+  // folder above it or a link to it leads elsewhere shows a millisecond later at the latest.
   void Refresh();
 
   // Differs whenever Refresh found other content than before.
@@ -55,12 +58,15 @@ class ProfileFile {
  private:
   // What tells two states of a file apart.
   struct Stamp {
+    explicit Stamp(const struct stat& status);
+    bool operator==(const Stamp&) const = default;
+
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
+    std::uint64_t links = 0;
     std::int64_t size = 0;
     std::chrono::nanoseconds modified{};
     std::chrono::nanoseconds changed{};
-    bool operator==(const Stamp&) const = default;
   };
 
   struct HashIgnoringCase {
@@ -77,6 +83,20 @@ class ProfileFile {
     std::vector<Entry> entries;
   };
 
+  // A way to the file's state that does not go through its folders.
+  class Handle {
+   public:
+    Handle() = default;
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle();
+    void Open(const std::filesystem::path& file);
+    std::optional<Stamp> Look() const;
+
+   private:
+    int descriptor_ = -1;
+  };
+
   std::optional<Stamp> StampOf(const std::filesystem::path& file) const;
   void Take(std::string text);
   void Parse();
@@ -85,6 +105,8 @@ class ProfileFile {
   std::function<std::filesystem::path()> path_;
   std::filesystem::path file_;
   std::optional<Stamp> stamp_;  // of the state that was read last, once a later change is sure to show in it
+  Handle handle_;
+  std::chrono::nanoseconds nameChecked_{};  // when file_ was last seen to lead to it
   std::string text_;
   NameMap<Section> sections_;
   std::uint64_t revision_ = 0;

@@ -87,7 +87,7 @@ std::int32_t Link::OpenNetwork() {
 }
 
 void Link::OpenInBackground(const std::string& portName, std::string_view settings,
-                          std::function<void()> over) {
+                            std::function<void()> over) {
   if (portName != "NET" || !ChooseNetwork) {
     CommOpen(portName, settings);
     over();

@@ -157,7 +157,7 @@ void FrmMain::WireLink() {
   };
   hooks.stateChanged = [this] { LinkChanged(); };
   hooks.outage = [this](std::string_view line) {
-    modules_->cycle.EndWait();  // the next request goes out when the link is back
+    modules_->cycle.EndWait();            // the next request goes out when the link is back
     modules_->received.RxBuffer.clear();  // half a string is not the beginning of its answer
     modules_->display.AppendError(line, "");
     modules_->logs.Flush();

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <thread>
+#include <vector>
 
 #include "base/files.h"
 #include "support/temp_folder.h"
@@ -136,6 +138,51 @@ TEST_F(ProfileFileTest, AChangeShowsAlsoWhenTheFileLooksTheSame) {
   fs::last_write_time(folder / "new", modified);
   fs::rename(folder / "new", path);
   EXPECT_EQ(Read("A"), "3");
+}
+
+// In a burst of requests the way to the file is not walked each time.
+TEST_F(ProfileFileTest, AChangeInABurstShowsInTheNextRead) {
+  const auto write = [this](const char* name, int value) {
+    WriteWholeFile(folder / name, "[COMMAND]\nA=" + std::to_string(value));
+  };
+  using Change = std::function<void(int value)>;
+  const std::vector<Change> changes{
+      [&](int value) { write("Table.txt", value); },
+      [&](int value) {
+        write("new", value);
+        fs::rename(folder / "new", path);
+      },
+      [&](int value) {
+        fs::rename(path, folder / "old");
+        write("Table.txt", value);
+      },
+      [&](int value) {
+        fs::create_hard_link(path, folder / "other");
+        fs::remove(path);
+        write("Table.txt", value);
+      },
+      [&](int) { fs::remove(path); },
+  };
+  write("Table.txt", 0);
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    std::this_thread::sleep_for(60ms);
+    const std::string before = Read("A");
+    for (int burst = 0; burst < 100; ++burst) ASSERT_EQ(Read("A"), before);
+    changes[i](static_cast<int>(i) + 1);
+    EXPECT_EQ(Read("A"), i + 1 < changes.size() ? std::to_string(i + 1) : "") << i;
+  }
+}
+
+TEST_F(ProfileFileTest, ALinkThatLeadsElsewhereShowsAMillisecondLater) {
+  WriteWholeFile(folder / "1", "[COMMAND]\nA=1");
+  WriteWholeFile(folder / "2", "[COMMAND]\nA=2");
+  fs::create_symlink("1", path);
+  std::this_thread::sleep_for(60ms);
+  for (int burst = 0; burst < 100; ++burst) ASSERT_EQ(Read("A"), "1");
+  fs::remove(path);
+  fs::create_symlink("2", path);
+  std::this_thread::sleep_for(2ms);
+  EXPECT_EQ(Read("A"), "2");
 }
 
 TEST_F(ProfileFileTest, TheRevisionCountsOtherContentOnly) {

@@ -38,9 +38,9 @@ class QtLoop::NotifierWatch : public Watch {
  public:
   NotifierWatch(QtLoop& loop, Watched watched)
       : watched_(std::make_shared<Watched>(std::move(watched))),
-        notifier_(std::make_unique<QSocketNotifier>(
-            watched_->descriptor,
-            watched_->events == POLLIN ? QSocketNotifier::Read : QSocketNotifier::Write)) {
+        notifier_(std::make_unique<QSocketNotifier>(watched_->descriptor, watched_->events == POLLIN
+                                                                              ? QSocketNotifier::Read
+                                                                              : QSocketNotifier::Write)) {
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [&loop, watched = watched_] { loop.Turn(watched.get()); });
   }
