@@ -10,7 +10,8 @@ Dim count, smallest, largest, mean, squares, last, others
 
 Sub InitTask()
   StartAgain
-  FrmCommand.FrameText.Caption = "0 count  1 smallest  2 largest  3 mean  4 deviation  5 last  6 no weight  7 errors"
+  FrmCommand.FrameText.Caption = "0 count  1 smallest  2 largest  3 mean  " & _
+                                 "4 deviation  5 last  6 no weight  7 errors"
   FrmCommand.ChkInput(0).Caption = "ask"
   FrmCommand.ChkInput(1).Caption = "new"
   FrmCommand.ChkInput(0).Value = 1

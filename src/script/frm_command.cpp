@@ -8,6 +8,7 @@
 namespace quarlin {
 namespace {
 
+constexpr std::string_view windowCaption = "Command (FrmCommand)";
 constexpr Color unlit = 0x606060;  // until a script gives it a colour
 constexpr int atRest = 1;
 constexpr int lowerArrow = 2;
@@ -15,11 +16,7 @@ constexpr int lowerArrow = 2;
 }  // namespace
 
 FrmCommandControls::FrmCommandControls(EventLoop& loop)
-    : ControlGroup(loop), ShpOutput(*this, "ShpOutput", unlit), ChkInput(*this, "ChkInput", "") {
-  for (std::size_t i = 0; i < ChkInput.size(); ++i) {
-    ChkInput[i].SetCaption(PaddedDecimal(static_cast<std::int64_t>(i), 1));
-  }
-}
+    : ControlGroup(loop), ShpOutput(*this, "ShpOutput", unlit), ChkInput(*this, "ChkInput", "") {}
 
 FrmCommand::FrmCommand(EventLoop& loop) : controls(loop), loop_(loop) {
   collection_.Add(controls);
@@ -28,11 +25,47 @@ FrmCommand::FrmCommand(EventLoop& loop) : controls(loop), loop_(loop) {
   }
   controls.cmdExit.OnClick = [this] {
     if (OnExit) OnExit();
+    closed_ = true;
     SetVisible(false);
   };
+  BeginAfresh();
+}
+
+void FrmCommand::BeginAfresh() {
+  closed_ = false;
+  caption_ = windowCaption;
+  for (Control* control : controls.Members()) {
+    control->SetEnabled(true);
+    control->SetVisible(true);
+    control->SetToolTipText("");
+    control->SetBackColor(std::nullopt);
+    control->SetForeColor(std::nullopt);
+    control->SetPlace({});
+  }
+  for (std::size_t i = 0; i < controls.TextIO.size(); ++i) controls.TextIO[i].SetText("");
+  for (std::size_t i = 0; i < controls.comboIO.size(); ++i) {
+    controls.comboIO[i].Clear();
+    controls.comboIO[i].SetText("");
+  }
+  controls.txtInput.SetText("");
+  controls.txtOutput.SetText("");
+  for (std::size_t i = 0; i < controls.ShpOutput.size(); ++i) controls.ShpOutput[i].SetFillColor(unlit);
+  for (std::size_t i = 0; i < controls.ChkInput.size(); ++i) {
+    controls.ChkInput[i].SetValue(0);
+    controls.ChkInput[i].SetCaption(PaddedDecimal(static_cast<std::int64_t>(i), 1));
+  }
+  controls.FrameText.SetCaption("General (TextIO - VScrollIO)");
+  controls.FarmeCombo.SetCaption("General (comboIO)");
+  controls.FrameOutput.SetCaption("Output (ShpOutput)");
+  controls.FrameInput.SetCaption("Input (ChkInput)");
+  controls.cmdExit.SetCaption("Exit");
 }
 
 void FrmCommand::Load() {
+  if (closed_) {
+    BeginAfresh();
+    WindowChanged();
+  }
   SpinBusy = true;  // this is no press of a button
   for (std::size_t i = 0; i < controls.VScrollIO.size(); ++i) controls.VScrollIO[i].SetValue(atRest);
   SpinBusy = false;

@@ -1,5 +1,5 @@
 // The command panel: number boxes with spin buttons, choices, texts, lamps and switches that a script
-// puts to its own use. It keeps its values for as long as the program runs.
+// puts to its own use. It keeps its values from one script to the next, until it is closed with Exit.
 #pragma once
 
 #include <functional>
@@ -23,18 +23,18 @@ class NumberedArray : public ControlArray<Kind, count> {
 struct FrmCommandControls : ControlGroup {
   explicit FrmCommandControls(EventLoop& loop);
 
-  Frame FrameText{*this, "FrameText", "General (TextIO - VScrollIO)"};
+  Frame FrameText{*this, "FrameText", ""};
   NumberedArray<TextBox, 8> TextIO{*this, "TextIO", ""};
   NumberedArray<ScrollBar, 8> VScrollIO{*this, "VScrollIO", 0, 2, 1};  // 0 upper arrow, 1 at rest, 2 lower
-  Frame FarmeCombo{*this, "FarmeCombo", "General (comboIO)"};
+  Frame FarmeCombo{*this, "FarmeCombo", ""};
   NumberedArray<ComboBox, 20> comboIO{*this, "comboIO", std::vector<std::string>(), ""};
   TextBox txtInput{*this, "txtInput"};
   TextBox txtOutput{*this, "txtOutput"};
-  Frame FrameOutput{*this, "FrameOutput", "Output (ShpOutput)"};
+  Frame FrameOutput{*this, "FrameOutput", ""};
   NumberedArray<Shape, 24> ShpOutput;
-  Frame FrameInput{*this, "FrameInput", "Input (ChkInput)"};
+  Frame FrameInput{*this, "FrameInput", ""};
   NumberedArray<CheckBox, 24> ChkInput;
-  CommandButton cmdExit{*this, "cmdExit", "Exit"};
+  CommandButton cmdExit{*this, "cmdExit", ""};
 };
 
 class FrmCommand {
@@ -47,7 +47,8 @@ class FrmCommand {
   const std::string& Caption() const { return caption_; }
   void SetCaption(std::string_view caption);
 
-  // Brings the spin buttons to rest. The window stays as it is: hidden at first.
+  // Brings the spin buttons to rest; a panel that was closed with Exit begins afresh. The window stays as
+  // it is: hidden at first.
   void Load();
 
   // Shown beside the main window, which goes on.
@@ -64,12 +65,14 @@ class FrmCommand {
   std::function<void()> OnWindowChanged;
 
  private:
+  void BeginAfresh();
   void VScrollIO_Change(std::size_t index);
   void WindowChanged() const;
 
   EventLoop& loop_;
   ControlCollection collection_;
-  std::string caption_ = "Command (FrmCommand)";
+  std::string caption_;
+  bool closed_ = false;  // with Exit
   bool visible_ = false;
   bool topMost_ = false;
   bool SpinBusy = false;

@@ -128,7 +128,9 @@ void ScriptHost::EnableScript() {
   choice_.ScriptTopMost = false;
   choice_.ScriptShowCommand = false;
   if (ListScripts(parts_.folder.Path(), ".vbs").empty()) {
-    Hooks.note("no script runs: there is no *.vbs file in the program folder");
+    constexpr std::string_view why = "no script runs: there is no *.vbs file in the program folder";
+    Hooks.note(why);
+    if (!ShowList) parts_.prompts.ShowMessage(why, "SCRIPT");  // nobody sees the status bar
     return;
   }
   ChooseScript();

@@ -297,6 +297,9 @@ TEST_F(ScriptRig, ObjectsKeepTheirValuesFromOneScriptToTheNext) {
   Enable("Sub InitTask: RichAppendText 0, Interval & TextIO(0) & CharReceived.OutputString: End Sub");
   EXPECT_EQ(Shown(), Lines{"507kept"});
   EXPECT_TRUE(controls().script.tmrTask.Enabled());
+  frm.Script().Panel().controls.cmdExit.Click();
+  Enable("Sub InitTask: RichAppendText 0, Interval & TextIO(0) & CharReceived.OutputString: End Sub");
+  EXPECT_EQ(Shown(), (Lines{"507kept50kept"}));  // the panel begins afresh, the objects do not
 }
 
 // A procedure that takes away what it stands on, and what is left then.
@@ -388,6 +391,9 @@ TEST_F(ScriptRig, WithoutAWindowTheNamedScriptIsTaken) {
   std::filesystem::rename(folder / "other.vbs", folder / "a.vbs");
   EXPECT_FALSE(load());
   EXPECT_EQ(prompts.shown, Lines{"SCRIPT: OTHER.vbs is not there; scripting is switched off"});
+  std::filesystem::rename(folder / "a.vbs", folder / "a.js");
+  EXPECT_TRUE(load());
+  EXPECT_EQ(prompts.shown.back(), "SCRIPT: no script runs: there is no *.vbs file in the program folder");
 }
 
 struct MemberCase {

@@ -39,6 +39,25 @@ class QtPromptsTest : public QObject {
     QVERIFY(window.findChild<QMessageBox*>() == nullptr);
   }
 
+  void aGiantTextLeavesTheButtonsOnTheScreen() {
+    const std::string lines = [] {
+      std::string text;
+      for (int i = 0; i < 1000; ++i) text += "line\r\n";
+      return text;
+    }();
+    QtPrompts prompts;
+    for (const std::string& text : {std::string(2000000, 'x'), lines}) {
+      bool fits = false;
+      QTimer::singleShot(0, this, [&] {
+        QWidget* box = QApplication::activeModalWidget();
+        fits = box->sizeHint().height() < 700;
+        box->close();
+      });
+      prompts.ShowMessage(text, "title");
+      QVERIFY(fits);
+    }
+  }
+
   void outlivesItsWindow() {
     auto* window = new QWidget;
     QtPrompts prompts;

@@ -197,6 +197,19 @@ class ScriptWindowsTest : public QObject {
     QCOMPARE(port.geometry(), before);
   }
 
+  void theWindowGrowsWithTheCaptionsButOnlyThen() {
+    Rig rig("");
+    rig.Panel().SetVisible(true);
+    QWidget& panel = rig.PanelWindow();
+    const int before = panel.width();
+    rig.Panel().controls.ChkInput[0].SetCaption("a switch of some words");
+    QTRY_VERIFY(panel.width() > before);
+    panel.resize(400, 300);
+    rig.Panel().controls.ChkInput[13].SetCaption("1");
+    QTest::qWait(80);
+    QCOMPARE(panel.size(), QSize(400, 300));
+  }
+
   void everyControlOfThePanelIsThereOnceReachableAndExplained() {
     Rig rig("");
     rig.Panel().SetVisible(true);

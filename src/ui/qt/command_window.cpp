@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -57,12 +58,11 @@ constexpr int lampsInARow = 12;
 
 }  // namespace
 
-CommandWindow::CommandWindow(FrmCommand& panel) : panel_(panel) {
+CommandWindow::CommandWindow(FrmCommand& panel) : panel_(panel), contents_(new QWidget) {
   setObjectName("commandWindow");
   setProperty("placeable", true);
   setAttribute(Qt::WA_ShowWithoutActivating);  // the script's panel does not take the keyboard
-  auto* contents = new QWidget;
-  auto* column = new QVBoxLayout(contents);
+  auto* column = new QVBoxLayout(contents_);
   for (QWidget* part : {MakeNumbers(), MakeChoices(), MakeTexts(), MakeLamps(), MakeSwitches(), MakeExit()}) {
     column->addWidget(part);
   }
@@ -71,12 +71,13 @@ CommandWindow::CommandWindow(FrmCommand& panel) : panel_(panel) {
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidgetResizable(true);
   scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setWidget(contents);
+  scroll->setWidget(contents_);
   auto* whole = new QVBoxLayout(this);
   whole->setContentsMargins(0, 0, 0, 0);
   whole->addWidget(scroll);
   binder_ = std::make_unique<Binder>(panel.Collection(), *this);
-  resize(contents->sizeHint() + QSize(4, 4));
+  MakeRoom();
+  contents_->installEventFilter(this);
 }
 
 CommandWindow::~CommandWindow() = default;
@@ -177,6 +178,18 @@ void CommandWindow::ShowState() {
   winId();  // makes the window, which may not have been shown yet
   windowHandle()->setFlag(Qt::WindowStaysOnTopHint, panel_.TopMost());
   if (isVisible() != panel_.Visible()) setVisible(panel_.Visible());
+}
+
+bool CommandWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest) MakeRoom();
+  return QWidget::eventFilter(watched, event);
+}
+
+void CommandWindow::MakeRoom() {
+  const QSize wanted = (contents_->sizeHint() + QSize(4, 4)).boundedTo(screen()->availableSize());
+  const bool grows = wanted.width() > room_.width() || wanted.height() > room_.height();
+  room_ = wanted;
+  if (grows) resize(size().expandedTo(wanted));  // else the user may have made the window smaller
 }
 
 void CommandWindow::closeEvent(QCloseEvent* event) {

@@ -28,7 +28,11 @@ class CommandWindow : public QWidget {
   // Means Exit: switches scripting off.
   void closeEvent(QCloseEvent* event) override;
 
+  // Of the contents: a long caption that a script sets makes the window grow, as far as the screen goes.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
+  void MakeRoom();
   QWidget* MakeNumbers();
   QWidget* MakeChoices();
   QWidget* MakeTexts();
@@ -37,6 +41,8 @@ class CommandWindow : public QWidget {
   QWidget* MakeExit();
 
   FrmCommand& panel_;
+  QWidget* contents_;
+  QSize room_;  // that the contents wanted last
   std::unique_ptr<Binder> binder_;
 };
 

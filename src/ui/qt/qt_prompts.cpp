@@ -16,6 +16,14 @@ QString Shown(std::u16string_view text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+// The start of a text that would take minutes to lay out, or push the buttons off the screen.
+QString Shortened(const QString& text) {
+  constexpr qsizetype mostCharacters = 2048;
+  constexpr qsizetype mostLines = 32;
+  const QString start = text.left(mostCharacters).section('\n', 0, mostLines - 1);
+  return start.size() < text.size() ? start + QChar(0x2026) : text;
+}
+
 QMessageBox::StandardButton StandardButtonOf(BoxButton button) {
   switch (button) {
     case BoxButton::Ok:
@@ -61,7 +69,7 @@ QWidget* QtPrompts::Parent() const {
 }
 
 QMessageBox* QtPrompts::MakeBox(const QString& text, const QString& title) const {
-  auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::NoButton, Parent());
+  auto* box = new QMessageBox(QMessageBox::NoIcon, title, Shortened(text), QMessageBox::NoButton, Parent());
   box->setObjectName("messageBox");
   box->setTextFormat(Qt::PlainText);
   box->setWindowFlag(Qt::WindowStaysOnTopHint);
@@ -104,7 +112,7 @@ std::optional<std::u16string> QtPrompts::InputBox(std::u16string_view prompt, st
   const QPointer<QInputDialog> box = new QInputDialog(Parent());
   box->setObjectName("inputBox");
   box->setWindowTitle(Shown(title));
-  box->setLabelText(Shown(prompt));
+  box->setLabelText(Shortened(Shown(prompt)));
   box->setTextValue(Shown(proposal));
   box->setWindowFlag(Qt::WindowStaysOnTopHint);
   Run(*box);
