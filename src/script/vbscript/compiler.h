@@ -97,6 +97,7 @@ class Compiler {
   void AssignVariable(Operand place, const ast::Expression& value, PutKind kind);
   void Store(const ast::Expression& target, Operand value, PutKind kind);
   void StoreByName(const ast::Expression& target, const ast::Expression* call, Operand value, PutKind kind);
+  std::uint32_t PlainIndices(const ast::Expression& call);
   Operand PlaceToIndex(const ast::Expression& expression);
   void CallStatement(const ast::Expression& expression);
   void If(const ast::Statement& statement);

@@ -175,22 +175,39 @@ void Compiler::Store(const Expression& target, Operand value, PutKind kind) {
               count);
     return;
   }
+  const std::uint32_t first =
+      named.kind == ExpressionKind::Call ? PlainIndices(*call) : ArgumentsByValue(call);
+  if (kind == PutKind::Let && named.kind == ExpressionKind::Call) {
+    const Operand plain = Operand::In(Space::Register, out_.Take());
+    out_.Emit(Op::Let, plain, value);
+    value = plain;
+  }
   const Operand indexed = PlaceToIndex(named);
-  const std::uint32_t first = ArgumentsByValue(call);
   out_.Emit(kind == PutKind::Let ? Op::PutIndex : Op::SetIndex, indexed, value, {first}, noSite, count);
 }
 
-// What a(1)(2) = v indexes: the element a(1) where it stands, rather than a copy of it.
+// Indices, and not objects that stand for them: a default property that runs now cannot take away the
+// element that is about to be found.
+std::uint32_t Compiler::PlainIndices(const Expression& call) {
+  const std::uint32_t first = ArgumentsByValue(&call);
+  for (std::size_t i = 1; i < call.operands.size(); ++i) {
+    const Operand index = {first + static_cast<std::uint32_t>(i) - 1};
+    if (call.operands[i]->kind != ExpressionKind::Literal) out_.Emit(Op::Let, index, index);
+  }
+  return first;
+}
+
+// What a(1)(2) = v indexes: the element a(1) where it stands, rather than a copy of it. All indices come
+// first, as a procedure among them may change the array.
 Operand Compiler::PlaceToIndex(const Expression& expression) {
   if (expression.kind != ExpressionKind::Call) return Compile(expression);
   const Expression& callee = *expression.operands[0];
   const auto variable = PlaceOf(callee);
   if (!variable && callee.kind != ExpressionKind::Call) return Compile(expression);
+  const std::uint32_t first = PlainIndices(expression);
   const Operand array = variable ? *variable : PlaceToIndex(callee);
   const std::uint32_t element = out_.Take();
-  const std::uint32_t first = ArgumentsByValue(&expression);
   out_.Emit(Op::ElementPlace, {element}, array, {first}, noSite, expression.operands.size() - 1);
-  out_.BackTo(element + 1);
   out_.MayHoldObject({element});
   return Operand::In(Space::Parameter, element);
 }

@@ -64,7 +64,12 @@ std::int64_t CurrencyOf(double value) {
   constexpr double end = 9223372036854775808.0;
   const double scaled = std::nearbyint(value * static_cast<double>(currencyScale));
   if (!(scaled >= -end && scaled < end)) throw ScriptError(overflow);
-  return static_cast<std::int64_t>(scaled);
+  // Beyond this the product has no room for every ten-thousandth, while whole part and rest have.
+  constexpr double exactlyScaled = 1e11;
+  if (std::abs(value) < exactlyScaled) return static_cast<std::int64_t>(scaled);
+  const double whole = std::trunc(value);
+  return static_cast<std::int64_t>(whole) * currencyScale +
+         std::llround((value - whole) * static_cast<double>(currencyScale));
 }
 
 double CheckedDate(double days) {

@@ -6,17 +6,9 @@
 #include "script/vbscript/conversions.h"
 
 namespace quarlin::vbs {
-namespace {
-
-constexpr std::size_t mostIndices = 60;
-
-}  // namespace
-
-Value& ElementOf(ArrayBody& array, Arguments indices) {
-  std::array<std::int32_t, mostIndices> numbers;
-  if (indices.size() > mostIndices) throw ScriptError(subscriptOutOfRange);
-  for (std::size_t i = 0; i < indices.size(); ++i) numbers[i] = ToLong(indices[i].Followed());
-  return array.At({numbers.data(), indices.size()});
+IndexNumbers::IndexNumbers(Arguments indices) : count_(indices.size()) {
+  if (count_ > numbers_.size()) throw ScriptError(subscriptOutOfRange);
+  for (std::size_t i = 0; i < count_; ++i) numbers_[i] = ToLong(indices[i].Followed());
 }
 
 Value LetValue(const Value& value) {
@@ -26,7 +18,10 @@ Value LetValue(const Value& value) {
 }
 
 Value IndexValue(const Value& target, Arguments indices, std::u16string_view name) {
-  if (target.IsArray()) return ElementOf(target.AsArray(), indices);
+  if (target.IsArray()) {
+    const IndexNumbers numbers(indices);
+    if (target.IsArray()) return target.AsArray().At(numbers.Span());
+  }
   if (!target.IsObject()) throw ScriptError(typeMismatch, name);
   if (target.IsNothing()) throw ScriptError(objectNotSet, name);
   const ObjectRef object(target.AsObject());
@@ -38,7 +33,9 @@ void PutIndexed(Value& target, Arguments indices, const Value& value, PutKind ki
   if (target.IsArray()) {
     Value stored = kind == PutKind::Let ? LetValue(value) : value;
     if (kind == PutKind::Set && !stored.IsObject()) throw ScriptError(objectRequired);
-    Value& element = ElementOf(target.OwnArray(), indices);
+    const IndexNumbers numbers(indices);
+    if (!target.IsArray()) throw ScriptError(typeMismatch, name);  // a default property has changed it
+    Value& element = target.OwnArray().At(numbers.Span());
     element.Swap(stored);  // what the element held goes after the array is whole again
     return;
   }

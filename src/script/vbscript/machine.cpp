@@ -298,7 +298,8 @@ void Machine::Explain(ScriptError& error) const {
   const Instruction& failed = *frame.instruction;
   if (!error.culprit.empty()) return;
   if (failed.op == Op::CallBuiltin) error.culprit = symbols_.BuiltinAt(failed.d).name;
-  const bool binary = failed.op >= Op::Add && failed.op <= Op::Imp;
+  const bool binary = (failed.op >= Op::Add && failed.op <= Op::Imp) ||
+                      (failed.op >= Op::JumpIfEqual && failed.op <= Op::JumpUnlessGreaterEqual);
   if (binary && error.number == typeMismatch) {
     const auto valueOf = [&](Operand operand) -> Value {
       switch (operand.GetSpace()) {

@@ -124,8 +124,9 @@ bool QuickNext(Value& counter, const Value* bounds, bool& again) {
 }
 
 void ElementPlace(Value& reg, Value& array, Arguments indices) {
-  Value element =
-      array.IsArray() ? Value::To(ElementOf(array.OwnArray(), indices)) : IndexValue(array, indices);
+  // The indices are plain, so nothing runs that could change the array in between.
+  Value element = array.IsArray() ? Value::To(array.OwnArray().At(IndexNumbers(indices).Span()))
+                                  : IndexValue(array, indices);
   reg.Swap(element);
 }
 
@@ -419,6 +420,7 @@ Value Machine::Loop(std::size_t entry) {
 
       case Op::ResumeNext:
         frame->resumeNext = true;
+        err_->Clear();
         break;
       case Op::GoToZero:
         frame->resumeNext = false;

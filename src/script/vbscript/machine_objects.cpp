@@ -184,12 +184,10 @@ void Machine::Erase(Value& array) {
 }
 
 void Machine::PutBack(Value& array, const Value* indices, std::size_t count, const Value& element) {
-  if (!array.IsArray()) return;
-  std::array<std::int32_t, mostBounds> numbers;
-  for (std::size_t i = 0; i < count; ++i) numbers[i] = ToLong(indices[i]);
-  const std::span<const std::int32_t> place(numbers.data(), count);
-  if (Unchanged(array.AsArray().At(place), element)) return;
-  array.OwnArray().At(place) = element;
+  if (!array.IsArray()) return;  // the default member of an object was read
+  const IndexNumbers numbers({indices, count});
+  if (!array.IsArray() || Unchanged(array.AsArray().At(numbers.Span()), element)) return;
+  array.OwnArray().At(numbers.Span()) = element;
 }
 
 Value Machine::Execute(Op op, const Value& text) {

@@ -51,3 +51,10 @@ x = UBound(5) : Print Err.Number : Err.Clear  ' expect: 13
 x = a("k") : Print Err.Number : Err.Clear  ' expect: 13
 x = a & "" : Print Err.Number : Err.Clear  ' expect: 13
 x = 5 : y = x(0) : Print Err.Number : Err.Clear  ' expect: 13
+n = Array(1, Array(2, Array(3, 4))) : n(1)(1)(0) = 5 : Print n(1)(1)(0), n(1)(1)(1)  ' expect: 5 4
+Function Dropping() : n = Empty : Dropping = 1 : End Function
+n(1)(Dropping()) = 2 : Print Err.Number, IsEmpty(n) : Err.Clear  ' expect: 13 True
+Class Dropper : Public Default Property Get Value : n = Empty : Value = 1 : End Property : End Class
+n = Array(1) : n(0) = New Dropper : Print Err.Number, IsEmpty(n)  ' expect: 13 True
+n = Array(Array(1, 2), 3) : n(0)(New Dropper) = 5 : Print IsEmpty(n)  ' expect: True
+n = Array(1, 2) : n(New Dropper) = 5 : Print IsEmpty(n)  ' expect: True

@@ -27,9 +27,10 @@ Sub Check(limit)
   Print "within"
 End Sub
 Check 3  ' expect: within
+x = 1 / 0 : On Error Resume Next : Print Err.Number, Err.Description & "|"  ' expect: 0 |
 Check 9
 Print Err.Number, Err.Source, Err.Description  ' expect: 1234 Check limit is 9
 On Error Goto 0
 Print Err.Number, Err.Description & "|"  ' expect: 0 |
 Err.Raise 77, "host", "seen by the host"
-' ends with error 77 line 34 column 0
+' ends with error 77 line 35 column 0
