@@ -14,33 +14,44 @@
 namespace quarlin::vbs {
 namespace {
 
-constexpr std::array<std::u16string_view, 12> names{u"a", u"b", u"c", u"d", u"x", u"F", u"S", u"o", u"Prop",
-                                                    u"Item", u"Count", u"dict"};
+constexpr std::array<std::u16string_view, 12> names{u"a", u"b", u"c",    u"d",    u"x",     u"F",
+                                                    u"S", u"o", u"Prop", u"Item", u"Count", u"dict"};
 constexpr std::array<std::u16string_view, 24> operators{
-    u"+", u"-", u"*", u"/", u"\\", u" Mod ", u"^", u"&", u"=", u"<>", u"<", u">", u"<=",
-    u">=", u" And ", u" Or ", u" Xor ", u" Eqv ", u" Imp ", u" Is ", u"+", u"&", u"=", u"-"};
+    u"+",  u"-",  u"*",     u"/",    u"\\",    u" Mod ", u"^",     u"&",    u"=", u"<>", u"<", u">",
+    u"<=", u">=", u" And ", u" Or ", u" Xor ", u" Eqv ", u" Imp ", u" Is ", u"+", u"&",  u"=", u"-"};
 constexpr std::array<std::u16string_view, 24> literals{
-    u"0", u"1", u"-1", u"2.5", u"32767", u"2147483647", u"1E308", u"\"\"", u"\"12\"", u"\"abc\"", u"True",
-    u"Null", u"Empty", u"Nothing", u"#1/31/2024#", u"&HFFFF", u"vbCrLf", u"Array(3, 1, 2)", u"New K",
-    u"CCur(\"922337203685477.5807\")", u"CByte(255)", u"GetRef(\"F\")", u"Err",
-    u"CreateObject(\"Scripting.Dictionary\")"};
+    u"0",           u"1",
+    u"-1",          u"2.5",
+    u"32767",       u"2147483647",
+    u"1E308",       u"\"\"",
+    u"\"12\"",      u"\"abc\"",
+    u"True",        u"Null",
+    u"Empty",       u"Nothing",
+    u"#1/31/2024#", u"&HFFFF",
+    u"vbCrLf",      u"Array(3, 1, 2)",
+    u"New K",       u"CCur(\"922337203685477.5807\")",
+    u"CByte(255)",  u"GetRef(\"F\")",
+    u"Err",         u"CreateObject(\"Scripting.Dictionary\")"};
 constexpr std::array<std::u16string_view, 44> functions{
-    u"Len",    u"Mid",     u"Left",     u"Right",    u"InStr",    u"InStrRev", u"Replace",  u"Split",
-    u"Join",   u"Filter",  u"Array",    u"UBound",   u"LBound",   u"CInt",     u"CLng",     u"CDbl",
-    u"CStr",   u"CDate",   u"CCur",     u"Hex",      u"Oct",      u"Round",    u"Int",      u"Fix",
-    u"Rnd",    u"Chr",     u"Asc",      u"String",   u"Space",    u"DateAdd",  u"DateDiff", u"DatePart",
-    u"Format", u"FormatNumber", u"FormatDateTime", u"TypeName", u"IsNumeric", u"StrReverse", u"Eval",
-    u"F",      u"o.Prop",  u"DateSerial", u"StrComp", u"Sqr"};
+    u"Len",      u"Mid",       u"Left",       u"Right",    u"InStr",  u"InStrRev",     u"Replace",
+    u"Split",    u"Join",      u"Filter",     u"Array",    u"UBound", u"LBound",       u"CInt",
+    u"CLng",     u"CDbl",      u"CStr",       u"CDate",    u"CCur",   u"Hex",          u"Oct",
+    u"Round",    u"Int",       u"Fix",        u"Rnd",      u"Chr",    u"Asc",          u"String",
+    u"Space",    u"DateAdd",   u"DateDiff",   u"DatePart", u"Format", u"FormatNumber", u"FormatDateTime",
+    u"TypeName", u"IsNumeric", u"StrReverse", u"Eval",     u"F",      u"o.Prop",       u"DateSerial",
+    u"StrComp",  u"Sqr"};
 
 class Writer {
  public:
   Writer(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
 
   std::u16string Program() {
-    text_ = u"Class K : Public Count : Private m : Public Default Property Get Prop(i) : Prop = m : End Property\r\n"
-            u"Public Property Let Prop(i, v) : m = v : End Property\r\n"
-            u"Private Sub Class_Terminate : x = x & \"t\" : End Sub : End Class\r\nDim a(3), dict\r\n"
-            u"Set dict = CreateObject(\"Scripting.Dictionary\")\r\nSet o = New K\r\n";
+    text_ =
+        u"Class K : Public Count : Private m : Public Default Property Get Prop(i) : Prop = m : End "
+        u"Property\r\n"
+        u"Public Property Let Prop(i, v) : m = v : End Property\r\n"
+        u"Private Sub Class_Terminate : x = x & \"t\" : End Sub : End Class\r\nDim a(3), dict\r\n"
+        u"Set dict = CreateObject(\"Scripting.Dictionary\")\r\nSet o = New K\r\n";
     if (Next() % 2 == 0) text_ += u"On Error Resume Next\r\n";
     Block(0);
     text_ += u"Function F(p)\r\n";
@@ -88,7 +99,8 @@ class Writer {
       case 0:
         return Within(u"If " + Expression(0) + u" Then", u"End If", depth);
       case 1:
-        return Within(u"For " + Pick(names) + u" = " + Expression(2) + u" To " + Expression(2), u"Next", depth);
+        return Within(u"For " + Pick(names) + u" = " + Expression(2) + u" To " + Expression(2), u"Next",
+                      depth);
       case 2:
         return Within(u"For Each x In " + Expression(1), u"Next", depth);
       case 3:

@@ -50,24 +50,24 @@ struct Declarator {
 };
 
 enum class StatementKind {
-  Dim,        // declarators with literal bounds; also Public and Private at script level
-  ReDim,      // declarators with their bounds, `preserve`; expressions[i] (a name or a member) is what is sized
-  Const,      // declarators[i] = expressions[i] (literals, perhaps with a sign)
-  Let,        // expressions[0] = expressions[1]
-  Set,        // Set expressions[0] = expressions[1]
-  Call,       // expressions[0] is a Name, Member or Call, done for its effect. `S 1, 2` is a Call expression
-              // too; `S (x)` one whose only argument is a Parenthesis, but Call S(x) one without
-  If,         // branches (condition and block), otherwise in `otherwise`
-  Select,     // expressions[0]; branches with the case's `tests`, otherwise in `otherwise`
-  For,        // expressions: counter, from, to, perhaps step; body
-  ForEach,    // expressions: item, collection; body
-  While,      // expressions[0]; body: While ... Wend
-  Do,         // `loop` says which; expressions[0] where there is a condition; body
-  With,       // expressions[0]; body
-  Exit,       // exit
-  OnError,    // resumeNext
-  Erase,      // expressions
-  Nop         // a label-less empty statement that has a place of its own
+  Dim,      // declarators with literal bounds; also Public and Private at script level
+  ReDim,    // declarators with their bounds, `preserve`; expressions[i] (a name or a member) is what is sized
+  Const,    // declarators[i] = expressions[i] (literals, perhaps with a sign)
+  Let,      // expressions[0] = expressions[1]
+  Set,      // Set expressions[0] = expressions[1]
+  Call,     // expressions[0] is a Name, Member or Call, done for its effect. `S 1, 2` is a Call expression
+            // too; `S (x)` one whose only argument is a Parenthesis, but Call S(x) one without
+  If,       // branches (condition and block), otherwise in `otherwise`
+  Select,   // expressions[0]; branches with the case's `tests`, otherwise in `otherwise`
+  For,      // expressions: counter, from, to, perhaps step; body
+  ForEach,  // expressions: item, collection; body
+  While,    // expressions[0]; body: While ... Wend
+  Do,       // `loop` says which; expressions[0] where there is a condition; body
+  With,     // expressions[0]; body
+  Exit,     // exit
+  OnError,  // resumeNext
+  Erase,    // expressions
+  Nop       // a label-less empty statement that has a place of its own
 };
 
 enum class LoopKind { Forever, WhileFirst, UntilFirst, WhileLast, UntilLast };
