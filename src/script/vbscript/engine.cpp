@@ -30,8 +30,4 @@ Value Engine::Run(std::u16string_view name, Arguments arguments) {
   return machine_->RunNamed(name, arguments);
 }
 
-bool Engine::Running() const {
-  return machine_->Running();
-}
-
 }  // namespace quarlin::vbs

@@ -38,9 +38,6 @@ class Engine {
   // Runs a Sub or Function. Error 13 when there is none of that name. Yields where the script does.
   Value Run(std::u16string_view name, Arguments arguments = {});
 
-  // Calls of this engine's code that are on the stack right now.
-  bool Running() const;
-
  private:
   std::unique_ptr<Machine> machine_;
 };

@@ -14,10 +14,6 @@ void SetLimit(std::size_t bytes) {
   limit = bytes;
 }
 
-std::size_t InUse() {
-  return inUse;
-}
-
 void Charge(std::size_t bytes) {
   if (bytes > limit || inUse > limit - bytes) throw ScriptError(outOfMemory);
   inUse += bytes;

@@ -8,7 +8,6 @@ namespace quarlin::vbs::heap {
 
 // The most that all values together may take; 1 GiB unless it was changed.
 void SetLimit(std::size_t bytes);
-std::size_t InUse();
 
 // Counts memory that is about to be taken. Throws ScriptError 7 when the limit would be passed, and then
 // counts nothing.

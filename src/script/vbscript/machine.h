@@ -85,7 +85,6 @@ class Machine {
   void AddCode(std::u16string_view source);
   bool HasProcedure(std::u16string_view name) const;
   Value RunNamed(std::u16string_view name, Arguments arguments);
-  bool Running() const { return nesting_ > 0; }
 
   // A procedure or method, from outside the loop.
   Value RunSlot(std::size_t slot, Instance* me, Arguments arguments);
