@@ -9,24 +9,10 @@
 #include "script/jscript/engine.h"
 #include "script/serial_string.h"
 #include "script/vbscript_engine.h"
+#include "support/quiet_services.h"
 
 namespace quarlin {
 namespace {
-
-class QuietServices : public vbs::Services {
- public:
-  const Clock& Time() const override { return clock_; }
-  int MsgBox(std::u16string_view, std::int32_t, std::u16string_view) override { return 1; }
-  std::optional<std::u16string> InputBox(std::u16string_view, std::u16string_view,
-                                         std::u16string_view) override {
-    return std::nullopt;
-  }
-  std::filesystem::path Folder() const override { return {}; }
-  bool MayGoOn() override { return true; }
-
- private:
-  SystemClock clock_;
-};
 
 constexpr std::u16string_view basicHooks =
     u"Sub HandOn\r\nStringReceived.OutputString = StringReceived.InputString\r\nEnd Sub\r\n"
@@ -51,28 +37,28 @@ void Hook(benchmark::State& state, ScriptEngine& engine, std::u16string_view cod
 }
 
 void VbscriptCharacter(benchmark::State& state) {
-  QuietServices services;
+  vbs::QuietServices services;
   VbscriptEngine engine(services);
   Hook(state, engine, basicHooks, u"HandOn", "7");
 }
 BENCHMARK(VbscriptCharacter)->Name("VBScript/character");
 
 void VbscriptString(benchmark::State& state) {
-  QuietServices services;
+  vbs::QuietServices services;
   VbscriptEngine engine(services);
   Hook(state, engine, basicHooks, u"Shorten", "W,+0001.250,kg\r\n");
 }
 BENCHMARK(VbscriptString)->Name("VBScript/string");
 
 void JscriptCharacter(benchmark::State& state) {
-  QuietServices services;
+  vbs::QuietServices services;
   jscript::Engine engine(services);
   Hook(state, engine, javaHooks, u"HandOn", "7");
 }
 BENCHMARK(JscriptCharacter)->Name("JScript/character");
 
 void JscriptString(benchmark::State& state) {
-  QuietServices services;
+  vbs::QuietServices services;
   jscript::Engine engine(services);
   Hook(state, engine, javaHooks, u"Shorten", "W,+0001.250,kg\r\n");
 }

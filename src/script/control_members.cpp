@@ -35,7 +35,7 @@ Value Number(int number) {
   return Value::Long(number);
 }
 
-// --- what every control has
+// What every control has.
 
 template <std::optional<double> Placement::*side>
 Value GetSide(Control& control, Arguments) {
@@ -80,7 +80,7 @@ constexpr std::array<Row, 12> commonRows{{
      }},
 }};
 
-// --- what several kinds have
+// What several kinds have.
 
 template <class Kind>
 Kind& As(Control& control) {
@@ -104,7 +104,7 @@ constexpr Row captionRow{
     [](Control& c, Arguments) { return TextValue(As<Kind>(c).Caption()); },
     [](Control& c, Arguments, const Value& v) { As<Kind>(c).SetCaption(BytesOfValue(v)); }};
 
-// --- the lists of combo boxes and list boxes
+// The lists of combo boxes and list boxes.
 
 const std::string& ItemText(const std::string& item) {
   return item;
@@ -196,7 +196,7 @@ void PutSelectedText(Control& control, Arguments, const Value& value) {
   box.SetListIndex(found);
 }
 
-// --- one kind each
+// One kind each.
 
 // True, as the language has it, is -1; a check box counts as checked with any number but 0 and 2.
 void PutCheck(Control& control, Arguments, const Value& value) {

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "quiet_services.h"
 #include "script/vbscript/engine.h"
 #include "script/vbscript/heap.h"
+#include "support/quiet_services.h"
 
 namespace quarlin::vbs {
 namespace {

@@ -7,6 +7,7 @@
 #include "script/jscript/source_names.h"
 #include "script/vbscript/array.h"
 #include "script/vbscript/conversions.h"
+#include "support/quiet_services.h"
 
 namespace quarlin::jscript {
 namespace {
@@ -130,22 +131,12 @@ struct Panel : vbs::TableObject<Panel> {
   vbs::Ref<Boxes> boxes{new Boxes};
 };
 
-class TestServices : public vbs::Services {
+class TestServices : public vbs::QuietServices {
  public:
-  const Clock& Time() const override { return clock_; }
-  int MsgBox(std::u16string_view, std::int32_t, std::u16string_view) override { return 1; }
-  std::optional<std::u16string> InputBox(std::u16string_view, std::u16string_view,
-                                         std::u16string_view) override {
-    return std::nullopt;
-  }
-  std::filesystem::path Folder() const override { return {}; }
   bool MayGoOn() override { return ++asked < stopAt; }
 
   int asked = 0;
   int stopAt = 1 << 30;
-
- private:
-  SystemClock clock_;
 };
 
 class JscriptTest : public testing::Test {

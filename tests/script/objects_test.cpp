@@ -9,25 +9,10 @@
 #include "script/text_string.h"
 #include "script/timer_task.h"
 #include "script/vbscript_engine.h"
+#include "support/quiet_services.h"
 
 namespace quarlin {
 namespace {
-
-class NoServices : public vbs::Services {
- public:
-  explicit NoServices(const Clock& clock) : clock_(clock) {}
-  const Clock& Time() const override { return clock_; }
-  int MsgBox(std::u16string_view, std::int32_t, std::u16string_view) override { return 1; }
-  std::optional<std::u16string> InputBox(std::u16string_view, std::u16string_view,
-                                         std::u16string_view) override {
-    return std::nullopt;
-  }
-  std::filesystem::path Folder() const override { return "/"; }
-  bool MayGoOn() override { return true; }
-
- private:
-  const Clock& clock_;
-};
 
 class ObjectsRig : public testing::Test {
  protected:
@@ -51,7 +36,7 @@ class ObjectsRig : public testing::Test {
   }
 
   VirtualLoop loop;
-  NoServices services{loop.Clocks()};
+  vbs::QuietServices services;
   FrmCommand panel{loop};
   vbs::Ref<SerialString> out{new SerialString};
   vbs::Ref<TimerTask> task{new TimerTask};

@@ -1,4 +1,4 @@
-// A program around a script that answers every question and shows nothing.
+// A program around a script that shows nothing and answers every question with what was proposed.
 #pragma once
 
 #include "script/vbscript/services.h"
