@@ -16,8 +16,8 @@
 #include "app/arguments.h"
 #include "app/engines.h"
 #include "base/text.h"
+#include "desktop/desktop_text_opener.h"
 #include "link/posix_device.h"
-#include "ui/desktop_shell.h"
 #include "ui/frm_main.h"
 #include "ui/headless.h"
 #include "ui/qt/main_window.h"
@@ -87,8 +87,8 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
   QtLoop loop;
   PosixDeviceSource devices(loop);
   HeadlessPrompts prompts;
-  HeadlessShell shell;
-  FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), true, MakeEngine});
+  NoTextOpener opener;
+  FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), true, MakeEngine});
   const auto watch = EndOnSignal(loop, endings, frm);
   frm.OnLogTrouble = [](std::string_view text) { PrintText(stderr, Utf8FromBytes(text) + "\n"); };
   int status = 0;
@@ -110,8 +110,8 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endin
   QtLoop loop;
   PosixDeviceSource devices(loop);
   QtPrompts prompts;
-  DesktopShell shell(EnvironmentText);
-  FrmMain frm({loop, folder, devices, prompts, shell, UniformGenerator(), false, MakeEngine});
+  DesktopTextOpener opener(EnvironmentText);
+  FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), false, MakeEngine});
   const auto watch = EndOnSignal(loop, endings, frm);
   MainWindow window(frm);
   prompts.SetWindow(&window);

@@ -246,7 +246,7 @@ void FrmMain::WireScript() {
   hooks.linkOpen = [this] { return modules_->link.CommIsOpen(); };
   hooks.sendTask = [this](std::string text) { SendTask(std::move(text)); };
   hooks.edit = [this](const std::filesystem::path& file) {
-    if (!surroundings_.shell.OpenText(file)) {
+    if (!surroundings_.textOpener.OpenText(file)) {
       Note(fmt::format("the script is {}; no program was found to edit it", file.string()));
     }
   };
@@ -335,7 +335,7 @@ void FrmMain::cmdReport_Click() {
   const auto file = surroundings_.folder.File(reportFile);
   if (const auto error = WriteWholeFile(file, ReportText())) {
     Note(fmt::format("{} was not written: {}", reportFile, error.message()));
-  } else if (!surroundings_.shell.OpenText(file)) {
+  } else if (!surroundings_.textOpener.OpenText(file)) {
     Note(fmt::format("the report is in {}; no program was found to show it", file.string()));
   }
   if (OnFocusDisplay) OnFocusDisplay();
@@ -347,7 +347,7 @@ void FrmMain::cmdEditDialog_Click() {
   if (!std::filesystem::exists(file, error)) error = WriteWholeFile(file, CommentedFirstDialog());
   if (error) {
     Note(fmt::format("{} was not made: {}", dialogFile, error.message()));
-  } else if (!surroundings_.shell.OpenText(file)) {
+  } else if (!surroundings_.textOpener.OpenText(file)) {
     Note(fmt::format("the table is {}; no program was found to edit it", file.string()));
   }
 }

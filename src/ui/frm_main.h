@@ -11,6 +11,7 @@
 #include "base/program_folder.h"
 #include "controls/collection.h"
 #include "controls/prompts.h"
+#include "desktop/text_opener.h"
 #include "display/display_controls.h"
 #include "exchange/counters.h"
 #include "exchange/run_controls.h"
@@ -25,7 +26,6 @@
 #include "testmodes/test_controls.h"
 #include "transmit/cycle.h"
 #include "transmit/cycle_controls.h"
-#include "ui/shell.h"
 #include "ui/status_controls.h"
 
 namespace quarlin {
@@ -36,7 +36,7 @@ struct Surroundings {
   ProgramFolder folder;
   DeviceSource& devices;
   Prompts& prompts;
-  Shell& shell;
+  TextOpener& textOpener;
   std::function<double()> random;  // uniform in [0, 1)
   bool headless = false;           // nobody can press a button
   EngineFactory engines = {};      // the script languages; without it no script runs

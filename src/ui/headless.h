@@ -7,8 +7,8 @@
 
 #include "controls/event_loop.h"
 #include "controls/prompts.h"
+#include "desktop/text_opener.h"
 #include "display/display_controls.h"
-#include "ui/shell.h"
 
 namespace quarlin {
 
@@ -28,7 +28,7 @@ class HeadlessPrompts : public Prompts {
 };
 
 // Nobody is there to read a file in an editor.
-class HeadlessShell : public Shell {
+class NoTextOpener : public TextOpener {
  public:
   bool OpenText(const std::filesystem::path&) override { return false; }
 };

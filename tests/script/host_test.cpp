@@ -186,7 +186,7 @@ TEST_F(ScriptRig, SwitchingOnDependsOnTheFiles) {
     TempFolder place;
     for (const auto& [name, content] : row.files) ASSERT_FALSE(WriteWholeFile(place / name, content));
     FrmMain other(
-        {loop, ProgramFolder(place.Path()), ports, prompts, shell, [] { return 0.5; }, false, engines});
+        {loop, ProgramFolder(place.Path()), ports, prompts, opener, [] { return 0.5; }, false, engines});
     int lists = 0;
     other.Script().ShowList = [&](FrmScript& list) {
       ++lists;
@@ -229,7 +229,7 @@ TEST_F(ScriptRig, TheListOffersVbsThenJsAndRemembersTheChoice) {
   EXPECT_TRUE(frm.Script().Panel().Visible());
   EXPECT_TRUE(frm.Script().Panel().TopMost());
   controls().script.cmdEditScript.Click();
-  EXPECT_EQ(shell.opened, Lines{"b.VBS"});
+  EXPECT_EQ(opener.opened, Lines{"b.VBS"});
 
   frm.Script().Panel().controls.cmdExit.Click();
   EXPECT_FALSE(On());
@@ -380,7 +380,7 @@ TEST_F(ScriptRig, WithoutAWindowTheNamedScriptIsTaken) {
   controls().config.cmdSave[0].Click();
   const auto load = [&] {
     auto headless = std::make_unique<FrmMain>(Surroundings{loop, ProgramFolder(folder.Path()), ports, prompts,
-                                                           shell, [] { return 0.5; }, true, engines});
+                                                           opener, [] { return 0.5; }, true, engines});
     headless->controls.config.cmdSave[1].Click();
     return headless->controls.script.chkEnableScript.Checked();
   };

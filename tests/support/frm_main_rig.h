@@ -17,7 +17,7 @@
 
 namespace quarlin {
 
-class NotedShell : public Shell {
+class NotedTextOpener : public TextOpener {
  public:
   bool OpenText(const std::filesystem::path& file) override {
     opened.push_back(file.filename().string());
@@ -64,14 +64,14 @@ class FrmMainRig : public testing::Test {
   ScriptedDeviceSource ports{loop};
   ScriptedDevice& scale = ports.AddPort("COM1");
   ListedPrompts prompts;
-  NotedShell shell;
+  NotedTextOpener opener;
   EngineFactory engines;  // may be set until the first script is switched on
   EngineFactory CurrentEngines() {
     return [this](std::string_view language, vbs::Services& services) {
       return engines ? engines(language, services) : nullptr;
     };
   }
-  FrmMain frm{{loop, ProgramFolder(folder.Path()), ports, prompts, shell, [] { return 0.5; }, false,
+  FrmMain frm{{loop, ProgramFolder(folder.Path()), ports, prompts, opener, [] { return 0.5; }, false,
                CurrentEngines()}};
 };
 

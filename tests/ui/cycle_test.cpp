@@ -296,7 +296,7 @@ TEST_F(CycleRig, ARunStartedWhileAnOldWriteWaitsCountsItsOwn) {
 
 TEST_F(CycleRig, SequenceTakesTheLinesInTurnAndCountsOncePerRound) {
   ASSERT_FALSE(WriteWholeFile(folder.Path() / "SEQUENCE.txt", "A[COUNTER]\r\nB[COUNTER]\n\nC"));
-  FrmMain other{{loop, ProgramFolder(folder.Path()), ports, prompts, shell, [] { return 0.5; }}};
+  FrmMain other{{loop, ProgramFolder(folder.Path()), ports, prompts, opener, [] { return 0.5; }}};
   other.Load("SEQUENCE");
   other.controls.macro.txtcfr.SetText("1");
   other.controls.run.HScroll1.SetValue(100);

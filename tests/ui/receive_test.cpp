@@ -260,7 +260,7 @@ TEST_F(ReceiveRig, TheReportIsWrittenAndOpened) {
             dashes + "\r\nTx :0\r\nRx :0\r\n" + dashes + "\r\nElapsed Time :00:00:00\r\n" + dashes +
                 "\r\nError     : 1\r\nError Str : 0\r\nError Len : 1\r\n" + dashes +
                 "\r\nLast 1 Errors:\r\n" + dashes + "\r\nERROR STRING LENGTH\r\n\r\n");
-  EXPECT_EQ(shell.opened, Lines{"Report.txt"});
+  EXPECT_EQ(opener.opened, Lines{"Report.txt"});
 }
 
 TEST_F(ReceiveRig, TheReportSumsUpTheFaultsMadeOnPurpose) {

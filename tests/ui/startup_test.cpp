@@ -23,7 +23,7 @@ class StartUpRig : public FrmMainRig {
     controls().config.cmdSave[0].Click();
   }
   std::unique_ptr<FrmMain> Other(bool headless = true) {
-    return std::make_unique<FrmMain>(Surroundings{loop, ProgramFolder(folder.Path()), ports, prompts, shell,
+    return std::make_unique<FrmMain>(Surroundings{loop, ProgramFolder(folder.Path()), ports, prompts, opener,
                                                   [] { return 0.5; }, headless});
   }
   void Answer() {

@@ -49,7 +49,7 @@ class NoPrompts : public Prompts {
   void Dismiss() override {}
 };
 
-class NoShell : public Shell {
+class SilentTextOpener : public TextOpener {
  public:
   bool OpenText(const std::filesystem::path&) override { return true; }
 };
@@ -83,8 +83,8 @@ struct Rig {
   VirtualLoop loop;
   NoDevices devices;
   NoPrompts prompts;
-  NoShell shell;
-  FrmMain frm{{loop, ProgramFolder(folder.Path()), devices, prompts, shell, [] { return 0.5; }}};
+  SilentTextOpener opener;
+  FrmMain frm{{loop, ProgramFolder(folder.Path()), devices, prompts, opener, [] { return 0.5; }}};
   MainWindow window{frm};
 };
 

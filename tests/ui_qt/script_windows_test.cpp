@@ -34,7 +34,7 @@ class NoDevices : public DeviceSource {
   }
 };
 
-class NoShell : public Shell {
+class SilentTextOpener : public TextOpener {
  public:
   bool OpenText(const std::filesystem::path&) override { return true; }
 };
@@ -84,9 +84,9 @@ struct Rig {
   VirtualLoop loop;
   NoDevices ports;
   ListedPrompts prompts;
-  NoShell shell;
+  SilentTextOpener opener;
   FrmMain frm{
-      {loop, ProgramFolder(folder.Path()), ports, prompts, shell, [] { return 0.5; }, false,
+      {loop, ProgramFolder(folder.Path()), ports, prompts, opener, [] { return 0.5; }, false,
        [](std::string_view, vbs::Services& services) { return std::make_unique<VbscriptEngine>(services); }}};
   MainWindow window{frm};
 };

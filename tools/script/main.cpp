@@ -98,8 +98,8 @@ int RunInProgram(const Options& options) {
   QtLoop loop;
   PosixDeviceSource devices(loop);
   HeadlessPrompts prompts;
-  HeadlessShell shell;
-  FrmMain frm({loop, ProgramFolder(file.parent_path()), devices, prompts, shell, UniformGenerator(), true,
+  NoTextOpener opener;
+  FrmMain frm({loop, ProgramFolder(file.parent_path()), devices, prompts, opener, UniformGenerator(), true,
                MakeEngine});
   frm.controls.display.txtric.OnAppend = [](std::string_view text, Color) {
     PrintText(stdout, Utf8FromBytes(text));

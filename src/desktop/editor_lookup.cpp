@@ -1,4 +1,4 @@
-#include "ui/text_editor.h"
+#include "desktop/editor_lookup.h"
 
 #include <unistd.h>
 
@@ -6,7 +6,7 @@
 #include <cctype>
 #include <system_error>
 
-#include "ui/desktop_entry.h"
+#include "desktop/desktop_file.h"
 
 namespace quarlin {
 namespace fs = std::filesystem;

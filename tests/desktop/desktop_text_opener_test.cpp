@@ -1,4 +1,4 @@
-#include "ui/desktop_shell.h"
+#include "desktop/desktop_text_opener.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -12,7 +12,7 @@
 #include <thread>
 
 #include "base/files.h"
-#include "ui/text_editor.h"
+#include "desktop/editor_lookup.h"
 
 namespace quarlin {
 namespace {
@@ -144,7 +144,7 @@ constexpr std::string_view witness =
     "echo \"$# $1 $2\"; pwd; ls -l /proc/$$/fd >\"$0.fds\"; grep -c pipe \"$0.fds\"\n"
     "mv \"$0.tmp\" \"$0.out\"\n";
 
-TEST(DesktopShell, StartsTheEditorOnTheFileAndLeavesItAlone) {
+TEST(DesktopTextOpener, StartsTheEditorOnTheFileAndLeavesItAlone) {
   const Desktop desktop;
   desktop.Program("one", witness);
   desktop.Entry("one.desktop", "Exec=one --wait %F\n");
@@ -152,9 +152,9 @@ TEST(DesktopShell, StartsTheEditorOnTheFileAndLeavesItAlone) {
   int ours[2];
   ASSERT_EQ(pipe(ours), 0);  // as a port that was opened without care
 
-  DesktopShell shell(desktop.Variables());
-  EXPECT_EQ(shell.EditorPath(), desktop.File("bin/one"));
-  EXPECT_TRUE(shell.OpenText(desktop.File("data/a file.txt")));
+  DesktopTextOpener opener(desktop.Variables());
+  EXPECT_EQ(opener.EditorPath(), desktop.File("bin/one"));
+  EXPECT_TRUE(opener.OpenText(desktop.File("data/a file.txt")));
 
   EXPECT_EQ(AwaitContent(desktop.File("bin/one.out")), "2 --wait " +
                                                            desktop.File("data/a file.txt").string() + "\n" +
@@ -165,19 +165,19 @@ TEST(DesktopShell, StartsTheEditorOnTheFileAndLeavesItAlone) {
   close(ours[1]);
 }
 
-TEST(DesktopShell, WithoutAnEditorItAsksTheDesktopAndFailsWhereThereIsNone) {
+TEST(DesktopTextOpener, WithoutAnEditorItAsksTheDesktopAndFailsWhereThereIsNone) {
   const Desktop desktop;
   desktop.Write("text.txt", "text");
-  EXPECT_FALSE(DesktopShell(desktop.Variables()).OpenText(desktop.File("text.txt")));
+  EXPECT_FALSE(DesktopTextOpener(desktop.Variables()).OpenText(desktop.File("text.txt")));
 
   desktop.Program("xdg-open", witness);
-  DesktopShell shell(desktop.Variables());
-  EXPECT_EQ(shell.EditorPath(), "");
-  EXPECT_TRUE(shell.OpenText(desktop.File("text.txt")));
+  DesktopTextOpener opener(desktop.Variables());
+  EXPECT_EQ(opener.EditorPath(), "");
+  EXPECT_TRUE(opener.OpenText(desktop.File("text.txt")));
   EXPECT_NE(AwaitContent(desktop.File("bin/xdg-open.out")).find("text.txt"), std::string::npos);
 
   desktop.Program("xdg-open", "#!/nowhere/interpreter\n");
-  EXPECT_FALSE(shell.OpenText(desktop.File("text.txt")));
+  EXPECT_FALSE(opener.OpenText(desktop.File("text.txt")));
 }
 
 }  // namespace

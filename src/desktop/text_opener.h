@@ -1,13 +1,13 @@
-// Starts other programs for the user.
+// Shows text files to the user in a program that is not ours.
 #pragma once
 
 #include <filesystem>
 
 namespace quarlin {
 
-class Shell {
+class TextOpener {
  public:
-  virtual ~Shell() = default;
+  virtual ~TextOpener() = default;
 
   // Opens a text file in the user's editor, or with the desktop's default program where none is known.
   // Does not wait; false when nothing could be started.

@@ -1,4 +1,4 @@
-// Opens files for the user with the desktop's programs.
+// Opens text files with the desktop's programs.
 #pragma once
 
 #include <filesystem>
@@ -7,14 +7,14 @@
 #include <vector>
 
 #include "base/program_folder.h"
-#include "ui/shell.h"
+#include "desktop/text_opener.h"
 
 namespace quarlin {
 
-class DesktopShell : public Shell {
+class DesktopTextOpener : public TextOpener {
  public:
   // Looks for the editor once, here.
-  explicit DesktopShell(const Environment& environment);
+  explicit DesktopTextOpener(const Environment& environment);
 
   // In the editor, else with the desktop's opener. The program lives on without us and knows none of our
   // descriptors; its working folder is the file's.

@@ -1,4 +1,4 @@
-#include "ui/desktop_shell.h"
+#include "desktop/desktop_text_opener.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <csignal>
 
-#include "ui/text_editor.h"
+#include "desktop/editor_lookup.h"
 
 namespace quarlin {
 namespace {
@@ -73,11 +73,11 @@ bool StartDetached(std::vector<std::string> words, const std::filesystem::path& 
 
 }  // namespace
 
-DesktopShell::DesktopShell(const Environment& environment) : editor_(FindTextEditor(environment)) {
+DesktopTextOpener::DesktopTextOpener(const Environment& environment) : editor_(FindTextEditor(environment)) {
   if (const auto opener = FindProgram("xdg-open", environment)) opener_ = {opener->string()};
 }
 
-bool DesktopShell::OpenText(const std::filesystem::path& file) {
+bool DesktopTextOpener::OpenText(const std::filesystem::path& file) {
   std::error_code error;
   const std::filesystem::path whole = std::filesystem::absolute(file, error);
   for (const auto& command : {editor_, opener_}) {

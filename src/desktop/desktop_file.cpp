@@ -1,4 +1,4 @@
-#include "ui/desktop_entry.h"
+#include "desktop/desktop_file.h"
 
 #include "base/files.h"
 #include "base/text.h"

@@ -1,5 +1,5 @@
-// The user's text editor, as the desktop's settings name it. Read from the settings files themselves: no
-// other program is asked, so it costs next to nothing at start-up.
+// Finds the user's text editor, as the desktop's settings name it. Read from the settings files themselves:
+// no other program is asked, so it costs next to nothing at start-up.
 #pragma once
 
 #include <filesystem>
