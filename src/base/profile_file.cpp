@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <utility>
 
@@ -90,18 +89,9 @@ ProfileFile::Stamp::Stamp(const struct stat& status)
       modified(TimeOf(status.st_mtim)),
       changed(TimeOf(status.st_ctim)) {}
 
-ProfileFile::Handle::~Handle() {
-  if (descriptor_ >= 0) close(descriptor_);
-}
-
-void ProfileFile::Handle::Open(const std::filesystem::path& file) {
-  if (descriptor_ >= 0) close(descriptor_);
-  descriptor_ = open(file.c_str(), O_PATH | O_CLOEXEC);
-}
-
-std::optional<ProfileFile::Stamp> ProfileFile::Handle::Look() const {
+std::optional<ProfileFile::Stamp> ProfileFile::Look() const {
   struct stat status {};
-  if (descriptor_ < 0 || fstat(descriptor_, &status) != 0) return std::nullopt;
+  if (handle_.Get() < 0 || fstat(handle_.Get(), &status) != 0) return std::nullopt;
   return Stamp(status);
 }
 
@@ -116,7 +106,7 @@ void ProfileFile::Refresh() {
   // read. The change time is looked at, since unlike the modification time it cannot be set at will.
   const std::chrono::nanoseconds now = FileClockNow();
   const bool nameIsTrusted = now >= nameChecked_ && now - nameChecked_ < nameTrusted;
-  if (stamp_ && nameIsTrusted && handle_.Look() == stamp_) return;
+  if (stamp_ && nameIsTrusted && Look() == stamp_) return;
   std::optional<Stamp> stamp = StampOf(file_);
   nameChecked_ = now;
   if (stamp && stamp == stamp_) return;
@@ -127,7 +117,7 @@ void ProfileFile::Refresh() {
   const bool settled = stamp && now - stamp->changed > longestTick;
   std::optional<std::string> content = stamp ? ReadWholeFile(file_) : std::nullopt;
   stamp_ = settled && content ? stamp : std::nullopt;
-  if (stamp_) handle_.Open(file_);
+  if (stamp_) handle_ = FileHandle(open(file_.c_str(), O_PATH | O_CLOEXEC));
   Take(content ? BytesFromFileText(*content) : std::string());
 }
 

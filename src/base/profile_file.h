@@ -22,6 +22,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/file_handle.h"
+
 struct stat;
 
 namespace quarlin {
@@ -83,21 +85,8 @@ class ProfileFile {
     std::vector<Entry> entries;
   };
 
-  // A way to the file's state that does not go through its folders.
-  class Handle {
-   public:
-    Handle() = default;
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    ~Handle();
-    void Open(const std::filesystem::path& file);
-    std::optional<Stamp> Look() const;
-
-   private:
-    int descriptor_ = -1;
-  };
-
   std::optional<Stamp> StampOf(const std::filesystem::path& file) const;
+  std::optional<Stamp> Look() const;  // at the file that the handle holds
   void Take(std::string text);
   void Parse();
   void AddEntry(Section& section, std::string_view line);
@@ -105,7 +94,7 @@ class ProfileFile {
   std::function<std::filesystem::path()> path_;
   std::filesystem::path file_;
   std::optional<Stamp> stamp_;  // of the state that was read last, once a later change is sure to show in it
-  Handle handle_;
+  FileHandle handle_;           // a way to the file's state that does not go through its folders
   std::chrono::nanoseconds nameChecked_{};  // when file_ was last seen to lead to it
   std::string text_;
   NameMap<Section> sections_;

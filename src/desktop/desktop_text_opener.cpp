@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 
+#include "base/system_call.h"
 #include "desktop/editor_lookup.h"
 
 namespace quarlin {
@@ -44,11 +45,7 @@ namespace {
 // The pipe closes by itself when the program has begun; only a failure is written to it.
 bool ReportsFailure(int report) {
   int error = 0;
-  ssize_t count = 0;
-  do {
-    count = read(report, &error, sizeof error);
-  } while (count < 0 && errno == EINTR);
-  return count > 0;
+  return Uninterrupted([&] { return read(report, &error, sizeof error); }) > 0;
 }
 
 bool StartDetached(std::vector<std::string> words, const std::filesystem::path& folder) {
@@ -64,8 +61,7 @@ bool StartDetached(std::vector<std::string> words, const std::filesystem::path& 
   bool started = starter > 0;
   if (started) {
     started = !ReportsFailure(report[0]);
-    while (waitpid(starter, nullptr, 0) < 0 && errno == EINTR) {
-    }
+    Uninterrupted([&] { return waitpid(starter, nullptr, 0); });
   }
   close(report[0]);
   return started;

@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "base/system_call.h"
+
 namespace quarlin {
 
 Connector::Connector(EventLoop& loop, Peer peer, std::function<void()> over)
@@ -53,9 +55,9 @@ void Connector::TryNext() {
   address_ = addresses_.front();
   addresses_.erase(addresses_.begin());
   socket_ = Socket::Make(address_.storage.ss_family, peer_.udp ? SOCK_DGRAM : SOCK_STREAM);
-  if (!socket_) return TakeResult(LastSocketError());
+  if (!socket_) return TakeResult(LastError());
   if (connect(socket_.Get(), address_.Pointer(), address_.length) == 0) return TakeResult({});
-  if (errno != EINPROGRESS) return TakeResult(LastSocketError());
+  if (errno != EINPROGRESS) return TakeResult(LastError());
   answered_ = false;
   watch_ = loop_.WatchWritable(socket_.Get(), [this] {
     answered_ = true;
@@ -74,8 +76,7 @@ bool Connector::StillConnecting() {
   int failure = 0;
   socklen_t length = sizeof failure;
   getsockopt(socket_.Get(), SOL_SOCKET, SO_ERROR, &failure, &length);
-  TakeResult(answered_ ? std::error_code(failure, std::system_category())
-                       : std::make_error_code(std::errc::timed_out));
+  TakeResult(answered_ ? SystemError(failure) : std::make_error_code(std::errc::timed_out));
   return false;
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/system_call.h"
 #include "base/text.h"
 
 namespace quarlin {
@@ -446,7 +447,7 @@ void Link::TransmitQueued() {
 }
 
 std::string Link::CommErrorText(std::int32_t code) {
-  return std::string(TrimBlanks(std::system_category().message(code)));
+  return std::string(TrimBlanks(SystemError(code).message()));
 }
 
 void Link::Record(std::string_view source, std::error_code error) {

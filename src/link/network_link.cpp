@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/system_call.h"
 #include "link/connector.h"
 
 namespace quarlin {
@@ -49,14 +50,14 @@ struct Listener {
 // with another program.
 Listener ListenOn(int family, int type, int port) {
   Listener made{Socket::Make(family, type), {}};
-  if (!made.socket) return {{}, LastSocketError()};
+  if (!made.socket) return {{}, LastError()};
   const bool stream = type == SOCK_STREAM;
   if (family == AF_INET6) made.socket.SetOption(IPPROTO_IPV6, IPV6_V6ONLY, 0);
   if (stream) made.socket.SetOption(SOL_SOCKET, SO_REUSEADDR, 1);
   const SocketAddress any = SocketAddress::Any(family, port);
   const int descriptor = made.socket.Get();
   if (bind(descriptor, any.Pointer(), any.length) != 0 || (stream && listen(descriptor, SOMAXCONN) != 0)) {
-    return {{}, LastSocketError()};
+    return {{}, LastError()};
   }
   return made;
 }
@@ -171,7 +172,7 @@ void NetworkLink::AcceptPeer() {
     if (!LacksResources()) return;      // that peer has gone already
     listenerWatch_->SetEnabled(false);  // it would wake us again and again
     acceptAgain_.At(loop_.Now() + acceptPause);
-    Tell("no peer can connect: " + LastSocketError().message());
+    Tell("no peer can connect: " + LastError().message());
     return;
   }
   SetPeer(std::move(accepted));
@@ -234,7 +235,7 @@ bool NetworkLink::TakeOnce() {
   const ssize_t count = recv(peer_.Get(), buffer_->data(), buffer_->size(), 0);
   if (count < 0 && WouldBlock()) return false;
   if (count <= 0) {
-    EndOfReceiving(count < 0 ? LastSocketError() : std::error_code());
+    EndOfReceiving(count < 0 ? LastError() : std::error_code());
     return false;
   }
   received_.append(buffer_->data(), static_cast<std::size_t>(count));
@@ -248,7 +249,7 @@ bool NetworkLink::TakeDatagram() {
   const ssize_t count =
       recvfrom(peer_.Get(), buffer_->data(), buffer_->size(), 0, sender.Pointer(), &sender.length);
   if (count < 0 && WouldBlock()) return false;
-  if (count < 0) TellRefusal(LastSocketError());
+  if (count < 0) TellRefusal(LastError());
   if (count <= 0) return true;
   lastSender_ = sender;
   refusalTold_ = false;
@@ -284,11 +285,11 @@ std::error_code NetworkLink::SendDatagram(std::string_view text) {
   ssize_t sent = send();
   // The first send after a refused one reports that one and sends nothing.
   if (sent < 0 && errno == ECONNREFUSED) {
-    TellRefusal(LastSocketError());
+    TellRefusal(LastError());
     if (!peer_) return NotConnected();
     sent = send();
   }
-  return sent < 0 ? LastSocketError() : std::error_code();
+  return sent < 0 ? LastError() : std::error_code();
 }
 
 std::error_code NetworkLink::SendStream(std::string_view text) {
@@ -301,7 +302,7 @@ std::error_code NetworkLink::SendWaiting() {
   while (!waiting_.empty()) {
     const ssize_t sent = send(peer_.Get(), waiting_.data(), waiting_.size(), MSG_NOSIGNAL);
     if (sent < 0 && !WouldBlock()) {
-      const std::error_code error = LastSocketError();
+      const std::error_code error = LastError();
       EndOfSending(error);
       return error;
     }

@@ -16,6 +16,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/system_call.h"
 #include "base/text.h"
 #include "link/input_queue.h"
 #include "link/termios2.h"
@@ -24,18 +25,6 @@ namespace quarlin {
 namespace {
 
 using std::chrono::milliseconds;
-
-std::error_code LastError() {
-  return {errno, std::system_category()};
-}
-
-// The result of a system call that no signal has cut short.
-template <typename Call>
-auto Uninterrupted(Call call) {
-  auto result = call();
-  while (result == -1 && errno == EINTR) result = call();
-  return result;
-}
 
 template <typename... Argument>
 std::error_code Control(int descriptor, unsigned long request, Argument... argument) {
@@ -142,7 +131,7 @@ void PosixDevice::Fill() {
       queue_.Grew(static_cast<std::size_t>(count));
       if (count < wholeRead) break;
     } else {
-      lost_ = count < 0 ? LastError() : std::error_code(EIO, std::system_category());
+      lost_ = count < 0 ? LastError() : SystemError(EIO);
     }
   }
   WatchWhileThereIsRoom();

@@ -6,7 +6,6 @@
 #include <netinet/in.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -40,10 +39,6 @@ bool Socket::MeetsItself() const {
   return getsockname(descriptor_, own.Pointer(), &own.length) == 0 &&
          getpeername(descriptor_, peer.Pointer(), &peer.length) == 0 && own.length == peer.length &&
          std::memcmp(&own.storage, &peer.storage, own.length) == 0;
-}
-
-std::error_code LastSocketError() {
-  return {errno, std::system_category()};
 }
 
 std::string SocketAddress::Text() const {

@@ -51,7 +51,4 @@ struct SocketAddress {
   static std::optional<SocketAddress> FromNumeric(const std::string& host, int port);
 };
 
-// The error of the last call, from errno.
-std::error_code LastSocketError();
-
 }  // namespace quarlin

@@ -4,7 +4,8 @@
 #include <sys/ioctl.h>
 
 #include <array>
-#include <cerrno>
+
+#include "base/system_call.h"
 
 namespace quarlin {
 namespace {
@@ -61,12 +62,12 @@ bool CanBeSet(const SerialSettings& settings) {
 }
 
 std::error_code Get(int descriptor, termios2& modes) {
-  if (ioctl(descriptor, TCGETS2, &modes) < 0) return {errno, std::system_category()};
+  if (ioctl(descriptor, TCGETS2, &modes) < 0) return LastError();
   return {};
 }
 
 std::error_code Set(int descriptor, const termios2& modes) {
-  if (ioctl(descriptor, TCSETS2, &modes) < 0) return {errno, std::system_category()};
+  if (ioctl(descriptor, TCSETS2, &modes) < 0) return LastError();
   return {};
 }
 

@@ -17,7 +17,7 @@
 #include <thread>
 
 #include "base/clock.h"
-#include "instrument/file_handle.h"
+#include "base/file_handle.h"
 #include "instrument/instrument.h"
 #include "instrument/joint.h"
 #include "instrument/pty_port.h"

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "instrument/file_handle.h"
+#include "base/file_handle.h"
 
 namespace quarlin::instrument {
 

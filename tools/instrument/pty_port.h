@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "instrument/file_handle.h"
+#include "base/file_handle.h"
 #include "instrument/port.h"
 
 namespace quarlin::instrument {

@@ -4,9 +4,9 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <initializer_list>
-#include <system_error>
+
+#include "instrument/system_call.h"
 
 namespace quarlin::instrument {
 
@@ -19,7 +19,7 @@ SignalInput::SignalInput() {
   for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGUSR1}) sigaddset(&wanted, number);
   sigprocmask(SIG_BLOCK, &wanted, nullptr);
   signals_ = FileHandle(signalfd(-1, &wanted, SFD_NONBLOCK | SFD_CLOEXEC));
-  if (signals_.Get() < 0) throw std::system_error(errno, std::generic_category(), "signals");
+  Require(signals_.Get() >= 0, "signals");
 }
 
 std::optional<Signal> SignalInput::Next() const {

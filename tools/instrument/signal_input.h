@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "instrument/file_handle.h"
+#include "base/file_handle.h"
 
 namespace quarlin::instrument {
 

@@ -1,4 +1,4 @@
-// What the calls of the system return, as values and exceptions.
+// What the calls of the system return, as the instrument passes it on.
 #pragma once
 
 #include <sys/types.h>
@@ -7,13 +7,10 @@
 #include <string>
 #include <system_error>
 
+#include "base/system_call.h"
 #include "instrument/port.h"
 
 namespace quarlin::instrument {
-
-inline std::error_code LastError() {
-  return {errno, std::generic_category()};
-}
 
 // Of a read or write that does not block.
 inline Moved Result(ssize_t bytes) {

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "instrument/file_handle.h"
+#include "base/file_handle.h"
 #include "instrument/port.h"
 
 namespace quarlin::instrument {

@@ -5,8 +5,8 @@
 #include <time.h>
 
 #include <array>
-#include <cerrno>
-#include <system_error>
+
+#include "instrument/system_call.h"
 
 namespace quarlin::instrument {
 
@@ -21,9 +21,7 @@ void Watch(int epoll, int operation, int descriptor, std::uint32_t events) {
   epoll_event watch{};
   watch.events = events;
   watch.data.fd = descriptor;
-  if (epoll_ctl(epoll, operation, descriptor, &watch) != 0) {
-    throw std::system_error(errno, std::generic_category(), "waiting");
-  }
+  Require(epoll_ctl(epoll, operation, descriptor, &watch) == 0, "waiting");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "base/clock.h"
-#include "instrument/file_handle.h"
+#include "base/file_handle.h"
 
 namespace quarlin::instrument {
 

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <iterator>
 
+#include "base/system_call.h"
 #include "base/text.h"
 #include "script/vbscript/conversions.h"
 #include "script/vbscript/file_paths.h"
@@ -26,11 +27,11 @@ std::uint8_t ByteAt(std::string_view bytes, std::size_t index) {
 }
 
 // Opening some devices waits, and opening a serial line moves its wires: only ordinary files are opened.
-FileDescriptor Open(const std::filesystem::path& file, int flags) {
+FileHandle Open(const std::filesystem::path& file, int flags) {
   struct stat status {};
   if (stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) throw ScriptError(permissionDenied);
   const int descriptor = open(file.c_str(), flags | O_CLOEXEC, 0666);
-  if (descriptor >= 0) return FileDescriptor(descriptor);
+  if (descriptor >= 0) return FileHandle(descriptor);
   const int error = errno;
   const bool hasFolder = Exists(file.parent_path(), EntryKind::Folder);
   throw FileError(error, hasFolder ? fileNotFound : pathNotFound);
@@ -57,20 +58,13 @@ std::u16string WidenBytes(std::string_view bytes) {
 
 }  // namespace
 
-FileDescriptor::~FileDescriptor() {
-  if (number_ >= 0) close(number_);
-}
-
 TextFileReader::TextFileReader(Services& services, const std::filesystem::path& file, TextFormat format)
     : services_(services), file_(Open(file, O_RDONLY)), encoding_(Detect(format)) {}
 
 std::string TextFileReader::ReadBlock() {
   AskToGoOn(services_);
   std::string block(blockBytes, '\0');
-  ssize_t count = 0;
-  do {
-    count = read(file_.Number(), block.data(), block.size());
-  } while (count < 0 && errno == EINTR);
+  const ssize_t count = Uninterrupted([&] { return read(file_.Get(), block.data(), block.size()); });
   if (count < 0) throw FileError(errno, fileNotFound);
   block.resize(static_cast<std::size_t>(count));
   return block;
@@ -88,11 +82,11 @@ TextFileReader::Encoding TextFileReader::Detect(TextFormat format) {
     mark = utf16BigMark.size();
     encoding = Encoding::Utf16Big;
   } else if (format == TextFormat::Bytes) {
-    lseek(file_.Number(), 0, SEEK_SET);
+    lseek(file_.Get(), 0, SEEK_SET);
     if (IsAllUtf8()) encoding = Encoding::Utf8;
     if (encoding == Encoding::Utf8 && begin.starts_with(utf8Mark)) mark = utf8Mark.size();
   }
-  lseek(file_.Number(), static_cast<off_t>(mark), SEEK_SET);
+  lseek(file_.Get(), static_cast<off_t>(mark), SEEK_SET);
   return encoding;
 }
 
@@ -144,7 +138,7 @@ TextFileWriter::TextFileWriter(const std::filesystem::path& file, Start start, T
                             : start == Start::New  ? O_EXCL
                                                    : O_TRUNC))),
       format_(format) {
-  if (format_ != TextFormat::Utf16 || lseek(file_.Number(), 0, SEEK_END) != 0) return;
+  if (format_ != TextFormat::Utf16 || lseek(file_.Get(), 0, SEEK_END) != 0) return;
   waiting_ = utf16LittleMark;
 }
 
@@ -182,8 +176,7 @@ void TextFileWriter::Flush() {
   const std::string bytes = std::exchange(waiting_, {});
   std::string_view left = bytes;
   while (!left.empty()) {
-    const ssize_t wrote = write(file_.Number(), left.data(), left.size());
-    if (wrote < 0 && errno == EINTR) continue;
+    const ssize_t wrote = Uninterrupted([&] { return write(file_.Get(), left.data(), left.size()); });
     if (wrote < 0) throw FileError(errno, fileNotFound);
     left.remove_prefix(static_cast<std::size_t>(wrote));
   }

@@ -10,27 +10,12 @@
 #include <string_view>
 #include <utility>
 
+#include "base/file_handle.h"
 #include "script/vbscript/services.h"
 
 namespace quarlin::vbs {
 
 enum class TextFormat { Bytes, Utf16 };
-
-// An open file; closed when it dies.
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int number = -1) : number_(number) {}
-  FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-    std::swap(number_, other.number_);
-    return *this;
-  }
-  ~FileDescriptor();
-  int Number() const { return number_; }
-
- private:
-  int number_;
-};
 
 class TextFileReader {
  public:
@@ -51,7 +36,7 @@ class TextFileReader {
   void DecodeUtf16(std::string_view bytes);
 
   Services& services_;
-  FileDescriptor file_;
+  FileHandle file_;
   Encoding encoding_ = Encoding::Latin1;
   std::string unfinished_;  // the beginning of a character whose end is in the next block
   std::u16string ready_;
@@ -73,7 +58,7 @@ class TextFileWriter {
  private:
   void Encode(std::u16string_view text);
 
-  FileDescriptor file_;
+  FileHandle file_;
   TextFormat format_;
   std::string waiting_;
 };

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace quarlin::instrument {
+namespace quarlin {
 
 class FileHandle {
  public:
@@ -28,4 +28,4 @@ class FileHandle {
   int number_;
 };
 
-}  // namespace quarlin::instrument
+}  // namespace quarlin
