@@ -61,7 +61,8 @@ FrmMainControls::FrmMainControls(EventLoop& loop)
 // Everything that works on the controls, the lower rooms first.
 struct FrmMain::Modules {
   Modules(FrmMain& frm, FrmMainControls& controls, Surroundings& around)
-      : prompts(around.loop, around.prompts),
+      : status(around.loop, controls.status),
+        prompts(around.loop, around.prompts),
         link(around.loop, around.devices, controls.link),
         connection(around.loop, link, controls.connection, prompts),
         modem(link, controls.modem),
@@ -87,6 +88,7 @@ struct FrmMain::Modules {
         script({around.loop, controls.script, around.folder, prompts, around.engines,
                 [this](std::string_view text, Color color) { display.Append(text, color); }}) {}
 
+  StatusNote status;
   HandOver handOver;
   ReceiveState received;
   TimedPrompts prompts;
@@ -192,7 +194,7 @@ void FrmMain::WireCycle() {
     modules_->receive.KeepLampsBright();
     modules_->receive.ForgetLateness();
   };
-  hooks.showWait = [this](std::string_view text) { controls.status.lblStatusCycle.SetCaption(text); };
+  hooks.showWait = [this](std::string_view text) { modules_->status.Runs(text); };
 }
 
 void FrmMain::WireReceive() {
@@ -262,6 +264,10 @@ void FrmMain::SendTask(std::string text) {
     modules_->logs.WriteTraffic(sent);
     modules_->display.Append(sent, colors::blue);
   });
+}
+
+StatusNote& FrmMain::Status() {
+  return modules_->status;
 }
 
 ScriptHost& FrmMain::Script() {
@@ -357,7 +363,7 @@ void FrmMain::LinkChanged() {
   modules_->modem.LinkChanged();
   if (!modules_->link.CommIsOpen()) return;
   linkFailed_ = false;
-  if (!modules_->link.State.CommNetMode) Note("");
+  if (!modules_->link.State.CommNetMode) modules_->status.Clear();
   modules_->cycle.MaySendAgain();
 }
 
@@ -425,9 +431,7 @@ void FrmMain::LogTrouble(std::string_view text) {
 }
 
 void FrmMain::Note(std::string_view text) {
-  controls.status.lblStatusNote.SetCaption(text);
-  controls.status.lblStatusNote.SetToolTipText(
-      text.empty() ? "" : DateTimeText(surroundings_.loop.Local()) + "  " + std::string(text));
+  modules_->status.Mention(text);
 }
 
 }  // namespace quarlin

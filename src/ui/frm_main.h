@@ -11,6 +11,7 @@
 #include "base/program_folder.h"
 #include "controls/collection.h"
 #include "controls/prompts.h"
+#include "controls/status_note.h"
 #include "desktop/text_opener.h"
 #include "display/display_controls.h"
 #include "exchange/counters.h"
@@ -26,7 +27,6 @@
 #include "testmodes/test_controls.h"
 #include "transmit/cycle.h"
 #include "transmit/cycle_controls.h"
-#include "ui/status_controls.h"
 
 namespace quarlin {
 
@@ -94,6 +94,8 @@ class FrmMain {
   // 0 without errors, 1 with some or, without a window, after a run that was stopped, 2 when the link
   // could not be opened.
   int ExitStatus() const;
+
+  StatusNote& Status();
 
   // Told when the received-text display is to have the keyboard.
   std::function<void()> OnFocusDisplay;

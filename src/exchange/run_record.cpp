@@ -1,0 +1,158 @@
+#include "exchange/run_record.h"
+
+#include <algorithm>
+
+namespace quarlin {
+namespace {
+
+void Keep(KeptText& kept, std::string_view text) {
+  kept.bytes.assign(text.substr(0, RunRecord::keptBytes));
+  kept.size = text.size();
+}
+
+}  // namespace
+
+bool ExchangeRecord::Has(Verdict verdict) const {
+  return std::any_of(findings.begin(), findings.end(),
+                     [verdict](const Finding& finding) { return finding.verdict == verdict; });
+}
+
+bool ExchangeRecord::Failed() const {
+  return std::any_of(findings.begin(), findings.end(),
+                     [](const Finding& finding) { return IsFailure(finding.verdict); });
+}
+
+std::optional<Duration> ExchangeRecord::Latency() const {
+  if (!hasRequest || !completed) return std::nullopt;
+  return std::max(*completed - began, Duration{});
+}
+
+void RunRecord::Follow(RunListener& listener) {
+  listeners_.push_back(&listener);
+}
+
+void RunRecord::Leave(RunListener& listener) {
+  std::erase(listeners_, &listener);
+}
+
+LocalTime RunRecord::WallClock(Instant instant) const {
+  return beganAt_ + std::chrono::duration_cast<std::chrono::nanoseconds>(instant - began_);
+}
+
+const ExchangeRecord* RunRecord::Find(std::uint64_t number) const {
+  if (exchanges_.empty() || number < exchanges_.front().number || number > lastNumber_) return nullptr;
+  return &exchanges_[number - exchanges_.front().number];
+}
+
+void RunRecord::Begin() {
+  began_ = clock_.Now();
+  beganAt_ = clock_.Local();
+  ended_.reset();
+  sums_ = {};
+  latencies_.Clear();
+  exchanges_.clear();
+  lastNumber_ = 0;
+  oldestUnanswered_ = 1;
+  firstFailures_.clear();
+  lastFailures_.clear();
+  for (RunListener* listener : listeners_) listener->RunBegan();
+}
+
+void RunRecord::End() {
+  for (ExchangeRecord& exchange : exchanges_) CloseExchange(exchange);
+  ended_ = clock_.Now();
+}
+
+// The oldest one leaves, and lends its memory to the newest.
+ExchangeRecord& RunRecord::Add() {
+  ExchangeRecord exchange;
+  if (exchanges_.size() == mostKept) {
+    CloseExchange(exchanges_.front());
+    exchange = std::move(exchanges_.front());
+    exchanges_.pop_front();
+    exchange.findings.clear();
+    for (KeptText* text : {&exchange.request, &exchange.answer, &exchange.parsed}) Keep(*text, {});
+  }
+  exchange.number = ++lastNumber_;
+  exchange.hasRequest = exchange.ended = exchange.open = false;
+  exchange.began = clock_.Now();
+  exchange.firstByte.reset();
+  exchange.completed.reset();
+  return exchanges_.emplace_back(std::move(exchange));
+}
+
+std::uint64_t RunRecord::AddRequest(std::string_view request) {
+  ExchangeRecord& exchange = Add();
+  exchange.hasRequest = true;
+  Keep(exchange.request, request);
+  ++sums_.requests;
+  return exchange.number;
+}
+
+std::uint64_t RunRecord::AddOther() {
+  return Add().number;
+}
+
+std::optional<std::uint64_t> RunRecord::OldestUnanswered() {
+  if (exchanges_.empty()) return std::nullopt;
+  oldestUnanswered_ = std::max(oldestUnanswered_, exchanges_.front().number);
+  for (; oldestUnanswered_ <= lastNumber_; ++oldestUnanswered_) {
+    const ExchangeRecord* exchange = Find(oldestUnanswered_);
+    if (exchange->hasRequest && !exchange->ended) return oldestUnanswered_;
+  }
+  return std::nullopt;
+}
+
+ExchangeRecord* RunRecord::Unended(std::uint64_t number) {
+  const ExchangeRecord* found = Find(number);
+  return found == nullptr || found->ended ? nullptr : &exchanges_[number - exchanges_.front().number];
+}
+
+void RunRecord::Received(std::uint64_t number, std::string_view answer, Instant firstByte,
+                         Instant completed) {
+  ++sums_.received;
+  ExchangeRecord* exchange = Unended(number);
+  if (exchange == nullptr) return;
+  Keep(exchange->answer, answer);
+  exchange->firstByte = firstByte;
+  exchange->completed = completed;
+  if (const auto latency = exchange->Latency()) latencies_.Add(*latency);
+}
+
+void RunRecord::Parsed(std::uint64_t number, std::string_view parsed) {
+  if (ExchangeRecord* exchange = Unended(number)) Keep(exchange->parsed, parsed);
+}
+
+void RunRecord::Say(std::uint64_t number, Verdict verdict, std::string_view detail) {
+  ExchangeRecord* exchange = Unended(number);
+  if (exchange == nullptr || exchange->Has(verdict)) return;
+  exchange->findings.push_back({verdict, std::string(detail)});
+  ++sums_.verdicts[static_cast<std::size_t>(verdict)];
+  Tell(*exchange);
+}
+
+void RunRecord::Close(std::uint64_t number) {
+  if (ExchangeRecord* exchange = Unended(number)) CloseExchange(*exchange);
+}
+
+void RunRecord::CloseExchange(ExchangeRecord& exchange) {
+  if (exchange.ended) return;
+  exchange.ended = true;
+  const bool failed = exchange.Failed();
+  exchange.open = exchange.findings.empty();
+  if (exchange.hasRequest) ++(failed ? sums_.failed : exchange.open ? sums_.open : sums_.good);
+  if (failed) KeepFailure(exchange);
+  Tell(exchange);
+}
+
+void RunRecord::KeepFailure(const ExchangeRecord& exchange) {
+  if (firstFailures_.size() < mostKeptFailures) firstFailures_.push_back(exchange);
+  lastFailures_.push_back(exchange);
+  if (lastFailures_.size() > mostKeptFailures) lastFailures_.pop_front();
+}
+
+void RunRecord::Tell(const ExchangeRecord& exchange) {
+  for (RunListener* listener : listeners_) listener->ExchangeChanged(exchange);
+}
+
+}  // namespace quarlin
