@@ -64,13 +64,33 @@ std::optional<OutputLine> OutputLineFrom(std::int16_t number) {
   return static_cast<OutputLine>(number);
 }
 
+// Sets a flag for as long as it lives.
+class Raised {
+ public:
+  explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Raised() { flag_ = false; }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
+
+ private:
+  bool& flag_;
+};
+
 }  // namespace
 
 Link::Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls)
-    : loop_(loop), devices_(devices), controls_(controls), network_(loop) {
+    : loop_(loop),
+      devices_(devices),
+      controls_(controls),
+      progress_(loop,
+                [this](std::size_t taken, std::size_t total) {
+                  if (Hooks.progress) Hooks.progress(taken, total);
+                }),
+      network_(loop) {
   network_.OnArrival = [this] {
     if (OnArrival) OnArrival();
   };
+  network_.OnQueue = [this](std::size_t taken, std::size_t total) { NetworkQueueChanged(taken, total); };
 }
 
 Link::~Link() = default;
@@ -109,6 +129,7 @@ void Link::EnterNetworkMode() {
 }
 
 void Link::NetworkOpened() {
+  ++openings_;
   State.CommPortOpen = true;
   State.CommHandle = networkToken;
 }
@@ -134,6 +155,7 @@ std::int32_t Link::OpenSerial(const std::string& portName, std::string_view sett
   }
   device_ = std::move(opened.device);
   State.CommHandle = ++lastToken_;
+  ++openings_;
   State.CommPortOpen = true;
   return SetUp(*device_, portName, settings);
 }
@@ -162,6 +184,7 @@ std::int32_t Link::SetUp(Device& device, const std::string& portName, std::strin
 
 std::int32_t Link::CommClose() {
   if (State.CommNetMode) {
+    ++openings_;
     network_.Close();
     State.CommNetMode = false;
     State.CommPortOpen = false;
@@ -169,6 +192,7 @@ std::int32_t Link::CommClose() {
   }
   if (!State.CommPortOpen) return 0;
   if (const auto error = device_->Close()) return CommSetError(sources::close, error);
+  ++openings_;
   device_.reset();
   State.CommPortOpen = false;
   return 0;
@@ -229,66 +253,83 @@ std::int32_t Link::CommRead(std::string& text, std::int32_t maxLength) {
 }
 
 std::int32_t Link::CommWrite(std::string_view text) {
+  Writing writing{text.size(), openings_};
+  return Write(text, writing);
+}
+
+std::int32_t Link::Write(std::string_view text, Writing& writing) {
   const bool raisesRts = controls_.ChkRtsTx.Checked();
   if (raisesRts && !State.CommNetMode) CommSetLine(3, -1);
-  std::int32_t written = 0;
-  if (!State.CommNetMode) {
-    written = WriteSerial(text);
-  } else if (const auto error = network_.Send(text)) {
-    CommSetError(sources::sendData, error);
-  }
-  if (raisesRts) {
+  const std::int32_t written = State.CommNetMode ? WriteNetwork(text, writing) : WriteSerial(text, writing);
+  if (raisesRts && !writing.cancelled) {
     WaitUntilSent(text.size());
-    CommSetLine(3, 0);
+    if (writing.opening == openings_) CommSetLine(3, 0);
   }
   return written;
 }
 
-std::int32_t Link::WriteSerial(std::string_view text) {
-  const auto device = OpenDevice();
-  if (!device) {
-    CommSetErrorFlags(sources::write, BadHandle());
-    return -1;
+std::int32_t Link::WriteNetwork(std::string_view text, Writing& writing) {
+  writing.error = network_.Send(text);
+  if (writing.error) {
+    CommSetError(sources::sendData, writing.error);
+  } else {
+    writing.taken += text.size();
   }
+  return 0;
+}
+
+std::int32_t Link::WriteSerial(std::string_view text, Writing& writing) {
+  const auto device = OpenDevice();
+  if (!device) return Fail(writing, sources::write, BadHandle());
   const double milliseconds = NumberOf(controls_.txtcharrit.Text()).value_or(0);
   const std::int32_t written =
-      milliseconds == 0 ? WriteWhole(*device, text)
-                        : WriteSlowly(*device, text,
-                                      std::chrono::duration_cast<Duration>(
-                                          std::chrono::duration<double, std::milli>(milliseconds)));
+      milliseconds == 0
+          ? WriteWhole(*device, text, writing)
+          : WriteSlowly(
+                *device, text,
+                std::chrono::duration_cast<Duration>(std::chrono::duration<double, std::milli>(milliseconds)),
+                writing);
   loop_.DoEvents();
   return written;
 }
 
-std::int32_t Link::WriteWhole(Device& device, std::string_view text) {
+std::int32_t Link::WriteWhole(Device& device, std::string_view text, Writing& writing) {
   const Instant deadline = loop_.Now() + std::chrono::seconds(text.size());
   std::string_view source = sources::write;
   std::size_t sent = 0;
   for (;;) {
     const Transfer transfer = device.Write(text.substr(sent));
     sent += transfer.bytes;
-    std::error_code error = transfer.error;
-    if (!error && sent == text.size()) return static_cast<std::int32_t>(sent);
-    if (!error) {
-      source = sources::pendingWrite;
-      if (!device.WaitWritable(deadline)) error = std::make_error_code(std::errc::timed_out);
-      if (&device != device_.get()) error = BadHandle();  // closed while it waited
-    }
-    if (error) {
-      CommSetErrorFlags(source, error);
-      return -1;
-    }
+    writing.taken += transfer.bytes;
+    if (transfer.error) return Fail(writing, source, transfer.error);
+    if (sent == text.size()) return static_cast<std::int32_t>(sent);
+    progress_.Tell(writing.taken, writing.total);
+    source = sources::pendingWrite;
+    const bool inTime = device.WaitWritable(deadline);
+    if (writing.opening != openings_) return Cancel(writing);
+    if (!inTime) return Fail(writing, source, std::make_error_code(std::errc::timed_out));
   }
 }
 
-std::int32_t Link::WriteSlowly(Device& device, std::string_view text, Duration pause) {
+std::int32_t Link::WriteSlowly(Device& device, std::string_view text, Duration pause, Writing& writing) {
   std::int32_t written = 0;
   for (const char& character : text) {
-    written = WriteWhole(device, {&character, 1});
-    if (&device != device_.get()) break;
+    written = WriteWhole(device, {&character, 1}, writing);
+    if (written < 0) break;
     loop_.Pause(loop_.Now() + pause);
   }
   return written;
+}
+
+std::int32_t Link::Fail(Writing& writing, std::string_view source, std::error_code error) {
+  writing.error = error;
+  CommSetErrorFlags(source, error);
+  return -1;
+}
+
+std::int32_t Link::Cancel(Writing& writing) {
+  writing.cancelled = true;
+  return -1;
 }
 
 void Link::WaitUntilSent(std::size_t bytes) {
@@ -386,53 +427,72 @@ void Link::ResetIntervalStatistics() {
 
 std::int32_t Link::SendString(std::string& text) {
   if (State.CommHandle < 1) return 0;
+  const WhenSent whenSent = [this](const SendOutcome& outcome) {
+    if (Hooks.sentString) Hooks.sentString(outcome);
+  };
   if (sending_) {
-    Queue(text, nullptr);
+    Queue(text, whenSent);
     return 0;
   }
-  const std::int32_t status = Transmit(text, Scripting());
+  Sending sending = Transmit(text, Scripting());
+  text = sending.outcome.text;
+  whenSent(sending.outcome);
   TransmitQueued();
-  return status;
+  return sending.status;
 }
 
 void Link::Send(std::string text, WhenSent whenSent) {
-  if (State.CommHandle < 1) return;
-  if (sending_) {
+  if (State.CommHandle < 1) {
+    whenSent({std::move(text), 0, SendEnd::Failed, CommErrorText(BadHandle().value())});
+  } else if (sending_) {
     Queue(std::move(text), std::move(whenSent));
-    return;
+  } else {
+    whenSent(Transmit(std::move(text), Scripting()).outcome);
+    TransmitQueued();
   }
-  Transmit(text, Scripting());
-  whenSent(text);
-  TransmitQueued();
 }
 
-std::int32_t Link::Transmit(std::string& text, bool scripted) {
-  sending_ = true;
+Link::Sending Link::Transmit(std::string text, bool scripted) {
+  const Raised sending(sending_);
   if (scripted) Hooks.sendString(text);
-  std::int32_t status = 0;
-  if (controls_.chkTerminal.Checked()) {
-    const auto device = OpenDevice();
-    for (const char& character : text) {
-      if (device != OpenDevice()) break;  // the rest is not for the port that was opened meanwhile
-      status |= CommWrite({&character, 1});
-    }
-  } else {
-    status = CommWrite(text);
-  }
+  Writing writing{text.size(), openings_};
+  const std::int32_t status =
+      controls_.chkTerminal.Checked() ? WriteEach(text, writing) : Write(text, writing);
+  if (network_.Unsent() == 0) progress_.End(writing.taken, writing.total);
   State.LastSendTime = Midnight();
   State.AnswerPending = false;
   State.RxStampTime = State.LastSendTime;
-  sending_ = false;
+  if (Hooks.transmitted) Hooks.transmitted();
+  SendOutcome outcome{std::move(text), writing.taken};
+  if (writing.cancelled) {
+    outcome.end = SendEnd::Cancelled;
+  } else if (writing.error) {
+    outcome.end = SendEnd::Failed;
+    outcome.reason = CommErrorText(writing.error.value());
+  }
+  return {status, std::move(outcome)};
+}
+
+// Each character is a write of its own. What is left is not for a port that was opened meanwhile.
+std::int32_t Link::WriteEach(std::string_view text, Writing& writing) {
+  std::int32_t status = 0;
+  for (const char& character : text) {
+    if (writing.opening != openings_) return status | Cancel(writing);
+    status |= Write({&character, 1}, writing);
+    if (writing.error || writing.cancelled) break;
+  }
   return status;
 }
 
 void Link::Queue(std::string text, WhenSent whenSent) {
   if (queuedBytes_ + text.size() > queuedTextLimit) {
-    CommSetErrorFlags(sources::write, std::make_error_code(std::errc::no_buffer_space));
+    const std::error_code error = std::make_error_code(std::errc::no_buffer_space);
+    CommSetErrorFlags(sources::write, error);
+    whenSent({std::move(text), 0, SendEnd::Failed, CommErrorText(error.value())});
     return;
   }
   queuedBytes_ += text.size();
-  queued_.push_back({std::move(text), std::move(whenSent), Scripting()});
+  queued_.push_back({std::move(text), std::move(whenSent), Scripting(), openings_});
 }
 
 void Link::TransmitQueued() {
@@ -440,10 +500,23 @@ void Link::TransmitQueued() {
     Queued next = std::move(queued_.front());
     queued_.pop_front();
     queuedBytes_ -= next.text.size();
-    if (!State.CommPortOpen) continue;  // closed while it waited
-    Transmit(next.text, next.scripted && Scripting());
-    if (next.whenSent) next.whenSent(next.text);
+    if (next.opening == openings_) {
+      next.whenSent(Transmit(std::move(next.text), next.scripted && Scripting()).outcome);
+    } else {
+      next.whenSent({std::move(next.text), 0, SendEnd::Cancelled, {}});
+    }
   }
+  TellFree();
+}
+
+void Link::NetworkQueueChanged(std::size_t taken, std::size_t total) {
+  if (taken < total) return progress_.Tell(taken, total);
+  progress_.End(taken, total);
+  TellFree();
+}
+
+void Link::TellFree() {
+  if (!Busy() && Hooks.free) Hooks.free();
 }
 
 std::string Link::CommErrorText(std::int32_t code) {

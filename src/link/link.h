@@ -17,6 +17,7 @@
 #include "link/device.h"
 #include "link/link_controls.h"
 #include "link/network_link.h"
+#include "link/write_progress.h"
 
 namespace quarlin {
 
@@ -41,11 +42,34 @@ struct LinkState {
   std::int32_t RxIntervalCount = 0;
 };
 
-// What the link asks of the script host. Empty functions stand for "no scripts".
+enum class SendEnd {
+  Sent,
+  Failed,     // the link could not take it, or only a part of it
+  Cancelled,  // the link was closed on purpose while it waited; no error is recorded
+};
+
+// What became of a string that was to be sent.
+struct SendOutcome {
+  std::string text;       // as it was handed to the driver, after the script's change
+  std::size_t taken = 0;  // its first bytes that the link took; over TCP some may still wait for the peer
+  SendEnd end = SendEnd::Sent;
+  std::string reason{};  // of a failure, in the platform's words
+};
+
+// What the link asks of the rest of the program, and tells it. Empty functions stand for "nobody".
 struct LinkHooks {
-  std::function<bool()> scripting;                     // whether the other two are to be called
+  std::function<bool()> scripting;                     // whether the next two are to be called
   std::function<void(std::string& text)> receiveChar;  // once for each character
   std::function<void(std::string& text)> sendString;
+
+  std::function<void()> transmitted;                   // a string was sent, or could not be
+  std::function<void(const SendOutcome&)> sentString;  // what became of a SendString
+
+  // How far a write has come that has to wait: called when it first waits, then at most every 250 ms, and at
+  // its end, however it ends. Called during yields; must only show.
+  std::function<void(std::size_t taken, std::size_t total)> progress;
+
+  std::function<void()> free;  // Busy has become false; must only wake somebody
 };
 
 class Link {
@@ -89,7 +113,8 @@ class Link {
   std::int32_t CommRead(std::string& text, std::int32_t maxLength);
 
   // Writes all of it, waiting up to a second for each byte, or byte by byte with the pause of txtcharrit,
-  // during which nothing is served. Returns what the last write call took, or -1. Yields.
+  // during which nothing is served; the first byte that fails is the last. Returns what the last write call
+  // took, or -1; a close on purpose while it waits gives -1, too, and records nothing. Yields.
   std::int32_t CommWrite(std::string_view text);
 
   // `mask` is one ModemLine bit. On failure `state` is unchanged.
@@ -104,6 +129,9 @@ class Link {
   // Like CommSetLine, but nothing is done where the line was last set so and nobody else moves it.
   void KeepLine(OutputLine line, bool asserted);
   bool CommIsOpen() const { return State.CommPortOpen; }
+
+  // A string is on its way to the driver, or some of one waits for a TCP peer to take it.
+  bool Busy() const { return sending_ || !queued_.empty() || network_.Unsent() > 0; }
 
   // Ends a write that waits for the driver, by closing the link; for the end of the program.
   void GiveUpWaiting();
@@ -120,9 +148,10 @@ class Link {
   // driver goes out behind it, and the status is then 0. Whether the script is asked is decided now.
   std::int32_t SendString(std::string& text);
 
-  // SendString for a sender that logs: `whenSent` gets the text as it was handed to the driver, before
-  // anything is written that was sent later.
-  using WhenSent = std::function<void(const std::string& text)>;
+  // SendString for a sender that is told what became of it: `whenSent` is called exactly once, before
+  // anything is written that was sent later. A text that was to go out behind another is cancelled when the
+  // link is closed before its turn.
+  using WhenSent = std::function<void(const SendOutcome& outcome)>;
   void Send(std::string text, WhenSent whenSent);
 
   // Starts the mean of the intervals between answers anew.
@@ -131,6 +160,19 @@ class Link {
   static std::string CommErrorText(std::int32_t code);
 
  private:
+  // A write in progress.
+  struct Writing {
+    std::size_t total;
+    std::uint64_t opening;  // of the link, for which it is meant
+    std::size_t taken = 0;
+    std::error_code error{};  // why no more was taken
+    bool cancelled = false;
+  };
+  struct Sending {
+    std::int32_t status;
+    SendOutcome outcome;
+  };
+
   std::int32_t OpenSerial(const std::string& portName, std::string_view settings);
   std::int32_t SetUp(Device& device, const std::string& portName, std::string_view settings);
   std::int32_t OpenNetwork();
@@ -140,13 +182,20 @@ class Link {
   void Record(std::string_view source, std::error_code error);
   std::int32_t CommSetError(std::string_view source, std::error_code error);
   std::int32_t CommSetErrorFlags(std::string_view source, std::error_code error);
-  std::int32_t WriteSerial(std::string_view text);
-  std::int32_t WriteWhole(Device& device, std::string_view text);
-  std::int32_t WriteSlowly(Device& device, std::string_view text, Duration pause);
+  std::int32_t Write(std::string_view text, Writing& writing);
+  std::int32_t WriteNetwork(std::string_view text, Writing& writing);
+  std::int32_t WriteSerial(std::string_view text, Writing& writing);
+  std::int32_t WriteWhole(Device& device, std::string_view text, Writing& writing);
+  std::int32_t WriteSlowly(Device& device, std::string_view text, Duration pause, Writing& writing);
+  std::int32_t Fail(Writing& writing, std::string_view source, std::error_code error);
+  static std::int32_t Cancel(Writing& writing);
+  std::int32_t WriteEach(std::string_view text, Writing& writing);
   bool Scripting() const { return Hooks.scripting && Hooks.scripting(); }
-  std::int32_t Transmit(std::string& text, bool scripted);
+  Sending Transmit(std::string text, bool scripted);
   void Queue(std::string text, WhenSent whenSent);
   void TransmitQueued();
+  void NetworkQueueChanged(std::size_t taken, std::size_t total);
+  void TellFree();
   void WaitUntilSent(std::size_t bytes);
   void MeasureInterval(std::string_view text);
   void LetScriptSeeEach(std::string& text);
@@ -158,14 +207,17 @@ class Link {
   std::shared_ptr<Device>
       device_;  // shared with the operations on the stack, so that a close cannot pull it away
   std::int32_t lastToken_ = 2;
+  std::uint64_t openings_ = 0;  // and closes: whoever waited sees that it is another link now
   struct Queued {
     std::string text;
     WhenSent whenSent;
-    bool scripted;  // no text that a script sent itself
+    bool scripted;          // no text that a script sent itself
+    std::uint64_t opening;  // of the link, for which it is meant
   };
   bool sending_ = false;       // a text is on its way through the functions on the stack
   std::deque<Queued> queued_;  // texts that came meanwhile
   std::size_t queuedBytes_ = 0;
+  WriteProgress progress_;
   NetworkLink network_;
   std::map<OutputLine, bool> linesSet_;  // as they were last set, since the port was opened
 };

@@ -155,7 +155,7 @@ void NetworkLink::SetPeer(Socket socket) {
   readableWatch_.reset();
   writableWatch_.reset();
   received_.clear();
-  waiting_.clear();
+  DropWaiting();
   sendError_ = {};
   peerGone_ = false;
   refusalTold_ = false;
@@ -191,7 +191,7 @@ void NetworkLink::Close() {
   peer_ = Socket();
   lastSender_ = SocketAddress();
   received_.clear();
-  waiting_.clear();
+  DropWaiting();
   sendError_ = {};
   peerGone_ = false;
 }
@@ -199,7 +199,7 @@ void NetworkLink::Close() {
 void NetworkLink::DropPeer() {
   readableWatch_.reset();
   writableWatch_.reset();
-  waiting_.clear();
+  DropWaiting();
   peer_ = Socket();
 }
 
@@ -217,7 +217,7 @@ void NetworkLink::EndOfReceiving(std::error_code error) {
 void NetworkLink::EndOfSending(std::error_code error) {
   sendError_ = error;
   writableWatch_.reset();
-  waiting_.clear();
+  DropWaiting();
   if (!readableWatch_) DropPeer();
 }
 
@@ -295,6 +295,7 @@ std::error_code NetworkLink::SendDatagram(std::string_view text) {
 std::error_code NetworkLink::SendStream(std::string_view text) {
   if (waiting_.size() + text.size() > mostWaiting) return std::make_error_code(std::errc::no_buffer_space);
   waiting_ += text;
+  waitingTotal_ += text.size();
   return writableWatch_ ? std::error_code() : SendWaiting();
 }
 
@@ -314,7 +315,19 @@ std::error_code NetworkLink::SendWaiting() {
   } else if (!writableWatch_) {
     writableWatch_ = loop_.WatchWritable(peer_.Get(), [this] { SendWaiting(); });
   }
+  TellQueue();
   return {};
+}
+
+void NetworkLink::TellQueue() {
+  const std::size_t total = waitingTotal_;
+  if (waiting_.empty()) waitingTotal_ = 0;
+  if (OnQueue && total > 0) OnQueue(total - waiting_.size(), total);
+}
+
+void NetworkLink::DropWaiting() {
+  waiting_.clear();
+  TellQueue();
 }
 
 }  // namespace quarlin

@@ -40,6 +40,10 @@ class NetworkLink {
   // What happened to the connection, in plain words.
   std::function<void(std::string_view)> OnEvent;
 
+  // TCP: so many of the bytes that had to wait for the peer have been taken by now, out of all since none
+  // waited; also at the end, when both are the same. What is dropped with the peer counts as taken here.
+  std::function<void(std::size_t taken, std::size_t total)> OnQueue;
+
   // Another TCP peer has taken the place of the one before: what is being assembled is not its.
   std::function<void()> OnNewPeer;
 
@@ -68,6 +72,9 @@ class NetworkLink {
   // ENOTCONN while there is no peer.
   std::error_code Send(std::string_view text);
 
+  // TCP: what the system has not yet taken.
+  std::size_t Unsent() const { return waiting_.size(); }
+
  private:
   bool Listen(int port);
   std::optional<bool> Begin(const NetworkChoice& choice, std::function<void()> connected);
@@ -86,6 +93,8 @@ class NetworkLink {
   std::error_code SendDatagram(std::string_view text);
   std::error_code SendStream(std::string_view text);
   std::error_code SendWaiting();
+  void TellQueue();
+  void DropWaiting();
   bool Fail(std::string_view words);
   void Tell(std::string_view words) const;
 
@@ -106,8 +115,9 @@ class NetworkLink {
   std::unique_ptr<Watch> writableWatch_;  // while something waits to be sent
   SocketAddress lastSender_;              // UDP server: where answers go
   std::string received_;
-  std::string waiting_;        // TCP: not yet taken by the system
-  std::error_code sendError_;  // TCP: why nothing more goes out, while the rest is still being received
+  std::string waiting_;           // TCP: not yet taken by the system
+  std::size_t waitingTotal_ = 0;  // with what was taken of it since it began to wait
+  std::error_code sendError_;     // TCP: why nothing more goes out, while the rest is still being received
   std::unique_ptr<std::array<char, 65536>> buffer_;
 };
 

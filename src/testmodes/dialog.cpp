@@ -163,7 +163,8 @@ void Dialog::SendFaulty(const FaultyAnswer& answer, const std::string& terminato
 
 void Dialog::Send(std::string text) {
   Hooks.sent();
-  parts_.link.Send(std::move(text), [this](const std::string& sent) {
+  parts_.link.Send(std::move(text), [this](const SendOutcome& outcome) {
+    const std::string& sent = outcome.text;
     if (parts_.run.chkhhmmss.Checked()) parts_.logs.WriteStamp(parts_.loop.Local());
     parts_.logs.WriteTraffic(sent);
     parts_.display.Append(sent, colors::blue);

@@ -182,7 +182,8 @@ std::string Cycle::Prefix() const {
 }
 
 void Cycle::Transmit(std::string text, std::function<void()> counted) {
-  parts_.link.Send(std::move(text), [this, counted = std::move(counted)](const std::string& sent) {
+  parts_.link.Send(std::move(text), [this, counted = std::move(counted)](const SendOutcome& outcome) {
+    const std::string& sent = outcome.text;
     parts_.logs.WriteTraffic(sent);
     if (parts_.run.chkhhmmss.Checked()) {
       parts_.display.Append(fmt::format("{}{} ", stampMark, DateTimeText(parts_.loop.Local())), colors::blue);

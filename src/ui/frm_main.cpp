@@ -259,7 +259,8 @@ void FrmMain::WireScript() {
 }
 
 void FrmMain::SendTask(std::string text) {
-  modules_->link.Send(std::move(text), [this](const std::string& sent) {
+  modules_->link.Send(std::move(text), [this](const SendOutcome& outcome) {
+    const std::string& sent = outcome.text;
     if (controls.run.chkhhmmss.Checked()) modules_->logs.WriteStamp(surroundings_.loop.Local());
     modules_->logs.WriteTraffic(sent);
     modules_->display.Append(sent, colors::blue);

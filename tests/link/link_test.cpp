@@ -2,7 +2,10 @@
 
 #include "link/link.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+
+#include <array>
 
 #include "support/scripted_device.h"
 
@@ -212,9 +215,9 @@ TEST_F(LinkRig, ASecondSendWhileAWriteWaitsGoesOutBehindIt) {
     port.ForgetJournal();
     port.BlockWrites();
     std::string log;
-    loop.Outside(100ms, [&] { link.Send("second", [&](const std::string& text) { log += text; }); });
+    loop.Outside(100ms, [&] { link.Send("second", [&](const SendOutcome& sent) { log += sent.text; }); });
     loop.Outside(200ms, [&] { port.UnblockWrites(); });
-    link.Send("first ", [&](const std::string& text) { log += text; });
+    link.Send("first ", [&](const SendOutcome& sent) { log += sent.text; });
     EXPECT_EQ(port.Written(), "first second");
     EXPECT_EQ(log, "first second") << "logged as it went out";
     if (controls.ChkRtsTx.Checked()) {
@@ -247,12 +250,96 @@ TEST_F(LinkRig, ACloseDuringTheYieldOfAReadIsNoError) {
   EXPECT_EQ(State().CommLastError, 0);
 }
 
-TEST_F(LinkRig, ADisconnectWhileAWriteWaitsEndsIt) {
+TEST_F(LinkRig, ADisconnectWhileAWriteWaitsEndsItAndIsNoError) {
   Open();
   port.BlockWrites();
   loop.Outside(100ms, [&] { link.CommClose(); });
   EXPECT_EQ(link.CommWrite("READ"), -1);
-  EXPECT_EQ(State().CommLastError, EBADF);
+  EXPECT_EQ(State().CommLastError, 0);
+}
+
+std::string InWords(const SendOutcome& outcome) {
+  constexpr std::array<std::string_view, 3> ends{"sent", "failed", "cancelled"};
+  return fmt::format("{} {} of {}{}\n", ends.at(static_cast<std::size_t>(outcome.end)), outcome.taken,
+                     outcome.text, outcome.reason.empty() ? "" : ": " + outcome.reason);
+}
+
+TEST_F(LinkRig, EverySendTellsItsEndOnce) {
+  struct Case {
+    const char* happens;
+    const char* options;  // "terminal", "slow"
+    std::function<void()> does;
+    std::string ends;  // of READ, and then of MORE, sent while READ waits
+  };
+  const auto breaks = [&] { port.Fail(DeviceCall::Write, std::errc::io_error, 1); };
+  const std::string broken = ": " + Link::CommErrorText(EIO) + "\n";
+  const std::string timedOut = ": " + Link::CommErrorText(ETIMEDOUT) + "\n";
+  const std::vector<Case> cases{
+      {"the driver goes on", "", [&] { port.UnblockWrites(); }, "sent 4 of READ\nsent 4 of MORE\n"},
+      {"it breaks", "", breaks, "failed 3 of READ" + broken + "sent 4 of MORE\n"},
+      {"it breaks", "terminal", breaks, "failed 3 of READ" + broken + "sent 4 of MORE\n"},
+      {"it breaks", "slow", breaks, "failed 3 of READ" + broken + "sent 4 of MORE\n"},
+      {"it never goes on", "", [] {}, "failed 3 of READ" + timedOut + "failed 0 of MORE" + timedOut},
+      {"it never goes on", "terminal", [] {}, "failed 3 of READ" + timedOut + "failed 0 of MORE" + timedOut},
+      {"it is closed", "", [&] { link.CommClose(); }, "cancelled 3 of READ\ncancelled 0 of MORE\n"},
+      {"it is closed", "slow", [&] { link.CommClose(); }, "cancelled 3 of READ\ncancelled 0 of MORE\n"},
+      {"another port is opened", "terminal",
+       [&] {
+         link.CommClose();
+         Open();
+       },
+       "cancelled 3 of READ\ncancelled 0 of MORE\n"},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(fmt::format("{} {}", row.happens, row.options));
+    controls.chkTerminal.SetChecked(row.options == std::string_view("terminal"));
+    controls.txtcharrit.SetText(row.options == std::string_view("slow") ? "1" : "0");
+    if (!link.CommIsOpen()) Open();
+    port.BlockWrites(3);
+    std::string told;
+    const auto tell = [&](const SendOutcome& outcome) { told += InWords(outcome); };
+    loop.Outside(10ms, [&] { link.Send("MORE", tell); });
+    loop.Outside(20ms, row.does);
+    if (row.ends.find("sent 4") != std::string::npos) loop.Outside(20ms, [&] { port.UnblockWrites(); });
+    link.Send("READ", tell);
+    EXPECT_EQ(told, row.ends);
+    EXPECT_FALSE(link.Busy());
+  }
+}
+
+TEST_F(LinkRig, AClosedLinkAndAFullQueueFailTheSend) {
+  std::string told;
+  const auto tell = [&](const SendOutcome& outcome) {
+    told += fmt::format("{} {} {}\n", outcome.text.size(), outcome.taken, outcome.reason);
+  };
+  const std::string bad = Link::CommErrorText(EBADF);
+  link.Send("READ", tell);
+  Open();
+  link.CommClose();
+  link.Send("READ", tell);
+  EXPECT_EQ(std::exchange(told, ""), fmt::format("4 0 {0}\n4 0 {0}\n", bad));
+  Open();
+  port.BlockWrites();
+  loop.Outside(10ms, [&] { link.Send(std::string(1'048'577, 'x'), tell); });
+  loop.Outside(20ms, [&] { port.UnblockWrites(); });
+  link.Send("READ", tell);
+  EXPECT_EQ(told, fmt::format("1048577 0 {}\n4 4 \n", Link::CommErrorText(ENOBUFS)));
+}
+
+TEST_F(LinkRig, AWriteThatWaitsTellsHowFarItHasComeAndWhenTheLinkIsFree) {
+  std::string told;
+  link.Hooks.progress = [&](std::size_t taken, std::size_t total) {
+    EXPECT_TRUE(link.Busy());
+    told += fmt::format("{}/{} ", taken, total);
+  };
+  link.Hooks.free = [&] { told += "free "; };
+  Open();
+  Send("READ");
+  EXPECT_EQ(std::exchange(told, ""), "free ") << "nothing to show of a write that does not wait";
+  port.BlockWrites(1);
+  for (int i = 1; i <= 30; ++i) loop.Outside(i * 100ms, [&] { port.BlockWrites(1); });
+  Send(std::string(11, 'x'));
+  EXPECT_EQ(told, "1/11 4/11 7/11 10/11 11/11 free ") << "at once, then at most every 250 ms, and at its end";
 }
 
 TEST_F(LinkRig, AnUnpluggedDeviceIsToldOnce) {

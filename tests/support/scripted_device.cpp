@@ -57,7 +57,7 @@ class ScriptedDevice::Handle : public Device {
   }
 
   bool WaitWritable(Instant deadline) override {
-    return Wait([this] { return !port_.writesBlocked_; }, deadline);
+    return Wait([this] { return port_.room_ > 0; }, deadline);
   }
 
   void WaitSent(Instant deadline) override {
@@ -178,8 +178,9 @@ void ScriptedDevice::StopAnswering() {
 }
 
 Transfer ScriptedDevice::Take(std::string_view bytes) {
-  bytes = bytes.substr(0, writesBlocked_ ? 0 : takesAtMost_);
+  bytes = bytes.substr(0, std::min(room_, takesAtMost_));
   if (bytes.empty()) return {};
+  if (room_ != std::string::npos) room_ -= bytes.size();
   written_ += bytes;
   writes_.push_back({loop_.Now(), std::string(bytes)});
   journal_.push_back("write " + std::string(bytes));

@@ -66,8 +66,8 @@ class ScriptedDevice {
   // How the driver takes what is written. To end a wait, have the outside world unblock:
   // loop.Outside(50ms, [&] { port.UnblockWrites(); }).
   void TakeAtMost(std::size_t bytesPerWrite) { takesAtMost_ = bytesPerWrite; }
-  void BlockWrites() { writesBlocked_ = true; }
-  void UnblockWrites() { writesBlocked_ = false; }
+  void BlockWrites(std::size_t afterBytes = 0) { room_ = afterBytes; }
+  void UnblockWrites() { room_ = std::string::npos; }
   void SendingTakes(Duration perByte) { byteTime_ = perByte; }  // what WaitSent waits for
 
   // What goes wrong: the call fails so many times with that error, or until Mend. A close that fails
@@ -134,7 +134,7 @@ class ScriptedDevice {
   std::string line_;  // of a request, not complete
 
   std::size_t takesAtMost_ = std::string::npos;
-  bool writesBlocked_ = false;
+  std::size_t room_ = std::string::npos;  // until writes block
   Duration byteTime_{};
   Instant lineFree_{};
 
