@@ -86,6 +86,7 @@ std::uint64_t RunRecord::AddRequest(std::string_view request) {
   exchange.hasRequest = true;
   Keep(exchange.request, request);
   ++sums_.requests;
+  ++sums_.sent;
   return exchange.number;
 }
 
@@ -126,7 +127,8 @@ void RunRecord::Parsed(std::uint64_t number, std::string_view parsed) {
 void RunRecord::Say(std::uint64_t number, Verdict verdict, std::string_view detail) {
   ExchangeRecord* exchange = Unended(number);
   if (exchange == nullptr || exchange->Has(verdict)) return;
-  exchange->findings.push_back({verdict, std::string(detail)});
+  exchange->findings.push_back({verdict, std::string(detail.substr(0, keptBytes))});
+  if (verdict == Verdict::NotSent && exchange->hasRequest) --sums_.sent;
   ++sums_.verdicts[static_cast<std::size_t>(verdict)];
   Tell(*exchange);
 }

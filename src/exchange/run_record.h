@@ -53,6 +53,7 @@ struct RunSums {
   std::uint64_t good = 0;                              // answered, and nothing to object to
   std::uint64_t failed = 0;                            // with one failure or several
   std::uint64_t open = 0;                              // without a verdict at the end
+  std::uint64_t sent = 0;                              // requests that left whole
   std::uint64_t received = 0;                          // complete strings, and "ERR" answers
   std::array<std::uint64_t, verdictKinds> verdicts{};  // exchanges and answers of which each was said
 
@@ -73,12 +74,13 @@ class RunListener {
 class RunRecord {
  public:
   static constexpr std::size_t mostKept = 10'000;
-  static constexpr std::size_t keptBytes = 1024;       // of each text
+  static constexpr std::size_t keptBytes = 1024;       // of each text, also of a detail
   static constexpr std::size_t mostKeptFailures = 20;  // the first and the last ones
 
   explicit RunRecord(const Clock& clock) : clock_(clock) { Begin(); }
 
-  // A listener must leave before it dies. Listeners are told in the order in which they came.
+  // A listener must leave before it dies, and never while it is told. Listeners are told in the order in
+  // which they came.
   void Follow(RunListener& listener);
   void Leave(RunListener& listener);
 
