@@ -1,43 +1,42 @@
 #include "base/files.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <fstream>
 #include <sstream>
 
+#include "base/file_handle.h"
+#include "base/file_replacement.h"
+#include "base/system_call.h"
+
 namespace quarlin {
+namespace fs = std::filesystem;
 namespace {
 
-std::error_code LastError() {
-  return {errno, std::system_category()};
-}
+class FileFaults : public std::error_category {
+ public:
+  const char* name() const noexcept override { return "files"; }
+  std::string message(int) const override { return "it is no regular file"; }
+};
 
-// The part of `content` that could not be written stays in it.
-std::error_code WriteAll(int descriptor, std::string_view& content) {
-  while (!content.empty()) {
-    const ssize_t wrote = write(descriptor, content.data(), content.size());
-    if (wrote < 0 && errno == EINTR) continue;
-    if (wrote < 0) return LastError();
-    content.remove_prefix(static_cast<std::size_t>(wrote));
-  }
-  return {};
-}
-
-std::error_code WriteWith(int flags, const std::filesystem::path& file, std::string_view& content) {
-  const int descriptor = open(file.c_str(), flags | O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-  if (descriptor < 0) return LastError();
-  std::error_code error = WriteAll(descriptor, content);
-  if (close(descriptor) != 0 && !error) error = LastError();
-  return error;
+std::error_code RefusalOfLog(const struct stat& status) {
+  const bool nowhere = S_ISCHR(status.st_mode) && status.st_rdev == makedev(1, 3);  // /dev/null
+  return nowhere ? std::error_code() : RefusalOf(status);
 }
 
 }  // namespace
 
-std::optional<std::string> ReadWholeFile(const std::filesystem::path& file) {
+std::error_code NoRegularFile() {
+  static const FileFaults category;
+  return {1, category};
+}
+
+std::optional<std::string> ReadWholeFile(const fs::path& file) {
   std::error_code ignored;
-  if (!std::filesystem::is_regular_file(file, ignored)) return std::nullopt;
+  if (!fs::is_regular_file(file, ignored)) return std::nullopt;
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::nullopt;
   std::ostringstream content;
@@ -45,18 +44,30 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& file) {
   return std::move(content).str();
 }
 
-std::error_code WriteWholeFile(const std::filesystem::path& file, std::string_view content) {
-  return WriteWith(O_TRUNC, file, content);
+std::error_code WriteWholeFile(const fs::path& file, std::string_view content) {
+  return FileReplacement(file).Write(content);
 }
 
-std::error_code OverwriteFile(const std::filesystem::path& file, std::string_view content) {
-  return WriteWith(0, file, content);
+std::error_code OverwriteFile(const fs::path& file, std::string_view content) {
+  const FileReplacement replacement(file);
+  std::string whole(content);
+  if (const std::error_code error = replacement.ReadBehind(content.size(), whole)) return error;
+  return replacement.Write(whole);
 }
 
-std::error_code AppendToFile(const std::filesystem::path& file, std::string_view content,
-                             std::size_t& written) {
+std::error_code AppendToFile(const fs::path& file, std::string_view content, std::size_t& written) {
+  written = 0;
+  struct stat status {};
+  // Looked at first: opening some devices moves the wires of what is attached to them.
+  if (stat(file.c_str(), &status) == 0) {
+    if (const std::error_code refusal = RefusalOfLog(status)) return refusal;
+  }
+  constexpr int flags = O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const FileHandle log(open(file.c_str(), flags, 0666));
+  if (log.Get() < 0 || fstat(log.Get(), &status) != 0) return LastError();
+  if (const std::error_code refusal = RefusalOfLog(status)) return refusal;
   const std::size_t wanted = content.size();
-  const std::error_code error = WriteWith(O_APPEND, file, content);
+  const std::error_code error = WriteAll(log.Get(), content);
   written = wanted - content.size();
   return error;
 }

@@ -1,4 +1,6 @@
-// Small file operations, each with one outcome to look at.
+// Small file operations, each with one outcome to look at. A write never waits for anybody: what is neither a
+// regular file nor, for AppendToFile, /dev/null is refused with NoRegularFile() or "is a directory". A limit
+// on the size of files is an error like a full disk, provided that SIGXFSZ is ignored.
 #pragma once
 
 #include <filesystem>
@@ -12,15 +14,25 @@ namespace quarlin {
 // The whole file, or nothing when it cannot be read.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
 
-// Replaces or creates the file.
+// Replaces or creates the file, all of it or nothing: the new content is written beside it, brought to the
+// disk and renamed, so that whatever fails, and whenever the power goes, the file is the old one or the new
+// one, and nothing else is left in the folder. Links are followed; mode, owner and group stay. A file that
+// may not be written is not replaced either.
+// Written in place are a file with several names (hard links), one whose owner we cannot give to another,
+// and one that cannot be renamed over, because its folder takes no new file or something is mounted on it.
+// Room for the content is made first, so that a full disk still leaves it as it was; a power cut may not.
 std::error_code WriteWholeFile(const std::filesystem::path& file, std::string_view content);
 
-// Writes over the beginning of the file, creating it if need be; what stands behind it stays.
+// Puts `content` in the place of as many bytes at the beginning of the file, in the way of WriteWholeFile;
+// what stands behind them stays.
 std::error_code OverwriteFile(const std::filesystem::path& file, std::string_view content);
 
 // Adds to the end of the file, creating it if need be. Opened and closed in the call, so a log that was
 // moved away meanwhile starts afresh. `written` counts what reached the file, also on an error.
 std::error_code AppendToFile(const std::filesystem::path& file, std::string_view content,
                              std::size_t& written);
+
+// "it is no regular file": a pipe, a socket or a device, which might keep the program waiting.
+std::error_code NoRegularFile();
 
 }  // namespace quarlin

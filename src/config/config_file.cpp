@@ -1,5 +1,7 @@
 #include "config/config_file.h"
 
+#include <fmt/format.h>
+
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -50,13 +52,20 @@ std::optional<std::string> ValueText(const Control& control) {
   }
 }
 
-std::string RecordsOf(const ControlCollection& controls) {
+std::string NameWithIndex(const Control& control) {
+  const std::string name(control.Name());
+  return control.Index() ? fmt::format("{}({})", name, *control.Index()) : name;
+}
+
+// Adds the controls whose text does not fit to `cut`.
+std::string RecordsOf(const ControlCollection& controls, std::vector<std::string>& cut) {
   std::string records;
   for (const Control* control : controls.All()) {
     const std::optional<std::string> text = ValueText(*control);
     if (!text || TrimBlanks(control->Name()).empty()) continue;
     AddField(records, control->Name(), nameSize);
     AddField(records, *text, textSize);
+    if (text->size() > textSize) cut.push_back(NameWithIndex(*control));
     AddField(records, control->Index() ? PaddedDecimal(*control->Index(), 1) : "", indexSize);
   }
   return records;
@@ -107,8 +116,18 @@ void Apply(const Record& record, const ControlCollection& controls) {
 
 }  // namespace
 
-std::error_code SaveConfig(const ControlCollection& controls, const std::filesystem::path& file) {
-  return OverwriteFile(file, RecordsOf(controls));
+std::string SavedConfig::Text(std::string_view fileName) const {
+  if (error) return fmt::format("{} was not saved: {}", fileName, error.message());
+  std::string text = fmt::format("{} saved", fileName);
+  if (cut.empty()) return text;
+  const std::string_view verb = cut.size() == 1 ? "was" : "were";
+  return text + fmt::format("; {} {} cut at {} characters", fmt::join(cut, ", "), verb, textSize);
+}
+
+SavedConfig SaveConfig(const ControlCollection& controls, const std::filesystem::path& file) {
+  SavedConfig saved;
+  saved.error = OverwriteFile(file, RecordsOf(controls, saved.cut));
+  return saved;
 }
 
 bool LoadConfig(ControlCollection& controls, const std::filesystem::path& file) {

@@ -12,16 +12,29 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "controls/collection.h"
 
 namespace quarlin {
 
+// How a save went.
+struct SavedConfig {
+  std::error_code error;
+  std::vector<std::string>
+      cut;  // the controls whose value was longer than its field: "txtparser", "txtCounter(3)"
+
+  // For the status bar: "config.cfg saved; txtparser was cut at 100 characters".
+  std::string Text(std::string_view fileName) const;
+};
+
 // Writes one record for each control that has a value, in the collection's order, from the start of the
 // file. The file is created if need be and never gets shorter: records of an earlier, longer save stay
-// behind the new ones, and are loaded again.
-std::error_code SaveConfig(const ControlCollection& controls, const std::filesystem::path& file);
+// behind the new ones, and are loaded again. After an error the file is as it was (see OverwriteFile).
+SavedConfig SaveConfig(const ControlCollection& controls, const std::filesystem::path& file);
 
 // Applies the records in order; one without an index goes to every control of its name. A control whose
 // value changes by it runs its handler. A record that names no control, or whose value is none for the

@@ -26,6 +26,9 @@ class LogWriter {
   // Bytes given up because the file could not be written for so long that 1 MiB was waiting.
   std::uint64_t LostBytes() const { return lostBytes_; }
 
+  // Asked after the last Flush: bytes that the file has not got, given up or still waiting.
+  std::uint64_t MissingBytes() const { return lostBytes_ + pending_.size(); }
+
  private:
   void DropExcess();
   void BeginTrouble(std::error_code error);

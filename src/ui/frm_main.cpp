@@ -323,9 +323,7 @@ void FrmMain::ComputeTerminators() {
 }
 
 void FrmMain::SaveConfiguration() {
-  const auto error = SaveConfig(collection_, surroundings_.folder.File(configFile));
-  Note(error ? fmt::format("{} was not saved: {}", configFile, error.message())
-             : fmt::format("{} saved", configFile));
+  Note(SaveConfig(collection_, surroundings_.folder.File(configFile)).Text(configFile));
 }
 
 void FrmMain::LoadConfiguration() {

@@ -8,7 +8,6 @@
 #include <thread>
 #include <vector>
 
-#include "base/files.h"
 #include "support/temp_folder.h"
 
 namespace quarlin {
@@ -20,7 +19,7 @@ namespace fs = std::filesystem;
 
 class ProfileFileTest : public testing::Test {
  protected:
-  void Write(std::string_view content) { WriteWholeFile(path, content); }
+  void Write(std::string_view content) { WriteInPlace(path, content); }
   std::string Read(std::string_view key) { return file.ReadProfileString("COMMAND", key); }
 
   TempFolder folder;
@@ -134,7 +133,7 @@ TEST_F(ProfileFileTest, AChangeShowsAlsoWhenTheFileLooksTheSame) {
 
   std::this_thread::sleep_for(60ms);
   EXPECT_EQ(Read("A"), "2");
-  WriteWholeFile(folder / "new", "[COMMAND]\nA=3");
+  WriteInPlace(folder / "new", "[COMMAND]\nA=3");
   fs::last_write_time(folder / "new", modified);
   fs::rename(folder / "new", path);
   EXPECT_EQ(Read("A"), "3");
@@ -143,7 +142,7 @@ TEST_F(ProfileFileTest, AChangeShowsAlsoWhenTheFileLooksTheSame) {
 // In a burst of requests the way to the file is not walked each time.
 TEST_F(ProfileFileTest, AChangeInABurstShowsInTheNextRead) {
   const auto write = [this](const char* name, int value) {
-    WriteWholeFile(folder / name, "[COMMAND]\nA=" + std::to_string(value));
+    WriteInPlace(folder / name, "[COMMAND]\nA=" + std::to_string(value));
   };
   using Change = std::function<void(int value)>;
   const std::vector<Change> changes{
@@ -174,8 +173,8 @@ TEST_F(ProfileFileTest, AChangeInABurstShowsInTheNextRead) {
 }
 
 TEST_F(ProfileFileTest, ALinkThatLeadsElsewhereShowsAMillisecondLater) {
-  WriteWholeFile(folder / "1", "[COMMAND]\nA=1");
-  WriteWholeFile(folder / "2", "[COMMAND]\nA=2");
+  WriteInPlace(folder / "1", "[COMMAND]\nA=1");
+  WriteInPlace(folder / "2", "[COMMAND]\nA=2");
   fs::create_symlink("1", path);
   std::this_thread::sleep_for(60ms);
   for (int burst = 0; burst < 100; ++burst) ASSERT_EQ(Read("A"), "1");

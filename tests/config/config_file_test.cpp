@@ -8,6 +8,7 @@
 #include "base/files.h"
 #include "controls/controls.h"
 #include "controls/virtual_loop.h"
+#include "support/file_size_limit.h"
 #include "support/temp_folder.h"
 
 namespace quarlin {
@@ -48,9 +49,12 @@ class ConfigRig : public testing::Test {
     settings_.Option4.OnClick([this] { Note("Option4"); });
   }
 
-  void Save() { ASSERT_FALSE(SaveConfig(window_, file_)); }
+  void Save() { ASSERT_FALSE(SaveConfig(window_, file_).error); }
   bool Load() { return LoadConfig(window_, file_); }
-  bool Load(std::string_view content) { return !WriteWholeFile(file_, content) && Load(); }
+  bool Load(std::string_view content) {
+    WriteInPlace(file_, content);
+    return Load();
+  }
   std::string Saved() const { return ReadWholeFile(file_).value_or(""); }
 
   // The n-th record of the file, from 0.
@@ -98,7 +102,7 @@ TEST_F(ConfigRig, CutsNamesAndTextsToTheirFields) {
   } odd(loop_);
   ControlCollection controls;
   controls.Add(odd);
-  ASSERT_FALSE(SaveConfig(controls, file_));
+  ASSERT_FALSE(SaveConfig(controls, file_).error);
   EXPECT_EQ(Saved(), Record("txtANameOfTwentyTwoXYZ", "v"));
 
   settings_.txtparser.SetText(std::string(99, 'x') + "yz" + std::string(49, 'z'));
@@ -198,11 +202,31 @@ TEST_F(ConfigRig, LoadsWhatIsSoundAndPassesOverTheRest) {
   }
 }
 
+TEST_F(ConfigRig, AFullDiskLeavesTheSavedSettingsAndCutValuesAreNamed) {
+  settings_.txtparser.SetText("kept");
+  Save();
+  const std::string before = Saved() + Record("fromAnEarlierSave", "x");
+  ASSERT_FALSE(WriteWholeFile(file_, before));
+  settings_.txtparser.SetText(std::string(101, 'x'));
+  {
+    const FileSizeLimit full(recordSize);
+    EXPECT_EQ(SaveConfig(window_, file_).Text("config.cfg"), "config.cfg was not saved: File too large");
+  }
+  EXPECT_EQ(Saved(), before);
+  EXPECT_EQ(SaveConfig(window_, file_).Text("config.cfg"),
+            "config.cfg saved; txtparser was cut at 100 characters");
+  settings_.txtCounter[3].SetText(std::string(150, 'x'));
+  settings_.txtCounter[4].SetText(std::string(100, 'x'));
+  EXPECT_EQ(SaveConfig(window_, file_).Text("config.cfg"),
+            "config.cfg saved; txtparser, txtCounter(3) were cut at 100 characters");
+}
+
 TEST_F(ConfigRig, SurvivesAnyGarbage) {
   std::mt19937 random(1);
+  Save();
+  const std::string sound = Saved();
   for (int round = 0; round < 200; ++round) {
-    Save();
-    std::string content = Saved();
+    std::string content = sound;
     for (int i = 0; i < 300; ++i) content[random() % content.size()] = static_cast<char>(random());
     content.resize(random() % (content.size() + 1));
     EXPECT_TRUE(Load(content));
@@ -226,7 +250,7 @@ TEST_F(ConfigRig, NoFileChangesNothingAndABlockedOneIsAnError) {
   EXPECT_EQ(fired_, "");
   std::filesystem::create_directory(file_);
   EXPECT_FALSE(Load());
-  EXPECT_EQ(SaveConfig(window_, file_), std::errc::is_a_directory);
+  EXPECT_EQ(SaveConfig(window_, file_).error, std::errc::is_a_directory);
 }
 
 }  // namespace

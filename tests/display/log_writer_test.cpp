@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "base/files.h"
 #include "controls/virtual_loop.h"
+#include "support/file_size_limit.h"
 #include "support/temp_folder.h"
 
 namespace quarlin {
@@ -26,14 +28,18 @@ class LogWriterRig : public testing::Test {
 
   std::string Written() const { return ReadWholeFile(file_).value_or("(no file)"); }
   void Block() { std::filesystem::create_directory(file_); }
-  void Fill() { std::filesystem::create_symlink("/dev/full", file_); }
-  void Free() { std::filesystem::remove(file_); }
+  void Fill() { full_.emplace(0); }
+  void Free() {
+    full_.reset();
+    std::filesystem::remove(file_);
+  }
 
   TempFolder folder_;
   std::filesystem::path file_ = folder_ / "LOG.TXT";
   VirtualLoop loop_;
   std::vector<std::string> told_;
   std::unique_ptr<LogWriter> log_;
+  std::optional<FileSizeLimit> full_;
 };
 
 using Words = std::vector<std::string>;
@@ -117,11 +123,18 @@ TEST_F(LogWriterRig, AFullDiskLosesWhatExceedsAMebibyteAndSaysHowMuch) {
   Free();
   loop_.Pass(1s);
   const std::string failed = "LOG.TXT cannot be written: ";
-  EXPECT_EQ(told_, (Words{failed + "No space left on device; the run goes on",
+  EXPECT_EQ(told_, (Words{failed + "File too large; the run goes on",
                           "LOG.TXT is written again, 12 bytes are missing",
                           failed + "Is a directory; the run goes on",
                           "LOG.TXT is written again, 5 bytes are missing"}));
   EXPECT_EQ(log_->LostBytes(), 17U);
+  EXPECT_EQ(log_->MissingBytes(), 17U);
+
+  Free();
+  Block();
+  log_->Write("to the end");
+  log_->Flush();
+  EXPECT_EQ(log_->MissingBytes(), 27U);
 }
 
 TEST_F(LogWriterRig, ItsEndWithABlockedFileTellsNobody) {

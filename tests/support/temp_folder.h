@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -29,5 +30,10 @@ class TempFolder {
  private:
   std::filesystem::path path_;
 };
+
+// As an editor saves that keeps the file; it need not be there yet.
+inline void WriteInPlace(const std::filesystem::path& file, std::string_view content) {
+  std::ofstream(file, std::ios::binary) << content;
+}
 
 }  // namespace quarlin

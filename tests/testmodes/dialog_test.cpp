@@ -30,7 +30,7 @@ class DialogRig : public testing::Test {
     link.CommOpen("COM1", "9600,n,8,1");
   }
 
-  void Table(std::string_view content) { WriteWholeFile(folder / "Dialog.txt", content); }
+  void Table(std::string_view content) { WriteInPlace(folder / "Dialog.txt", content); }
 
   // What goes out at once.
   std::string Ask(std::string_view request) {
