@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -18,8 +17,7 @@ namespace {
 constexpr std::int32_t invalidHandle = -1;
 constexpr std::size_t queueSize = 1024;
 constexpr std::int32_t networkToken = 1;
-constexpr std::int32_t readSize = 1024;        // the most that one read may ask for
-constexpr std::int32_t intervalsMeant = 1000;  // after so many the mean starts anew
+constexpr std::int32_t readSize = 1024;  // the most that one read may ask for
 constexpr std::size_t queuedTextLimit = std::size_t{1} << 20;
 
 // Where an error happened, as CommLastErrorSource shows it. Those of CommOpen are followed by the port.
@@ -385,11 +383,8 @@ void Link::KeepLine(OutputLine line, bool asserted) {
 std::string Link::ReceiveChar() {
   std::string text;
   if (State.CommHandle <= 0 || CommRead(text, receiveSize) == 0) return {};
-  if (Scripting()) {
-    LetScriptSeeEach(text);
-  } else if (!controls_.chkLogOnly.Checked()) {
-    MeasureInterval(text);
-  }
+  if (Hooks.received) Hooks.received(text);
+  if (Scripting()) LetScriptSeeEach(text);
   return text;
 }
 
@@ -401,28 +396,6 @@ void Link::LetScriptSeeEach(std::string& text) {
     seen += one;
   }
   text = std::move(seen);
-}
-
-void Link::MeasureInterval(std::string_view text) {
-  const auto terminator = static_cast<char>(controls_.txtterm.Integer());
-  if (text.find(terminator) == std::string_view::npos) return;
-  const double now = Midnight();
-  State.RxIntervalSum += SecondsApart(State.RxStampTime, now);
-  ++State.RxIntervalCount;
-  constexpr double noise = 1e-6;  // of the sum: 20 ms must not become 19.9
-  const double mean = std::floor(State.RxIntervalSum / State.RxIntervalCount * 10000 + noise) / 10;
-  controls_.lblRxms.SetCaption(DecimalText(mean));
-  if (State.RxIntervalCount > intervalsMeant) {
-    State.RxIntervalCount = 0;
-    State.RxIntervalSum = 0;
-  }
-  State.RxStampTime = now;
-}
-
-void Link::ResetIntervalStatistics() {
-  State.RxStampTime = Midnight();
-  State.RxIntervalSum = 0;
-  State.RxIntervalCount = 0;
 }
 
 std::int32_t Link::SendString(std::string& text) {
@@ -461,7 +434,6 @@ Link::Sending Link::Transmit(std::string text, bool scripted) {
   if (network_.Unsent() == 0) progress_.End(writing.taken, writing.total);
   State.LastSendTime = Midnight();
   State.AnswerPending = false;
-  State.RxStampTime = State.LastSendTime;
   if (Hooks.transmitted) Hooks.transmitted();
   SendOutcome outcome{std::move(text), writing.taken};
   if (writing.cancelled) {

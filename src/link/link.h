@@ -1,5 +1,5 @@
 // The one link of the program (the serial driver, modCOMM): every operation on it, the last error, and
-// the statistics of the traffic.
+// what became of each string.
 //
 // No operation shows a message or throws. Each returns 0 (or a count) on success; on failure it records
 // CommLastError, CommLastErrorSource and CommLastErrorText and returns that error, or -1 where it counts.
@@ -37,9 +37,6 @@ struct LinkState {
 
   double LastSendTime = 0;     // seconds since midnight
   bool AnswerPending = false;  // an answer has come since the last send; lets a cycle send on request
-  double RxStampTime = 0;      // seconds since midnight; from here the interval to the answer is counted
-  double RxIntervalSum = 0;    // seconds
-  std::int32_t RxIntervalCount = 0;
 };
 
 enum class SendEnd {
@@ -62,8 +59,9 @@ struct LinkHooks {
   std::function<void(std::string& text)> receiveChar;  // once for each character
   std::function<void(std::string& text)> sendString;
 
-  std::function<void()> transmitted;                   // a string was sent, or could not be
-  std::function<void(const SendOutcome&)> sentString;  // what became of a SendString
+  std::function<void(std::string_view text)> received;  // as it came, before a script sees it
+  std::function<void()> transmitted;                    // a string was sent, or could not be
+  std::function<void(const SendOutcome&)> sentString;   // what became of a SendString
 
   // How far a write has come that has to wait: called when it first waits, then at most every 250 ms, and at
   // its end, however it ends. Called during yields; must only show.
@@ -154,9 +152,6 @@ class Link {
   using WhenSent = std::function<void(const SendOutcome& outcome)>;
   void Send(std::string text, WhenSent whenSent);
 
-  // Starts the mean of the intervals between answers anew.
-  void ResetIntervalStatistics();
-
   static std::string CommErrorText(std::int32_t code);
 
  private:
@@ -197,7 +192,6 @@ class Link {
   void NetworkQueueChanged(std::size_t taken, std::size_t total);
   void TellFree();
   void WaitUntilSent(std::size_t bytes);
-  void MeasureInterval(std::string_view text);
   void LetScriptSeeEach(std::string& text);
   double Midnight() const { return SecondsSinceMidnight(loop_.Local()); }
 

@@ -68,7 +68,7 @@ void Cycle::Command1_Click() {
 }
 
 void Cycle::Start() {
-  parts_.link.ResetIntervalStatistics();
+  parts_.intervals.Restart();
   while (parts_.expander.State.ExpandBusy) parts_.loop.DoEvents();
   ++run_;
   parts_.handOver = {};

@@ -9,6 +9,7 @@
 #include "display/traffic_logs.h"
 #include "exchange/counters.h"
 #include "exchange/hand_over.h"
+#include "exchange/interval_statistics.h"
 #include "exchange/run_controls.h"
 #include "link/link.h"
 #include "macro/expander.h"
@@ -27,6 +28,7 @@ struct CycleParts {
   Link& link;
   Expander& expander;
   HandOver& handOver;
+  IntervalStatistics& intervals;
   LineBuilder& display;
   TrafficLogs& logs;
   SequenceFile& sequence;

@@ -6,12 +6,12 @@
 #include "base/numbers.h"
 #include "config/command_line.h"
 #include "config/config_file.h"
+#include "connect/connection.h"
+#include "connect/modem_lines.h"
+#include "connect/port_list.h"
 #include "display/line_builder.h"
 #include "display/traffic_logs.h"
-#include "link/connection.h"
 #include "link/link.h"
-#include "link/modem_lines.h"
-#include "link/port_list.h"
 #include "link/posix_device.h"
 #include "receive/receive_loop.h"
 #include "script/script_host.h"
@@ -64,7 +64,8 @@ struct FrmMain::Modules {
       : status(around.loop, controls.status),
         prompts(around.loop, around.prompts),
         link(around.loop, around.devices, controls.link),
-        connection(around.loop, link, controls.connection, prompts),
+        intervals(around.loop, controls.link),
+        connection(around.loop, link, controls.connection, prompts, status),
         modem(link, controls.modem),
         sequence(around.folder.File("sequence.txt")),
         expander(
@@ -78,7 +79,7 @@ struct FrmMain::Modules {
         logs(around.loop, controls.display, around.folder,
              [&frm](std::string_view text) { frm.LogTrouble(text); }),
         cycle({around.loop, controls.cycle, controls.run, controls.macro, controls.counters, link, expander,
-               handOver, display, logs, sequence}),
+               handOver, intervals, display, logs, sequence}),
         errors({controls.test, controls.run, controls.counters, controls.link, controls.display, display,
                 handOver, received}),
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
@@ -93,6 +94,7 @@ struct FrmMain::Modules {
   ReceiveState received;
   TimedPrompts prompts;
   Link link;
+  IntervalStatistics intervals;
   Connection connection;
   ModemLines modem;
   SequenceFile sequence;
@@ -157,6 +159,7 @@ void FrmMain::WireLink() {
     modules_->receive.DarkenLamps();
     modules_->logs.Flush();
   };
+  hooks.opened = [this] { modules_->intervals.Restart(); };
   hooks.stateChanged = [this] { LinkChanged(); };
   hooks.outage = [this](std::string_view line) {
     modules_->cycle.EndWait();            // the next request goes out when the link is back
@@ -164,7 +167,6 @@ void FrmMain::WireLink() {
     modules_->display.AppendError(line, "");
     modules_->logs.Flush();
   };
-  hooks.note = [this](std::string_view text) { Note(text); };
   hooks.systemPorts = [] { return ListSystemPorts(); };
   hooks.stablePath = [](const std::string& portName) { return StablePath(DevicePath(portName)); };
 }
@@ -244,6 +246,10 @@ void FrmMain::WireScript() {
   link.scripting = [&script] { return script.Sees(); };
   link.receiveChar = [&script](std::string& text) { script.Offer(ScriptHook::ReceiveChar, text); };
   link.sendString = [&script](std::string& text) { script.Offer(ScriptHook::SendString, text); };
+  link.received = [this](std::string_view text) {
+    if (!modules_->script.Sees()) modules_->intervals.Received(text);
+  };
+  link.transmitted = [this] { modules_->intervals.Transmitted(); };
   ScriptHooks& hooks = script.Hooks;
   hooks.linkOpen = [this] { return modules_->link.CommIsOpen(); };
   hooks.sendTask = [this](std::string text) { SendTask(std::move(text)); };

@@ -9,6 +9,8 @@
 #include <string_view>
 
 #include "base/program_folder.h"
+#include "connect/connection_controls.h"
+#include "connect/modem_controls.h"
 #include "controls/collection.h"
 #include "controls/prompts.h"
 #include "controls/status_note.h"
@@ -16,10 +18,8 @@
 #include "display/display_controls.h"
 #include "exchange/counters.h"
 #include "exchange/run_controls.h"
-#include "link/connection_controls.h"
 #include "link/device.h"
 #include "link/link_controls.h"
-#include "link/modem_controls.h"
 #include "macro/macro_controls.h"
 #include "receive/receive_controls.h"
 #include "script/script_controls.h"

@@ -393,22 +393,6 @@ TEST_F(LinkRig, ModemLinesAreReadByMask) {
   }
 }
 
-TEST_F(LinkRig, TheMeanIntervalStartsAnewAfterAThousand) {
-  Open();
-  link.ResetIntervalStatistics();
-  for (int i = 0; i < 1001; ++i) {
-    loop.Pause(loop.Now() + 10ms);
-    port.Receive("1\n");
-    Receive();
-  }
-  EXPECT_EQ(controls.lblRxms.Caption(), "10");
-  EXPECT_EQ(State().RxIntervalCount, 0);
-  loop.Pause(loop.Now() + 30ms);
-  port.Receive("1\n");
-  Receive();
-  EXPECT_EQ(controls.lblRxms.Caption(), "30");
-}
-
 TEST_F(LinkRig, TheScriptSeesEveryCharacterAndEveryStringSent) {
   Open();
   link.Hooks.scripting = [] { return true; };

@@ -1,4 +1,4 @@
-#include "link/port_list.h"
+#include "connect/port_list.h"
 
 #include <algorithm>
 #include <string_view>

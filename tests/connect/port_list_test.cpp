@@ -1,4 +1,4 @@
-#include "link/port_list.h"
+#include "connect/port_list.h"
 
 #include <gtest/gtest.h>
 

@@ -4,8 +4,8 @@
 
 #include <string_view>
 
+#include "connect/modem_controls.h"
 #include "link/link.h"
-#include "link/modem_controls.h"
 
 namespace quarlin {
 

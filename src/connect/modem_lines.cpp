@@ -1,4 +1,4 @@
-#include "link/modem_lines.h"
+#include "connect/modem_lines.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "link/connection.h"
+#include "connect/connection.h"
 
 #include <fmt/format.h>
 
@@ -21,10 +21,14 @@ constexpr Duration longestPause = milliseconds(10'000);
 
 }  // namespace
 
-Connection::Connection(EventLoop& loop, Link& link, ConnectionControls& controls, Prompts& prompts)
-    : loop_(loop), link_(link), controls_(controls), prompts_(prompts), retryAlarm_(loop, [this] {
-        TryAgain();
-      }) {
+Connection::Connection(EventLoop& loop, Link& link, ConnectionControls& controls, Prompts& prompts,
+                       StatusNote& status)
+    : loop_(loop),
+      link_(link),
+      controls_(controls),
+      prompts_(prompts),
+      status_(status),
+      retryAlarm_(loop, [this] { TryAgain(); }) {
   controls_.cmdOpen.OnClick = [this] { cmdOpen_Click(); };
   controls_.cmdsearchcom.OnClick = [this] { cmdsearchcom_Click(); };
   link_.ChooseNetwork = [this] { return ChosenNetwork(); };
@@ -100,7 +104,7 @@ void Connection::Open() {
 
 void Connection::ShowOpened() {
   controls_.cboSerial.SetBackColor(colors::green);
-  link_.ResetIntervalStatistics();
+  Hooks.opened();
   Hooks.stateChanged();
 }
 
@@ -131,7 +135,7 @@ void Connection::LinkLost(std::string_view reason) {
   const std::string lost = fmt::format("{} has gone: {}", PortAndSettings(), reason);
   if (!controls_.chkReconnect.Checked()) {
     Disconnect();
-    Hooks.note(lost);
+    status_.Say(lost);
     return;
   }
   link_.CommClose();
@@ -152,7 +156,7 @@ void Connection::TriedAgain() {
     waiting_ = false;
     controls_.lblReconnects.Increment();
     ShowOpened();
-    Hooks.note("connected again");
+    status_.Say("connected again");
     return;
   }
   link_.CommClose();
@@ -162,7 +166,7 @@ void Connection::TriedAgain() {
 }
 
 bool Connection::Probe(const std::string& name) {
-  Hooks.note("searching: " + name);
+  status_.Runs("searching: " + name);
   link_.CommOpen(name, Settings());
   const bool opened = link_.CommIsOpen();
   link_.CommClose();
@@ -205,8 +209,9 @@ void Connection::cmdsearchcom_Click() {
   controls_.cmdsearchcom.SetCaption(searchCaption);
   searching_ = false;
   const std::size_t ports = found.size() - 1;
-  Hooks.note(fmt::format("{} port{} found{}", ports, ports == 1 ? "" : "s",
-                         stopSearch_ ? " before the search was stopped" : ""));
+  status_.Runs("");
+  status_.Say(fmt::format("{} port{} found{}", ports, ports == 1 ? "" : "s",
+                          stopSearch_ ? " before the search was stopped" : ""));
   if (wasOpen) ShowClosed();  // the first probe closed it
 }
 

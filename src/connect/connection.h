@@ -7,10 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "connect/connection_controls.h"
+#include "connect/port_list.h"
 #include "controls/prompts.h"
-#include "link/connection_controls.h"
+#include "controls/status_note.h"
 #include "link/link.h"
-#include "link/port_list.h"
 
 namespace quarlin {
 
@@ -19,16 +20,16 @@ struct ConnectionHooks {
   std::function<bool()> expanderBusy;
   std::function<void()> connecting;    // receive and rate timers on, answer counter cleared
   std::function<void()> disconnected;  // those timers off, lamps dark, a running cycle stopped
+  std::function<void()> opened;        // the link is open, for the first time or again after a loss
   std::function<void()> stateChanged;  // the link was opened or closed, or what it waits for changed
   std::function<void(std::string_view line)> outage;  // the link went away and is waited for
-  std::function<void(std::string_view)> note;         // for the status bar
   std::function<std::vector<FoundPort>()> systemPorts;
   std::function<std::string(const std::string& portName)> stablePath;  // empty where there is none
 };
 
 class Connection {
  public:
-  Connection(EventLoop& loop, Link& link, ConnectionControls& controls, Prompts& prompts);
+  Connection(EventLoop& loop, Link& link, ConnectionControls& controls, Prompts& prompts, StatusNote& status);
 
   ConnectionHooks Hooks;
 
@@ -76,6 +77,7 @@ class Connection {
   Link& link_;
   ConnectionControls& controls_;
   Prompts& prompts_;
+  StatusNote& status_;
   bool searching_ = false;
   bool stopSearch_ = false;
   bool connecting_ = false;
