@@ -66,6 +66,8 @@ class RepaintList {
   // Hands the changed controls over, once.
   std::vector<Control*> Take();
 
+  bool Empty() const { return changed_.empty(); }
+
  private:
   std::vector<Control*> changed_;
 };

@@ -130,7 +130,7 @@ TEST(TextEditor, IsTheDesktopsDefaultThenWhatCanOpenText) {
 }
 
 std::string AwaitContent(const fs::path& file) {
-  for (int i = 0; i < 500; ++i) {
+  for (int i = 0; i < 6000; ++i) {
     if (const auto content = ReadWholeFile(file); content && !content->empty()) return *content;
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }

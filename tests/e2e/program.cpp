@@ -129,18 +129,27 @@ void Wire::Send(std::string_view bytes) {
   }
 }
 
-void Wire::Serve(const std::function<std::string(std::string_view request)>& answer,
+bool Wire::Take(std::chrono::milliseconds patience) {
+  pollfd ready{master_, POLLIN, 0};
+  if (poll(&ready, 1, static_cast<int>(patience.count())) != 1) return false;
+  char buffer[4096];
+  const ssize_t got = read(master_, buffer, sizeof buffer);
+  if (got > 0) received_.append(buffer, static_cast<std::size_t>(got));
+  return got > 0;
+}
+
+void Wire::Serve(const std::function<std::string(std::string_view line)>& answer,
                  const std::function<bool()>& done, std::chrono::milliseconds patience) {
   const auto end = Clock::now() + patience;
   while (!done() && Clock::now() < end) {
-    pollfd ready{master_, POLLIN, 0};
-    if (poll(&ready, 1, 5) != 1) continue;
-    char buffer[4096];
-    const ssize_t got = read(master_, buffer, sizeof buffer);
-    if (got <= 0) continue;
-    const std::string_view request(buffer, static_cast<std::size_t>(got));
-    received_ += request;
-    Send(answer(request));
+    Take(std::chrono::milliseconds(5));
+    for (std::size_t lf; (lf = received_.find('\n', served_)) != std::string::npos;) {
+      const std::string line = received_.substr(served_, lf + 1 - served_);
+      served_ = lf + 1;
+      Send(answer(line));
+    }
+  }
+  while (Take(std::chrono::milliseconds(0))) {  // the last words of a program that has ended
   }
 }
 

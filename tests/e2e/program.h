@@ -22,7 +22,7 @@ class Program {
   ~Program();  // ends it by force if it still runs
 
   // Its exit status, once it has ended; nothing when it did not in time.
-  std::optional<int> Wait(std::chrono::milliseconds patience = std::chrono::seconds(30));
+  std::optional<int> Wait(std::chrono::milliseconds patience = std::chrono::seconds(60));
   void Signal(int number) const;
   bool Running();
   std::string Output() const;
@@ -44,22 +44,26 @@ class Wire {
   const std::string& Path() const { return path_; }
   void Send(std::string_view bytes);  // waits until all of it has been taken
 
-  // Reads what comes and answers it until `done`, or the patience is at its end.
-  void Serve(const std::function<std::string(std::string_view request)>& answer,
+  // Reads what comes and answers each line of it, its LF included, until `done` or the patience is at its
+  // end. What has come by then is read, too.
+  void Serve(const std::function<std::string(std::string_view line)>& answer,
              const std::function<bool()>& done,
-             std::chrono::milliseconds patience = std::chrono::seconds(30));
+             std::chrono::milliseconds patience = std::chrono::seconds(60));
   const std::string& Received() const { return received_; }
   void HangUp();
 
  private:
+  bool Take(std::chrono::milliseconds patience);
+
   int master_ = -1;
   int slave_ = -1;
   std::string path_;
   std::string received_;
+  std::size_t served_ = 0;  // the end of the last line that was answered
 };
 
 // Waits until `done`, looking every few milliseconds; false when it never came.
 bool Eventually(const std::function<bool()>& done,
-                std::chrono::milliseconds patience = std::chrono::seconds(20));
+                std::chrono::milliseconds patience = std::chrono::seconds(60));
 
 }  // namespace quarlin

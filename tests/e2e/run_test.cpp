@@ -5,7 +5,7 @@
 
 #include <memory>
 #include <random>
-#include <thread>
+#include <utility>
 
 #include "base/files.h"
 #include "base/text.h"
@@ -28,7 +28,8 @@ class RealProgram : public testing::Test {
     config_ += name + text + index;
   }
 
-  // A run that asks for weights and waits for each answer.
+  // A run that asks for weights and waits for each answer, so long that no delay of a busy machine is taken
+  // for a time-out.
   void ConfigureRun(const std::string& port, const std::string& requests) {
     Configure("cboSerial", port);
     Configure("CBOSEND", "READ");
@@ -36,7 +37,7 @@ class RealProgram : public testing::Test {
     Configure("Check2", "1");
     Configure("Text1", requests);
     Configure("txtInterval", "0");
-    Configure("txtAnswerTime", "100");
+    Configure("txtAnswerTime", "60000");
   }
 
   Program& Start(const std::vector<std::string>& words) {
@@ -62,12 +63,15 @@ class RealProgram : public testing::Test {
   }
 
   // What arrives before the port is open is thrown away by the opening, so this knocks until it is heard.
-  // Returns what the log holds then.
+  // Returns what the log holds once the last knock stands in it: nothing is then on its way any more.
   std::string Knock() {
-    for (int i = 0; i < 10 && FileText("LOG.TXT") == "(none)"; ++i) {
-      wire.Send("go\r\n");
-      Eventually([&] { return FileText("LOG.TXT") != "(none)"; }, 1500ms);
+    std::string last;
+    for (int i = 0; i < 100 && FileText("LOG.TXT") == "(none)"; ++i) {
+      last = "knock " + std::to_string(i) + "\r\n";
+      wire.Send(last);
+      Eventually([&] { return FileText("LOG.TXT") != "(none)"; }, 500ms);
     }
+    EXPECT_TRUE(LogHolds(last));
     return FileText("LOG.TXT");
   }
 
@@ -102,44 +106,77 @@ TEST_F(RealProgram, AsksCountsLogsReportsAndEnds) {
 }
 
 struct LinkCase {
-  const char* name;
-  std::vector<std::string> instrument;  // where it plays
-  const char* udp;
+  std::string name;
+  std::string place;  // the instrument's option
+  std::string udp;
 };
 
-TEST_F(RealProgram, CountsEveryFaultThatTheInstrumentMadeOverEveryLink) {
-  const std::string port = (folder / "a port").string();  // with a blank
-  for (const LinkCase& link : std::vector<LinkCase>{{"pseudo-terminal", {"--link", port}, ""},
-                                                    {"TCP", {"--tcp", "0"}, "0"},
-                                                    {"UDP", {"--udp", "0"}, "1"}}) {
-    SCOPED_TRACE(link.name);
-    std::vector<std::string> arguments = link.instrument;
-    for (const char* word : {"--seed", "1", "--checksum", "sysway", "--drop", "0.05", "--short", "0.05",
-                             "--bad-checksum", "0.05", "--err", "0.05", "--split", "0.1"}) {
-      arguments.emplace_back(word);
-    }
-    Program instrument("quarlin-instrument", arguments, folder.Path());
-    const std::string place = instrument.FirstOutputLine();
-    ConfigureRun(*link.udp == 0 ? port : "NET", "300");
+void PrintTo(const LinkCase& row, std::ostream* out) {
+  *out << row.name;
+}
+
+// Against the simulated instrument, over each kind of link.
+class RealLink : public RealProgram, public testing::WithParamInterface<LinkCase> {
+ protected:
+  void StartInstrument(const std::vector<std::string>& faults) {
+    const std::string port = (folder / "a port").string();  // with a blank
+    const bool network = !GetParam().udp.empty();
+    std::vector<std::string> arguments{GetParam().place, network ? "0" : port, "--seed", "1"};
+    arguments.insert(arguments.end(), faults.begin(), faults.end());
+    instrument_ = std::make_unique<Program>("quarlin-instrument", arguments, folder.Path());
+    const std::string place = instrument_->FirstOutputLine();
+    ConfigureRun(network ? "NET" : port, "300");
     Configure("txtPort", place.substr(place.find(':') + 1));
-    Configure("chkUDP", *link.udp == 0 ? "0" : link.udp);
-    Configure("txtlenrx", "23");
-    Configure("cboCheckSum", "Sysway");
-    Program& program = Start({"LOAD", "RUN", "EXIT"});
-    EXPECT_EQ(program.Wait(60s), 1) << program.Errors();
-    instrument.Signal(SIGINT);
-    ASSERT_EQ(instrument.Wait(), 0);
-    const std::string made = instrument.Output();
-    const std::string report = program.Output();
-    const int spoiled = Number(made, "short: ") + Number(made, "dropped: ") + Number(made, "err: ");
-    EXPECT_EQ(Number(report, "Tx :"), Number(made, "requests: "));
-    EXPECT_EQ(Number(report, "Rx :"), 300);
-    EXPECT_EQ(Number(report, "Error Len : "), Number(made, "short: ") + Number(made, "bad-checksum: "));
-    EXPECT_EQ(Number(report, "Error     : "), spoiled + Number(made, "bad-checksum: "));
-    EXPECT_EQ(Number(made, "requests: "), 300 + spoiled);
-    EXPECT_GT(Number(made, "dropped: "), 0);
-    EXPECT_GT(Number(made, "split: "), 0) << "over UDP, as several datagrams";
+    Configure("chkUDP", network ? GetParam().udp : "0");
   }
+
+  // What the instrument says that it did.
+  std::string EndInstrument() {
+    instrument_->Signal(SIGINT);
+    EXPECT_EQ(instrument_->Wait(), 0);
+    return instrument_->Output();
+  }
+
+ private:
+  std::unique_ptr<Program> instrument_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Over, RealLink,
+                         testing::Values(LinkCase{"Pty", "--link", ""}, LinkCase{"Tcp", "--tcp", "0"},
+                                         LinkCase{"Udp", "--udp", "1"}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_P(RealLink, EveryFaultThatTheInstrumentMadeIsCounted) {
+  StartInstrument({"--checksum", "sysway", "--short", "0.05", "--bad-checksum", "0.05", "--err", "0.05",
+                   "--split", "0.1"});
+  Configure("txtlenrx", "23");
+  Configure("cboCheckSum", "Sysway");
+  Program& program = Start({"LOAD", "RUN", "EXIT"});
+  EXPECT_EQ(program.Wait(), 1) << program.Errors();
+  const std::string made = EndInstrument();
+  const std::string report = program.Output();
+  const int spoiled = Number(made, "short: ") + Number(made, "err: ");
+  EXPECT_EQ(Number(report, "Tx :"), Number(made, "requests: "));
+  EXPECT_EQ(Number(report, "Rx :"), 300);
+  EXPECT_EQ(Number(report, "Error Len : "), Number(made, "short: ") + Number(made, "bad-checksum: "));
+  EXPECT_EQ(Number(report, "Error     : "), spoiled + Number(made, "bad-checksum: "));
+  EXPECT_EQ(Number(made, "requests: "), 300 + spoiled);
+  EXPECT_GT(Number(made, "split: "), 0) << "over UDP, as several datagrams";
+}
+
+// None is answered, so that no answer can come at the moment of its time-out.
+TEST_P(RealLink, EveryAnswerThatTheInstrumentDroppedIsATimeOut) {
+  StartInstrument({"--drop", "1"});
+  Configure("txtAnswerTime", "20");
+  Configure("chkTimeout", "1");
+  Configure("txtTimeout", "10");
+  Program& program = Start({"LOAD", "RUN", "EXIT"});
+  EXPECT_EQ(program.Wait(), 1) << program.Errors();
+  const std::string made = EndInstrument();
+  EXPECT_GE(Number(made, "dropped: "), 10);
+  EXPECT_EQ(Number(program.Output(), "Tx :"), Number(made, "requests: "));
+  EXPECT_EQ(Number(program.Output(), "Error     : "), Number(made, "dropped: "));
+  EXPECT_EQ(Number(program.Output(), "Rx :"), 0);
 }
 
 TEST_F(RealProgram, AnswersAsTheInstrumentAndTakesAChangedTableAtOnce) {
@@ -180,17 +217,19 @@ TEST_F(RealProgram, LogsEveryByteOfAFlood) {
   EXPECT_TRUE(program.Wait().has_value());
 }
 
+// What the answer answers has arrived, but need not stand in the file yet.
 TEST_F(RealProgram, ASignalEndsItInOrder) {
+  ASSERT_FALSE(WriteWholeFile(folder / "Dialog.txt", "[COMMAND]\r\nhalf a line, the rest = OK\r\n"));
   Configure("cboSerial", wire.Path());
-  Program& program = Start({"LOAD", "x", "LOG"});
+  Program& program = Start({"LOAD", "x", "LOG", "DIALOG"});
   const std::string before = Knock();
   wire.Send("half a line");
   ASSERT_TRUE(LogHolds("half a line")) << "flushed within a second";
-  wire.Send(", the rest");
-  std::this_thread::sleep_for(50ms);  // on its way through the program, not yet in the file
+  wire.Send(", the rest\r\n");
+  wire.Serve([](std::string_view) { return ""; }, [&] { return wire.Received() == "OK\r\n"; });
   program.Signal(SIGINT);
   EXPECT_EQ(program.Wait(), 0);
-  EXPECT_EQ(FileText("LOG.TXT"), before + "half a line, the rest");
+  EXPECT_EQ(FileText("LOG.TXT"), before + "half a line, the rest\r\nOK\r\n");
   EXPECT_EQ(Number(program.Output(), "Tx :"), 0) << "the report is printed";
 }
 
@@ -240,9 +279,11 @@ Sub EndTask: FormMain.SendString "BYE": MsgBox "bye", vbInformation, "Script": E
   Configure("txtScriptFile", "sum.vbs");
   Configure("chkEnableScript", "1");
   Program& program = Start({"LOAD", "RUN", "LOGPAR", "EXIT"});
+  std::string first = "12.5 kg\xE9\r\n";  // held back until the task has said its word
   wire.Serve(
-      [](std::string_view request) {
-        return request.find("READ") != std::string_view::npos ? "12.5 kg\xE9\r\n" : "";
+      [&](std::string_view request) {
+        if (request == "HELLO74\r\n") return std::exchange(first, "");
+        return first.empty() ? "12.5 kg\xE9\r\n"s : "";
       },
       [&] { return !program.Running(); });
   ASSERT_EQ(program.Wait(), 0) << program.Errors() << program.Output() << wire.Received();

@@ -3,8 +3,12 @@
 #include "link/network_link.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/sockios.h>
 #include <netinet/in.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -23,14 +27,22 @@ int OpenDescriptors() {
   return count;
 }
 
-// A port that was free a moment ago.
+// Whether nobody has the port. Bound in the same way as by a server, so a connection that has ended is
+// nobody.
+bool IsFree(int port, int type) {
+  const Socket socket = Socket::Make(AF_INET, type);
+  if (type == SOCK_STREAM) socket.SetOption(SOL_SOCKET, SO_REUSEADDR, 1);
+  const SocketAddress address = SocketAddress::Any(AF_INET, port);
+  return bind(socket.Get(), address.Pointer(), address.length) == 0;
+}
+
+// A free port below those that the system gives to clients, and one that no test beside this one takes.
 std::string FreePort() {
-  const Socket socket = Socket::Make(AF_INET, SOCK_STREAM);
-  SocketAddress address = SocketAddress::Any(AF_INET, 0);
-  EXPECT_EQ(bind(socket.Get(), address.Pointer(), address.length), 0);
-  getsockname(socket.Get(), address.Pointer(), &address.length);
-  const std::string text = address.Text();
-  return text.substr(text.rfind(':') + 1);
+  static int taken = 0;
+  for (;;) {
+    const int port = 20000 + (getpid() * 40 + taken++) % 12000;
+    if (IsFree(port, SOCK_STREAM) && IsFree(port, SOCK_DGRAM)) return std::to_string(port);
+  }
 }
 
 class NetworkRig : public testing::Test {
@@ -50,7 +62,7 @@ class NetworkRig : public testing::Test {
     int newPeers = 0;
   };
 
-  bool Until(const std::function<bool()>& done) { return loop.Run(done, 5s); }
+  bool Until(const std::function<bool()>& done) { return loop.Run(done, 60s); }
   bool Gets(End& end, const std::string& text) {
     return Until([&] { return end.Received() == text; });
   }
@@ -85,6 +97,8 @@ class NetworkRig : public testing::Test {
     Socket second = Socket::Make(AF_INET, SOCK_STREAM);
   };
   static std::string Waiting(const Socket& peer) {
+    pollfd arrival{peer.Get(), POLLIN, 0};
+    poll(&arrival, 1, 60'000);
     char bytes[64];
     const ssize_t count = recv(peer.Get(), bytes, sizeof bytes, MSG_DONTWAIT);
     return count > 0 ? std::string(bytes, static_cast<std::size_t>(count)) : "(nothing)";
@@ -124,7 +138,8 @@ TEST_F(NetworkRig, TakesNoMoreOnceEnoughWaits) {
   ASSERT_TRUE(Connect(true));
   for (int i = 0; i < 3; ++i) EXPECT_FALSE(client.link.Send(std::string(500, static_cast<char>('a' + i))));
   EXPECT_FALSE(client.link.Send("more"));
-  loop.Pass(100ms);
+  EXPECT_TRUE(Until([&] { return server.link.GetByteRead() >= 1500; }));
+  loop.Pass(20ms);
   EXPECT_EQ(server.link.GetByteRead(), 1500) << "the datagram that passes 1024 is the last one taken";
   server.Received();
   EXPECT_TRUE(Until([&] { return server.link.GetByteRead() == 4; }));
@@ -143,6 +158,7 @@ TEST_F(NetworkRig, ADatagramThatNobodyTakesIsNoEnd) {
   ASSERT_TRUE(Connect(true));
   for (int i = 0; i < 3; ++i) {
     EXPECT_FALSE(client.link.Send("hello?"));
+    EXPECT_TRUE(Until([&] { return client.events.size() > 1; }));
     loop.Pass(10ms);
   }
   EXPECT_EQ(client.events.size(), 2) << "connected, and that it was refused, once";
@@ -192,13 +208,24 @@ TEST_F(NetworkRig, WhatIsThereBeforeTheConnectionCountsIsThrownAway) {
   const SocketAddress any = SocketAddress::Any(AF_INET, std::stoi(port));
   ASSERT_EQ(bind(listener.Get(), any.Pointer(), any.length), 0);
   ASSERT_EQ(listen(listener.Get(), 1), 0);
+  fcntl(listener.Get(), F_SETFL, 0);
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  ASSERT_EQ(write(ready[1], "x", 1), 1);
+  // Served before the client, and returns when the client has the greeting.
   Socket peer;
-  const auto greets = loop.WatchReadable(listener.Get(), [&] {
+  std::unique_ptr<Watch> greets;
+  greets = loop.WatchReadable(ready[0], [&] {
     peer = Socket(accept(listener.Get(), nullptr, nullptr));
     send(peer.Get(), "hello", 5, 0);
+    for (int unacknowledged = 1; unacknowledged > 0; poll(nullptr, 0, 1)) {
+      ASSERT_EQ(ioctl(peer.Get(), SIOCOUTQ, &unacknowledged), 0);
+    }
+    greets->SetEnabled(false);
   });
   ASSERT_TRUE(Connect());
-  loop.Pass(20ms);
+  close(ready[0]);
+  close(ready[1]);
   send(peer.Get(), "12.5", 4, 0);
   EXPECT_TRUE(Gets(client, "12.5"));
 }
@@ -215,10 +242,11 @@ TEST_F(NetworkRig, ALackOfDescriptorsIsOutlived) {
   none.rlim_cur = 3;
   setrlimit(RLIMIT_NOFILE, &none);
   const int wakes = loop.Wakes();
+  const bool said = Until([&] { return server.LastEvent() == "no peer can connect: Too many open files"; });
   loop.Pass(50ms);
   setrlimit(RLIMIT_NOFILE, &limit);
+  EXPECT_TRUE(said);
   EXPECT_EQ(loop.Wakes(), wakes + 1);
-  EXPECT_EQ(server.LastEvent(), "no peer can connect: Too many open files");
   EXPECT_TRUE(Until([&] { return server.newPeers == 1; }));
 }
 
@@ -330,7 +358,7 @@ TEST_F(NetworkRig, AnOpeningThatWaitsEndsWithoutTouchingItsSuccessor) {
     });
     const Instant start = loop.Now();
     EXPECT_FALSE(Connect());
-    EXPECT_LT(loop.Now() - start, 5s);
+    EXPECT_LT(loop.Now() - start, 30s);
     EXPECT_EQ(client.LastEvent(), anew ? "listening on port " + other : "cancelled");
     close(pipeEnds[0]);
     close(pipeEnds[1]);
@@ -361,8 +389,7 @@ TEST_F(NetworkRig, AnOpeningInTheBackgroundHoldsNoAlarmBackAndTellsItsEnd) {
     tick.At(loop.Now());
     const int wakes = loop.Wakes();
     open(port);
-    loop.Pass(200ms);
-    EXPECT_GT(ticks, 10);
+    EXPECT_TRUE(Until([&] { return ticks > 10; }));
     EXPECT_LT(loop.Wakes() - wakes, 20);
     client.link.Close();
   }

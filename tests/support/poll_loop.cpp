@@ -93,9 +93,10 @@ void PollLoop::Pause(Instant until) {
 bool PollLoop::Run(const std::function<bool()>& done, Duration atMost) {
   const Instant deadline = Now() + atMost;
   while (!done()) {
-    if (Now() >= deadline) return false;
-    if (Alarms().FireNext(Now())) continue;
-    ServeDescriptors(std::min(deadline, Alarms().Earliest().value_or(deadline)));
+    const bool late = Now() >= deadline;
+    if (!Alarms().FireNext(Now()))
+      ServeDescriptors(std::min(deadline, Alarms().Earliest().value_or(deadline)));
+    if (late) return done();
   }
   return true;
 }

@@ -23,7 +23,8 @@ class PollLoop : public EventLoop {
   void Pause(Instant until) override;
   void Quit(int status) override { exitStatus_ = status; }
 
-  // Serves alarms and descriptors until `done` says so or the time is over; false in the latter case.
+  // Serves alarms and descriptors until `done` says so or the time is over; false in the latter case. What
+  // is ready is served once also by a machine too busy to come here in time.
   bool Run(const std::function<bool()>& done, Duration atMost);
 
   // Serves them for a while.

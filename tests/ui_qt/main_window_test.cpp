@@ -61,7 +61,14 @@ struct Rig {
     window.show();
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
-    QTest::qWait(50);  // the first frame
+    ShowChanges();
+  }
+
+  // Returns once the window shows what the controls hold, laid out.
+  void ShowChanges() {
+    QTRY_VERIFY(frm.Collection().Changes().Empty());
+    constexpr int layoutsInsideEachOther = 20;  // each turn lays out one further outwards
+    for (int i = 0; i < layoutsInsideEachOther; ++i) QCoreApplication::processEvents();
   }
 
   template <typename Widget>
@@ -74,7 +81,7 @@ struct Rig {
     auto& tabs = Find<QTabWidget>("tabs");
     for (int i = 0; i < tabs.count(); ++i) {
       tabs.setCurrentIndex(i);
-      QTest::qWait(20);
+      ShowChanges();
       look(tabs.tabText(i));
     }
   }
@@ -287,7 +294,7 @@ class MainWindowTest : public QObject {
             &counters.lbltempo, &rig.frm.controls.link.lblRxms, &counters.lbllen}) {
         label->SetInteger(99999 + i);
       }
-      QTest::qWait(40);
+      rig.ShowChanges();
     }
     QCOMPARE(rig.Find<QLabel>("lblsend").text(), QString("100003"));
     QCOMPARE(layouts.requests, 0);
@@ -308,8 +315,8 @@ class MainWindowTest : public QObject {
       const QRect place = button.geometry();
       for (const QString& caption : captions) {
         control->SetCaption(caption.toStdString());
-        QTRY_COMPARE(WithoutMnemonic(button.text()), caption);
-        QTest::qWait(20);
+        rig.ShowChanges();
+        QCOMPARE(WithoutMnemonic(button.text()), caption);
         QCOMPARE(button.geometry(), place);
         QVERIFY2(button.width() >= button.sizeHint().width(), qPrintable(caption));
         QVERIFY2(button.isEnabled(), name);
@@ -330,7 +337,7 @@ class MainWindowTest : public QObject {
     Rig rig;
     const int before = rig.window.minimumSizeHint().width();
     rig.frm.controls.status.lblStatusNote.SetCaption(std::string(2000, 'x'));
-    QTest::qWait(80);
+    rig.ShowChanges();
     QCOMPARE(rig.window.width(), 1024);
     QCOMPARE(rig.window.minimumSizeHint().width(), before);
   }
@@ -385,7 +392,7 @@ class MainWindowTest : public QObject {
   void findShowsTheText() {
     Rig rig;
     rig.frm.controls.display.txtric.Append("first weight\r\nsecond Weight\r\n", colors::black);
-    QTest::qWait(50);
+    rig.ShowChanges();
     QTest::keyClick(&rig.window, Qt::Key_F, Qt::ControlModifier);
     auto& box = rig.Find<QLineEdit>("findText");
     QVERIFY(box.hasFocus());

@@ -91,6 +91,11 @@ struct Rig {
   MainWindow window{frm};
 };
 
+// Each turn lays out one widget further outwards.
+void LayOut() {
+  for (int i = 0; i < 20; ++i) QCoreApplication::processEvents();
+}
+
 QPoint Arrow(const QWidget& arrows, bool upper) {
   return {arrows.width() / 2, upper ? arrows.height() / 4 : arrows.height() * 3 / 4};
 }
@@ -193,7 +198,8 @@ class ScriptWindowsTest : public QObject {
     auto& port = *rig.window.findChild<QComboBox*>("cboSerial");
     const QRect before = port.geometry();
     rig.frm.controls.connection.cboSerial.SetPlace({0.0, 0.0, 15.0, 15.0});
-    QTest::qWait(80);
+    QTRY_VERIFY(rig.frm.Collection().Changes().Empty());
+    LayOut();
     QCOMPARE(port.geometry(), before);
   }
 
@@ -204,9 +210,11 @@ class ScriptWindowsTest : public QObject {
     const int before = panel.width();
     rig.Panel().controls.ChkInput[0].SetCaption("a switch of some words");
     QTRY_VERIFY(panel.width() > before);
+    LayOut();
     panel.resize(400, 300);
     rig.Panel().controls.ChkInput[13].SetCaption("1");
-    QTest::qWait(80);
+    QTRY_COMPARE(rig.Find<QCheckBox>("ChkInput_13").text(), QString("1"));
+    LayOut();
     QCOMPARE(panel.size(), QSize(400, 300));
   }
 
