@@ -15,6 +15,7 @@
 
 #include "app/arguments.h"
 #include "app/engines.h"
+#include "base/process.h"
 #include "base/text.h"
 #include "desktop/desktop_text_opener.h"
 #include "link/posix_device.h"
@@ -26,6 +27,8 @@
 
 namespace quarlin {
 namespace {
+
+constexpr Duration longestFarewell = std::chrono::seconds(10);  // to readers of what is printed
 
 constexpr std::string_view helpText =
     R"(Quarlin, a test terminal for instruments that speak line-oriented ASCII protocols
@@ -68,7 +71,6 @@ std::function<double()> UniformGenerator() {
 
 // The signals that end the program in order, as a descriptor to watch. Blocked before any thread starts.
 int EndingSignals() {
-  signal(SIGPIPE, SIG_IGN);
   sigset_t endings;
   sigemptyset(&endings);
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&endings, number);
@@ -83,26 +85,38 @@ std::unique_ptr<Watch> EndOnSignal(QtLoop& loop, int endings, FrmMain& frm) {
   });
 }
 
+// A second signal cuts the wait for the readers short.
+void Finish(StandardStream& output, std::string_view report, StandardStream& errors, Instant deadline,
+            int endings) {
+  output.Finish(report, deadline, endings);
+  const std::uint64_t lost = output.LostLines();
+  const std::string words = lost == 0 ? "" : fmt::format("quarlin: {} lines were not printed\n", lost);
+  errors.Finish(words, deadline, endings);
+}
+
 int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int endings) {
   QtLoop loop;
   PosixDeviceSource devices(loop);
-  HeadlessPrompts prompts;
+  StandardStream output(loop, STDOUT_FILENO);
+  StandardStream errors(loop, STDERR_FILENO);
+  output.OnFirstLoss = [&] { errors.Write("quarlin: standard output is not read; lines are lost\n"); };
+  HeadlessPrompts prompts([&](std::string_view line) { errors.Write(line); });
   NoTextOpener opener;
   FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), true, MakeEngine});
   const auto watch = EndOnSignal(loop, endings, frm);
-  frm.OnLogTrouble = [](std::string_view text) { PrintText(stderr, Utf8FromBytes(text) + "\n"); };
+  frm.OnLogTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
   int status = 0;
   {
-    const TrafficPrinter printer(loop, frm.controls.display.txtric);
+    const TrafficPrinter printer(loop, frm.controls.display.txtric, output);
     loop.Post([&] { frm.Load(arguments.commandLine); });
     status = loop.Run();
     frm.controls.display.txtric.OnAppend = nullptr;
   }
   const std::string note = frm.controls.status.lblStatusNote.Caption();
-  if (status == 2) PrintText(stderr, "quarlin: the link could not be opened: " + Utf8FromBytes(note) + "\n");
+  if (status == 2) errors.Write("quarlin: the link could not be opened: " + Utf8FromBytes(note) + "\n");
   std::string report;
   for (const std::string& line : SplitLines(frm.ReportText())) report += Utf8FromBytes(line) + "\n";
-  PrintText(stdout, report);
+  Finish(output, report, errors, loop.Now() + longestFarewell, endings);
   return status;
 }
 
@@ -111,13 +125,17 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endin
   PosixDeviceSource devices(loop);
   QtPrompts prompts;
   DesktopTextOpener opener(EnvironmentText);
+  StandardStream errors(loop, STDERR_FILENO);
   FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), false, MakeEngine});
   const auto watch = EndOnSignal(loop, endings, frm);
+  frm.OnLogTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
   MainWindow window(frm);
   prompts.SetWindow(&window);
   window.show();
   loop.Post([&] { frm.Load(arguments.commandLine); });
-  return loop.Run();
+  const int status = loop.Run();
+  errors.Finish("", loop.Now() + longestFarewell, endings);
+  return status;
 }
 
 }  // namespace
@@ -125,6 +143,7 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endin
 
 int main(int argc, char** argv) {
   using namespace quarlin;
+  PrepareProcess();
   const Arguments arguments = ReadArguments(argc, argv);
   if (arguments.help) {
     fmt::print("{}", helpText);

@@ -24,7 +24,7 @@ namespace {
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  signal(SIGPIPE, SIG_DFL);
+  for (const int number : {SIGPIPE, SIGXFSZ}) signal(number, SIG_DFL);
   const int nowhere = open("/dev/null", O_RDWR);
   for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, standard);
   // A serial port that the program inherited would stay taken after we have closed it.

@@ -29,6 +29,8 @@ class LogWriter {
   // Asked after the last Flush: bytes that the file has not got, given up or still waiting.
   std::uint64_t MissingBytes() const { return lostBytes_ + pending_.size(); }
 
+  const std::filesystem::path& File() const { return file_; }
+
  private:
   void DropExcess();
   void BeginTrouble(std::error_code error);

@@ -1,5 +1,7 @@
 #include "display/traffic_logs.h"
 
+#include <fmt/format.h>
+
 #include <string>
 
 namespace quarlin {
@@ -28,6 +30,17 @@ void TrafficLogs::WriteStamp(LocalTime now) {
 void TrafficLogs::Flush() {
   traffic_.Flush();
   parser_.Flush();
+}
+
+std::string TrafficLogs::Missing() const {
+  std::string text;
+  for (const LogWriter* log : {&traffic_, &parser_}) {
+    if (log->MissingBytes() == 0) continue;
+    const std::string separator = text.empty() ? "" : ", ";
+    text +=
+        fmt::format("{}{} lacks {} bytes", separator, log->File().filename().string(), log->MissingBytes());
+  }
+  return text;
 }
 
 }  // namespace quarlin

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "base/program_folder.h"
@@ -21,6 +22,10 @@ class TrafficLogs {
   // The line "-->dd/mm/yy hh:mm:ss" in LOG.TXT.
   void WriteStamp(LocalTime now);
   void Flush();
+
+  // Asked after the last Flush: what the files have not got, as "LOG.TXT lacks 12 bytes"; empty when they
+  // have everything.
+  std::string Missing() const;
 
  private:
   DisplayControls& controls_;

@@ -422,12 +422,15 @@ void FrmMain::CloseDown() {
   }
   modules_->link.CommClose();
   modules_->logs.Flush();
+  if (const std::string missing = modules_->logs.Missing(); !missing.empty()) LogTrouble(missing);
   surroundings_.loop.Quit(ExitStatus());
 }
 
 int FrmMain::ExitStatus() const {
   if (linkFailed_) return 2;
-  return runFailed_ || controls.counters.lblerror.Integer() > 0 ? 1 : 0;
+  const bool failed =
+      runFailed_ || controls.counters.lblerror.Integer() > 0 || !modules_->logs.Missing().empty();
+  return failed ? 1 : 0;
 }
 
 void FrmMain::LogTrouble(std::string_view text) {

@@ -100,7 +100,8 @@ class FrmMain {
   // Told when the received-text display is to have the keyboard.
   std::function<void()> OnFocusDisplay;
 
-  // Told when a log cannot be written and when it can again; for a program without a status bar.
+  // Told when a log cannot be written, when it can again, and at the end what it lacks; for standard error,
+  // since the end leaves no status bar to read.
   std::function<void(std::string_view text)> OnLogTrouble;
 
   // The methods that scripts know.

@@ -21,15 +21,10 @@ std::string OnOneLine(std::string_view text) {
   return line;
 }
 
-void PrintBox(std::string_view text, std::string_view title) {
-  PrintText(stderr, OnOneLine(fmt::format("{}: {}", title, text)) + "\n");
-}
-
 }  // namespace
 
-void PrintText(std::FILE* stream, std::string_view utf8) {
-  std::fwrite(utf8.data(), 1, utf8.size(), stream);
-  std::fflush(stream);
+void HeadlessPrompts::PrintBox(std::string_view text, std::string_view title) {
+  print_(OnOneLine(fmt::format("{}: {}", title, text)) + "\n");
 }
 
 void HeadlessPrompts::ShowMessage(std::string_view text, std::string_view title) {
@@ -52,8 +47,8 @@ bool HeadlessPrompts::Confirm(std::string_view question, std::string_view title)
   return true;
 }
 
-TrafficPrinter::TrafficPrinter(EventLoop& loop, DisplayText& display)
-    : loop_(loop), flushAlarm_(loop, [this] { Flush(); }) {
+TrafficPrinter::TrafficPrinter(EventLoop& loop, DisplayText& display, StandardStream& output)
+    : loop_(loop), output_(output), flushAlarm_(loop, [this] { Flush(); }) {
   display.OnAppend = [this](std::string_view text, Color) { Print(text); };
 }
 
@@ -75,7 +70,7 @@ void TrafficPrinter::Print(std::string_view text) {
 }
 
 void TrafficPrinter::Flush() {
-  PrintText(stdout, Utf8FromBytes(pending_));
+  output_.Write(Utf8FromBytes(pending_));
   pending_.clear();
 }
 

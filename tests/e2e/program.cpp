@@ -40,7 +40,8 @@ bool Eventually(const std::function<bool()>& done, std::chrono::milliseconds pat
 }
 
 Program::Program(const std::string& name, const std::vector<std::string>& arguments,
-                 const std::filesystem::path& folder, const std::map<std::string, std::string>& environment)
+                 const std::filesystem::path& folder, const std::map<std::string, std::string>& environment,
+                 std::optional<int> output)
     : output_(folder / (name + ".out")), errors_(folder / (name + ".err")) {
   std::vector<std::string> words{std::string(BIN_FOLDER) + "/" + name};
   words.insert(words.end(), arguments.begin(), arguments.end());
@@ -53,7 +54,13 @@ Program::Program(const std::string& name, const std::vector<std::string>& argume
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   constexpr int writeNew = O_WRONLY | O_CREAT | O_TRUNC;
-  posix_spawn_file_actions_addopen(&actions, 1, output_.c_str(), writeNew, 0600);
+  if (!output) {
+    posix_spawn_file_actions_addopen(&actions, 1, output_.c_str(), writeNew, 0600);
+  } else if (*output >= 0) {
+    posix_spawn_file_actions_adddup2(&actions, *output, 1);
+  } else {
+    posix_spawn_file_actions_addclose(&actions, 1);
+  }
   posix_spawn_file_actions_addopen(&actions, 2, errors_.c_str(), writeNew, 0600);
   const int failed = posix_spawn(&pid_, words[0].c_str(), &actions, nullptr, Pointers(words).data(),
                                  Pointers(variables).data());

@@ -16,9 +16,11 @@ namespace quarlin {
 
 class Program {
  public:
-  // Starts a program of the build with standard output and error in files of `folder`.
+  // Starts a program of the build with standard output and error in files of `folder`. `output` is a
+  // descriptor to take the place of the first, or -1: closed.
   Program(const std::string& name, const std::vector<std::string>& arguments,
-          const std::filesystem::path& folder, const std::map<std::string, std::string>& environment = {});
+          const std::filesystem::path& folder, const std::map<std::string, std::string>& environment = {},
+          std::optional<int> output = std::nullopt);
   ~Program();  // ends it by force if it still runs
 
   // Its exit status, once it has ended; nothing when it did not in time.

@@ -9,6 +9,7 @@
 #include <random>
 
 #include "app/engines.h"
+#include "base/process.h"
 #include "base/text.h"
 #include "link/posix_device.h"
 #include "script/options.h"
@@ -24,6 +25,11 @@ namespace {
 namespace fs = std::filesystem;
 
 enum Status { done = 0, scriptError = 1, wrongUsage = 2 };
+
+void PrintText(std::FILE* stream, std::string_view utf8) {
+  std::fwrite(utf8.data(), 1, utf8.size(), stream);
+  std::fflush(stream);
+}
 
 void Complain(std::string_view what) {
   PrintText(stderr, fmt::format("quarlin-script: {}\n", what));
@@ -97,7 +103,7 @@ int RunInProgram(const Options& options) {
   const fs::path file = fs::absolute(options.file);
   QtLoop loop;
   PosixDeviceSource devices(loop);
-  HeadlessPrompts prompts;
+  HeadlessPrompts prompts([](std::string_view line) { PrintText(stderr, line); });
   NoTextOpener opener;
   FrmMain frm({loop, ProgramFolder(file.parent_path()), devices, prompts, opener, UniformGenerator(), true,
                MakeEngine});
@@ -130,6 +136,7 @@ int Run(std::span<const char* const> arguments) {
 }  // namespace quarlin::script_tool
 
 int main(int argc, char** argv) {
+  quarlin::PrepareProcess();
   const QCoreApplication application(argc, argv);
   return quarlin::script_tool::Run({argv + 1, static_cast<std::size_t>(argc - 1)});
 }

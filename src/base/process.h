@@ -1,0 +1,11 @@
+// What a program of ours makes of its process before anything else.
+#pragma once
+
+namespace quarlin {
+
+// Lets a reader that has gone and a limit on the size of files be errors of the write that meets them, like a
+// full disk. A standard stream that was closed becomes /dev/null: else the next file to be opened, a serial
+// port perhaps, would have its number and get all that is printed.
+void PrepareProcess();
+
+}  // namespace quarlin
