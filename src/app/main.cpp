@@ -13,10 +13,10 @@
 #include <memory>
 #include <random>
 
-#include "app/arguments.h"
 #include "app/engines.h"
 #include "base/process.h"
 #include "base/text.h"
+#include "config/arguments.h"
 #include "desktop/desktop_text_opener.h"
 #include "link/posix_device.h"
 #include "ui/frm_main.h"
@@ -49,6 +49,8 @@ Options:
               Also without a display. Exit status after EXIT: 0 no errors, 1 errors or a run
               that was stopped, 2 the link could not be opened.
   --help, --version
+  The window toolkit's own options (--platform, --style, --geometry ...) work as well. Another word
+  that begins with "--" is status 2.
 
 The program folder is $QUARLIN_HOME; else the program's own folder, where it can be written;
 else ~/.local/share/quarlin.
@@ -59,9 +61,9 @@ std::string EnvironmentText(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-bool HasDisplay() {
-  return !EnvironmentText("DISPLAY").empty() || !EnvironmentText("WAYLAND_DISPLAY").empty() ||
-         !EnvironmentText("QT_QPA_PLATFORM").empty();
+bool HasDisplay(const Arguments& arguments) {
+  return arguments.choosesPlatform || !EnvironmentText("DISPLAY").empty() ||
+         !EnvironmentText("WAYLAND_DISPLAY").empty() || !EnvironmentText("QT_QPA_PLATFORM").empty();
 }
 
 std::function<double()> UniformGenerator() {
@@ -145,6 +147,10 @@ int main(int argc, char** argv) {
   using namespace quarlin;
   PrepareProcess();
   const Arguments arguments = ReadArguments(argc, argv);
+  if (!arguments.unknownOption.empty()) {
+    fmt::print(stderr, "quarlin: unknown option {}\n\n{}", arguments.unknownOption, helpText);
+    return 2;
+  }
   if (arguments.help) {
     fmt::print("{}", helpText);
     return 0;
@@ -159,7 +165,7 @@ int main(int argc, char** argv) {
   std::error_code ignored;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", ignored);
   const ProgramFolder folder = FindProgramFolder(executable, EnvironmentText);
-  if (arguments.headless || !HasDisplay()) {
+  if (arguments.headless || !HasDisplay(arguments)) {
     const QCoreApplication application(argc, argv);
     return RunHeadless(arguments, folder, endings);
   }

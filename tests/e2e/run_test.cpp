@@ -184,6 +184,15 @@ TEST_F(RealProgram, APortThatCannotBeOpenedIsStatusTwo) {
   EXPECT_NE(program.Errors().find("CommOpen (CreateFile) "), std::string::npos) << program.Errors();
 }
 
+TEST_F(RealProgram, AnOptionThatNobodyKnowsStartsNothing) {
+  ConfigureRun(wire.Path(), "10");
+  Program& program = Start({"--lod", "RUN", "EXIT"});
+  EXPECT_EQ(program.Wait(), 2);
+  EXPECT_TRUE(program.Errors().starts_with("quarlin: unknown option --lod\n")) << program.Errors();
+  EXPECT_NE(program.Errors().find("quarlin [--headless] [KEYWORD...]"), std::string::npos) << "the usage";
+  EXPECT_EQ(program.Output(), "");
+}
+
 TEST_F(RealProgram, AMessageIsOneLineOnStandardError) {
   ConfigureRun(wire.Path(), "10");
   Configure("chkStop", "1");
