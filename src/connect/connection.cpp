@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "base/scope_flag.h"
+
 namespace quarlin {
 namespace {
 
@@ -92,14 +94,13 @@ void Connection::Connect() {
 
 // A network connection takes its time; meanwhile the button cancels it.
 void Connection::Open() {
-  connecting_ = IsNetwork();
+  const ScopeFlag connecting(connecting_, IsNetwork());
   if (connecting_) {
     SetAccess(false);
     controls_.cmdOpen.SetCaption(cancelCaption);
     Hooks.stateChanged();
   }
   link_.CommOpen(controls_.cboSerial.Text(), Settings());
-  connecting_ = false;
 }
 
 void Connection::ShowOpened() {
@@ -175,6 +176,7 @@ bool Connection::Probe(const std::string& name) {
 }
 
 std::vector<FoundPort> Connection::Search() {
+  const ScopeFlag searching(searching_);
   std::vector<FoundPort> found{{"NET", "UDP or TCP"}};
   for (int number = 1; number <= lastComPort && !stopSearch_; ++number) {
     if (std::string name = fmt::format("COM{}", number); Probe(name)) found.push_back({std::move(name), ""});
@@ -190,7 +192,6 @@ void Connection::cmdsearchcom_Click() {
     CancelWaits();
     return;
   }
-  searching_ = true;
   stopSearch_ = false;
   const bool wasOpen = link_.CommIsOpen() || waiting_;
   waiting_ = false;
@@ -207,7 +208,6 @@ void Connection::cmdsearchcom_Click() {
   controls_.cboSerial.SetListIndex(0);
   controls_.Frame1.SetEnabled(true);
   controls_.cmdsearchcom.SetCaption(searchCaption);
-  searching_ = false;
   const std::size_t ports = found.size() - 1;
   status_.Runs("");
   status_.Say(fmt::format("{} port{} found{}", ports, ports == 1 ? "" : "s",

@@ -2,11 +2,11 @@
 // tells the user why, and the return of a link that went away.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/hook.h"
 #include "connect/connection_controls.h"
 #include "connect/port_list.h"
 #include "controls/prompts.h"
@@ -17,14 +17,14 @@ namespace quarlin {
 
 // What the connection needs of the rest of the window.
 struct ConnectionHooks {
-  std::function<bool()> expanderBusy;
-  std::function<void()> connecting;    // receive and rate timers on, answer counter cleared
-  std::function<void()> disconnected;  // those timers off, lamps dark, a running cycle stopped
-  std::function<void()> opened;        // the link is open, for the first time or again after a loss
-  std::function<void()> stateChanged;  // the link was opened or closed, or what it waits for changed
-  std::function<void(std::string_view line)> outage;  // the link went away and is waited for
-  std::function<std::vector<FoundPort>()> systemPorts;
-  std::function<std::string(const std::string& portName)> stablePath;  // empty where there is none
+  Hook<bool()> expanderBusy;
+  Hook<void()> connecting;                   // receive and rate timers on, answer counter cleared
+  Hook<void()> disconnected;                 // those timers off, lamps dark, a running cycle stopped
+  Hook<void()> opened;                       // the link is open, for the first time or again after a loss
+  Hook<void()> stateChanged;                 // the link was opened or closed, or what it waits for changed
+  Hook<void(std::string_view line)> outage;  // the link went away and is waited for
+  Hook<std::vector<FoundPort>()> systemPorts;
+  Hook<std::string(const std::string& portName)> stablePath;  // empty where there is none
 };
 
 class Connection {

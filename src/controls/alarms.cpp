@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "base/scope_flag.h"
 #include "controls/event_loop.h"
 
 namespace quarlin {
@@ -51,9 +52,8 @@ bool AlarmQueue::FireNext(Instant now) {
   Alarm& alarm = **next;
   Remove(alarm);  // taken out first: firing may set this one again, or others
   const std::function<void()> fire = alarm.fire_;  // a copy, since firing may end the alarm's owner
-  firing_ = true;
+  const ScopeFlag firing(firing_);
   fire();
-  firing_ = false;
   return true;
 }
 

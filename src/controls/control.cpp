@@ -8,7 +8,7 @@ void RepaintList::Add(Control& control) {
   if (control.queued_) return;
   control.queued_ = true;
   changed_.push_back(&control);
-  if (changed_.size() == 1 && onFirst) onFirst();
+  if (changed_.size() == 1) onFirst();
 }
 
 std::vector<Control*> RepaintList::Take() {

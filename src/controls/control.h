@@ -7,13 +7,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "base/hook.h"
 #include "controls/event_loop.h"
 
 namespace quarlin {
@@ -59,7 +59,7 @@ struct Placement {
 class RepaintList {
  public:
   // Called when the list gets its first entry; the view then plans a frame.
-  std::function<void()> onFirst;
+  Hook<void()> onFirst;
 
   void Add(Control& control);
 

@@ -6,13 +6,6 @@
 #include "base/numbers.h"
 
 namespace quarlin {
-namespace {
-
-void Run(const std::function<void()>& handler) {
-  if (handler) handler();
-}
-
-}  // namespace
 
 TextBox::TextBox(ControlGroup& group, std::string_view name, std::string_view text, std::optional<int> index)
     : Control(group, ControlKind::TextBox, name, index), text_(text) {}
@@ -22,7 +15,7 @@ void TextBox::SetText(std::string_view text) {
   text_ = text;
   integer_.reset();
   Changed();
-  Run(Change);
+  Change();
 }
 
 std::int32_t TextBox::Integer() const {
@@ -46,7 +39,7 @@ void ComboBox::Select(std::string_view text, int index) {
   text_ = text;
   listIndex_ = index;
   Changed();
-  Run(Change);
+  Change();
 }
 
 void ComboBox::SetText(std::string_view text) {
@@ -119,7 +112,7 @@ void CheckBox::SetValue(int value) {
   if (value_ == known) return;
   value_ = known;
   Changed();
-  Run(Click);
+  Click();
 }
 
 void CheckBox::SetCaption(std::string_view caption) {
@@ -139,7 +132,7 @@ void OptionButton::SetValue(bool value) {
   for (OptionButton* other : others_) {
     if (other != this) other->SetValue(false);
   }
-  Run(Click);
+  Click();
 }
 
 void OptionButton::SetCaption(std::string_view caption) {
@@ -205,7 +198,7 @@ void ScrollBar::SetValue(int value) {
   if (value_ == held) return;
   value_ = held;
   Changed();
-  Run(Change);
+  Change();
 }
 
 void ScrollBar::SetRange(int min, int max) {

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/hook.h"
 #include "controls/control.h"
 
 namespace quarlin {
@@ -21,7 +22,7 @@ class TextBox : public Control {
   TextBox(ControlGroup& group, std::string_view name, std::string_view text = "",
           std::optional<int> index = std::nullopt);
 
-  std::function<void()> Change;
+  Hook<void()> Change;
 
   const std::string& Text() const { return text_; }
   void SetText(std::string_view text);
@@ -40,7 +41,7 @@ class ComboBox : public Control {
   ComboBox(ControlGroup& group, std::string_view name, std::vector<std::string> list = {},
            std::string_view text = "", std::optional<int> index = std::nullopt);
 
-  std::function<void()> Change;
+  Hook<void()> Change;
 
   const std::string& Text() const { return text_; }
   void SetText(std::string_view text);
@@ -82,7 +83,7 @@ class CheckBox : public Control {
   CheckBox(ControlGroup& group, std::string_view name, std::string_view caption,
            std::optional<int> index = std::nullopt);
 
-  std::function<void()> Click;
+  Hook<void()> Click;
 
   // 0 clear, 1 checked, 2 grayed; any other number counts as 1.
   int Value() const { return value_; }
@@ -103,7 +104,7 @@ class OptionButton : public Control {
  public:
   OptionButton(ControlGroup& group, std::string_view name, std::string_view caption, int index);
 
-  std::function<void()> Click;
+  Hook<void()> Click;
 
   bool Value() const { return value_; }
   void SetValue(bool value);
@@ -123,11 +124,9 @@ class CommandButton : public Control {
   CommandButton(ControlGroup& group, std::string_view name, std::string_view caption,
                 std::optional<int> index = std::nullopt);
 
-  std::function<void()> OnClick;
+  Hook<void()> OnClick;
 
-  void Click() const {
-    if (OnClick) OnClick();
-  }
+  void Click() const { OnClick(); }
 
   const std::string& Caption() const { return caption_; }
   void SetCaption(std::string_view caption);
@@ -179,7 +178,7 @@ class ScrollBar : public Control {
   ScrollBar(ControlGroup& group, std::string_view name, int min, int max, int value,
             std::optional<int> index = std::nullopt);
 
-  std::function<void()> Change;
+  Hook<void()> Change;
 
   int Min() const { return min_; }
   int Max() const { return max_; }
@@ -202,7 +201,7 @@ class ListBox : public Control {
  public:
   ListBox(ControlGroup& group, std::string_view name);
 
-  std::function<void()> DblClick;  // on the selected entry
+  Hook<void()> DblClick;  // on the selected entry
 
   const std::vector<ListEntry>& List() const { return list_; }
   int ListCount() const { return static_cast<int>(list_.size()); }

@@ -58,7 +58,7 @@ void Timer::Tick() {
     lastTick_ += (loop_.Now() - lastTick_) / interval * interval;
   }
   alarm_.At(NextOnGrid());  // before the handler, which may rest it, disable it or change the interval
-  if (OnTimer) OnTimer();
+  OnTimer();
 }
 
 }  // namespace quarlin

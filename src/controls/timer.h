@@ -5,9 +5,9 @@
 // interval is the longest delay, and an idle timer costs nothing.
 #pragma once
 
-#include <functional>
 #include <string_view>
 
+#include "base/hook.h"
 #include "controls/control.h"
 
 namespace quarlin {
@@ -16,7 +16,7 @@ class Timer : public Control {
  public:
   Timer(ControlGroup& group, std::string_view name, int intervalMilliseconds);
 
-  std::function<void()> OnTimer;
+  Hook<void()> OnTimer;
 
   int Interval() const { return interval_; }
 

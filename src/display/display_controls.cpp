@@ -6,7 +6,7 @@ void DisplayText::Append(std::string_view text, Color color) {
   if (text.empty()) return;
   ring_.Append(text, color, loop_.Local());
   Changed();
-  if (OnAppend) OnAppend(text, color);
+  OnAppend(text, color);
 }
 
 void DisplayText::Clear() {

@@ -1,8 +1,7 @@
 // The received-text display, the error list and the switches of the logs.
 #pragma once
 
-#include <functional>
-
+#include "base/hook.h"
 #include "controls/controls.h"
 #include "display/text_ring.h"
 
@@ -19,7 +18,7 @@ class DisplayText : public Control {
   void Clear();
 
   // Also told what is added; for a program without a window, which prints it.
-  std::function<void(std::string_view text, Color color)> OnAppend;
+  Hook<void(std::string_view text, Color color)> OnAppend;
 
  private:
   EventLoop& loop_;

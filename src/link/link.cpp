@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/scope_flag.h"
 #include "base/system_call.h"
 #include "base/text.h"
 
@@ -62,32 +63,15 @@ std::optional<OutputLine> OutputLineFrom(std::int16_t number) {
   return static_cast<OutputLine>(number);
 }
 
-// Sets a flag for as long as it lives.
-class Raised {
- public:
-  explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Raised() { flag_ = false; }
-  Raised(const Raised&) = delete;
-  Raised& operator=(const Raised&) = delete;
-
- private:
-  bool& flag_;
-};
-
 }  // namespace
 
 Link::Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls)
     : loop_(loop),
       devices_(devices),
       controls_(controls),
-      progress_(loop,
-                [this](std::size_t taken, std::size_t total) {
-                  if (Hooks.progress) Hooks.progress(taken, total);
-                }),
+      progress_(loop, [this](std::size_t taken, std::size_t total) { Hooks.progress(taken, total); }),
       network_(loop) {
-  network_.OnArrival = [this] {
-    if (OnArrival) OnArrival();
-  };
+  network_.OnArrival = [this] { OnArrival(); };
   network_.OnQueue = [this](std::size_t taken, std::size_t total) { NetworkQueueChanged(taken, total); };
 }
 
@@ -144,9 +128,7 @@ std::int32_t Link::OpenSerial(const std::string& portName, std::string_view sett
   State.NoModemLines = false;
   State.CommStat = {};
   linesSet_.clear();
-  OpenedDevice opened = devices_.Open(portName, [this] {
-    if (OnArrival) OnArrival();
-  });
+  OpenedDevice opened = devices_.Open(portName, [this] { OnArrival(); });
   if (!opened.device) {
     State.CommHandle = invalidHandle;
     return CommSetError(fmt::format("{}{} ", sources::createFile, portName), opened.error);
@@ -383,7 +365,7 @@ void Link::KeepLine(OutputLine line, bool asserted) {
 std::string Link::ReceiveChar() {
   std::string text;
   if (State.CommHandle <= 0 || CommRead(text, receiveSize) == 0) return {};
-  if (Hooks.received) Hooks.received(text);
+  Hooks.received(text);
   if (Scripting()) LetScriptSeeEach(text);
   return text;
 }
@@ -400,9 +382,7 @@ void Link::LetScriptSeeEach(std::string& text) {
 
 std::int32_t Link::SendString(std::string& text) {
   if (State.CommHandle < 1) return 0;
-  const WhenSent whenSent = [this](const SendOutcome& outcome) {
-    if (Hooks.sentString) Hooks.sentString(outcome);
-  };
+  const WhenSent whenSent = [this](const SendOutcome& outcome) { Hooks.sentString(outcome); };
   if (sending_) {
     Queue(text, whenSent);
     return 0;
@@ -426,7 +406,7 @@ void Link::Send(std::string text, WhenSent whenSent) {
 }
 
 Link::Sending Link::Transmit(std::string text, bool scripted) {
-  const Raised sending(sending_);
+  const ScopeFlag sending(sending_);
   if (scripted) Hooks.sendString(text);
   Writing writing{text.size(), openings_};
   const std::int32_t status =
@@ -434,7 +414,7 @@ Link::Sending Link::Transmit(std::string text, bool scripted) {
   if (network_.Unsent() == 0) progress_.End(writing.taken, writing.total);
   State.LastSendTime = Midnight();
   State.AnswerPending = false;
-  if (Hooks.transmitted) Hooks.transmitted();
+  Hooks.transmitted();
   SendOutcome outcome{std::move(text), writing.taken};
   if (writing.cancelled) {
     outcome.end = SendEnd::Cancelled;
@@ -488,7 +468,7 @@ void Link::NetworkQueueChanged(std::size_t taken, std::size_t total) {
 }
 
 void Link::TellFree() {
-  if (!Busy() && Hooks.free) Hooks.free();
+  if (!Busy()) Hooks.free();
 }
 
 std::string Link::CommErrorText(std::int32_t code) {
@@ -504,7 +484,7 @@ void Link::Record(std::string_view source, std::error_code error) {
 std::int32_t Link::CommSetError(std::string_view source, std::error_code error) {
   Record(source, error);
   const bool modemLine = source == sources::readModem || source == sources::setLine;
-  if (OnError && !modemLine) OnError();
+  if (!modemLine) OnError();
   return State.CommLastError;
 }
 
@@ -513,7 +493,7 @@ std::int32_t Link::CommSetErrorFlags(std::string_view source, std::error_code er
   const auto device = OpenDevice();
   const std::uint32_t flags = device ? device->TakeErrorFlags() : 0;
   State.CommLastErrorText += fmt::format("{}{:X}", errorFlagsText, flags);
-  if (OnError) OnError();
+  OnError();
   if (device && MeansDeviceGone(error) && !std::exchange(State.DeviceGone, true) && OnArrival) OnArrival();
   return State.CommLastError;
 }

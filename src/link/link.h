@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/hook.h"
 #include "controls/event_loop.h"
 #include "link/device.h"
 #include "link/link_controls.h"
@@ -55,19 +56,19 @@ struct SendOutcome {
 
 // What the link asks of the rest of the program, and tells it. Empty functions stand for "nobody".
 struct LinkHooks {
-  std::function<bool()> scripting;                     // whether the next two are to be called
-  std::function<void(std::string& text)> receiveChar;  // once for each character
-  std::function<void(std::string& text)> sendString;
+  Hook<bool()> scripting;                     // whether the next two are to be called
+  Hook<void(std::string& text)> receiveChar;  // once for each character
+  Hook<void(std::string& text)> sendString;
 
-  std::function<void(std::string_view text)> received;  // as it came, before a script sees it
-  std::function<void()> transmitted;                    // a string was sent, or could not be
-  std::function<void(const SendOutcome&)> sentString;   // what became of a SendString
+  Hook<void(std::string_view text)> received;  // as it came, before a script sees it
+  Hook<void()> transmitted;                    // a string was sent, or could not be
+  Hook<void(const SendOutcome&)> sentString;   // what became of a SendString
 
   // How far a write has come that has to wait: called when it first waits, then at most every 250 ms, and at
   // its end, however it ends. Called during yields; must only show.
-  std::function<void(std::size_t taken, std::size_t total)> progress;
+  Hook<void(std::size_t taken, std::size_t total)> progress;
 
-  std::function<void()> free;  // Busy has become false; must only wake somebody
+  Hook<void()> free;  // Busy has become false; must only wake somebody
 };
 
 class Link {
@@ -81,15 +82,15 @@ class Link {
   LinkHooks Hooks;
 
   // Where "NET" leads to; asked at each opening.
-  std::function<NetworkChoice()> ChooseNetwork;
+  Hook<NetworkChoice()> ChooseNetwork;
   NetworkLink& Network() { return network_; }
 
   // Told of arrivals and of a device that has gone, also during a yield; must only wake somebody.
-  std::function<void()> OnArrival;
+  Hook<void()> OnArrival;
 
   // Told when an error was recorded; those of the modem lines, which come with every poll of a link that
   // has none, are passed over. Must not use the link.
-  std::function<void()> OnError;
+  Hook<void()> OnError;
 
   // Opens the port with settings in either form of BuildCommDcb. Fails with -1, "Port in use.", when a
   // port is open already, and then closes it. A failure always leaves the link closed. "NET" closes what

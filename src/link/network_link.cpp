@@ -72,7 +72,7 @@ NetworkLink::NetworkLink(EventLoop& loop)
 NetworkLink::~NetworkLink() = default;
 
 void NetworkLink::Tell(std::string_view words) const {
-  if (OnEvent) OnEvent(words);
+  OnEvent(words);
 }
 
 bool NetworkLink::Fail(std::string_view words) {
@@ -176,7 +176,7 @@ void NetworkLink::AcceptPeer() {
     return;
   }
   SetPeer(std::move(accepted));
-  if (OnNewPeer) OnNewPeer();
+  OnNewPeer();
   Tell(address.Text() + " has connected");
 }
 
@@ -322,7 +322,7 @@ std::error_code NetworkLink::SendWaiting() {
 void NetworkLink::TellQueue() {
   const std::size_t total = waitingTotal_;
   if (waiting_.empty()) waitingTotal_ = 0;
-  if (OnQueue && total > 0) OnQueue(total - waiting_.size(), total);
+  if (total > 0) OnQueue(total - waiting_.size(), total);
 }
 
 void NetworkLink::DropWaiting() {

@@ -14,6 +14,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "base/hook.h"
 #include "controls/alarms.h"
 #include "controls/event_loop.h"
 #include "link/socket.h"
@@ -35,17 +36,17 @@ class NetworkLink {
   ~NetworkLink();
 
   // Bytes wait to be taken. Must only wake somebody.
-  std::function<void()> OnArrival;
+  Hook<void()> OnArrival;
 
   // What happened to the connection, in plain words.
-  std::function<void(std::string_view)> OnEvent;
+  Hook<void(std::string_view)> OnEvent;
 
   // TCP: so many of the bytes that had to wait for the peer have been taken by now, out of all since none
   // waited; also at the end, when both are the same. What is dropped with the peer counts as taken here.
-  std::function<void(std::size_t taken, std::size_t total)> OnQueue;
+  Hook<void(std::size_t taken, std::size_t total)> OnQueue;
 
   // Another TCP peer has taken the place of the one before: what is being assembled is not its.
-  std::function<void()> OnNewPeer;
+  Hook<void()> OnNewPeer;
 
   // False, and closed, when it could not be opened, was cancelled or closed meanwhile. A client yields while
   // the name is looked up and the connection is made, 30 s at most.

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/scope_flag.h"
 #include "macro/character_ranges.h"
 #include "macro/checksum_macros.h"
 
@@ -210,14 +211,13 @@ Expander::Expander(MacroControls& controls, AdvancesCounter advancesCounter, std
     : controls_(controls), advancesCounter_(std::move(advancesCounter)), random_(std::move(random)) {}
 
 const std::string& Expander::ExpandMacros(std::string& text) {
-  State.ExpandBusy = true;
+  const ScopeFlag busy(State.ExpandBusy);
   Pass pass(text, State, controls_, advancesCounter_, random_);
   std::string before;
   do {
     if (controls_.chkmulti.Checked()) before = text;
     pass.Run();
   } while (controls_.chkmulti.Checked() && text != before);
-  State.ExpandBusy = false;
   return text;
 }
 

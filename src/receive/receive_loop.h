@@ -6,11 +6,11 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "base/hook.h"
 #include "display/line_builder.h"
 #include "display/traffic_logs.h"
 #include "exchange/counters.h"
@@ -41,18 +41,18 @@ struct ReceiveParts {
 
 // What the loop asks of the rest of the window.
 struct ReceiveHooks {
-  std::function<void(int kind, std::string_view detail)> signalError;
-  std::function<void(std::string_view message, std::string_view title)> stopWithMessage;
-  std::function<void()> showElapsed;           // of the running cycle
-  std::function<void()> endWait;               // WaitingAnswer is over
-  std::function<void()> requestsDone;          // the last answer of a limited run has come: stop the cycle
-  std::function<void()> mayTransmit;           // the cycle may have been waiting for what just changed
-  std::function<void()> counted;               // an answer was accepted: the rate display has work
-  std::function<void()> deviceGone;            // disconnect, as soon as this tick has returned
-  std::function<void(std::string_view)> note;  // for the status bar
-  std::function<bool()> scripting;
-  std::function<void(std::string& text)> receiveString;  // the script's, only while scripting
-  std::function<void(std::string_view request)> dialog;  // the dialog test
+  Hook<void(int kind, std::string_view detail)> signalError;
+  Hook<void(std::string_view message, std::string_view title)> stopWithMessage;
+  Hook<void()> showElapsed;           // of the running cycle
+  Hook<void()> endWait;               // WaitingAnswer is over
+  Hook<void()> requestsDone;          // the last answer of a limited run has come: stop the cycle
+  Hook<void()> mayTransmit;           // the cycle may have been waiting for what just changed
+  Hook<void()> counted;               // an answer was accepted: the rate display has work
+  Hook<void()> deviceGone;            // disconnect, as soon as this tick has returned
+  Hook<void(std::string_view)> note;  // for the status bar
+  Hook<bool()> scripting;
+  Hook<void(std::string& text)> receiveString;  // the script's, only while scripting
+  Hook<void(std::string_view request)> dialog;  // the dialog test
 };
 
 class ReceiveLoop {

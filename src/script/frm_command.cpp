@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "base/numbers.h"
+#include "base/scope_flag.h"
 
 namespace quarlin {
 namespace {
@@ -24,7 +25,7 @@ FrmCommand::FrmCommand(EventLoop& loop) : controls(loop), loop_(loop) {
     controls.VScrollIO[i].Change = [this, i] { VScrollIO_Change(i); };
   }
   controls.cmdExit.OnClick = [this] {
-    if (OnExit) OnExit();
+    OnExit();
     closed_ = true;
     SetVisible(false);
   };
@@ -66,14 +67,13 @@ void FrmCommand::Load() {
     BeginAfresh();
     WindowChanged();
   }
-  SpinBusy = true;  // this is no press of a button
+  const ScopeFlag busy(SpinBusy);  // this is no press of a button
   for (std::size_t i = 0; i < controls.VScrollIO.size(); ++i) controls.VScrollIO[i].SetValue(atRest);
-  SpinBusy = false;
 }
 
 void FrmCommand::VScrollIO_Change(std::size_t index) {
   if (SpinBusy) return;
-  SpinBusy = true;
+  const ScopeFlag busy(SpinBusy);
   TextBox& box = controls.TextIO[index];
   ScrollBar& spin = controls.VScrollIO[index];
   const std::int64_t step = spin.Value() == lowerArrow ? -1 : 1;
@@ -82,7 +82,6 @@ void FrmCommand::VScrollIO_Change(std::size_t index) {
   box.SetText(PaddedDecimal(number, 1));
   spin.SetValue(atRest);
   loop_.DoEvents();
-  SpinBusy = false;
 }
 
 void FrmCommand::SetCaption(std::string_view caption) {
@@ -101,7 +100,7 @@ void FrmCommand::SetTopMost(bool topMost) {
 }
 
 void FrmCommand::WindowChanged() const {
-  if (OnWindowChanged) OnWindowChanged();
+  OnWindowChanged();
 }
 
 }  // namespace quarlin

@@ -2,9 +2,9 @@
 // puts to its own use. It keeps its values from one script to the next, until it is closed with Exit.
 #pragma once
 
-#include <functional>
 #include <string>
 
+#include "base/hook.h"
 #include "controls/collection.h"
 #include "controls/controls.h"
 
@@ -59,10 +59,10 @@ class FrmCommand {
   void SetTopMost(bool topMost);
 
   // The window's close button means Exit.
-  std::function<void()> OnExit;
+  Hook<void()> OnExit;
 
   // The view's: caption, visibility or place among the windows have changed, or it wants to be in front.
-  std::function<void()> OnWindowChanged;
+  Hook<void()> OnWindowChanged;
 
  private:
   void BeginAfresh();

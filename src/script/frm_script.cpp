@@ -45,7 +45,7 @@ void FrmScript::cmdSelect_Click() {
 }
 
 void FrmScript::Close() const {
-  if (OnClose) OnClose();
+  OnClose();
 }
 
 }  // namespace quarlin

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <string>
 
+#include "base/hook.h"
 #include "controls/collection.h"
 #include "controls/controls.h"
 #include "controls/prompts.h"
@@ -39,10 +39,10 @@ class FrmScript {
   void Load();
 
   // The view's: the window is to go.
-  std::function<void()> OnClose;
+  Hook<void()> OnClose;
 
   // The host's: a file was chosen; empty where the chosen one has gone meanwhile.
-  std::function<void(const std::string& file)> OnChosen;
+  Hook<void(const std::string& file)> OnChosen;
 
   void Close() const;
 

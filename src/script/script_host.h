@@ -3,10 +3,10 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
 
+#include "base/hook.h"
 #include "base/program_folder.h"
 #include "script/frm_command.h"
 #include "script/frm_script.h"
@@ -29,11 +29,11 @@ struct ScriptParts {
 
 // What the host asks of the rest of the window.
 struct ScriptHooks {
-  std::function<bool()> linkOpen;
-  std::function<void(std::string text)> sendTask;  // sends the task's text, logs and shows it. Yields
-  std::function<void(const std::filesystem::path& file)> edit;
-  std::function<void()> focusDisplay;
-  std::function<void(std::string_view)> note;  // for the status bar
+  Hook<bool()> linkOpen;
+  Hook<void(std::string text)> sendTask;  // sends the task's text, logs and shows it. Yields
+  Hook<void(const std::filesystem::path& file)> edit;
+  Hook<void()> focusDisplay;
+  Hook<void(std::string_view)> note;  // for the status bar
 };
 
 // What a script may replace.
@@ -47,7 +47,7 @@ class ScriptHost {
 
   // Shows the script list and returns when it has been closed. Empty without a window: the script that
   // txtScriptFile names is then taken.
-  std::function<void(FrmScript& list)> ShowList;
+  Hook<void(FrmScript& list)> ShowList;
 
   FrmCommand& Panel() { return panel_; }
   ScriptRunner& Runner() { return runner_; }

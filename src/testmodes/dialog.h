@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/hook.h"
 #include "base/profile_file.h"
 #include "display/line_builder.h"
 #include "display/traffic_logs.h"
@@ -37,10 +38,10 @@ struct DialogParts {
 };
 
 struct DialogHooks {
-  std::function<std::string()> txTerminator;   // follows every answer
-  std::function<bool()> appendsRow;            // "Append Row Tx" is checked
-  std::function<void()> sent;                  // something goes out: the lamps are bright
-  std::function<void(std::string_view)> note;  // for the status bar
+  Hook<std::string()> txTerminator;   // follows every answer
+  Hook<bool()> appendsRow;            // "Append Row Tx" is checked
+  Hook<void()> sent;                  // something goes out: the lamps are bright
+  Hook<void(std::string_view)> note;  // for the status bar
 };
 
 class Dialog {

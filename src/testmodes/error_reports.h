@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string_view>
 
+#include "base/hook.h"
 #include "display/line_builder.h"
 #include "exchange/counters.h"
 #include "exchange/hand_over.h"
@@ -29,9 +29,9 @@ struct ErrorReportParts {
 };
 
 struct ErrorReportHooks {
-  std::function<void()> stopCycle;  // as a click on Command1
-  std::function<void(std::string_view message, std::string_view title)> stopWithMessage;
-  std::function<void()> endWait;  // for the answer
+  Hook<void()> stopCycle;  // as a click on Command1
+  Hook<void(std::string_view message, std::string_view title)> stopWithMessage;
+  Hook<void()> endWait;  // for the answer
 };
 
 class ErrorReports {

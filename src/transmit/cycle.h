@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "base/hook.h"
 #include "display/line_builder.h"
 #include "display/traffic_logs.h"
 #include "exchange/counters.h"
@@ -38,12 +39,12 @@ struct CycleParts {
 enum class RunEnd { Stopped, Completed };
 
 struct CycleHooks {
-  std::function<void(std::string_view message, std::string_view title)> stopWithMessage;
-  std::function<void(RunEnd end)> stopped;
-  std::function<void()> takeArrivals;              // has the receive loop handle what has arrived
-  std::function<void()> reportTimeOut;             // AnswerTimedOut was set: has the receive loop look at it
-  std::function<void()> sent;                      // something went out: the lamps are bright
-  std::function<void(std::string_view)> showWait;  // what the cycle waits for, in words; empty for nothing
+  Hook<void(std::string_view message, std::string_view title)> stopWithMessage;
+  Hook<void(RunEnd end)> stopped;
+  Hook<void()> takeArrivals;              // has the receive loop handle what has arrived
+  Hook<void()> reportTimeOut;             // AnswerTimedOut was set: has the receive loop look at it
+  Hook<void()> sent;                      // something went out: the lamps are bright
+  Hook<void(std::string_view)> showWait;  // what the cycle waits for, in words; empty for nothing
 };
 
 class Cycle {

@@ -258,9 +258,7 @@ void FrmMain::WireScript() {
       Note(fmt::format("the script is {}; no program was found to edit it", file.string()));
     }
   };
-  hooks.focusDisplay = [this] {
-    if (OnFocusDisplay) OnFocusDisplay();
-  };
+  hooks.focusDisplay = [this] { OnFocusDisplay(); };
   hooks.note = [this](std::string_view text) { Note(text); };
 }
 
@@ -283,7 +281,7 @@ ScriptHost& FrmMain::Script() {
 
 void FrmMain::SetCaption(std::string_view caption) {
   caption_ = caption;
-  if (OnCaptionChanged) OnCaptionChanged();
+  OnCaptionChanged();
 }
 
 void FrmMain::Load(std::string_view commandLine) {
@@ -349,7 +347,7 @@ void FrmMain::cmdReport_Click() {
   } else if (!surroundings_.textOpener.OpenText(file)) {
     Note(fmt::format("the report is in {}; no program was found to show it", file.string()));
   }
-  if (OnFocusDisplay) OnFocusDisplay();
+  OnFocusDisplay();
 }
 
 void FrmMain::cmdEditDialog_Click() {
@@ -435,7 +433,7 @@ int FrmMain::ExitStatus() const {
 
 void FrmMain::LogTrouble(std::string_view text) {
   Note(text);
-  if (OnLogTrouble) OnLogTrouble(text);
+  OnLogTrouble(text);
 }
 
 void FrmMain::Note(std::string_view text) {

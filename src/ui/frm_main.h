@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/hook.h"
 #include "base/program_folder.h"
 #include "connect/connection_controls.h"
 #include "connect/modem_controls.h"
@@ -86,7 +87,7 @@ class FrmMain {
 
   const std::string& Caption() const { return caption_; }  // "Quarlin Ver.01.00.00  ..."
   void SetCaption(std::string_view caption);
-  std::function<void()> OnCaptionChanged;
+  Hook<void()> OnCaptionChanged;
 
   // The text of Report.txt as it would be written now.
   std::string ReportText();
@@ -98,11 +99,11 @@ class FrmMain {
   StatusNote& Status();
 
   // Told when the received-text display is to have the keyboard.
-  std::function<void()> OnFocusDisplay;
+  Hook<void()> OnFocusDisplay;
 
   // Told when a log cannot be written, when it can again, and at the end what it lacks; for standard error,
   // since the end leaves no status bar to read.
-  std::function<void(std::string_view text)> OnLogTrouble;
+  Hook<void(std::string_view text)> OnLogTrouble;
 
   // The methods that scripts know.
   void SignalError(int kind);

@@ -128,7 +128,7 @@ void StandardStream::CountLost(std::uint64_t lines) {
   if (lines == 0) return;
   const bool isFirst = lostLines_ == 0;
   lostLines_ += lines;
-  if (isFirst && OnFirstLoss) OnFirstLoss();
+  if (isFirst) OnFirstLoss();
 }
 
 void StandardStream::Finish(std::string_view lastWords, Instant deadline, int impatience) {

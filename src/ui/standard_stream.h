@@ -8,12 +8,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "base/file_handle.h"
+#include "base/hook.h"
 #include "controls/event_loop.h"
 
 namespace quarlin {
@@ -36,7 +36,7 @@ class StandardStream {
   std::uint64_t LostLines() const { return lostLines_; }
 
   // Told at the first of them.
-  std::function<void()> OnFirstLoss;
+  Hook<void()> OnFirstLoss;
 
  private:
   std::size_t Waiting() const { return queue_.size() - taken_; }

@@ -97,6 +97,16 @@ TEST_F(TimerRig, AnAlarmMayEndItsOwnerWhileItFires) {
   EXPECT_EQ(alarm, nullptr);
 }
 
+TEST_F(TimerRig, AHandlerThatThrowsHoldsNoLaterTickUp) {
+  group.tick.SetEnabled(true);
+  whileTicking = [&] {
+    if (ticks.size() == 1) throw std::runtime_error("in the handler");
+  };
+  EXPECT_THROW(loop.Pass(100ms), std::runtime_error);
+  loop.Pass(100ms);
+  EXPECT_EQ(ticks, (Ticks{100, 200}));
+}
+
 TEST_F(TimerRig, PostedCallsRunInOrderAfterTheHandler) {
   std::string order;
   whileTicking = [&] {
@@ -135,6 +145,21 @@ TEST(Controls, HandlersRunOnlyWhereTheValueChanges) {
   EXPECT_EQ(calls, "obl");
   EXPECT_FALSE(group.option.Selected()) << "the one that was cleared was the selected one";
   EXPECT_EQ(group.list.ListIndex(), -1);
+}
+
+TEST(Controls, AHandlerIsSetOnceAndNoneIsNoCrash) {
+  VirtualLoop loop;
+  struct Group : ControlGroup {
+    using ControlGroup::ControlGroup;
+    CommandButton cmdGo{*this, "cmdGo", "Go"};
+    OptionArray<2> Option1{*this, "Option1", {"CR", "LF"}, 0};
+  } group(loop);
+  group.cmdGo.Click();
+  int clicks = 0;
+  group.Option1.OnClick([&] { ++clicks; });
+  EXPECT_THROW(group.Option1[1].Click = [] {}, std::logic_error);
+  group.Option1[1].SetValue(true);
+  EXPECT_EQ(clicks, 1);
 }
 
 TEST(Controls, ACounterKeepsItsValueAtItsEnd) {

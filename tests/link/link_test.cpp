@@ -406,6 +406,19 @@ TEST_F(LinkRig, TheScriptSeesEveryCharacterAndEveryStringSent) {
   EXPECT_EQ(port.Written(), "READ!");
 }
 
+TEST_F(LinkRig, AScriptThatFailsInASendHoldsNoLaterOneUp) {
+  Open();
+  bool fails = true;
+  link.Hooks.scripting = [] { return true; };
+  link.Hooks.sendString = [&](std::string&) {
+    if (std::exchange(fails, false)) throw std::runtime_error("in the script");
+  };
+  EXPECT_THROW(Send("first"), std::runtime_error);
+  EXPECT_FALSE(link.Busy());
+  Send("second");
+  EXPECT_EQ(port.Written(), "second");
+}
+
 TEST_F(LinkRig, NetDoesNotOpenYetAndClosesWhatIsOpen) {
   Open();
   EXPECT_EQ(link.CommOpen("NET", ""), 0);

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "base/scope_flag.h"
+
 namespace quarlin {
 namespace {
 
@@ -66,9 +68,8 @@ void PollLoop::ServeDescriptors(Instant until) {
   for (std::size_t i = 0; i < asked.size(); ++i) {
     if (polled[i].revents == 0 || !asked[i]->enabled) continue;
     ++wakes_;
-    asked[i]->running = true;
+    const ScopeFlag running(asked[i]->running);
     asked[i]->ready();
-    asked[i]->running = false;
   }
 }
 

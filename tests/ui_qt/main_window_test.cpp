@@ -354,6 +354,7 @@ class MainWindowTest : public QObject {
   void enterSendsTheCommand() {
     Rig rig;
     std::string sent;
+    rig.frm.controls.cycle.cmdSend.OnClick = nullptr;
     rig.frm.controls.cycle.cmdSend.OnClick = [&] { sent = rig.frm.controls.cycle.CBOSEND.Text(); };
     auto& command = rig.Find<QComboBox>("CBOSEND");
     QTest::keyClick(&rig.window, Qt::Key_L, Qt::ControlModifier);

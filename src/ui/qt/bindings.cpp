@@ -240,11 +240,8 @@ class ListBinding : public Binding {
       : Binding(control, widget), control_(control), widget_(widget) {
     QObject::connect(&widget, &QListWidget::currentRowChanged, &Context(),
                      [this, onUser](int row) { onUser([this, row] { control_.SetListIndex(row); }); });
-    QObject::connect(&widget, &QListWidget::itemDoubleClicked, &Context(), [this, onUser] {
-      onUser([this] {
-        if (control_.DblClick) control_.DblClick();
-      });
-    });
+    QObject::connect(&widget, &QListWidget::itemDoubleClicked, &Context(),
+                     [this, onUser] { onUser([this] { control_.DblClick(); }); });
   }
 
  private:

@@ -18,6 +18,18 @@ namespace {
 constexpr Duration turnTime = std::chrono::milliseconds(4);
 constexpr Duration quickTime = std::chrono::milliseconds(1);  // between two calls of one descriptor
 
+// Counts one more for as long as it lives.
+class Deeper {
+ public:
+  explicit Deeper(int& depth) : depth_(depth) { ++depth_; }
+  ~Deeper() { --depth_; }
+  Deeper(const Deeper&) = delete;
+  Deeper& operator=(const Deeper&) = delete;
+
+ private:
+  int& depth_;
+};
+
 timespec TimespecOf(Instant instant) {
   const std::int64_t nanoseconds = std::max<std::int64_t>(instant.time_since_epoch().count(), 1);
   return {nanoseconds / 1'000'000'000, nanoseconds % 1'000'000'000};
@@ -90,12 +102,13 @@ void QtLoop::TimerFired() {
 void QtLoop::Turn(Watched* watched) {
   const Instant start = Now();
   if (depth_ == 0) windowServed_ = start;
-  ++depth_;
-  do {
-    if (watched != nullptr) watched->ready();
-    FireDue(start + turnTime);
-  } while (watched != nullptr && CallsAgain(*watched, start + quickTime));
-  --depth_;
+  {
+    const Deeper turn(depth_);
+    do {
+      if (watched != nullptr) watched->ready();
+      FireDue(start + turnTime);
+    } while (watched != nullptr && CallsAgain(*watched, start + quickTime));
+  }
   ArmForAlarms();
 }
 

@@ -10,6 +10,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "base/scope_flag.h"
 #include "ui/qt/row_painter.h"
 #include "ui/qt/text_search.h"
 
@@ -141,14 +142,13 @@ void ReceivedTextView::AdjustBars() {
   if (Ring() == nullptr) return;
   adjustAgain_ = true;
   if (adjusting_) return;
-  adjusting_ = true;
+  const ScopeFlag adjusting(adjusting_);
   constexpr int enough = 3;
   for (int round = 0; adjustAgain_ && round < enough; ++round) {
     adjustAgain_ = false;
     AdjustVerticalBar();
     AdjustHorizontalBar();
   }
-  adjusting_ = false;
 }
 
 void ReceivedTextView::AdjustVerticalBar() {
