@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "base/numbers.h"
+
 namespace quarlin {
 namespace {
 
@@ -100,6 +102,19 @@ std::string BytesFromFileText(std::string_view content) {
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   if (content.starts_with(byteOrderMark)) content.remove_prefix(byteOrderMark.size());
   return IsUtf8(content) ? BytesFromUtf8(content) : std::string(content);
+}
+
+std::string CodedText(std::string_view text, std::size_t most) {
+  std::string coded;
+  for (const char character : text.substr(0, most)) {
+    const auto code = static_cast<unsigned char>(character);
+    if (code < 32 || code == 127) {
+      coded += '{' + Hexadecimal(code, 2) + '}';
+    } else {
+      coded += character;
+    }
+  }
+  return text.size() > most ? coded + "..." : coded;
 }
 
 std::vector<std::string> SplitLines(std::string_view text) {

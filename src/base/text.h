@@ -2,6 +2,7 @@
 // for the character U+0000-U+00FF on the screen.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,10 @@ std::string BytesFromUtf8(std::string_view utf8);
 // The text of a table or script file as byte strings: read as UTF-8 when it is well-formed, otherwise
 // byte for byte. A byte-order mark is dropped.
 std::string BytesFromFileText(std::string_view content);
+
+// The text with every control character as its code in braces, "{0D}", as macros write it; of more than
+// `most` bytes the beginning and "...".
+std::string CodedText(std::string_view text, std::size_t most);
 
 // Splits at CR LF, LF and CR; the last line needs no end. An empty text has no lines.
 std::vector<std::string> SplitLines(std::string_view text);

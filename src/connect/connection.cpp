@@ -81,7 +81,6 @@ void Connection::Connect() {
   Open();
   SetAccess(false);
   controls_.cmdOpen.SetCaption(disconnectCaption);
-  link_.State.AnswerPending = false;
   Hooks.connecting();
   if (link_.CommIsOpen()) {
     stablePath_ = IsNetwork() ? "" : Hooks.stablePath(controls_.cboSerial.Text());

@@ -12,6 +12,7 @@ struct Counters : ControlGroup {
   Label lblerror{*this, "lblerror", "0"};        // errors and "ERR" answers
   Label lblErrStr{*this, "lblErrStr", "0"};      // answers that differed
   Label lblErrorLen{*this, "lblErrorLen", "0"};  // wrong lengths and checksums
+  Label lblNotSent{*this, "lblNotSent", "0"};    // texts that did not leave, or not whole
   Label lbllen{*this, "lbllen", "0"};            // length of the last accepted answer
   Label lblllen{*this, "lblllen", "0"};          // length of the last answer or what was there at an error
   Label lblrxpersecond{*this, "lblrxpersecond", "0"};      // seconds between the last two answers

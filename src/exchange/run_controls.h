@@ -20,7 +20,6 @@ struct RunControls : ControlGroup {
   TextBox Text1{*this, "Text1", "100"};  // requests left
   CheckBox chkhhmmss{*this, "chkhhmmss", "hh:mm:ss"};
 
-  bool CycleRuns() const { return Command1.Caption() == "&Stop"; }
   bool WaitsForAnswer() const { return Check1.Checked(); }
 
   // The box is off limits while a cycle runs, and only then does it count.

@@ -109,19 +109,26 @@ ExchangeRecord* RunRecord::Unended(std::uint64_t number) {
   return found == nullptr || found->ended ? nullptr : &exchanges_[number - exchanges_.front().number];
 }
 
-void RunRecord::Received(std::uint64_t number, std::string_view answer, Instant firstByte,
-                         Instant completed) {
+void RunRecord::SetRequest(std::uint64_t number, std::string_view request) {
+  if (ExchangeRecord* exchange = Unended(number)) Keep(exchange->request, request);
+}
+
+void RunRecord::Received(std::uint64_t number, std::string_view answer, Instant firstByte) {
   ++sums_.received;
   ExchangeRecord* exchange = Unended(number);
   if (exchange == nullptr) return;
   Keep(exchange->answer, answer);
   exchange->firstByte = firstByte;
-  exchange->completed = completed;
+  exchange->completed = clock_.Now();
   if (const auto latency = exchange->Latency()) latencies_.Add(*latency);
 }
 
-void RunRecord::Parsed(std::uint64_t number, std::string_view parsed) {
-  if (ExchangeRecord* exchange = Unended(number)) Keep(exchange->parsed, parsed);
+void RunRecord::Accepted(std::uint64_t number, std::string_view parsed) {
+  ++sums_.accepted;
+  ExchangeRecord* exchange = Unended(number);
+  if (exchange == nullptr) return;
+  Keep(exchange->parsed, parsed);
+  if (exchange->hasRequest) Say(number, Verdict::Answered, "");
 }
 
 void RunRecord::Say(std::uint64_t number, Verdict verdict, std::string_view detail) {

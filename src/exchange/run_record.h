@@ -49,12 +49,13 @@ struct ExchangeRecord {
 };
 
 struct RunSums {
-  std::uint64_t requests = 0;                          // good + failed + open + those that have not ended
-  std::uint64_t good = 0;                              // answered, and nothing to object to
-  std::uint64_t failed = 0;                            // with one failure or several
-  std::uint64_t open = 0;                              // without a verdict at the end
-  std::uint64_t sent = 0;                              // requests that left whole
-  std::uint64_t received = 0;                          // complete strings, and "ERR" answers
+  std::uint64_t requests = 0;  // good + failed + open + those that have not ended
+  std::uint64_t good = 0;      // answered, and nothing to object to
+  std::uint64_t failed = 0;    // with one failure or several
+  std::uint64_t open = 0;      // without a verdict at the end
+  std::uint64_t sent = 0;      // requests that left whole
+  std::uint64_t received = 0;  // complete strings, and "ERR" answers
+  std::uint64_t accepted = 0;  // strings that passed the checks of length and equality
   std::array<std::uint64_t, verdictKinds> verdicts{};  // exchanges and answers of which each was said
 
   std::uint64_t Of(Verdict verdict) const { return verdicts[static_cast<std::size_t>(verdict)]; }
@@ -119,8 +120,13 @@ class RunRecord {
   std::optional<std::uint64_t> OldestUnanswered();
 
   // About an exchange that has not ended; without effect on one that is no longer kept.
-  void Received(std::uint64_t number, std::string_view answer, Instant firstByte, Instant completed);
-  void Parsed(std::uint64_t number, std::string_view parsed);
+  //
+  // SetRequest: what the text was that could not be sent. Received: a complete string, or one with "ERR",
+  // now; its first byte came at `firstByte`. Accepted: it passed the checks, the parser made `parsed` of it;
+  // a request is thereby answered.
+  void SetRequest(std::uint64_t number, std::string_view request);
+  void Received(std::uint64_t number, std::string_view answer, Instant firstByte);
+  void Accepted(std::uint64_t number, std::string_view parsed);
   void Say(std::uint64_t number, Verdict verdict, std::string_view detail);
   void Close(std::uint64_t number);
 

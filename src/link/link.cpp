@@ -413,7 +413,6 @@ Link::Sending Link::Transmit(std::string text, bool scripted) {
       controls_.chkTerminal.Checked() ? WriteEach(text, writing) : Write(text, writing);
   if (network_.Unsent() == 0) progress_.End(writing.taken, writing.total);
   State.LastSendTime = Midnight();
-  State.AnswerPending = false;
   Hooks.transmitted();
   SendOutcome outcome{std::move(text), writing.taken};
   if (writing.cancelled) {

@@ -36,8 +36,7 @@ struct LinkState {
   bool NoModemLines = false;  // the open link has none; known after the first look at them
   bool DeviceGone = false;    // a read or write failed in a way that only unplugging explains
 
-  double LastSendTime = 0;     // seconds since midnight
-  bool AnswerPending = false;  // an answer has come since the last send; lets a cycle send on request
+  double LastSendTime = 0;  // seconds since midnight
 };
 
 enum class SendEnd {

@@ -50,10 +50,10 @@ void Dialog::DialogAnswer(std::string_view request) {
   std::string answer = AnswerTo(request);
   parts_.expander.ExpandMacros(answer);
   if (answer.empty()) return;
-  const std::string terminator = Hooks.txTerminator();
+  const std::string terminator = parts_.sender.Frame.TxTerminator();
   FaultPlan* const plan = plans_.empty() ? nullptr : PlanFor(request);
   if (plan == nullptr) {
-    Send(answer + terminator);
+    parts_.sender.Send(answer + terminator, SendKind::Answer);
     return;
   }
   FaultyAnswer faulty = plan->Apply(std::move(answer), terminator);
@@ -86,7 +86,8 @@ void Dialog::TakeTable() {
   }
   constexpr std::size_t mostShown = 200;
   if (unread.size() > mostShown) unread = unread.substr(0, mostShown) + "...";
-  if (!unread.empty()) Hooks.note(fmt::format("Dialog.txt: faults that cannot be read: {}", unread));
+  if (!unread.empty())
+    parts_.status.Mention(fmt::format("Dialog.txt: faults that cannot be read: {}", unread));
 }
 
 // As the table has it, its turn among several answers counted.
@@ -124,7 +125,8 @@ void Dialog::SendLater(FaultyAnswer answer, std::string terminator) {
   if (delayed_.size() >= mostDelayed) {
     ++Faults.discarded;
     if (!std::exchange(toldDiscarded_, true)) {
-      Hooks.note(fmt::format("{} answers wait for their time already: one was thrown away", mostDelayed));
+      parts_.status.Mention(
+          fmt::format("{} answers wait for their time already: one was thrown away", mostDelayed));
     }
     return;
   }
@@ -157,23 +159,13 @@ void Dialog::LinkClosed() {
 void Dialog::SendFaulty(const FaultyAnswer& answer, const std::string& terminator) {
   for (const Fault fault : answer.faults) Announce(fault);
   if (answer.Has(Fault::Drop)) return;
-  Send(answer.text + terminator);
-  if (answer.Has(Fault::Double) && parts_.link.CommIsOpen()) Send(answer.text + terminator);
-}
-
-void Dialog::Send(std::string text) {
-  Hooks.sent();
-  parts_.link.Send(std::move(text), [this](const SendOutcome& outcome) {
-    const std::string& sent = outcome.text;
-    if (parts_.run.chkhhmmss.Checked()) parts_.logs.WriteStamp(parts_.loop.Local());
-    parts_.logs.WriteTraffic(sent);
-    parts_.display.Append(sent, colors::blue);
-    if (Hooks.appendsRow()) parts_.display.Append("\r\n", colors::blue);
-  });
+  parts_.sender.Send(answer.text + terminator, SendKind::Answer);
+  if (!answer.Has(Fault::Double) || !parts_.link.CommIsOpen()) return;
+  parts_.sender.Send(answer.text + terminator, SendKind::Answer);
 }
 
 void Dialog::Announce(Fault fault) {
-  parts_.display.Append(fmt::format("-- answer {} (fault)\r\n", FaultWord(fault)), colors::darkRed);
+  parts_.traffic.Append(fmt::format("-- answer {} (fault)\r\n", FaultWord(fault)), colors::darkRed);
 }
 
 }  // namespace quarlin

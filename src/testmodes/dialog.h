@@ -11,11 +11,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "base/hook.h"
 #include "base/profile_file.h"
-#include "display/line_builder.h"
-#include "display/traffic_logs.h"
-#include "exchange/run_controls.h"
+#include "controls/status_note.h"
+#include "display/traffic.h"
+#include "exchange/sender.h"
 #include "link/link.h"
 #include "macro/expander.h"
 #include "testmodes/answer_faults.h"
@@ -30,18 +29,11 @@ std::string CommentedFirstDialog();
 
 struct DialogParts {
   EventLoop& loop;
-  RunControls& run;
   Link& link;
   Expander& expander;
-  LineBuilder& display;
-  TrafficLogs& logs;
-};
-
-struct DialogHooks {
-  Hook<std::string()> txTerminator;   // follows every answer
-  Hook<bool()> appendsRow;            // "Append Row Tx" is checked
-  Hook<void()> sent;                  // something goes out: the lamps are bright
-  Hook<void(std::string_view)> note;  // for the status bar
+  Sender& sender;
+  Traffic& traffic;
+  StatusNote& status;
 };
 
 class Dialog {
@@ -51,7 +43,6 @@ class Dialog {
   // `table` names the file; see ProfileFile.
   Dialog(DialogParts parts, std::function<std::filesystem::path()> table);
 
-  DialogHooks Hooks;
   FaultCounts Faults;  // since the start of the program
 
   // Answers a request, given without its terminator, as the table has it now; what is not in the table gets
@@ -75,7 +66,6 @@ class Dialog {
   void SendLater(FaultyAnswer answer, std::string terminator);
   void SendDue();
   void SendFaulty(const FaultyAnswer& answer, const std::string& terminator);
-  void Send(std::string text);
   void Announce(Fault fault);
 
   DialogParts parts_;

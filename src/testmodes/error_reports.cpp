@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <array>
-#include <limits>
 #include <string>
 
 namespace quarlin {
@@ -11,17 +10,19 @@ namespace {
 
 // How the kinds with a message box show themselves.
 struct ErrorTexts {
-  ErrorKind kind;
+  Verdict verdict;
   std::string_view line;
   std::string_view title;
   std::string_view message;
 };
 
 constexpr std::array<ErrorTexts, 3> errorTexts{{
-    {ErrorKind::NotEqual, "STRING NOT EQUAL", "ERROR STRING", "STRING NOT EQUAL"},
-    {ErrorKind::Length, "ERROR STRING LENGTH", "ERROR STRING", "STRING LENGTH NOT EQUAL"},
-    {ErrorKind::Checksum, "ERROR CHECKSUM", "ERROR CHECKSUM", "CHECKSUM NOT EQUAL"},
+    {Verdict::NotEqual, "STRING NOT EQUAL", "ERROR STRING", "STRING NOT EQUAL"},
+    {Verdict::WrongLength, "ERROR STRING LENGTH", "ERROR STRING", "STRING LENGTH NOT EQUAL"},
+    {Verdict::WrongChecksum, "ERROR CHECKSUM", "ERROR CHECKSUM", "CHECKSUM NOT EQUAL"},
 }};
+
+constexpr std::array kinds{Verdict::TimeOut, Verdict::NotEqual, Verdict::WrongLength, Verdict::WrongChecksum};
 
 constexpr std::string_view timeOutLine = "TIME OUT";
 constexpr std::string_view noInterval = "- -";  // what lblRxms shows after a time-out
@@ -33,34 +34,44 @@ ErrorReports::ErrorReports(ErrorReportParts parts) : parts_(parts) {
   parts_.controls.cmdErr.OnClick = [this] { cmdErr_Click(); };
 }
 
-void ErrorReports::SignalError(int kind, std::string_view detail) {
-  Counters& counters = parts_.counters;
-  if (kind == static_cast<int>(ErrorKind::TimeOut)) SignalTimeOut(detail);
-  for (const ErrorTexts& texts : errorTexts) {
-    if (kind != static_cast<int>(texts.kind)) continue;
-    parts_.display.AppendError(texts.line, detail);
-    // Wrong checksums are counted with the wrong lengths.
-    (texts.kind == ErrorKind::NotEqual ? counters.lblErrStr : counters.lblErrorLen).Increment();
-    if (parts_.controls.chkStop.Checked()) Hooks.stopWithMessage(texts.message, texts.title);
+void ErrorReports::SignalError(int kind) {
+  if (kind >= 0 && kind < static_cast<int>(kinds.size())) {
+    SignalError(kinds[static_cast<std::size_t>(kind)], "");
+  } else {
+    parts_.exchange.EndWait();
+    Count();
   }
-  counters.lblerror.Increment();
-  counters.lblllen.SetInteger(static_cast<std::int32_t>(parts_.receive.RxBuffer.size()));
-  parts_.receive.RxBuffer.clear();
-  parts_.receive.RxIdleTicks = 2;
-  Hooks.endWait();
 }
 
-void ErrorReports::SignalTimeOut(std::string_view detail) {
+void ErrorReports::SignalError(Verdict verdict, std::string_view detail) {
+  Counters& counters = parts_.counters;
+  parts_.exchange.Fault(verdict, detail);  // first: what follows may end the run
+  if (verdict == Verdict::TimeOut) ShowTimeOut(detail);
+  for (const ErrorTexts& texts : errorTexts) {
+    if (verdict != texts.verdict) continue;
+    parts_.traffic.AppendError(texts.line, detail);
+    // Wrong checksums are counted with the wrong lengths.
+    (verdict == Verdict::NotEqual ? counters.lblErrStr : counters.lblErrorLen).Increment();
+    if (parts_.controls.chkStop.Checked()) Hooks.stopWithMessage(texts.message, texts.title);
+  }
+  Count();
+}
+
+void ErrorReports::Count() {
+  parts_.counters.lblerror.Increment();
+  parts_.counters.lblllen.SetInteger(static_cast<std::int32_t>(Hooks.giveUpString()));
+}
+
+void ErrorReports::ShowTimeOut(std::string_view detail) {
   const std::string suffix = parts_.run.chkTimeout.Checked() ? CountTimeOut() : "";
-  parts_.display.AppendError(std::string(timeOutLine) + suffix, detail);
+  parts_.traffic.AppendError(std::string(timeOutLine) + suffix, detail);
   parts_.link.lblRxms.SetCaption(noInterval);
 }
 
 std::string ErrorReports::CountTimeOut() {
-  std::int16_t& count = parts_.handOver.TimeoutCount;
-  if (count < std::numeric_limits<std::int16_t>::max()) ++count;
+  const std::int16_t count = parts_.exchange.CountTimeOut();
   const std::string suffix = fmt::format(" ({}/{})", count, parts_.run.txtTimeout.Text());
-  if (count >= parts_.run.txtTimeout.Integer() && parts_.run.CycleRuns()) Hooks.stopCycle();
+  if (count >= parts_.run.txtTimeout.Integer() && parts_.exchange.Running()) Hooks.stopCycle();
   return suffix;
 }
 

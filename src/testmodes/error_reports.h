@@ -5,17 +5,14 @@
 #include <string_view>
 
 #include "base/hook.h"
-#include "display/line_builder.h"
+#include "display/traffic.h"
 #include "exchange/counters.h"
-#include "exchange/hand_over.h"
-#include "exchange/receive_state.h"
+#include "exchange/exchange.h"
 #include "exchange/run_controls.h"
 #include "link/link_controls.h"
 #include "testmodes/test_controls.h"
 
 namespace quarlin {
-
-enum class ErrorKind : int { TimeOut, NotEqual, Length, Checksum };
 
 struct ErrorReportParts {
   TestControls& controls;
@@ -23,15 +20,14 @@ struct ErrorReportParts {
   Counters& counters;
   LinkControls& link;
   DisplayControls& listing;
-  LineBuilder& display;
-  HandOver& handOver;
-  ReceiveState& receive;
+  Traffic& traffic;
+  Exchange& exchange;
 };
 
 struct ErrorReportHooks {
   Hook<void()> stopCycle;  // as a click on Command1
   Hook<void(std::string_view message, std::string_view title)> stopWithMessage;
-  Hook<void()> endWait;  // for the answer
+  Hook<std::size_t()> giveUpString;  // throws the string being assembled away; returns its length
 };
 
 class ErrorReports {
@@ -40,16 +36,20 @@ class ErrorReports {
 
   ErrorReportHooks Hooks;
 
-  // Reports one error and throws the string being assembled away. Kinds 0 to 3 as in ErrorKind; another
-  // kind only counts. `detail` goes into the tool tip of the list entry. Yields where the run is stopped
-  // with a message.
-  void SignalError(int kind, std::string_view detail = "");
+  // Reports one error and throws the string being assembled away. `detail` goes into the tool tip of the list
+  // entry and into the record. Yields where the run is stopped with a message.
+  void SignalError(Verdict verdict, std::string_view detail);
+
+  // The same by the number that scripts know: 0 time-out, 1 not equal, 2 wrong length, 3 wrong checksum.
+  // Another number only counts.
+  void SignalError(int kind);
 
   // Shows or hides the error list.
   void cmdErr_Click();
 
  private:
-  void SignalTimeOut(std::string_view detail);
+  void ShowTimeOut(std::string_view detail);
+  void Count();
   std::string CountTimeOut();
 
   ErrorReportParts parts_;

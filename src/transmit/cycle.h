@@ -2,16 +2,15 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 #include "base/hook.h"
-#include "display/line_builder.h"
-#include "display/traffic_logs.h"
+#include "controls/status_note.h"
 #include "exchange/counters.h"
-#include "exchange/hand_over.h"
+#include "exchange/exchange.h"
 #include "exchange/interval_statistics.h"
 #include "exchange/run_controls.h"
+#include "exchange/sender.h"
 #include "link/link.h"
 #include "macro/expander.h"
 #include "transmit/cycle_controls.h"
@@ -28,11 +27,12 @@ struct CycleParts {
   Counters& counters;
   Link& link;
   Expander& expander;
-  HandOver& handOver;
+  Exchange& exchange;
   IntervalStatistics& intervals;
-  LineBuilder& display;
-  TrafficLogs& logs;
+  Sender& sender;
+  Traffic& traffic;
   SequenceFile& sequence;
+  StatusNote& status;
 };
 
 // How a run came to its end.
@@ -40,11 +40,8 @@ enum class RunEnd { Stopped, Completed };
 
 struct CycleHooks {
   Hook<void(std::string_view message, std::string_view title)> stopWithMessage;
+  Hook<void()> starting;  // what came before the run is none of its answers
   Hook<void(RunEnd end)> stopped;
-  Hook<void()> takeArrivals;              // has the receive loop handle what has arrived
-  Hook<void()> reportTimeOut;             // AnswerTimedOut was set: has the receive loop look at it
-  Hook<void()> sent;                      // something went out: the lamps are bright
-  Hook<void(std::string_view)> showWait;  // what the cycle waits for, in words; empty for nothing
 };
 
 class Cycle {
@@ -57,7 +54,7 @@ class Cycle {
   void Timer1_Timer();
   void Timer2_Timer();
 
-  // The Send button: the command once, framed as the cycle frames it, outside any run. Yields.
+  // The Send button: what stands in the command box, once, framed as the cycle frames it. Yields.
   void cmdSend_Click();
 
   // Nothing happens when no cycle runs.
@@ -66,40 +63,27 @@ class Cycle {
   // Something changed that a send may have been held back by.
   void MaySendAgain() { parts_.controls.Timer1.Resume(); }
 
-  // The wait for the answer is over, with or without one.
-  void EndWait();
-
   // Brings lbltempo up to date.
   void ShowElapsed();
 
-  // What is appended to every string that is sent.
-  const std::string& TxTerminator() const { return txTerminator_; }
-  void ComputeTxTerminator();
-
  private:
   void Start();
+  void ClearCounters();
   bool MaySend() const;
   void SendNext();
-  bool CountRequest();
-  std::string ExpandNext();
-  std::string Framed(const std::string& expanded) const;
-  std::string Prefix() const;
-  void Transmit(std::string text, std::function<void()> counted);
-  void StartWait();
-  void AnswerTimeIsUp();
+  bool RequestIsLeft();
+  std::string NextCommand();
+  std::string Counted(std::string command) const;
   void TellEachSecond();
+  std::string WhatIsWaitedFor() const;
   void SetRunning(bool running);
   void IntervalChanged();
   void IntervalTyped();
 
   CycleParts parts_;
-  std::string txTerminator_;
   Instant started_{};
   std::int64_t shownSecond_ = 0;
-  Instant waitingSince_{};
-  std::uint32_t run_ = 0;  // counts starts and stops, so that a send can see that its run ended meanwhile
   std::int32_t lastRateSample_ = 0;
-  Alarm answerAlarm_;
   Alarm secondAlarm_;
 };
 

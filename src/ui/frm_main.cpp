@@ -9,8 +9,9 @@
 #include "connect/connection.h"
 #include "connect/modem_lines.h"
 #include "connect/port_list.h"
-#include "display/line_builder.h"
-#include "display/traffic_logs.h"
+#include "display/traffic.h"
+#include "exchange/exchange.h"
+#include "exchange/sender.h"
 #include "link/link.h"
 #include "link/posix_device.h"
 #include "receive/receive_loop.h"
@@ -48,6 +49,7 @@ FrmMainControls::FrmMainControls(EventLoop& loop)
       link(loop),
       modem(loop),
       cycle(loop),
+      framing(loop),
       run(loop),
       macro(loop),
       receive(loop),
@@ -75,23 +77,24 @@ struct FrmMain::Modules {
             },
             around.random),
         parser(around.loop.Clocks()),
-        display(around.loop, controls.display),
+        record(around.loop.Clocks()),
+        exchange(around.loop, controls.run, record),
         logs(around.loop, controls.display, around.folder,
              [&frm](std::string_view text) { frm.LogTrouble(text); }),
+        traffic(around.loop, controls.display, logs),
+        sender({link, expander, exchange, traffic, controls.run, controls.framing, controls.counters}),
         cycle({around.loop, controls.cycle, controls.run, controls.macro, controls.counters, link, expander,
-               handOver, intervals, display, logs, sequence}),
-        errors({controls.test, controls.run, controls.counters, controls.link, controls.display, display,
-                handOver, received}),
+               exchange, intervals, sender, traffic, sequence, status}),
+        errors({controls.test, controls.run, controls.counters, controls.link, controls.display, traffic,
+                exchange}),
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
-                 expander, parser, handOver, received, display, logs}),
-        dialog({around.loop, controls.run, link, expander, display, logs},
+                 expander, parser, exchange, traffic, status}),
+        dialog({around.loop, link, expander, sender, traffic, status},
                [&around] { return around.folder.File(dialogFile); }),
         script({around.loop, controls.script, around.folder, prompts, around.engines,
-                [this](std::string_view text, Color color) { display.Append(text, color); }}) {}
+                [this](std::string_view text, Color color) { traffic.Append(text, color); }}) {}
 
   StatusNote status;
-  HandOver handOver;
-  ReceiveState received;
   TimedPrompts prompts;
   Link link;
   IntervalStatistics intervals;
@@ -100,8 +103,11 @@ struct FrmMain::Modules {
   SequenceFile sequence;
   Expander expander;
   Parser parser;
-  LineBuilder display;
+  RunRecord record;
+  Exchange exchange;
   TrafficLogs logs;
+  Traffic traffic;
+  Sender sender;
   Cycle cycle;
   ErrorReports errors;
   ReceiveLoop receive;
@@ -115,17 +121,17 @@ FrmMain::FrmMain(Surroundings surroundings)
       caption_(fmt::format("Quarlin Ver.{:02}.{:02}.{:02}  {}", version::major, version::minor,
                            version::revision, bannerText)) {
   for (const ControlGroup* group : std::initializer_list<const ControlGroup*>{
-           &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.run,
-           &controls.macro, &controls.receive, &controls.display, &controls.test, &controls.counters,
-           &controls.config, &controls.status, &controls.script}) {
+           &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.framing,
+           &controls.run, &controls.macro, &controls.receive, &controls.display, &controls.test,
+           &controls.counters, &controls.config, &controls.status, &controls.script}) {
     collection_.Add(*group);
   }
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
   WireLink();
   WireNetwork();
+  WireExchange();
   WireCycle();
   WireReceive();
-  WireDialog();
   WireTests();
   WireScript();
   controls.config.cmdSave[0].OnClick = [this] { SaveConfiguration(); };
@@ -144,6 +150,8 @@ void FrmMain::WireLink() {
   ConnectionHooks& hooks = modules_->connection.Hooks;
   hooks.expanderBusy = [this] { return modules_->expander.State.ExpandBusy; };
   hooks.connecting = [this] {
+    modules_->exchange.LinkOpening();
+    modules_->receive.ForgetArrivals();
     modules_->expander.State.Cnt1 = 0;
     modules_->expander.State.CounterWrapped = false;
     controls.receive.tmrric.SetEnabled(true);
@@ -153,7 +161,7 @@ void FrmMain::WireLink() {
   hooks.disconnected = [this] {
     controls.receive.tmrric.SetEnabled(false);
     controls.cycle.Timer2.SetEnabled(false);
-    modules_->cycle.EndWait();
+    modules_->exchange.EndWait();
     modules_->cycle.Stop();
     modules_->dialog.LinkClosed();
     modules_->receive.DarkenLamps();
@@ -162,9 +170,9 @@ void FrmMain::WireLink() {
   hooks.opened = [this] { modules_->intervals.Restart(); };
   hooks.stateChanged = [this] { LinkChanged(); };
   hooks.outage = [this](std::string_view line) {
-    modules_->cycle.EndWait();            // the next request goes out when the link is back
-    modules_->received.RxBuffer.clear();  // half a string is not the beginning of its answer
-    modules_->display.AppendError(line, "");
+    modules_->exchange.EndWait();  // the next request goes out when the link is back
+    modules_->receive.ForgetBeginning();
+    modules_->traffic.AppendError(line, "");
     modules_->logs.Flush();
   };
   hooks.systemPorts = [] { return ListSystemPorts(); };
@@ -178,10 +186,22 @@ void FrmMain::WireNetwork() {
     if (!modules_->link.Network().PeerGone() || !controls.connection.chkReconnect.Checked()) return;
     surroundings_.loop.Post([this, reason = std::string(text)] { modules_->connection.LinkLost(reason); });
   };
-  network.OnNewPeer = [this] {
-    modules_->received.RxPending.clear();
-    modules_->received.RxBuffer.clear();
+  network.OnNewPeer = [this] { modules_->receive.ForgetArrivals(); };
+}
+
+void FrmMain::WireExchange() {
+  ExchangeHooks& exchange = modules_->exchange.Hooks;
+  exchange.waitEnded = [this] { modules_->cycle.MaySendAgain(); };
+  exchange.takeArrivals = [this] { modules_->receive.TakeArrivals(); };
+  exchange.reportTimeOut = [this] { controls.receive.tmrric.Wake(); };
+  modules_->sender.Hooks.leaving = [this] { modules_->receive.KeepLampsBright(); };
+  LinkHooks& link = modules_->link.Hooks;
+  link.transmitted = [this] {
+    modules_->exchange.TextLeft();
+    modules_->intervals.Transmitted();
   };
+  link.sentString = [this](const SendOutcome& outcome) { modules_->sender.TellFailure(outcome); };
+  link.free = [this] { modules_->cycle.MaySendAgain(); };
 }
 
 void FrmMain::WireCycle() {
@@ -189,29 +209,21 @@ void FrmMain::WireCycle() {
   hooks.stopWithMessage = [this](std::string_view message, std::string_view title) {
     StopWithMessage(message, title);
   };
+  hooks.starting = [this] { modules_->receive.DropBeginning(); };
   hooks.stopped = [this](RunEnd end) { RunStopped(end); };
-  hooks.takeArrivals = [this] { modules_->receive.TakeArrivals(); };
-  hooks.reportTimeOut = [this] { controls.receive.tmrric.Wake(); };
-  hooks.sent = [this] {
-    modules_->receive.KeepLampsBright();
-    modules_->receive.ForgetLateness();
-  };
-  hooks.showWait = [this](std::string_view text) { modules_->status.Runs(text); };
 }
 
 void FrmMain::WireReceive() {
   ReceiveHooks& hooks = modules_->receive.Hooks;
-  hooks.signalError = [this](int kind, std::string_view detail) {
-    modules_->errors.SignalError(kind, detail);
+  hooks.signalError = [this](Verdict verdict, std::string_view detail) {
+    modules_->errors.SignalError(verdict, detail);
   };
   hooks.stopWithMessage = modules_->cycle.Hooks.stopWithMessage;
   hooks.showElapsed = [this] { modules_->cycle.ShowElapsed(); };
-  hooks.endWait = [this] { modules_->cycle.EndWait(); };
   hooks.requestsDone = [this] { modules_->cycle.Stop(RunEnd::Completed); };
   hooks.mayTransmit = [this] { modules_->cycle.MaySendAgain(); };
   hooks.counted = [this] { controls.cycle.Timer2.Resume(); };
   hooks.deviceGone = [this] { surroundings_.loop.Post([this] { LinkLost(); }); };
-  hooks.note = [this](std::string_view text) { Note(text); };
   hooks.scripting = [this] { return modules_->script.Sees(); };
   hooks.receiveString = [this](std::string& text) {
     modules_->script.Offer(ScriptHook::ReceiveString, text);
@@ -219,23 +231,12 @@ void FrmMain::WireReceive() {
   hooks.dialog = [this](std::string_view request) { modules_->dialog.DialogAnswer(request); };
 }
 
-void FrmMain::WireDialog() {
-  DialogHooks& hooks = modules_->dialog.Hooks;
-  hooks.txTerminator = [this] { return modules_->cycle.TxTerminator(); };
-  hooks.appendsRow = [this] { return controls.cycle.ChkCrLfAppTx.Checked(); };
-  hooks.sent = [this] {
-    controls.counters.TxLamp().SetFillColor(colors::red);
-    modules_->receive.KeepLampsBright();
-  };
-  hooks.note = [this](std::string_view text) { Note(text); };
-  controls.test.cmdEditDialog.OnClick = [this] { cmdEditDialog_Click(); };
-}
-
 void FrmMain::WireTests() {
   ErrorReportHooks& hooks = modules_->errors.Hooks;
   hooks.stopCycle = [this] { modules_->cycle.Stop(); };
   hooks.stopWithMessage = modules_->cycle.Hooks.stopWithMessage;
-  hooks.endWait = [this] { modules_->cycle.EndWait(); };
+  hooks.giveUpString = [this] { return modules_->receive.GiveUpString(); };
+  controls.test.cmdEditDialog.OnClick = [this] { cmdEditDialog_Click(); };
   controls.test.cmdReport.OnClick = [this] { cmdReport_Click(); };
 }
 
@@ -249,10 +250,9 @@ void FrmMain::WireScript() {
   link.received = [this](std::string_view text) {
     if (!modules_->script.Sees()) modules_->intervals.Received(text);
   };
-  link.transmitted = [this] { modules_->intervals.Transmitted(); };
   ScriptHooks& hooks = script.Hooks;
   hooks.linkOpen = [this] { return modules_->link.CommIsOpen(); };
-  hooks.sendTask = [this](std::string text) { SendTask(std::move(text)); };
+  hooks.sendTask = [this](std::string text) { modules_->sender.Send(std::move(text), SendKind::Task); };
   hooks.edit = [this](const std::filesystem::path& file) {
     if (!surroundings_.textOpener.OpenText(file)) {
       Note(fmt::format("the script is {}; no program was found to edit it", file.string()));
@@ -262,13 +262,12 @@ void FrmMain::WireScript() {
   hooks.note = [this](std::string_view text) { Note(text); };
 }
 
-void FrmMain::SendTask(std::string text) {
-  modules_->link.Send(std::move(text), [this](const SendOutcome& outcome) {
-    const std::string& sent = outcome.text;
-    if (controls.run.chkhhmmss.Checked()) modules_->logs.WriteStamp(surroundings_.loop.Local());
-    modules_->logs.WriteTraffic(sent);
-    modules_->display.Append(sent, colors::blue);
-  });
+bool FrmMain::Running() const {
+  return modules_->exchange.Running();
+}
+
+RunRecord& FrmMain::Record() {
+  return modules_->record;
 }
 
 StatusNote& FrmMain::Status() {
@@ -294,7 +293,7 @@ void FrmMain::Load(std::string_view commandLine) {
 }
 
 void FrmMain::FillLists() {
-  for (ComboBox* box : {&controls.cycle.Combo2, &controls.receive.Combo3, &controls.cycle.Combo4}) {
+  for (ComboBox* box : {&controls.framing.Combo2, &controls.receive.Combo3, &controls.framing.Combo4}) {
     box->SetList(CharacterCodes());
   }
   OfferList(controls.cycle.CBOSEND, ReadListFile(surroundings_.folder.File("Command.txt")));
@@ -322,7 +321,7 @@ void FrmMain::ProcessCommandLine(std::string_view text) {
 }
 
 void FrmMain::ComputeTerminators() {
-  modules_->cycle.ComputeTxTerminator();
+  modules_->sender.Frame.ComputeTxTerminator();
   modules_->receive.SetRxTerminator();
 }
 

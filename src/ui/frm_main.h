@@ -18,7 +18,9 @@
 #include "desktop/text_opener.h"
 #include "display/display_controls.h"
 #include "exchange/counters.h"
+#include "exchange/framing_controls.h"
 #include "exchange/run_controls.h"
+#include "exchange/run_record.h"
 #include "link/device.h"
 #include "link/link_controls.h"
 #include "macro/macro_controls.h"
@@ -56,6 +58,7 @@ struct FrmMainControls {
   LinkControls link;
   ModemControls modem;
   CycleControls cycle;
+  FramingControls framing;
   RunControls run;
   MacroControls macro;
   ReceiveControls receive;
@@ -105,6 +108,12 @@ class FrmMain {
   // since the end leaves no status bar to read.
   Hook<void(std::string_view text)> OnLogTrouble;
 
+  // A cycle is running.
+  bool Running() const;
+
+  // What has happened in the present or the last run.
+  RunRecord& Record();
+
   // The methods that scripts know.
   void SignalError(int kind);
   void StopWithMessage(std::string_view message, std::string_view title);
@@ -117,12 +126,11 @@ class FrmMain {
   void ProcessCommandLine(std::string_view commandLine);
   void WireLink();
   void WireNetwork();
+  void WireExchange();
   void WireCycle();
   void WireReceive();
-  void WireDialog();
   void WireTests();
   void WireScript();
-  void SendTask(std::string text);
   void SaveConfiguration();
   void LoadConfiguration();
   void ComputeTerminators();

@@ -30,7 +30,7 @@ class RunRecordRig : public testing::Test {
 
   void Answer(std::uint64_t number, std::string_view answer = "12.5 kg", Duration after = 10ms) {
     loop_.Pass(after);
-    record_.Received(number, answer, loop_.Now() - 1ms, loop_.Now());
+    record_.Received(number, answer, loop_.Now() - 1ms);
   }
 
   void Judge(std::uint64_t number, std::initializer_list<Verdict> verdicts) {
@@ -162,7 +162,7 @@ TEST_F(RunRecordRig, LongTextsAreKeptFromTheirBeginning) {
   const std::string huge(3 << 20, 'x');
   const std::uint64_t number = Send(huge);
   Answer(number, "<" + huge);
-  record_.Parsed(number, huge);
+  record_.Accepted(number, huge);
   record_.Say(number, Verdict::NotEqual, huge);
   const ExchangeRecord& exchange = *record_.Find(number);
   for (const KeptText* text : {&exchange.request, &exchange.answer, &exchange.parsed}) {
@@ -171,7 +171,7 @@ TEST_F(RunRecordRig, LongTextsAreKeptFromTheirBeginning) {
     EXPECT_GE(text->size, huge.size());
   }
   EXPECT_EQ(exchange.answer.bytes.substr(0, 2), "<x");
-  EXPECT_EQ(exchange.findings.at(0).detail.size(), RunRecord::keptBytes);
+  EXPECT_EQ(exchange.findings.back().detail.size(), RunRecord::keptBytes);
 }
 
 // Places in the ring are used again; nothing of who was there before may shine through.
@@ -180,7 +180,7 @@ TEST_F(RunRecordRig, TheLastTenThousandAreKeptAndOlderOnesCountAsOpen) {
     const std::uint64_t number = Send("old " + std::to_string(i));
     if (number == 1) continue;  // never answered
     Answer(number, "old answer", 1ms);
-    record_.Parsed(number, "old");
+    record_.Accepted(number, "old");
     Judge(number, {Verdict::WrongLength});
   }
   EXPECT_EQ(Sums().open, 0U);
@@ -255,7 +255,7 @@ TEST_F(RunRecordRig, TheSumsAlwaysAddUp) {
         last = record_.AddOther();
         break;
       case 1:
-        record_.Received(number, "answer", loop_.Now(), loop_.Now());
+        record_.Received(number, "answer", loop_.Now());
         break;
       case 2:
         record_.Say(number, verdict, "detail");

@@ -36,7 +36,7 @@ class FrmMainRig : public testing::Test {
   void StartCycle() { controls().run.Command1.Click(); }
   void Pass(Duration duration) { loop.Pass(duration); }
   bool Connected() { return controls().connection.cmdOpen.Caption() == "Disconnect"; }
-  bool Running() { return controls().run.CycleRuns(); }
+  bool Running() { return frm.Running(); }
   std::string FileText(std::string_view name) {
     return ReadWholeFile(folder.Path() / name).value_or("(none)");
   }

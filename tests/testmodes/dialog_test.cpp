@@ -5,9 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/files.h"
-#include "support/scripted_device.h"
-#include "support/temp_folder.h"
+#include "support/sender_rig.h"
 
 namespace quarlin {
 namespace {
@@ -15,21 +13,8 @@ namespace {
 using namespace std::chrono_literals;
 using namespace std::string_literals;
 
-class DialogRig : public testing::Test {
+class DialogRig : public SenderRig {
  protected:
-  DialogRig() {
-    dialog.Hooks.txTerminator = [this] { return terminator; };
-    dialog.Hooks.appendsRow = [this] { return appendsRow; };
-    dialog.Hooks.sent = [this] { ++lampFlashes; };
-    dialog.Hooks.note = [this](std::string_view text) { notes.emplace_back(text); };
-    displayControls.chkLog.SetChecked(true);
-    displayControls.txtric.OnAppend = [this](std::string_view text, Color color) {
-      shown.emplace_back(text);
-      colorsShown.push_back(color);
-    };
-    link.CommOpen("COM1", "9600,n,8,1");
-  }
-
   void Table(std::string_view content) { WriteInPlace(folder / "Dialog.txt", content); }
 
   // What goes out at once.
@@ -48,31 +33,8 @@ class DialogRig : public testing::Test {
     loop.Pass(duration);
     return port.Written();
   }
-  std::string Log() {
-    logs.Flush();
-    return ReadWholeFile(folder / "LOG.TXT").value_or("");
-  }
 
-  TempFolder folder;
-  VirtualLoop loop;
-  ScriptedDeviceSource ports{loop};
-  ScriptedDevice& port = ports.AddPort("COM1");
-  LinkControls linkControls{loop};
-  MacroControls macro{loop};
-  RunControls run{loop};
-  DisplayControls displayControls{loop};
-  Link link{loop, ports, linkControls};
-  Expander expander{macro, [] { return true; }, [] { return 0.5; }};
-  LineBuilder display{loop, displayControls};
-  TrafficLogs logs{loop, displayControls, ProgramFolder(folder.Path()), [](std::string_view) {}};
-  Dialog dialog{{loop, run, link, expander, display, logs}, [this] { return folder / "Dialog.txt"; }};
-
-  std::string terminator = "\r\n";
-  bool appendsRow = false;
-  int lampFlashes = 0;
-  std::vector<std::string> notes;
-  std::vector<std::string> shown;
-  std::vector<Color> colorsShown;
+  Dialog dialog{{loop, link, expander, sender, traffic, status}, [this] { return folder / "Dialog.txt"; }};
 };
 
 TEST(DialogKey, CodesWhatCannotBeTyped) {
@@ -120,7 +82,7 @@ TEST_F(DialogRig, NoTableNoAnswerAndNoTrace) {
   EXPECT_EQ(Ask("READ"), "");
   EXPECT_EQ(Log(), "");
   EXPECT_TRUE(shown.empty());
-  EXPECT_TRUE(notes.empty());
+  EXPECT_TRUE(Notes().empty());
   EXPECT_EQ(lampFlashes, 0);
 }
 
@@ -129,8 +91,8 @@ TEST_F(DialogRig, LogsAndShowsWhatWasSent) {
   Ask("READ");
   EXPECT_EQ(Log(), "AB03\r\n");
   run.chkhhmmss.SetChecked(true);
-  appendsRow = true;
-  terminator = "\r";
+  framing.ChkCrLfAppTx.SetChecked(true);
+  Terminator(0);
   EXPECT_EQ(Ask("READ"), "AB03\r");
   EXPECT_EQ(Log(), "AB03\r\n-->21/11/26 10:00:00\r\nAB03\r");
   EXPECT_EQ(shown, (std::vector<std::string>{"AB03\r\n", "AB03\r", "\r\n"})) << "the stamp is not shown";
@@ -181,7 +143,7 @@ TEST_F(DialogRig, FaultsOfACodedRequestAndTheTerminatorStays) {
 TEST_F(DialogRig, UnreadableFaultsAreToldOnceAndIgnored) {
   Table("[COMMAND]\nA=1\n[FAULTS]\nA=drop often\nB=drop 1\n*=drop\n");
   EXPECT_EQ(AskEach({"A", "A"}), "1\r\n1\r\n");
-  EXPECT_EQ(notes, std::vector<std::string>{"Dialog.txt: faults that cannot be read: \"A\", \"*\""});
+  EXPECT_EQ(Notes(), std::vector<std::string>{"Dialog.txt: faults that cannot be read: \"A\", \"*\""});
 }
 
 TEST_F(DialogRig, DelayedAnswersGoOutInTheOrderOfTheirTimes) {
@@ -190,7 +152,8 @@ TEST_F(DialogRig, DelayedAnswersGoOutInTheOrderOfTheirTimes) {
   run.chkhhmmss.SetChecked(true);
   EXPECT_EQ(SentWithin(99ms), "");
   EXPECT_EQ(SentWithin(1ms), "b\r\n");
-  terminator = "x";
+  framing.Combo2.SetText("120");
+  Terminator(2);
   EXPECT_EQ(SentWithin(2s), "a\r\na\r\n");
   EXPECT_EQ(dialog.Faults.delayed, 3U);
   EXPECT_EQ(shown, (std::vector<std::string>{"c\r\n", "b\r\n", "a\r\n", "a\r\n"}));
@@ -220,14 +183,14 @@ TEST_F(DialogRig, TheLinkMayBeClosedWhileADelayedAnswerIsSent) {
   });
   EXPECT_EQ(SentWithin(5s), "");
   EXPECT_EQ(dialog.Faults.discarded, 1U);
-  EXPECT_EQ(shown.size(), 2U) << "no second copy, no second answer";
+  EXPECT_EQ(shown.size(), 1U) << "that it is doubled on purpose; nothing of it left";
 }
 
 TEST_F(DialogRig, WaitingAnswersAreBounded) {
   Table("[COMMAND]\nA=a\n[FAULTS]\nA=delay 200\n");
   for (int i = 0; i < 1200; ++i) Ask("A");
   EXPECT_EQ(dialog.Faults.discarded, 200U);
-  EXPECT_EQ(notes.size(), 1U);
+  EXPECT_EQ(Notes().size(), 1U);
   EXPECT_EQ(SentWithin(1s).size(), 3000U);
 }
 
@@ -248,7 +211,7 @@ TEST_F(DialogRig, TheFirstTableAnswers) {
   EXPECT_EQ(SentWithin(1s).size(), 9U);
   Ask("READ");
   EXPECT_NE(SentWithin(1s).find("12.6"), std::string::npos);
-  EXPECT_EQ(notes.size(), 0U) << "its examples are understood";
+  EXPECT_EQ(Notes().size(), 0U) << "its examples are understood";
 }
 
 }  // namespace

@@ -27,6 +27,7 @@ class CycleRig : public FrmMainRig {
   }
   void Requests(std::string_view count) {
     controls().run.Check2.SetChecked(true);
+    controls().run.Text1.SetText("");  // typed anew: a 0 that stood there is no longer what a run has left
     controls().run.Text1.SetText(count);
   }
   void Answer(std::string answer, Duration after = 5ms) {
@@ -220,11 +221,11 @@ TEST_F(CycleRig, FramesTheString) {
   Connect();
   for (const FrameCase& row : cases) {
     SCOPED_TRACE(std::string(row.combo2) + " " + row.combo4);
-    controls().cycle.Option3[row.option].SetValue(true);
-    controls().cycle.Combo2.SetText(row.combo2);
-    controls().cycle.chkInit.SetChecked(row.init);
-    controls().cycle.Combo4.SetText(row.combo4);
-    controls().cycle.txtinitstr.SetText(row.initString);
+    controls().framing.Option3[row.option].SetValue(true);
+    controls().framing.Combo2.SetText(row.combo2);
+    controls().framing.chkInit.SetChecked(row.init);
+    controls().framing.Combo4.SetText(row.combo4);
+    controls().framing.txtinitstr.SetText(row.initString);
     scale.ForgetWritten();
     controls().cycle.cmdSend.Click();
     EXPECT_EQ(scale.Written(), row.wire);
@@ -310,7 +311,7 @@ TEST_F(CycleRig, SequenceTakesTheLinesInTurnAndCountsOncePerRound) {
 TEST_F(CycleRig, EchoAndLogHoldWhatWentOut) {
   controls().display.chkLog.SetChecked(true);
   controls().run.chkhhmmss.SetChecked(true);
-  controls().cycle.ChkCrLfAppTx.SetChecked(true);
+  controls().framing.ChkCrLfAppTx.SetChecked(true);
   Answer("OK\r\n");
   Go();
   Pass(110ms);

@@ -79,6 +79,7 @@ TEST_F(ReceiveRig, AChangeOfTheTerminatorThrowsTheBeginningAway) {
 TEST_F(ReceiveRig, AnErrAnswerIsCountedOnceAndThrownAway) {
   controls().receive.txtlenrx.SetText("4");
   Receive("xERRx");
+  Pass(50ms);
   EXPECT_EQ(Errors(), "1");
   EXPECT_EQ(Answers(), "0");
   Receive("ERR 05\r\n");
@@ -186,7 +187,7 @@ TEST_F(ReceiveRig, StampsDifferencesAndAppendedRows) {
   Receive("C\r\n");
   controls().display.chkLog.SetChecked(false);
   EXPECT_EQ(FileText("LOG.TXT"),
-            "A\r\n-->21/11/26 10:00:00\r\n\r\nB\r\n\r\nC\r\n-->21/11/26 10:00:02\r\n\r\n");
+            "-->21/11/26 10:00:00\r\nA\r\n\r\nB\r\n\r\n-->21/11/26 10:00:02\r\nC\r\n\r\n");
   EXPECT_EQ(Shown(), (Lines{"A", "TIME :36000", "", "B", "TIME :0.02", "", "C", "TIME :2.02", ""}));
   EXPECT_EQ(controls().counters.lblrxpersecond.Caption(), "2.02");
 }

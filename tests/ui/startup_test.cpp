@@ -97,8 +97,8 @@ TEST_F(StartUpRig, ListsComeFromTheFolder) {
 }
 
 TEST_F(StartUpRig, TerminatorsOfALoadedConfigurationHold) {
-  controls().cycle.Option3[2].SetValue(true);
-  controls().cycle.Combo2.SetText("003");
+  controls().framing.Option3[2].SetValue(true);
+  controls().framing.Combo2.SetText("003");
   controls().receive.Option4[0].SetValue(true);
   controls().cycle.CBOSEND.SetText("READ");
   controls().config.cmdSave[0].Click();

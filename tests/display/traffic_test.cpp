@@ -1,14 +1,15 @@
-#include "display/line_builder.h"
+#include "display/traffic.h"
 
 #include <gtest/gtest.h>
 
 #include "controls/collection.h"
 #include "controls/virtual_loop.h"
+#include "support/temp_folder.h"
 
 namespace quarlin {
 namespace {
 
-class LineBuilderRig : public testing::Test {
+class TrafficRig : public testing::Test {
  protected:
   std::string Shown() const {
     std::string text;
@@ -19,14 +20,16 @@ class LineBuilderRig : public testing::Test {
 
   VirtualLoop loop_;
   DisplayControls controls_{loop_};
-  LineBuilder builder_{loop_, controls_};
+  TempFolder folder_;
+  TrafficLogs logs_{loop_, controls_, ProgramFolder(folder_.Path()), [](std::string_view) {}};
+  Traffic traffic_{loop_, controls_, logs_};
 };
 
-TEST_F(LineBuilderRig, AnErrorIsShownInRedAndListedWithItsTime) {
+TEST_F(TrafficRig, AnErrorIsShownInRedAndListedWithItsTime) {
   loop_.SetLocal(std::chrono::local_days(std::chrono::year(2026) / 2 / 3) + std::chrono::seconds(3661));
-  EXPECT_EQ(builder_.Append("12.5 kg\r\n", colors::black), "12.5 kg\r\n");
-  builder_.AppendError("TIME OUT (1/3)", "sent: READ");
-  builder_.AppendError("ERROR CHECKSUM", "");
+  traffic_.Append("12.5 kg\r\n", colors::black);
+  traffic_.AppendError("TIME OUT (1/3)", "sent: READ");
+  traffic_.AppendError("ERROR CHECKSUM", "");
 
   EXPECT_EQ(Shown(), "12.5 kg\r\nTIME OUT (1/3)\r\nERROR CHECKSUM\r\n");
   EXPECT_EQ(controls_.txtric.Ring().Line(1).runs.at(0).color, colors::red);
@@ -36,14 +39,14 @@ TEST_F(LineBuilderRig, AnErrorIsShownInRedAndListedWithItsTime) {
   EXPECT_EQ(controls_.lstError.List()[1].toolTip, "03/02/26 01:01:01");
 }
 
-TEST_F(LineBuilderRig, TheErrorListKeepsTheLastHundred) {
-  for (int i = 1; i <= 103; ++i) builder_.AppendError("error " + std::to_string(i), "");
+TEST_F(TrafficRig, TheErrorListKeepsTheLastHundred) {
+  for (int i = 1; i <= 103; ++i) traffic_.AppendError("error " + std::to_string(i), "");
   ASSERT_EQ(controls_.lstError.ListCount(), 100);
   EXPECT_EQ(controls_.lstError.List().front().text, "error 4");
   EXPECT_EQ(controls_.lstError.List().back().text, "error 103");
 }
 
-TEST_F(LineBuilderRig, TheDisplayTellsTheViewAndThePrinterWhatIsNew) {
+TEST_F(TrafficRig, TheDisplayTellsTheViewAndThePrinterWhatIsNew) {
   ControlCollection window;
   window.Add(controls_);
   std::string printed;
@@ -51,9 +54,9 @@ TEST_F(LineBuilderRig, TheDisplayTellsTheViewAndThePrinterWhatIsNew) {
     printed += std::string(text) + "/" + std::to_string(color) + " ";
   };
 
-  builder_.Append("", colors::black);
+  traffic_.Append("", colors::black);
   EXPECT_TRUE(window.Changes().Take().empty());
-  builder_.Append("up", colors::blue);
+  traffic_.Append("up", colors::blue);
   EXPECT_EQ(window.Changes().Take(), std::vector<Control*>{&controls_.txtric});
   EXPECT_EQ(printed, "up/16711680 ");
   controls_.txtric.Clear();

@@ -1,0 +1,49 @@
+// The one way of everything that is shown: what went out and what came in goes to the received-text display
+// and to the logs, errors to the display and to the error list.
+#pragma once
+
+#include <string_view>
+
+#include "display/display_controls.h"
+#include "display/traffic_logs.h"
+
+namespace quarlin {
+
+class Traffic {
+ public:
+  // `logs` outlives this object.
+  Traffic(EventLoop& loop, DisplayControls& controls, TrafficLogs& logs)
+      : loop_(loop), controls_(controls), logs_(logs) {}
+
+  // Bytes of the wire, in their order: to LOG.TXT, and to the display in black and in blue.
+  void Received(std::string_view bytes);
+  void Sent(std::string_view bytes);
+
+  // The line break that "Append Row" puts behind them. Received ones have it in the log, too.
+  void AppendReceivedRow();
+  void AppendSentRow();
+
+  // The date and time behind "-->": as a line of its own in LOG.TXT, or on the display in front of what is
+  // sent.
+  void StampLog();
+  void StampEcho();
+
+  // What the parser made of a string, for LOGPAR.TXT.
+  void Parsed(std::string_view text);
+
+  // Text of the program's own on the display.
+  void Append(std::string_view text, Color color);
+
+  // Adds the line in red with a line end behind it, and enters it in the error list, which keeps the last 100
+  // entries. The entry's tool tip is the date and time and then `detail`.
+  void AppendError(std::string_view line, std::string_view detail);
+
+  void Flush() { logs_.Flush(); }
+
+ private:
+  EventLoop& loop_;
+  DisplayControls& controls_;
+  TrafficLogs& logs_;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,146 @@
+#include "exchange/exchange.h"
+
+#include <limits>
+#include <utility>
+
+namespace quarlin {
+
+Exchange::Exchange(EventLoop& loop, RunControls& controls, RunRecord& record)
+    : loop_(loop), controls_(controls), record_(record), requests_(controls), answerAlarm_(loop, [this] {
+        AnswerTimeIsUp();
+      }) {}
+
+void Exchange::BeginRun() {
+  ++run_;
+  running_ = true;
+  state_ = {};
+  late_ = runEndsAfter_ = false;
+  awaited_ = handled_ = errAnswer_ = 0;
+  answerAlarm_.Cancel();
+  requests_.Begin();
+  record_.Begin();
+}
+
+void Exchange::EndRun(bool completed) {
+  ++run_;
+  EndWait();
+  running_ = false;
+  if (completed) requests_.Complete();
+  runEndsAfter_ = handled_ != 0;  // its last verdicts are still to come
+  if (!runEndsAfter_) record_.End();
+}
+
+void Exchange::RequestSent(std::string_view request, bool ofRun) {
+  const std::uint64_t number = record_.AddRequest(request);
+  if (!ofRun) return;
+  awaited_ = number;
+  errAnswer_ = 0;
+  late_ = false;
+  state_.WaitingAnswer = true;
+  waitingSince_ = loop_.Now();
+  const std::int32_t milliseconds = controls_.txtAnswerTime.Integer();
+  if (controls_.WaitsForAnswer() && milliseconds > 0) {
+    answerAlarm_.At(waitingSince_ + std::chrono::milliseconds(milliseconds));
+  }
+}
+
+void Exchange::RequestNotSent(std::string_view request, std::string_view failure) {
+  const std::uint64_t number = record_.AddRequest(request);
+  if (!failure.empty()) record_.Say(number, Verdict::NotSent, failure);
+  record_.Close(number);
+}
+
+void Exchange::TextNotSent(std::string_view text, std::string_view failure) {
+  const std::uint64_t number = record_.AddOther();
+  record_.SetRequest(number, text);
+  record_.Say(number, Verdict::NotSent, failure);
+  record_.Close(number);
+}
+
+// Where answers are waited for, one belongs to the request that is; else to the oldest that has none.
+std::uint64_t Exchange::TakeRequestOfAnswer() {
+  if (!running_ || !controls_.WaitsForAnswer()) return record_.OldestUnanswered().value_or(0);
+  return std::exchange(awaited_, 0);
+}
+
+bool Exchange::BeginString(std::string_view text, Instant firstByte) {
+  handled_ = TakeRequestOfAnswer();
+  const bool late = std::exchange(late_, false) && handled_ == 0;
+  const bool unsolicited = handled_ == 0;
+  if (unsolicited) handled_ = record_.AddOther();
+  record_.Received(handled_, text, firstByte);
+  if (unsolicited) record_.Say(handled_, Verdict::Unsolicited, late ? "late" : "");
+  return late;
+}
+
+void Exchange::Accept(std::string_view parsed) {
+  record_.Accepted(handled_, parsed);
+  state_.AnswerPending = true;
+  state_.TimeoutCount = 0;
+  ClearWait();
+}
+
+void Exchange::EndString() {
+  record_.Close(std::exchange(handled_, 0));
+  if (std::exchange(runEndsAfter_, false)) record_.End();
+}
+
+void Exchange::Fault(Verdict verdict, std::string_view detail) {
+  std::uint64_t number = verdict == Verdict::TimeOut || handled_ == 0 ? awaited_ : handled_;
+  if (number == 0) number = record_.AddOther();
+  record_.Say(number, verdict, detail);
+  if (number != handled_) record_.Close(number);
+  ClearWait();
+}
+
+bool Exchange::TakeTimeOut() {
+  if (!MustWait() || !state_.AnswerTimedOut) return false;
+  state_.AnswerTimedOut = false;
+  late_ = true;
+  return true;
+}
+
+std::int16_t Exchange::CountTimeOut() {
+  if (state_.TimeoutCount < std::numeric_limits<std::int16_t>::max()) ++state_.TimeoutCount;
+  return state_.TimeoutCount;
+}
+
+void Exchange::ErrSeen(std::string_view text, Instant firstByte) {
+  answerAlarm_.Cancel();
+  state_.AnswerTimedOut = false;
+  std::uint64_t number = TakeRequestOfAnswer();
+  const bool unsolicited = number == 0;
+  if (unsolicited) number = record_.AddOther();
+  record_.Received(number, text, firstByte);
+  if (unsolicited) record_.Say(number, Verdict::Unsolicited, "");
+  record_.Say(number, Verdict::Err, "");
+  errAnswer_ = number;
+  record_.Close(number);
+}
+
+void Exchange::ErrEnded() {
+  if (std::exchange(errAnswer_, 0) != 0) ClearWait();
+}
+
+void Exchange::EndWait() {
+  record_.Close(awaited_);
+  errAnswer_ = 0;
+  ClearWait();
+}
+
+void Exchange::ClearWait() {
+  awaited_ = 0;
+  state_.WaitingAnswer = false;
+  state_.AnswerTimedOut = false;  // a later request must not inherit it
+  answerAlarm_.Cancel();
+  Hooks.waitEnded();
+}
+
+void Exchange::AnswerTimeIsUp() {
+  Hooks.takeArrivals();
+  if (!state_.WaitingAnswer) return;
+  state_.AnswerTimedOut = true;
+  Hooks.reportTimeOut();
+}
+
+}  // namespace quarlin

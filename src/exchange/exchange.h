@@ -1,0 +1,123 @@
+// The exchange of a request for its answer: what is waited for, until when, and what becomes of it. Whatever
+// a run decides by, it asks here; nobody else changes it, and what happens goes into the RunRecord.
+//
+//   RequestSent ──► waiting ──► BeginString, Fault…, Accept, EndString   an answer came
+//                          ├──► Fault(TimeOut)                           none came in time
+//                          ├──► ErrSeen … ErrEnded                       "ERR" came
+//                          └──► EndWait                                  the run or the link ended
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/hook.h"
+#include "controls/event_loop.h"
+#include "exchange/request_count.h"
+#include "exchange/run_controls.h"
+#include "exchange/run_record.h"
+
+namespace quarlin {
+
+struct ExchangeState {
+  bool WaitingAnswer = false;     // a request of the run is on its way and has no answer yet
+  bool AnswerTimedOut = false;    // its time is up; the receive loop makes an error of it
+  bool AnswerPending = false;     // an answer has come since the last send; lets a cycle send on request
+  std::int16_t TimeoutCount = 0;  // time-outs in a row
+};
+
+struct ExchangeHooks {
+  Hook<void()> waitEnded;      // the cycle may send again
+  Hook<void()> takeArrivals;   // has the receive loop handle what has arrived
+  Hook<void()> reportTimeOut;  // AnswerTimedOut was set: has the receive loop look at it
+};
+
+class Exchange {
+ public:
+  Exchange(EventLoop& loop, RunControls& controls, RunRecord& record);
+
+  ExchangeHooks Hooks;
+
+  const ExchangeState& State() const { return state_; }
+  RequestCount& Requests() { return requests_; }
+  const RunRecord& Record() const { return record_; }
+
+  // A run, from Start to Stop. `completed`: it ended because no request was left.
+  void BeginRun();
+  void EndRun(bool completed);
+  bool Running() const { return running_; }
+
+  // Counts beginnings and ends, so that what began in one run can see that it is over.
+  std::uint32_t Run() const { return run_; }
+
+  // A running run sends nothing before the answer has come.
+  bool MustWait() const { return controls_.WaitsForAnswer() && state_.WaitingAnswer; }
+
+  // How long the answer has been waited for.
+  Duration Waited() const { return loop_.Now() - waitingSince_; }
+
+  // Sending. Any text that goes out, also a script's, takes the answer that "Send on request" waits for.
+  void TextLeft() { state_.AnswerPending = false; }
+
+  // A request has left. One of the run is waited for, until the time of txtAnswerTime is up.
+  void RequestSent(std::string_view request, bool ofRun);
+
+  // A request did not leave, or only its beginning: nothing is waited for. Without a failure it was called
+  // off.
+  void RequestNotSent(std::string_view request, std::string_view failure);
+
+  // Any other text did not leave.
+  void TextNotSent(std::string_view text, std::string_view failure);
+
+  // Receiving. A complete string has come, of which the first byte came at `firstByte`; until EndString, what
+  // is said belongs to it. True when it is the answer to a request whose time was up.
+  bool BeginString(std::string_view text, Instant firstByte);
+  void EndString();
+
+  // The string passed the checks of length and equality; `parsed` is what the parser made of it. The wait
+  // ends.
+  void Accept(std::string_view parsed);
+
+  // Something is wrong: with the string being handled, else with the answer that is waited for, else by
+  // itself. The wait ends.
+  void Fault(Verdict verdict, std::string_view detail);
+
+  // Takes AnswerTimedOut: true when the time-out is to be reported now.
+  bool TakeTimeOut();
+
+  // One more time-out in a row.
+  std::int16_t CountTimeOut();
+
+  // "ERR" was found and thrown away. Its answer has come, so no time-out follows; but the wait goes on until
+  // the rest of it has come as well, and ErrEnded tells so.
+  void ErrSeen(std::string_view text, Instant firstByte);
+  void ErrEnded();
+
+  // Nobody waits for the answer any more: the run was stopped, or the link went.
+  void EndWait();
+
+  // A new opening of the link: no answer has come on it.
+  void LinkOpening() { state_.AnswerPending = false; }
+
+ private:
+  std::uint64_t TakeRequestOfAnswer();
+  void AnswerTimeIsUp();
+  void ClearWait();
+
+  EventLoop& loop_;
+  RunControls& controls_;
+  RunRecord& record_;
+  RequestCount requests_;
+  ExchangeState state_;
+  bool running_ = false;
+  std::uint32_t run_ = 0;
+  bool late_ = false;            // the last request was given up; what comes now is late
+  bool runEndsAfter_ = false;    // the run ended while its last string was being handled
+  std::uint64_t awaited_ = 0;    // numbers in the record, 0 for none: the request that is waited for,
+  std::uint64_t handled_ = 0;    // the string between BeginString and EndString,
+  std::uint64_t errAnswer_ = 0;  // the answer with "ERR" whose rest is still to come
+  Instant waitingSince_{};
+  Alarm answerAlarm_;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,110 @@
+#include "exchange/sender.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <utility>
+
+namespace quarlin {
+namespace {
+
+// Where "hh:mm:ss" puts the time of what went out.
+enum class Stamp {
+  Echo,  // in front of the echo: LOG.TXT of a test holds what was on the wire and nothing else
+  Log    // a line of its own in the log: what is played for another program is looked up there by its time
+};
+
+struct KindRow {
+  SendKind kind;
+  bool request;  // counted in lblsend, and an answer may come to it
+  Stamp stamp;
+  bool appendsRow;  // "Append Row Tx" holds; a task's text lies between the exchanges and must not look like
+                    // one
+};
+
+constexpr std::array<KindRow, 4> kinds{{
+    {SendKind::Cycle, true, Stamp::Echo, true},
+    {SendKind::ByHand, true, Stamp::Echo, true},
+    {SendKind::Answer, false, Stamp::Log, true},
+    {SendKind::Task, false, Stamp::Log, false},
+}};
+
+const KindRow& RowOf(SendKind kind) {
+  return kinds[static_cast<std::size_t>(kind)];
+}
+
+// "NOT SENT: Input/output error (3 of 8 bytes taken)"
+std::string FailureDetail(const SendOutcome& outcome) {
+  if (outcome.taken == 0) return outcome.reason;
+  return fmt::format("{} ({} of {} bytes taken)", outcome.reason, outcome.taken, outcome.text.size());
+}
+
+}  // namespace
+
+Sender::Sender(SenderParts parts) : Frame(parts.framing), parts_(parts) {}
+
+Sender::Expansion Sender::Expand(std::string command) {
+  ExpanderState& state = parts_.expander.State;
+  state.CounterStop = false;  // a search string may have raised it
+  parts_.expander.ExpandMacros(command);
+  return {std::move(command), std::exchange(state.CounterStop, false)};
+}
+
+void Sender::Send(std::string bytes, SendKind kind, std::function<void(const SendOutcome&)> ended) {
+  parts_.counters.TxLamp().SetFillColor(colors::red);
+  Hooks.leaving();
+  const std::uint32_t run = parts_.exchange.Run();
+  parts_.link.Send(std::move(bytes), [this, kind, run, ended = std::move(ended)](const SendOutcome& outcome) {
+    Ended(outcome, kind, run);
+    if (ended) ended(outcome);
+  });
+}
+
+void Sender::Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
+  Show(std::string_view(outcome.text).substr(0, outcome.taken), kind);
+  if (RowOf(kind).request) {
+    if (outcome.end == SendEnd::Failed) ShowFailure(outcome);
+    CountRequest(outcome, kind, run);
+  } else {
+    TellFailure(outcome);
+  }
+}
+
+void Sender::Show(std::string_view taken, SendKind kind) {
+  if (taken.empty()) return;
+  const KindRow& row = RowOf(kind);
+  if (parts_.run.chkhhmmss.Checked()) {
+    if (row.stamp == Stamp::Log) {
+      parts_.traffic.StampLog();
+    } else {
+      parts_.traffic.StampEcho();
+    }
+  }
+  parts_.traffic.Sent(taken);
+  if (row.appendsRow && parts_.framing.ChkCrLfAppTx.Checked()) parts_.traffic.AppendSentRow();
+}
+
+void Sender::CountRequest(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
+  Exchange& exchange = parts_.exchange;
+  const bool ofRun = kind == SendKind::Cycle;
+  if (ofRun && run != exchange.Run()) return;  // its run is over, and another has its own count
+  parts_.counters.lblsend.Increment();
+  if (outcome.end == SendEnd::Sent) {
+    exchange.RequestSent(outcome.text, ofRun);
+  } else {
+    exchange.RequestNotSent(outcome.text, outcome.end == SendEnd::Failed ? FailureDetail(outcome) : "");
+  }
+}
+
+void Sender::TellFailure(const SendOutcome& outcome) {
+  if (outcome.end != SendEnd::Failed) return;
+  ShowFailure(outcome);
+  parts_.exchange.TextNotSent(outcome.text, FailureDetail(outcome));
+}
+
+void Sender::ShowFailure(const SendOutcome& outcome) {
+  parts_.counters.lblNotSent.Increment();
+  parts_.traffic.AppendError(fmt::format("NOT SENT: {}", outcome.reason), FailureDetail(outcome));
+}
+
+}  // namespace quarlin
