@@ -1,8 +1,8 @@
 // How long one string to send spends in the macro language.
 #include <benchmark/benchmark.h>
 
-#include "controls/virtual_loop.h"
 #include "macro/expander.h"
+#include "support/virtual_loop.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 
 #include "base/files.h"
 #include "controls/controls.h"
-#include "controls/virtual_loop.h"
 #include "support/file_size_limit.h"
 #include "support/temp_folder.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 namespace {

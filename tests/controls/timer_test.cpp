@@ -8,7 +8,7 @@
 
 #include "controls/collection.h"
 #include "controls/controls.h"
-#include "controls/virtual_loop.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 namespace {
@@ -157,7 +157,8 @@ TEST(Controls, AHandlerIsSetOnceAndNoneIsNoCrash) {
   group.cmdGo.Click();
   int clicks = 0;
   group.Option1.OnClick([&] { ++clicks; });
-  EXPECT_THROW(group.Option1[1].Click = [] {}, std::logic_error);
+  EXPECT_THROW(
+      group.Option1[1].Click = [] {}, std::logic_error);
   group.Option1[1].SetValue(true);
   EXPECT_EQ(clicks, 1);
 }

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "base/files.h"
-#include "controls/virtual_loop.h"
 #include "support/file_size_limit.h"
 #include "support/temp_folder.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 namespace {
@@ -123,10 +123,10 @@ TEST_F(LogWriterRig, AFullDiskLosesWhatExceedsAMebibyteAndSaysHowMuch) {
   Free();
   loop_.Pass(1s);
   const std::string failed = "LOG.TXT cannot be written: ";
-  EXPECT_EQ(told_, (Words{failed + "File too large; the run goes on",
-                          "LOG.TXT is written again, 12 bytes are missing",
-                          failed + "Is a directory; the run goes on",
-                          "LOG.TXT is written again, 5 bytes are missing"}));
+  EXPECT_EQ(
+      told_,
+      (Words{failed + "File too large; the run goes on", "LOG.TXT is written again, 12 bytes are missing",
+             failed + "Is a directory; the run goes on", "LOG.TXT is written again, 5 bytes are missing"}));
   EXPECT_EQ(log_->LostBytes(), 17U);
   EXPECT_EQ(log_->MissingBytes(), 17U);
 

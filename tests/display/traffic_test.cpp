@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "controls/collection.h"
-#include "controls/virtual_loop.h"
 #include "support/temp_folder.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "controls/virtual_loop.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 namespace {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <random>
 
-#include "controls/virtual_loop.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 namespace {

@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-#include "controls/virtual_loop.h"
+#include "support/virtual_loop.h"
 
 using namespace std::string_literals;
 

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "controls/virtual_loop.h"
+#include "support/virtual_loop.h"
 
 using namespace std::string_literals;
 

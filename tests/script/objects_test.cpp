@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "controls/virtual_loop.h"
 #include "script/command_object.h"
 #include "script/script_text.h"
 #include "script/serial_string.h"
@@ -10,6 +9,7 @@
 #include "script/timer_task.h"
 #include "script/vbscript_engine.h"
 #include "support/quiet_services.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 namespace {

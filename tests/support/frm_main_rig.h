@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "base/files.h"
-#include "controls/virtual_loop.h"
 #include "support/listed_prompts.h"
 #include "support/scripted_device.h"
 #include "support/temp_folder.h"
+#include "support/virtual_loop.h"
 #include "ui/frm_main.h"
 
 namespace quarlin {

@@ -17,8 +17,8 @@
 #include <system_error>
 #include <vector>
 
-#include "controls/virtual_loop.h"
 #include "link/device.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 

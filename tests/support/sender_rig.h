@@ -9,10 +9,10 @@
 
 #include "base/files.h"
 #include "controls/status_note.h"
-#include "controls/virtual_loop.h"
 #include "exchange/sender.h"
 #include "support/scripted_device.h"
 #include "support/temp_folder.h"
+#include "support/virtual_loop.h"
 
 namespace quarlin {
 

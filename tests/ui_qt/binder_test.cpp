@@ -13,7 +13,7 @@
 #include <QWheelEvent>
 
 #include "controls/controls.h"
-#include "controls/virtual_loop.h"
+#include "support/virtual_loop.h"
 #include "ui/qt/lamp.h"
 #include "ui/qt/widget_text.h"
 

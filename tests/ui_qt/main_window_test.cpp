@@ -20,8 +20,8 @@
 #include <set>
 
 #include "base/files.h"
-#include "controls/virtual_loop.h"
 #include "support/temp_folder.h"
+#include "support/virtual_loop.h"
 #include "ui/qt/elided_label.h"
 #include "ui/qt/lamp.h"
 #include "ui/qt/received_text_view.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "controls/virtual_loop.h"
+#include "support/virtual_loop.h"
 #include "ui/qt/glyph_table.h"
 #include "ui/qt/received_text_view.h"
 #include "ui/qt/row_painter.h"

@@ -13,11 +13,11 @@
 #include <QWindow>
 
 #include "base/files.h"
-#include "controls/virtual_loop.h"
 #include "script/script_host.h"
 #include "script/vbscript_engine.h"
 #include "support/listed_prompts.h"
 #include "support/temp_folder.h"
+#include "support/virtual_loop.h"
 #include "ui/qt/lamp.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/script_list_dialog.h"

@@ -1,4 +1,4 @@
-#include "controls/virtual_loop.h"
+#include "support/virtual_loop.h"
 
 #include <algorithm>
 
