@@ -106,7 +106,7 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
   NoTextOpener opener;
   FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), true, MakeEngine});
   const auto watch = EndOnSignal(loop, endings, frm);
-  frm.OnLogTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
+  frm.OnTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
   int status = 0;
   {
     const TrafficPrinter printer(loop, frm.controls.display.txtric, output);
@@ -130,7 +130,7 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endin
   StandardStream errors(loop, STDERR_FILENO);
   FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), false, MakeEngine});
   const auto watch = EndOnSignal(loop, endings, frm);
-  frm.OnLogTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
+  frm.OnTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
   MainWindow window(frm);
   prompts.SetWindow(&window);
   window.show();

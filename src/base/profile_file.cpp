@@ -62,7 +62,8 @@ bool ProfileFile::SameIgnoringCase::operator()(std::string_view left, std::strin
   return EqualsIgnoringCase(left, right);
 }
 
-ProfileFile::ProfileFile(std::function<std::filesystem::path()> path) : path_(std::move(path)) {}
+ProfileFile::ProfileFile(ProgramFolder folder, std::string_view name)
+    : folder_(std::move(folder)), exact_(folder_.Path() / name) {}
 
 std::string ProfileFile::ReadProfileString(std::string_view section, std::string_view key) {
   Refresh();
@@ -101,19 +102,26 @@ std::optional<ProfileFile::Stamp> ProfileFile::StampOf(const std::filesystem::pa
   return Stamp(status);
 }
 
+// The folder is searched only when neither the exact name nor the one that was found before is there.
+std::optional<ProfileFile::Stamp> ProfileFile::FindFile() {
+  if (const auto stamp = StampOf(exact_)) {
+    file_ = exact_;
+    return stamp;
+  }
+  if (const auto stamp = StampOf(file_)) return stamp;
+  file_ = folder_.File(exact_.filename().string());
+  return StampOf(file_);
+}
+
 void ProfileFile::Refresh() {
   // The time is taken before the file is looked at and read: what changes later gets a later stamp, or is
   // read. The change time is looked at, since unlike the modification time it cannot be set at will.
   const std::chrono::nanoseconds now = FileClockNow();
   const bool nameIsTrusted = now >= nameChecked_ && now - nameChecked_ < nameTrusted;
   if (stamp_ && nameIsTrusted && Look() == stamp_) return;
-  std::optional<Stamp> stamp = StampOf(file_);
+  const std::optional<Stamp> stamp = FindFile();
   nameChecked_ = now;
   if (stamp && stamp == stamp_) return;
-  if (!stamp) {
-    file_ = path_();
-    stamp = StampOf(file_);
-  }
   const bool settled = stamp && now - stamp->changed > longestTick;
   std::optional<std::string> content = stamp ? ReadWholeFile(file_) : std::nullopt;
   stamp_ = settled && content ? stamp : std::nullopt;

@@ -8,14 +8,13 @@
 // the first one's keys count, of two keys the first. Blanks and tabs at the ends of keys and values are
 // dropped, then one pair of matching quotes around the value. A value is cut at 2047 characters. A line is
 // a section header when it begins with "[" and holds "]"; a key ends at the first "=". A line that is
-// neither is passed over. Lines end with CR LF, LF or CR.
+// neither is passed over. Lines end with CR LF, LF or CR. The text is read as FileTextOf reads one.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +22,7 @@
 #include <vector>
 
 #include "base/file_handle.h"
+#include "base/program_folder.h"
 
 struct stat;
 
@@ -37,8 +37,8 @@ class ProfileFile {
     std::string_view value;
   };
 
-  // `path` is asked when there is no file at the last place it named.
-  explicit ProfileFile(std::function<std::filesystem::path()> path);
+  // The file of that name as the folder has it at each moment, exactly the name before one in other case.
+  ProfileFile(ProgramFolder folder, std::string_view name);
   ProfileFile(const ProfileFile&) = delete;  // the index points into the text
   ProfileFile& operator=(const ProfileFile&) = delete;
 
@@ -46,8 +46,9 @@ class ProfileFile {
   std::string ReadProfileString(std::string_view section, std::string_view key);
 
   // Takes in a change of the file; one query of its state when there was none. What the calls below return
-  // stays valid until then. A change of the file, its removal and another in its place show at once; that a
-  // folder above it or a link to it leads elsewhere shows a millisecond later at the latest.
+  // stays valid until then. A change of the file, its removal and another in its place show at once; that its
+  // exact name is there now, or that a folder above it or a link to it leads elsewhere, shows a millisecond
+  // later at the latest.
   void Refresh();
 
   // Differs whenever Refresh found other content than before.
@@ -85,16 +86,18 @@ class ProfileFile {
     std::vector<Entry> entries;
   };
 
+  std::optional<Stamp> FindFile();
   std::optional<Stamp> StampOf(const std::filesystem::path& file) const;
   std::optional<Stamp> Look() const;  // at the file that the handle holds
   void Take(std::string text);
   void Parse();
   void AddEntry(Section& section, std::string_view line);
 
-  std::function<std::filesystem::path()> path_;
-  std::filesystem::path file_;
-  std::optional<Stamp> stamp_;  // of the state that was read last, once a later change is sure to show in it
-  FileHandle handle_;           // a way to the file's state that does not go through its folders
+  ProgramFolder folder_;
+  std::filesystem::path exact_;  // the name as given, in the folder
+  std::filesystem::path file_;   // what was found at last
+  std::optional<Stamp> stamp_;   // of the state that was read last, once a later change is sure to show in it
+  FileHandle handle_;            // a way to the file's state that does not go through its folders
   std::chrono::nanoseconds nameChecked_{};  // when file_ was last seen to lead to it
   std::string text_;
   NameMap<Section> sections_;

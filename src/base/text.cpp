@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "base/numbers.h"
 
@@ -42,6 +43,39 @@ Decoded Decode(std::string_view text) {
   const bool outside = (code >= 0xD800 && code <= 0xDFFF) || code > 0x10FFFF;
   if (overlong || outside) return {};
   return {code, length};
+}
+
+void AppendUtf8(std::string& utf8, std::uint32_t code) {
+  if (code < 0x80) {
+    utf8 += static_cast<char>(code);
+    return;
+  }
+  const int followers = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+  const std::uint32_t lead = 0xFF00U >> (followers + 1);  // as many ones in front as there are bytes
+  utf8 += static_cast<char>((lead & 0xFFU) | (code >> (6 * followers)));
+  for (int i = followers - 1; i >= 0; --i) utf8 += static_cast<char>(0x80U | ((code >> (6 * i)) & 0x3FU));
+}
+
+// Of UTF-16 whose units have their high byte first or second; half a unit at the end is dropped.
+std::string Utf8FromUnits(std::string_view bytes, std::size_t highByte) {
+  constexpr std::uint32_t replacement = 0xFFFD;
+  std::string utf8;
+  std::uint32_t high = 0;  // the first half of a pair, or none
+  for (; bytes.size() >= 2; bytes.remove_prefix(2)) {
+    const auto unit = static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[highByte]) << 8 |
+                                                 static_cast<unsigned char>(bytes[1 - highByte]));
+    const bool isHigh = (unit & 0xFC00U) == 0xD800;
+    const bool isLow = (unit & 0xFC00U) == 0xDC00;
+    if (high != 0 && !isLow) AppendUtf8(utf8, replacement);
+    if (isLow) {
+      AppendUtf8(utf8, high == 0 ? replacement : 0x10000 + ((high & 0x3FFU) << 10) + (unit & 0x3FFU));
+    } else if (!isHigh) {
+      AppendUtf8(utf8, unit);
+    }
+    high = isHigh ? unit : 0;
+  }
+  if (high != 0) AppendUtf8(utf8, replacement);
+  return utf8;
 }
 
 }  // namespace
@@ -98,10 +132,22 @@ std::string BytesFromUtf8(std::string_view utf8) {
   return bytes;
 }
 
+FileText FileTextOf(std::string_view content) {
+  struct Mark {
+    std::string_view bytes;
+    std::size_t highByte;  // where it stands in a unit of two bytes
+  };
+  for (const Mark& mark : {Mark{"\xFF\xFE", 1}, Mark{"\xFE\xFF", 0}}) {
+    if (content.starts_with(mark.bytes)) return {Utf8FromUnits(content.substr(2), mark.highByte), true};
+  }
+  constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+  if (content.starts_with(utf8Mark)) content.remove_prefix(utf8Mark.size());
+  return {std::string(content), IsUtf8(content)};
+}
+
 std::string BytesFromFileText(std::string_view content) {
-  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-  if (content.starts_with(byteOrderMark)) content.remove_prefix(byteOrderMark.size());
-  return IsUtf8(content) ? BytesFromUtf8(content) : std::string(content);
+  FileText file = FileTextOf(content);
+  return file.isUtf8 ? BytesFromUtf8(file.text) : std::move(file.text);
 }
 
 std::string CodedText(std::string_view text, std::size_t most) {

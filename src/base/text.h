@@ -23,8 +23,15 @@ bool IsUtf8(std::string_view bytes);
 std::string Utf8FromBytes(std::string_view bytes);
 std::string BytesFromUtf8(std::string_view utf8);
 
-// The text of a table or script file as byte strings: read as UTF-8 when it is well-formed, otherwise
-// byte for byte. A byte-order mark is dropped.
+// The text of a table or script file without its byte-order mark: UTF-16, of either order, where there is a
+// mark for it; else UTF-8 when all of it is well-formed, else one byte a character.
+struct FileText {
+  std::string text;     // UTF-16 is UTF-8 here, half of a pair U+FFFD
+  bool isUtf8 = false;  // otherwise a byte is a character
+};
+FileText FileTextOf(std::string_view content);
+
+// That text as a byte string.
 std::string BytesFromFileText(std::string_view content);
 
 // The text with every control character as its code in braces, "{0D}", as macros write it; of more than

@@ -29,19 +29,16 @@ std::string_view LanguageOf(std::string_view fileName) {
   return ToUpper(fileName).find(".VBS") != std::string::npos ? "VBScript" : "JScript";
 }
 
-std::u16string ReadScript(const fs::path& file) {
-  const std::optional<std::string> content = ReadWholeFile(file);
+std::u16string ReadScript(const fs::path& path) {
+  const std::optional<std::string> content = ReadWholeFile(path);
   if (!content) {
     std::error_code ignored;
-    throw vbs::ScriptError(fs::exists(file, ignored) ? vbs::permissionDenied : vbs::fileNotFound);
+    throw vbs::ScriptError(fs::exists(path, ignored) ? vbs::permissionDenied : vbs::fileNotFound);
   }
-  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-  std::string_view rest = *content;
-  if (rest.starts_with(byteOrderMark)) rest.remove_prefix(byteOrderMark.size());
-  const bool utf8 = IsUtf8(rest);
+  const FileText file = FileTextOf(*content);
   std::u16string text;
-  for (const std::string& line : SplitLines(rest)) {
-    text += utf8 ? vbs::Utf16Of(line) : Utf16FromBytes(line);
+  for (const std::string& line : SplitLines(file.text)) {
+    text += file.isUtf8 ? vbs::Utf16Of(line) : Utf16FromBytes(line);
     text += u"\r\n";
   }
   return text;

@@ -41,8 +41,8 @@ std::string EncodeDialogKey(std::string_view text, bool allCoded) {
   return key;
 }
 
-Dialog::Dialog(DialogParts parts, std::function<std::filesystem::path()> table)
-    : parts_(parts), table_(std::move(table)), delayAlarm_(parts_.loop, [this] { SendDue(); }) {}
+Dialog::Dialog(DialogParts parts, const ProgramFolder& folder)
+    : parts_(parts), table_(folder, tableName), delayAlarm_(parts_.loop, [this] { SendDue(); }) {}
 
 void Dialog::DialogAnswer(std::string_view request) {
   table_.Refresh();
@@ -86,8 +86,7 @@ void Dialog::TakeTable() {
   }
   constexpr std::size_t mostShown = 200;
   if (unread.size() > mostShown) unread = unread.substr(0, mostShown) + "...";
-  if (!unread.empty())
-    parts_.status.Mention(fmt::format("Dialog.txt: faults that cannot be read: {}", unread));
+  if (!unread.empty()) OnTrouble(fmt::format("{}: faults that cannot be read: {}", tableName, unread));
 }
 
 // As the table has it, its turn among several answers counted.

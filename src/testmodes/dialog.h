@@ -3,14 +3,13 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
-#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "base/hook.h"
 #include "base/profile_file.h"
 #include "controls/status_note.h"
 #include "display/traffic.h"
@@ -40,10 +39,15 @@ class Dialog {
  public:
   static constexpr std::size_t mostDelayed = 1000;
 
-  // `table` names the file; see ProfileFile.
-  Dialog(DialogParts parts, std::function<std::filesystem::path()> table);
+  // The name of the table in the program folder.
+  static constexpr std::string_view tableName = "Dialog.txt";
+
+  Dialog(DialogParts parts, const ProgramFolder& folder);
 
   FaultCounts Faults;  // since the start of the program
+
+  // Told which faults of the table cannot be read; for the status bar and standard error.
+  Hook<void(std::string_view text)> OnTrouble;
 
   // Answers a request, given without its terminator, as the table has it now; what is not in the table gets
   // no answer. An answer with a delay is sent later, also when the mode has been switched off. Yields.

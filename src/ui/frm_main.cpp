@@ -27,7 +27,6 @@ namespace {
 constexpr std::string_view bannerText = "Instrument test terminal";
 constexpr std::string_view configFile = "config.cfg";
 constexpr std::string_view reportFile = "Report.txt";
-constexpr std::string_view dialogFile = "Dialog.txt";
 
 // The codes that the terminator boxes offer, as three digits.
 std::vector<std::string> CharacterCodes() {
@@ -80,7 +79,7 @@ struct FrmMain::Modules {
         record(around.loop.Clocks()),
         exchange(around.loop, controls.run, record),
         logs(around.loop, controls.display, around.folder,
-             [&frm](std::string_view text) { frm.LogTrouble(text); }),
+             [&frm](std::string_view text) { frm.Trouble(text); }),
         traffic(around.loop, controls.display, logs),
         sender({link, expander, exchange, traffic, controls.run, controls.framing, controls.counters}),
         cycle({around.loop, controls.cycle, controls.run, controls.macro, controls.counters, link, expander,
@@ -89,8 +88,7 @@ struct FrmMain::Modules {
                 exchange}),
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
                  expander, parser, exchange, traffic, status}),
-        dialog({around.loop, link, expander, sender, traffic, status},
-               [&around] { return around.folder.File(dialogFile); }),
+        dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
         script({around.loop, controls.script, around.folder, prompts, around.engines,
                 [this](std::string_view text, Color color) { traffic.Append(text, color); }}) {}
 
@@ -232,6 +230,7 @@ void FrmMain::WireReceive() {
 }
 
 void FrmMain::WireTests() {
+  modules_->dialog.OnTrouble = [this](std::string_view text) { Trouble(text); };
   ErrorReportHooks& hooks = modules_->errors.Hooks;
   hooks.stopCycle = [this] { modules_->cycle.Stop(); };
   hooks.stopWithMessage = modules_->cycle.Hooks.stopWithMessage;
@@ -350,11 +349,11 @@ void FrmMain::cmdReport_Click() {
 }
 
 void FrmMain::cmdEditDialog_Click() {
-  const auto file = surroundings_.folder.File(dialogFile);
+  const auto file = surroundings_.folder.File(Dialog::tableName);
   std::error_code error;
   if (!std::filesystem::exists(file, error)) error = WriteWholeFile(file, CommentedFirstDialog());
   if (error) {
-    Note(fmt::format("{} was not made: {}", dialogFile, error.message()));
+    Note(fmt::format("{} was not made: {}", Dialog::tableName, error.message()));
   } else if (!surroundings_.textOpener.OpenText(file)) {
     Note(fmt::format("the table is {}; no program was found to edit it", file.string()));
   }
@@ -419,7 +418,7 @@ void FrmMain::CloseDown() {
   }
   modules_->link.CommClose();
   modules_->logs.Flush();
-  if (const std::string missing = modules_->logs.Missing(); !missing.empty()) LogTrouble(missing);
+  if (const std::string missing = modules_->logs.Missing(); !missing.empty()) Trouble(missing);
   surroundings_.loop.Quit(ExitStatus());
 }
 
@@ -430,9 +429,9 @@ int FrmMain::ExitStatus() const {
   return failed ? 1 : 0;
 }
 
-void FrmMain::LogTrouble(std::string_view text) {
+void FrmMain::Trouble(std::string_view text) {
   Note(text);
-  OnLogTrouble(text);
+  OnTrouble(text);
 }
 
 void FrmMain::Note(std::string_view text) {

@@ -104,9 +104,9 @@ class FrmMain {
   // Told when the received-text display is to have the keyboard.
   Hook<void()> OnFocusDisplay;
 
-  // Told when a log cannot be written, when it can again, and at the end what it lacks; for standard error,
-  // since the end leaves no status bar to read.
-  Hook<void(std::string_view text)> OnLogTrouble;
+  // Told what is for standard error beside the status bar, which the end leaves nobody to read: that a log
+  // cannot be written, can be again, or lacks something; that a fault of the dialog cannot be read.
+  Hook<void(std::string_view text)> OnTrouble;
 
   // A cycle is running.
   bool Running() const;
@@ -141,7 +141,7 @@ class FrmMain {
   void RunStopped(RunEnd end);
   void End();
   void CloseDown();
-  void LogTrouble(std::string_view text);
+  void Trouble(std::string_view text);
   void Note(std::string_view text);
 
   Surroundings surroundings_;

@@ -24,7 +24,7 @@ class ProfileFileTest : public testing::Test {
 
   TempFolder folder;
   fs::path path = folder / "Table.txt";
-  ProfileFile file{[this] { return path; }};
+  ProfileFile file{ProgramFolder(folder.Path()), "Table.txt"};
 };
 
 TEST_F(ProfileFileTest, FindsValues) {
@@ -107,11 +107,17 @@ TEST_F(ProfileFileTest, WhatIsNoReadableFileHoldsNothing) {
   EXPECT_EQ(Read("A"), "");
 }
 
-TEST_F(ProfileFileTest, AFileThatIsFoundElsewhereLaterIsTaken) {
+TEST_F(ProfileFileTest, TheExactNameComesBeforeOneInOtherCaseAlsoWhenItComesLater) {
   EXPECT_EQ(Read("A"), "");
-  path = folder / "TABLE.TXT";
-  Write("[COMMAND]\nA=1");
-  EXPECT_EQ(Read("A"), "1");
+  WriteInPlace(folder / "TABLE.TXT", "[COMMAND]\nA=other case");
+  EXPECT_EQ(Read("A"), "other case");
+  std::this_thread::sleep_for(60ms);  // from here on the file counts as settled
+  EXPECT_EQ(Read("A"), "other case");
+  Write("[COMMAND]\nA=exact");
+  std::this_thread::sleep_for(2ms);
+  EXPECT_EQ(Read("A"), "exact");
+  fs::remove(path);
+  EXPECT_EQ(Read("A"), "other case");
 }
 
 TEST_F(ProfileFileTest, AChangeWithinOneClockTickShows) {

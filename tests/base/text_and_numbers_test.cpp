@@ -12,6 +12,8 @@
 namespace quarlin {
 namespace {
 
+using namespace std::string_literals;
+
 TEST(Numbers, BoxesHoldANumberOrCountAsZero) {
   const std::vector<std::pair<const char*, std::int32_t>> cases{
       {"12", 12},
@@ -64,6 +66,18 @@ TEST(Text, FileTextsAreUtf8OrBytes) {
       {"\xE2\x82\xAC", "?"},             // a character that no byte stands for
       {"\xC0\xAF", "\xC0\xAF"},          // overlong
       {"\xED\xA0\x80", "\xED\xA0\x80"},  // half of a pair
+      {"\xFF\xFE\xB0\0A\0"s,
+       "\xB0"
+       "A"},  // UTF-16, low byte first
+      {"\xFE\xFF\0\xB0\0A"s,
+       "\xB0"
+       "A"},  // high byte first
+      {"\xFF\xFE\x3D\xD8\0\xDE"
+       "A\0"s,
+       "?A"},                                              // a pair
+      {"\xFE\xFF\xD8\x3D\0A\xDE\0\0B\xD8\x3D"s, "?A?B?"},  // halves of pairs
+      {"\xFE\xFF\x20\xAC\0A\0"s, "?A"},                    // and half a unit
+      {"\xFF\xFE", ""},
   };
   for (const auto& [content, bytes] : cases) EXPECT_EQ(BytesFromFileText(content), bytes);
   std::string all;

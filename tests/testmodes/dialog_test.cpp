@@ -34,7 +34,7 @@ class DialogRig : public SenderRig {
     return port.Written();
   }
 
-  Dialog dialog{{loop, link, expander, sender, traffic, status}, [this] { return folder / "Dialog.txt"; }};
+  Dialog dialog{{loop, link, expander, sender, traffic, status}, ProgramFolder(folder.Path())};
 };
 
 TEST(DialogKey, CodesWhatCannotBeTyped) {
@@ -141,9 +141,11 @@ TEST_F(DialogRig, FaultsOfACodedRequestAndTheTerminatorStays) {
 }
 
 TEST_F(DialogRig, UnreadableFaultsAreToldOnceAndIgnored) {
+  std::vector<std::string> told;
+  dialog.OnTrouble = [&](std::string_view text) { told.emplace_back(text); };
   Table("[COMMAND]\nA=1\n[FAULTS]\nA=drop often\nB=drop 1\n*=drop\n");
   EXPECT_EQ(AskEach({"A", "A"}), "1\r\n1\r\n");
-  EXPECT_EQ(Notes(), std::vector<std::string>{"Dialog.txt: faults that cannot be read: \"A\", \"*\""});
+  EXPECT_EQ(told, std::vector<std::string>{"Dialog.txt: faults that cannot be read: \"A\", \"*\""});
 }
 
 TEST_F(DialogRig, DelayedAnswersGoOutInTheOrderOfTheirTimes) {

@@ -274,6 +274,16 @@ TEST_F(ReceiveRig, TheReportSumsUpTheFaultsMadeOnPurpose) {
       << frm.ReportText();
 }
 
+TEST_F(ReceiveRig, AFaultThatCannotBeReadIsNamedForStandardErrorToo) {
+  Lines told;
+  frm.OnTrouble = [&](std::string_view text) { told.emplace_back(text); };
+  WriteWholeFile(folder / "Dialog.txt", "[COMMAND]\nA=a\n[FAULTS]\nA=drop often\n");
+  controls().receive.chkDialog.SetChecked(true);
+  Receive("A\r\n");
+  EXPECT_EQ(told, Lines{"Dialog.txt: faults that cannot be read: \"A\""});
+  EXPECT_EQ(Note(), told.front());
+}
+
 TEST_F(ReceiveRig, TheErrorListOpensAndCloses) {
   EXPECT_FALSE(controls().display.lstError.Visible());
   controls().test.cmdErr.Click();
