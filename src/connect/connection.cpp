@@ -147,8 +147,9 @@ void Connection::LinkLost(std::string_view reason) {
 }
 
 void Connection::TryAgain() {
-  const std::string port = stablePath_.empty() ? controls_.cboSerial.Text() : stablePath_;
-  link_.OpenInBackground(port, Settings(), [this] { TriedAgain(); });
+  LinkTarget target = link_.Target();
+  target.path = stablePath_;
+  link_.OpenInBackground(target, [this] { TriedAgain(); });
 }
 
 void Connection::TriedAgain() {

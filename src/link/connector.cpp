@@ -56,6 +56,7 @@ void Connector::TryNext() {
   addresses_.erase(addresses_.begin());
   socket_ = Socket::Make(address_.storage.ss_family, peer_.udp ? SOCK_DGRAM : SOCK_STREAM);
   if (!socket_) return TakeResult(LastError());
+  if (peer_.udp) socket_.SetOption(SOL_SOCKET, SO_BROADCAST, 1);
   if (connect(socket_.Get(), address_.Pointer(), address_.length) == 0) return TakeResult({});
   if (errno != EINPROGRESS) return TakeResult(LastError());
   answered_ = false;

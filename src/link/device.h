@@ -6,11 +6,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "base/clock.h"
+#include "link/line_errors.h"
 #include "link/serial_settings.h"
 
 namespace quarlin {
@@ -75,8 +77,14 @@ class Device {
   // Yields until the last byte has left the line, or the instant has passed.
   virtual void WaitSent(Instant deadline) = 0;
 
+  // The bytes that were written and still wait in the driver; 0 where it does not tell.
+  virtual std::size_t Unsent() const = 0;
+
   virtual ModemStatus Modem() = 0;
   virtual std::error_code SetLine(OutputLine line, bool asserted) = 0;
+
+  // What the driver has counted since the port was opened; nothing where it does not count.
+  virtual std::optional<LineErrors> Errors() = 0;
 
   // The line errors counted by the driver since the last call, as the bits that ClearCommError gives:
   // 1 queue overflow, 2 overrun, 4 parity, 8 framing, 16 break. 0 where the driver does not count.

@@ -44,6 +44,11 @@ constexpr std::string_view setLine = "CommSetLine (EscapeCommFunction)";
 constexpr std::string_view portInUse = "Port in use.";
 constexpr std::string_view errorFlagsText = "  COMM Error Flags = ";
 
+constexpr std::string_view networkName = "NET";
+constexpr Duration finishGrace = std::chrono::seconds(2);
+constexpr Duration lineErrorPause = std::chrono::milliseconds(250);
+constexpr double bitsPerByte = 12;  // the most that a line makes of one
+
 std::error_code BadHandle() {
   return std::make_error_code(std::errc::bad_file_descriptor);
 }
@@ -65,39 +70,51 @@ std::optional<OutputLine> OutputLineFrom(std::int16_t number) {
 
 }  // namespace
 
+bool LinkTarget::IsNetwork() const {
+  return EqualsIgnoringCase(port, networkName);
+}
+
 Link::Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls)
     : loop_(loop),
       devices_(devices),
       controls_(controls),
       progress_(loop, [this](std::size_t taken, std::size_t total) { Hooks.progress(taken, total); }),
+      lineErrorAlarm_(loop, [this] { CountLineErrors(); }),
       network_(loop) {
   network_.OnArrival = [this] { OnArrival(); };
+  network_.OnNewPeer = [this] { Hooks.newPeer(); };
+  network_.OnLost = [this](std::size_t bytes) { TellLost(bytes); };
   network_.OnQueue = [this](std::size_t taken, std::size_t total) { NetworkQueueChanged(taken, total); };
 }
 
 Link::~Link() = default;
 
 std::int32_t Link::CommOpen(const std::string& portName, std::string_view settings) {
-  const std::int32_t result = portName == "NET" ? OpenNetwork() : OpenSerial(portName, settings);
+  const LinkTarget target{portName, std::string(settings), controls_.chkRTS.Checked(),
+                          ChooseNetwork ? ChooseNetwork() : NetworkChoice{}};
+  // The link that is open keeps what it was opened with: it is closed below.
+  const bool inUse = State.CommPortOpen && !target.IsNetwork();
+  if (!inUse) target_ = target;
+  const std::int32_t result = target.IsNetwork() ? OpenNetwork() : OpenSerial();
   if (result != 0) CommClose();
   return result;
 }
 
 std::int32_t Link::OpenNetwork() {
   EnterNetworkMode();
-  if (ChooseNetwork && network_.Open(ChooseNetwork())) NetworkOpened();
+  if (network_.Open(target_.network)) NetworkOpened();
   return 0;
 }
 
-void Link::OpenInBackground(const std::string& portName, std::string_view settings,
-                            std::function<void()> over) {
-  if (portName != "NET" || !ChooseNetwork) {
-    CommOpen(portName, settings);
+void Link::OpenInBackground(const LinkTarget& target, std::function<void()> over) {
+  target_ = target;
+  if (!target.IsNetwork()) {
+    if (OpenSerial() != 0) CommClose();
     over();
     return;
   }
   EnterNetworkMode();
-  network_.OpenInBackground(ChooseNetwork(), [this, over = std::move(over)](bool opened) {
+  network_.OpenInBackground(target_.network, [this, over = std::move(over)](bool opened) {
     if (opened) NetworkOpened();
     over();
   });
@@ -116,7 +133,7 @@ void Link::NetworkOpened() {
   State.CommHandle = networkToken;
 }
 
-std::int32_t Link::OpenSerial(const std::string& portName, std::string_view settings) {
+std::int32_t Link::OpenSerial() {
   if (State.CommPortOpen) {
     State.CommLastError = -1;
     State.CommLastErrorSource = sources::open;
@@ -128,21 +145,41 @@ std::int32_t Link::OpenSerial(const std::string& portName, std::string_view sett
   State.NoModemLines = false;
   State.CommStat = {};
   linesSet_.clear();
-  OpenedDevice opened = devices_.Open(portName, [this] { OnArrival(); });
+  OpenedDevice opened =
+      devices_.Open(target_.path.empty() ? target_.port : target_.path, [this] { DeviceCalls(); });
   if (!opened.device) {
     State.CommHandle = invalidHandle;
-    return CommSetError(fmt::format("{}{} ", sources::createFile, portName), opened.error);
+    return CommSetError(fmt::format("{}{} ", sources::createFile, target_.port), opened.error);
   }
   device_ = std::move(opened.device);
   State.CommHandle = ++lastToken_;
   ++openings_;
   State.CommPortOpen = true;
-  return SetUp(*device_, portName, settings);
+  errorsBefore_ = errors_;
+  errorsAreCounted_ = device_->Errors().has_value();
+  return SetUp(*device_);
 }
 
-std::int32_t Link::SetUp(Device& device, const std::string& portName, std::string_view settings) {
+// Bytes have come, or the device has gone; also during a yield.
+void Link::DeviceCalls() {
+  if (errorsAreCounted_ && !lineErrorAlarm_.IsSet()) lineErrorAlarm_.At(loop_.Now() + lineErrorPause);
+  OnArrival();
+  if (!waitsForDriver_ || showsArrival_ || !Hooks.arrivedWhileWriting || Scripting()) return;
+  const ScopeFlag showing(showsArrival_);
+  Hooks.arrivedWhileWriting();
+}
+
+void Link::CountLineErrors() {
+  const auto device = OpenDevice();
+  const auto counted = device ? device->Errors() : std::nullopt;
+  if (!counted || errors_ == errorsBefore_ + *counted) return;
+  errors_ = errorsBefore_ + *counted;
+  Hooks.lineErrors();
+}
+
+std::int32_t Link::SetUp(Device& device) {
   const auto fail = [&](std::string_view source, std::error_code error) {
-    return CommSetError(fmt::format("{}{} ", source, portName), error);
+    return CommSetError(fmt::format("{}{} ", source, target_.port), error);
   };
   if (const auto error = device.SetupQueues(queueSize, queueSize)) return fail(sources::setupComm, error);
   if (const auto error = device.Purge()) return fail(sources::purgeComm, error);
@@ -150,10 +187,10 @@ std::int32_t Link::SetUp(Device& device, const std::string& portName, std::strin
   const CurrentSettings current = device.Settings();
   if (current.error) return fail(sources::getCommState, current.error);
   SerialSettings wanted = current.settings;
-  if (!BuildCommDcb(settings, wanted)) {
+  if (!BuildCommDcb(target_.settings, wanted)) {
     return fail(sources::buildCommDcb, std::make_error_code(std::errc::invalid_argument));
   }
-  if (controls_.chkRTS.Checked()) {
+  if (target_.rtsFlow) {
     wanted.ctsFlow = true;
     wanted.rtsToggle = true;
   }
@@ -164,18 +201,40 @@ std::int32_t Link::SetUp(Device& device, const std::string& portName, std::strin
 
 std::int32_t Link::CommClose() {
   if (State.CommNetMode) {
-    ++openings_;
-    network_.Close();
-    State.CommNetMode = false;
-    State.CommPortOpen = false;
+    CloseNetwork();
     return 0;
   }
   if (!State.CommPortOpen) return 0;
+  CountLineErrors();
+  const bool heldUp = finishing_ || waitsForDriver_;  // else the system sends what it has taken
+  const std::size_t left = heldUp ? device_->Unsent() : 0;
   if (const auto error = device_->Close()) return CommSetError(sources::close, error);
   ++openings_;
+  finishing_ = false;
+  lineErrorAlarm_.Cancel();
   device_.reset();
   State.CommPortOpen = false;
+  TellLost(left);
   return 0;
+}
+
+void Link::CloseNetwork() {
+  ++openings_;
+  finishing_ = false;
+  network_.Close();
+  State.CommNetMode = false;
+  State.CommPortOpen = false;
+}
+
+void Link::TellLost(std::size_t bytes) {
+  if (bytes > 0) Hooks.lost(bytes);
+}
+
+void Link::Finish() {
+  if (!State.CommPortOpen || std::exchange(finishing_, true)) return;
+  if (State.CommNetMode) return network_.Finish(loop_.Now() + finishGrace);
+  const auto device = OpenDevice();
+  device->WaitSent(loop_.Now() + TimeOnTheLine(device->Unsent()) + finishGrace);
 }
 
 std::shared_ptr<Device> Link::OpenDevice() const {
@@ -285,10 +344,15 @@ std::int32_t Link::WriteWhole(Device& device, std::string_view text, Writing& wr
     if (sent == text.size()) return static_cast<std::int32_t>(sent);
     progress_.Tell(writing.taken, writing.total);
     source = sources::pendingWrite;
-    const bool inTime = device.WaitWritable(deadline);
+    const bool inTime = WaitForDriver(device, deadline);
     if (writing.opening != openings_) return Cancel(writing);
     if (!inTime) return Fail(writing, source, std::make_error_code(std::errc::timed_out));
   }
+}
+
+bool Link::WaitForDriver(Device& device, Instant deadline) {
+  const ScopeFlag waiting(waitsForDriver_);
+  return device.WaitWritable(deadline);
 }
 
 std::int32_t Link::WriteSlowly(Device& device, std::string_view text, Duration pause, Writing& writing) {
@@ -312,13 +376,22 @@ std::int32_t Link::Cancel(Writing& writing) {
   return -1;
 }
 
+Duration Link::TimeOnTheLine(std::size_t bytes) const {
+  const double seconds = static_cast<double>(bytes) * bitsPerByte / std::max<double>(State.CommDCB.baud, 1);
+  return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
+}
+
 void Link::WaitUntilSent(std::size_t bytes) {
   const auto device = OpenDevice();
-  if (!device) return;
-  constexpr double bitsPerByte = 12;
-  const double seconds = static_cast<double>(bytes) * bitsPerByte / std::max<double>(State.CommDCB.baud, 1);
-  device->WaitSent(loop_.Now() + std::chrono::milliseconds(100) +
-                   std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds)));
+  if (device) device->WaitSent(loop_.Now() + std::chrono::milliseconds(100) + TimeOnTheLine(bytes));
+}
+
+std::string_view Link::WaitsFor() const {
+  if (State.CommNetMode) return "the peer";
+  const auto device = OpenDevice();
+  if (!device || !State.CommDCB.ctsFlow) return "the driver";
+  const ModemStatus status = device->Modem();
+  return status.error || (status.lines & cts) != 0 ? "the driver" : "CTS";
 }
 
 std::int32_t Link::CommReadCD(std::uint16_t mask, bool& state) {
@@ -382,6 +455,7 @@ void Link::LetScriptSeeEach(std::string& text) {
 
 std::int32_t Link::SendString(std::string& text) {
   if (State.CommHandle < 1) return 0;
+  if (finishing_) return -1;
   const WhenSent whenSent = [this](const SendOutcome& outcome) { Hooks.sentString(outcome); };
   if (sending_) {
     Queue(text, whenSent);
@@ -397,6 +471,8 @@ std::int32_t Link::SendString(std::string& text) {
 void Link::Send(std::string text, WhenSent whenSent) {
   if (State.CommHandle < 1) {
     whenSent({std::move(text), 0, SendEnd::Failed, CommErrorText(BadHandle().value())});
+  } else if (finishing_) {
+    whenSent({std::move(text), 0, SendEnd::Cancelled, {}});
   } else if (sending_) {
     Queue(std::move(text), std::move(whenSent));
   } else {

@@ -22,6 +22,18 @@
 
 namespace quarlin {
 
+// What a link leads to.
+struct LinkTarget {
+  std::string port;      // "NET" in any case, or a serial port
+  std::string settings;  // of the serial port, in either form of BuildCommDcb
+  bool rtsFlow = false;  // RTS/CTS flow control as well
+  NetworkChoice network{};
+  std::string path{};  // the device of the port where that is known better than by its name
+
+  bool IsNetwork() const;
+  bool operator==(const LinkTarget&) const = default;
+};
+
 struct LinkState {
   // A token, never a descriptor: 1 for the network, 3 or more for a serial port and never used twice, 0
   // before any open, -1 after a port could not be opened. It keeps its value when the link is closed.
@@ -68,6 +80,19 @@ struct LinkHooks {
   Hook<void(std::size_t taken, std::size_t total)> progress;
 
   Hook<void()> free;  // Busy has become false; must only wake somebody
+
+  // What ReceiveChar returns from now on is another sender's: what is left of a string is not its beginning.
+  Hook<void()> newPeer;
+
+  // A write waits for the driver, and something has arrived meanwhile. It may be taken with ReceiveChar and
+  // shown, but not be handled: its request has not been logged yet, and nothing may be sent. Not called while
+  // scripts see each character.
+  Hook<void()> arrivedWhileWriting;
+
+  // So many bytes that were told as sent will never leave: the link was closed over them, or broke.
+  Hook<void(std::size_t bytes)> lost;
+
+  Hook<void()> lineErrors;  // Errors has changed
 };
 
 class Link {
@@ -80,7 +105,7 @@ class Link {
   LinkState State;
   LinkHooks Hooks;
 
-  // Where "NET" leads to; asked at each opening.
+  // Where "NET" leads to; asked at each CommOpen.
   Hook<NetworkChoice()> ChooseNetwork;
   NetworkLink& Network() { return network_; }
 
@@ -97,10 +122,18 @@ class Link {
   // which CommClose ends.
   std::int32_t CommOpen(const std::string& portName, std::string_view settings);
 
-  // The same without a yield: a network connection is made in the background. `over` is
-  // called when CommIsOpen tells the outcome, which may be before this returns; never after CommClose or
-  // another opening.
-  void OpenInBackground(const std::string& portName, std::string_view settings, std::function<void()> over);
+  // The same without a yield, to what a link led to before: a network connection is made in the background.
+  // `over` is called when CommIsOpen tells the outcome, which may be before this returns; never after
+  // CommClose or another opening.
+  void OpenInBackground(const LinkTarget& target, std::function<void()> over);
+
+  // What was last opened, or was to be.
+  const LinkTarget& Target() const { return target_; }
+
+  // Before a close on purpose: yields until what the link has accepted has left it, for as long as that takes
+  // on the line and 2 s more; over TCP until the peer has acknowledged it. What is sent meanwhile is
+  // cancelled. A close meanwhile ends the wait. CommClose then tells the hook `lost` what is left.
+  void Finish();
   std::int32_t CommClose();
   std::int32_t CommFlush();
 
@@ -152,6 +185,13 @@ class Link {
   using WhenSent = std::function<void(const SendOutcome& outcome)>;
   void Send(std::string text, WhenSent whenSent);
 
+  // The line errors of every port since the start of the program. While data come they are asked for at most
+  // every 250 ms.
+  const LineErrors& Errors() const { return errors_; }
+
+  // What a write that waits is waiting for: "the driver", "CTS", "the peer".
+  std::string_view WaitsFor() const;
+
   static std::string CommErrorText(std::int32_t code);
 
  private:
@@ -168,8 +208,11 @@ class Link {
     SendOutcome outcome;
   };
 
-  std::int32_t OpenSerial(const std::string& portName, std::string_view settings);
-  std::int32_t SetUp(Device& device, const std::string& portName, std::string_view settings);
+  std::int32_t OpenSerial();
+  std::int32_t SetUp(Device& device);
+  void CloseNetwork();
+  void DeviceCalls();
+  void CountLineErrors();
   std::int32_t OpenNetwork();
   void EnterNetworkMode();
   void NetworkOpened();
@@ -186,11 +229,14 @@ class Link {
   static std::int32_t Cancel(Writing& writing);
   std::int32_t WriteEach(std::string_view text, Writing& writing);
   bool Scripting() const { return Hooks.scripting && Hooks.scripting(); }
+  void TellLost(std::size_t bytes);
   Sending Transmit(std::string text, bool scripted);
   void Queue(std::string text, WhenSent whenSent);
   void TransmitQueued();
   void NetworkQueueChanged(std::size_t taken, std::size_t total);
   void TellFree();
+  bool WaitForDriver(Device& device, Instant deadline);
+  Duration TimeOnTheLine(std::size_t bytes) const;
   void WaitUntilSent(std::size_t bytes);
   void LetScriptSeeEach(std::string& text);
   double Midnight() const { return SecondsSinceMidnight(loop_.Local()); }
@@ -201,6 +247,7 @@ class Link {
   std::shared_ptr<Device>
       device_;  // shared with the operations on the stack, so that a close cannot pull it away
   std::int32_t lastToken_ = 2;
+  LinkTarget target_;
   std::uint64_t openings_ = 0;  // and closes: whoever waited sees that it is another link now
   struct Queued {
     std::string text;
@@ -208,10 +255,17 @@ class Link {
     bool scripted;          // no text that a script sent itself
     std::uint64_t opening;  // of the link, for which it is meant
   };
+  bool finishing_ = false;       // before a close
+  bool waitsForDriver_ = false;  // a write on the stack
+  bool showsArrival_ = false;    // on the stack
+  LineErrors errors_;            // up to the opening in progress
+  LineErrors errorsBefore_;      // of earlier openings
+  bool errorsAreCounted_ = false;
   bool sending_ = false;       // a text is on its way through the functions on the stack
   std::deque<Queued> queued_;  // texts that came meanwhile
   std::size_t queuedBytes_ = 0;
   WriteProgress progress_;
+  Alarm lineErrorAlarm_;
   NetworkLink network_;
   std::map<OutputLine, bool> linesSet_;  // as they were last set, since the port was opened
 };

@@ -1,14 +1,19 @@
 #include "link/network_link.h"
 
 #include <fmt/format.h>
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sys/ioctl.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include "base/numbers.h"
 #include "base/system_call.h"
+#include "base/text.h"
 #include "link/connector.h"
 
 namespace quarlin {
@@ -17,6 +22,7 @@ namespace {
 constexpr std::size_t enoughReceived = 1024;               // nothing more is taken before that has gone
 constexpr std::size_t mostWaiting = std::size_t{1} << 20;  // to be sent
 constexpr Duration acceptPause = std::chrono::seconds(1);
+constexpr Duration acknowledgementPause = std::chrono::milliseconds(2);
 constexpr int mostTakes = 64;  // at once, so that a flood of empty datagrams leaves others their turn
 
 std::error_code NotConnected() {
@@ -41,6 +47,10 @@ void SetUpStream(const Socket& socket) {
   socket.SetOption(IPPROTO_TCP, TCP_KEEPCNT, 3);
 }
 
+bool IsSame(const SocketAddress& left, const SocketAddress& right) {
+  return left.length == right.length && std::memcmp(&left.storage, &right.storage, left.length) == 0;
+}
+
 struct Listener {
   Socket socket;
   std::error_code error;
@@ -48,15 +58,16 @@ struct Listener {
 
 // A stream listens again while old connections fade. A datagram socket must not: it would share the port
 // with another program.
-Listener ListenOn(int family, int type, int port) {
+Listener ListenOn(const SocketAddress& at, int type) {
+  const int family = at.storage.ss_family;
   Listener made{Socket::Make(family, type), {}};
   if (!made.socket) return {{}, LastError()};
   const bool stream = type == SOCK_STREAM;
   if (family == AF_INET6) made.socket.SetOption(IPPROTO_IPV6, IPV6_V6ONLY, 0);
   if (stream) made.socket.SetOption(SOL_SOCKET, SO_REUSEADDR, 1);
-  const SocketAddress any = SocketAddress::Any(family, port);
+  if (!stream) made.socket.SetOption(SOL_SOCKET, SO_BROADCAST, 1);
   const int descriptor = made.socket.Get();
-  if (bind(descriptor, any.Pointer(), any.length) != 0 || (stream && listen(descriptor, SOMAXCONN) != 0)) {
+  if (bind(descriptor, at.Pointer(), at.length) != 0 || (stream && listen(descriptor, SOMAXCONN) != 0)) {
     return {{}, LastError()};
   }
   return made;
@@ -64,9 +75,11 @@ Listener ListenOn(int family, int type, int port) {
 
 }  // namespace
 
-NetworkLink::NetworkLink(EventLoop& loop)
+NetworkLink::NetworkLink(EventLoop& loop, Duration silence)
     : loop_(loop),
       acceptAgain_(loop, [this] { listenerWatch_->SetEnabled(true); }),
+      silence_(silence),
+      silenceAlarm_(loop, [this] { PeerMayBeSilent(); }),
       buffer_(std::make_unique<std::array<char, 65536>>()) {}
 
 NetworkLink::~NetworkLink() = default;
@@ -107,7 +120,7 @@ std::optional<bool> NetworkLink::Begin(const NetworkChoice& choice, std::functio
     return Fail(fmt::format("port {}: a port is a number from 1 to 65535", choice.port));
   }
   const int port = static_cast<int>(number);
-  if (choice.listen) return Listen(port);
+  if (choice.listen) return Listen(port, choice.bind);
   connector_ = std::make_unique<Connector>(loop_, Peer{choice.udp, choice.host, port}, std::move(connected));
   return std::nullopt;
 }
@@ -116,22 +129,31 @@ void NetworkLink::Cancel() {
   if (connector_) Fail("cancelled");
 }
 
-// On IPv6 and IPv4 at once, or on IPv4 where the system has nothing else.
-bool NetworkLink::Listen(int port) {
+// Without an address on IPv6 and IPv4 at once, or on IPv4 where the system has nothing else.
+bool NetworkLink::Listen(int port, const std::string& address) {
   const int type = udp_ ? SOCK_DGRAM : SOCK_STREAM;
-  Listener made = ListenOn(AF_INET6, type, port);
-  if (made.error == std::errc::address_family_not_supported ||
-      made.error == std::errc::address_not_available) {
-    made = ListenOn(AF_INET, type, port);
+  const std::string host(TrimBlanks(address));
+  const std::string where = fmt::format("{}, port {}", host.empty() ? "all addresses" : host, port);
+  Listener made;
+  if (!host.empty()) {
+    const auto at = SocketAddress::FromNumeric(host, port);
+    if (!at) return Fail(fmt::format("{}: no numeric address to listen at", host));
+    made = ListenOn(*at, type);
+  } else {
+    made = ListenOn(SocketAddress::Any(AF_INET6, port), type);
+    if (made.error == std::errc::address_family_not_supported ||
+        made.error == std::errc::address_not_available) {
+      made = ListenOn(SocketAddress::Any(AF_INET, port), type);
+    }
   }
-  if (made.error) return Fail(fmt::format("port {}: {}", port, made.error.message()));
+  if (made.error) return Fail(fmt::format("{}: {}", where, made.error.message()));
   if (udp_) {
     SetPeer(std::move(made.socket));
   } else {
     listener_ = std::move(made.socket);
     listenerWatch_ = loop_.WatchReadable(listener_.Get(), [this] { AcceptPeer(); });
   }
-  Tell(fmt::format("listening on port {}", port));
+  Tell("listening on " + where);
   return true;
 }
 
@@ -141,8 +163,9 @@ bool NetworkLink::TakeConnection() {
   if (!socket) return Fail(connector->Failure());
   SetPeer(std::move(socket));
   DiscardPending();
+  peerName_ = connector->Address().Text();
   const std::uint64_t opening = openings_;
-  Tell("connected to " + connector->Address().Text());
+  Tell("connected to " + peerName_);
   return opening == openings_;
 }
 
@@ -154,7 +177,6 @@ void NetworkLink::DiscardPending() {
 void NetworkLink::SetPeer(Socket socket) {
   readableWatch_.reset();
   writableWatch_.reset();
-  received_.clear();
   DropWaiting();
   sendError_ = {};
   peerGone_ = false;
@@ -175,9 +197,11 @@ void NetworkLink::AcceptPeer() {
     Tell("no peer can connect: " + LastError().message());
     return;
   }
+  if (peer_) ReadToTheEnd();
   SetPeer(std::move(accepted));
-  OnNewPeer();
-  Tell(address.Text() + " has connected");
+  BeginSender();
+  peerName_ = address.Text();
+  Tell(peerName_ + " has connected");
 }
 
 void NetworkLink::Close() {
@@ -190,10 +214,47 @@ void NetworkLink::Close() {
   listener_ = Socket();
   peer_ = Socket();
   lastSender_ = SocketAddress();
-  received_.clear();
+  peerName_.clear();
+  received_.assign(1, {});
+  receivedBytes_ = 0;
   DropWaiting();
   sendError_ = {};
   peerGone_ = false;
+}
+
+// Lines that a peer sent before it was replaced are as good as any.
+void NetworkLink::ReadToTheEnd() {
+  for (int takes = 0; peer_ && readableWatch_ && takes < mostTakes; ++takes) {
+    const ssize_t count = recv(peer_.Get(), buffer_->data(), buffer_->size(), 0);
+    if (count <= 0) break;
+    Keep(static_cast<std::size_t>(count));
+  }
+  if (receivedBytes_ > 0) OnArrival();
+}
+
+Passage NetworkLink::State() const {
+  if (peerGone_) return Passage::PeerGone;
+  if (!peer_) return listener_ ? Passage::WaitsForPeer : Passage::Closed;
+  return readableWatch_ ? Passage::Open : Passage::WaitsForPeer;
+}
+
+// What comes from here on is another's. Told at once when the one before has nothing left to be taken.
+void NetworkLink::BeginSender() {
+  if (received_.size() == 1 || !received_.back().empty()) received_.emplace_back();
+  CrossToNextSender();
+}
+
+void NetworkLink::CrossToNextSender() {
+  while (received_.size() > 1 && received_.front().empty()) {
+    received_.pop_front();
+    OnNewPeer();
+  }
+}
+
+// So many bytes of the buffer.
+void NetworkLink::Keep(std::size_t count) {
+  received_.back().append(buffer_->data(), count);
+  receivedBytes_ += count;
 }
 
 void NetworkLink::DropPeer() {
@@ -223,10 +284,10 @@ void NetworkLink::EndOfSending(std::error_code error) {
 
 void NetworkLink::Take() {
   for (int takes = 0; takes < mostTakes; ++takes) {
-    if (!peer_ || received_.size() >= enoughReceived || !TakeOnce()) break;
+    if (!peer_ || receivedBytes_ >= enoughReceived || !TakeOnce()) break;
   }
   WatchWhileThereIsRoom();
-  if (!received_.empty() && OnArrival) OnArrival();
+  if (receivedBytes_ > 0) OnArrival();
 }
 
 // False when there is nothing more at present.
@@ -238,7 +299,7 @@ bool NetworkLink::TakeOnce() {
     EndOfReceiving(count < 0 ? LastError() : std::error_code());
     return false;
   }
-  received_.append(buffer_->data(), static_cast<std::size_t>(count));
+  Keep(static_cast<std::size_t>(count));
   return static_cast<std::size_t>(count) == buffer_->size();
 }
 
@@ -251,9 +312,13 @@ bool NetworkLink::TakeDatagram() {
   if (count < 0 && WouldBlock()) return false;
   if (count < 0) TellRefusal(LastError());
   if (count <= 0) return true;
-  lastSender_ = sender;
   refusalTold_ = false;
-  received_.append(buffer_->data(), static_cast<std::size_t>(count));
+  if (!IsSame(lastSender_, sender)) {
+    if (lastSender_.length != 0) BeginSender();
+    lastSender_ = sender;
+    peerName_ = sender.Text();
+  }
+  Keep(static_cast<std::size_t>(count));
   return true;
 }
 
@@ -263,12 +328,20 @@ void NetworkLink::TellRefusal(std::error_code error) {
 }
 
 void NetworkLink::WatchWhileThereIsRoom() {
-  if (readableWatch_) readableWatch_->SetEnabled(received_.size() < enoughReceived);
+  if (readableWatch_) readableWatch_->SetEnabled(receivedBytes_ < enoughReceived);
+}
+
+std::int32_t NetworkLink::GetByteRead() {
+  CrossToNextSender();
+  return static_cast<std::int32_t>(received_.front().size());
 }
 
 std::string NetworkLink::GetStringRead() {
-  std::string text = std::exchange(received_, {});
+  CrossToNextSender();
+  std::string text = std::exchange(received_.front(), {});
+  receivedBytes_ -= text.size();
   WatchWhileThereIsRoom();
+  if (receivedBytes_ > 0) OnArrival();
   return text;
 }
 
@@ -309,6 +382,7 @@ std::error_code NetworkLink::SendWaiting() {
     }
     if (sent < 0) break;
     waiting_.erase(0, static_cast<std::size_t>(sent));
+    WatchSilence();
   }
   if (waiting_.empty()) {
     writableWatch_.reset();
@@ -319,6 +393,58 @@ std::error_code NetworkLink::SendWaiting() {
   return {};
 }
 
+// Keep-alive says nothing while something is on its way, and the system itself gives up only after a quarter
+// of an hour.
+void NetworkLink::WatchSilence() {
+  if (!silenceAlarm_.IsSet()) silenceAlarm_.At(loop_.Now() + silence_);
+}
+
+void NetworkLink::PeerMayBeSilent() {
+  tcp_info info{};
+  socklen_t length = sizeof info;
+  if (!peer_ || getsockopt(peer_.Get(), IPPROTO_TCP, TCP_INFO, &info, &length) != 0) return;
+  if (Unacknowledged() == 0 && waiting_.empty()) return;
+  const Duration silent =
+      std::chrono::milliseconds(std::min(info.tcpi_last_ack_recv, info.tcpi_last_data_recv));
+  // One that reads nothing answers our questions all the same: it is alive.
+  const bool owesAnswers = info.tcpi_unacked > 0 || info.tcpi_probes > 1;
+  if (owesAnswers && silent >= silence_) return PeerIsLost(SystemError(ETIMEDOUT));
+  silenceAlarm_.At(loop_.Now() + (owesAnswers ? silence_ - silent : silence_));
+}
+
+void NetworkLink::PeerIsLost(std::error_code error) {
+  unfinished_ = Unacknowledged();
+  EndOfSending(error);
+  if (peer_) return EndOfReceiving(error);
+  Tell("the peer has gone: " + error.message());
+}
+
+// The end of the stream counts as one more, once it was given.
+std::size_t NetworkLink::Unacknowledged() const {
+  int bytes = 0;
+  return ioctl(peer_.Get(), SIOCOUTQ, &bytes) == 0 ? static_cast<std::size_t>(bytes) : 0;
+}
+
+void NetworkLink::Finish(Instant deadline) {
+  const std::uint64_t opening = openings_;
+  const auto over = [&] { return opening != openings_ || !peer_; };
+  if (udp_ || over() || peerGone_) return;
+  loop_.WaitUntil([&] { return over() || waiting_.empty(); }, deadline);
+  if (over()) return;
+  if (waiting_.empty()) shutdown(peer_.Get(), SHUT_WR);
+  const std::size_t end = waiting_.empty() ? 1 : 0;
+  while (!over() && Unacknowledged() > 0 && loop_.Now() < deadline) {
+    loop_.WaitUntil(over, std::min(deadline, loop_.Now() + acknowledgementPause));
+  }
+  if (over()) return;
+  unfinished_ = Unacknowledged();
+  unfinished_ -= std::min(unfinished_, end);
+  // A close with unread data would tell the peer that all is void, and it might throw away what it has.
+  for (int takes = 0; takes < mostTakes; ++takes) {
+    if (recv(peer_.Get(), buffer_->data(), buffer_->size(), 0) <= 0) break;
+  }
+}
+
 void NetworkLink::TellQueue() {
   const std::size_t total = waitingTotal_;
   if (waiting_.empty()) waitingTotal_ = 0;
@@ -326,7 +452,10 @@ void NetworkLink::TellQueue() {
 }
 
 void NetworkLink::DropWaiting() {
+  silenceAlarm_.Cancel();
+  const std::size_t lost = waiting_.size() + std::exchange(unfinished_, 0);
   waiting_.clear();
+  if (lost > 0) OnLost(lost);
   TellQueue();
 }
 

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,25 +29,39 @@ struct NetworkChoice {
   bool listen = false;  // the server role: wait for the peer on this port
   std::string host;     // name or address of the peer; the client role only
   std::string port;     // a number from 1 to 65535, read as Val does
+  std::string bind{};   // the local address to listen at, as digits; empty for all; the server role only
+
+  bool operator==(const NetworkChoice&) const = default;
 };
+
+// Whether data can pass.
+enum class Passage { Closed, WaitsForPeer, Open, PeerGone };
 
 class NetworkLink {
  public:
-  explicit NetworkLink(EventLoop& loop);
+  // How long a TCP peer may be silent while it owes us acknowledgements.
+  static constexpr Duration longestSilence = std::chrono::seconds(30);
+
+  explicit NetworkLink(EventLoop& loop, Duration silence = longestSilence);
   ~NetworkLink();
 
   // Bytes wait to be taken. Must only wake somebody.
   Hook<void()> OnArrival;
 
-  // What happened to the connection, in plain words.
+  // What happened to the connection, in plain words; its state has changed, perhaps.
   Hook<void(std::string_view)> OnEvent;
 
   // TCP: so many of the bytes that had to wait for the peer have been taken by now, out of all since none
   // waited; also at the end, when both are the same. What is dropped with the peer counts as taken here.
   Hook<void(std::size_t taken, std::size_t total)> OnQueue;
 
-  // Another TCP peer has taken the place of the one before: what is being assembled is not its.
+  // What GetStringRead returns from now on is of another sender than what it returned before: a TCP peer that
+  // has taken the place of one, or the sender of another datagram. Called once the old one's bytes have all
+  // been taken.
   Hook<void()> OnNewPeer;
+
+  // So many bytes that Send accepted will never reach the peer.
+  Hook<void(std::size_t bytes)> OnLost;
 
   // False, and closed, when it could not be opened, was cancelled or closed meanwhile. A client yields while
   // the name is looked up and the connection is made, 30 s at most.
@@ -57,15 +72,26 @@ class NetworkLink {
   // it is never called once the opening was cancelled or closed.
   void OpenInBackground(const NetworkChoice& choice, std::function<void(bool opened)> over);
   void Cancel();
+
+  // Before a close on purpose: gives a TCP peer what waits for it, and then the end of the stream. Yields
+  // until it has acknowledged all of it, or the instant has passed.
+  void Finish(Instant deadline);
+
+  // Tells OnLost what is left.
   void Close();
+
+  Passage State() const;
+
+  // Who is at the other end, or was last: "127.0.0.1:4001"; empty when nobody is known.
+  const std::string& PeerName() const { return peerName_; }
 
   // A client whose peer went away. The link is still open, but nothing can be sent. A server still answers
   // a peer that has only ended its own sending.
   bool PeerGone() const { return peerGone_; }
 
-  // What was received and not taken, and its taking. Once 1024 characters wait, the rest stays with the
-  // system until they are taken.
-  std::int32_t GetByteRead() const { return static_cast<std::int32_t>(received_.size()); }
+  // What was received and not taken, and its taking, one sender's at a time: when another's waits, OnArrival
+  // is called again. Once 1024 characters wait, the rest stays with the system until they are taken.
+  std::int32_t GetByteRead();
   std::string GetStringRead();
 
   // UDP: one datagram, in the server role to the sender of the last one that came. TCP: what the peer does
@@ -77,12 +103,20 @@ class NetworkLink {
   std::size_t Unsent() const { return waiting_.size(); }
 
  private:
-  bool Listen(int port);
+  bool Listen(int port, const std::string& address);
   std::optional<bool> Begin(const NetworkChoice& choice, std::function<void()> connected);
   bool TakeConnection();
   void DiscardPending();
   void AcceptPeer();
   void SetPeer(Socket socket);
+  void ReadToTheEnd();
+  void BeginSender();
+  void CrossToNextSender();
+  void Keep(std::size_t count);
+  std::size_t Unacknowledged() const;
+  void WatchSilence();
+  void PeerMayBeSilent();
+  void PeerIsLost(std::error_code error);
   void EndOfReceiving(std::error_code error);
   void EndOfSending(std::error_code error);
   void DropPeer();
@@ -115,10 +149,15 @@ class NetworkLink {
   std::unique_ptr<Watch> readableWatch_;  // none once the peer has ended its sending
   std::unique_ptr<Watch> writableWatch_;  // while something waits to be sent
   SocketAddress lastSender_;              // UDP server: where answers go
-  std::string received_;
-  std::string waiting_;           // TCP: not yet taken by the system
-  std::size_t waitingTotal_ = 0;  // with what was taken of it since it began to wait
-  std::error_code sendError_;     // TCP: why nothing more goes out, while the rest is still being received
+  std::string peerName_;
+  std::deque<std::string> received_{1};  // by sender; the first is the one whose bytes are being taken
+  std::size_t receivedBytes_ = 0;        // of all of them
+  std::string waiting_;                  // TCP: not yet taken by the system
+  std::size_t waitingTotal_ = 0;         // with what was taken of it since it began to wait
+  std::size_t unfinished_ = 0;           // TCP: sent, and not acknowledged when Finish's time was over
+  const Duration silence_;
+  Alarm silenceAlarm_;         // TCP: while something is not acknowledged
+  std::error_code sendError_;  // TCP: why nothing more goes out, while the rest is still being received
   std::unique_ptr<std::array<char, 65536>> buffer_;
 };
 

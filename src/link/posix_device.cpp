@@ -71,8 +71,10 @@ class PosixDevice final : public Device {
   Transfer Write(std::string_view bytes) override;
   bool WaitWritable(Instant deadline) override;
   void WaitSent(Instant deadline) override;
+  std::size_t Unsent() const override;
   ModemStatus Modem() override;
   std::error_code SetLine(OutputLine line, bool asserted) override;
+  std::optional<LineErrors> Errors() override;
   std::uint32_t TakeErrorFlags() override;
   std::error_code Close() override;
 
@@ -97,7 +99,8 @@ class PosixDevice final : public Device {
   bool flowControl_ = false;
   Duration characterTime_{};
   Instant lineFree_{};  // when what was written can have left the line at the earliest
-  std::optional<serial_icounter_struct> counts_;
+  std::optional<serial_icounter_struct> counts_;        // when the flags were last taken
+  const std::optional<serial_icounter_struct> before_;  // the opening
 };
 
 constexpr ssize_t wholeRead = 2048;
@@ -107,7 +110,8 @@ PosixDevice::PosixDevice(EventLoop& loop, int descriptor, std::function<void()> 
       descriptor_(descriptor),
       arrived_(std::move(arrived)),
       pseudoTerminal_(IsPseudoTerminal(descriptor)),
-      counts_(CountedErrors(descriptor)) {
+      counts_(CountedErrors(descriptor)),
+      before_(counts_) {
   readableWatch_ = loop.WatchReadable(descriptor, [this] {
     Fill();
     arrived_();
@@ -226,10 +230,15 @@ void PosixDevice::WaitSent(Instant deadline) {
 bool PosixDevice::AllSent() const {
   if (Over()) return true;
   if (loop_.Now() < lineFree_) return false;
-  int pending = 0;
-  if (!Control(descriptor_, TIOCOUTQ, &pending) && pending > 0) return false;
+  if (Unsent() > 0) return false;
   int state = 0;
   return Control(descriptor_, TIOCSERGETLSR, &state) || (state & TIOCSER_TEMT) != 0;
+}
+
+std::size_t PosixDevice::Unsent() const {
+  int pending = 0;
+  if (Over() || Control(descriptor_, TIOCOUTQ, &pending)) return 0;
+  return static_cast<std::size_t>(std::max(pending, 0));
 }
 
 ModemStatus PosixDevice::Modem() {
@@ -253,6 +262,19 @@ std::error_code PosixDevice::SetLine(OutputLine line, bool asserted) {
   if (line == OutputLine::Break) return Control(descriptor_, asserted ? TIOCSBRK : TIOCCBRK);
   const int bit = line == OutputLine::Dtr ? TIOCM_DTR : TIOCM_RTS;
   return Control(descriptor_, asserted ? TIOCMBIS : TIOCMBIC, &bit);
+}
+
+std::optional<LineErrors> PosixDevice::Errors() {
+  if (Closed() || !before_) return std::nullopt;
+  const std::optional<serial_icounter_struct> now = CountedErrors(descriptor_);
+  if (!now) return std::nullopt;
+  // The driver's counts are signed and may wrap.
+  const auto since = [&](int serial_icounter_struct::*count) {
+    return std::uint64_t{static_cast<unsigned>(*now.*count) - static_cast<unsigned>(*before_.*count)};
+  };
+  return LineErrors{since(&serial_icounter_struct::parity), since(&serial_icounter_struct::frame),
+                    since(&serial_icounter_struct::overrun) + since(&serial_icounter_struct::buf_overrun),
+                    since(&serial_icounter_struct::brk)};
 }
 
 std::uint32_t PosixDevice::TakeErrorFlags() {

@@ -184,7 +184,7 @@ void FrmMain::WireNetwork() {
     if (!modules_->link.Network().PeerGone() || !controls.connection.chkReconnect.Checked()) return;
     surroundings_.loop.Post([this, reason = std::string(text)] { modules_->connection.LinkLost(reason); });
   };
-  network.OnNewPeer = [this] { modules_->receive.ForgetArrivals(); };
+  modules_->link.Hooks.newPeer = [this] { modules_->receive.ForgetArrivals(); };
 }
 
 void FrmMain::WireExchange() {

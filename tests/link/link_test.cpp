@@ -342,6 +342,93 @@ TEST_F(LinkRig, AWriteThatWaitsTellsHowFarItHasComeAndWhenTheLinkIsFree) {
   EXPECT_EQ(told, "1/11 4/11 7/11 10/11 11/11 free ") << "at once, then at most every 250 ms, and at its end";
 }
 
+TEST_F(LinkRig, ACloseOnPurposeWaitsForWhatTheLinkHasTaken) {
+  struct Case {
+    const char* name;
+    std::size_t held;      // back by the driver for ever
+    Duration closesAfter;  // somebody loses patience
+    Duration takes;
+    std::size_t lost;
+  };
+  std::size_t lost = 0;
+  std::string late;
+  link.Hooks.lost = [&](std::size_t bytes) { lost += bytes; };
+  for (const Case& row : std::vector<Case>{{"sent in time", 0, 1h, 4'000'000us, 0},
+                                           {"held back", 7, 1h, 2s + 7 * 1'250us, 7},
+                                           {"given up", 7, 300ms, 300ms, 7}}) {
+    SCOPED_TRACE(row.name);
+    lost = 0;
+    late.clear();
+    Open();
+    port.HoldBack(row.held);
+    port.SendingTakes(row.held > 0 ? 0ms : 1ms);
+    Send(std::string(4'000, 'x'));
+    const Instant start = loop.Now();
+    loop.Outside(100ms, [&] { link.Send("late", [&](const SendOutcome& end) { late = InWords(end); }); });
+    loop.Outside(row.closesAfter, [&] { link.CommClose(); });
+    link.Finish();
+    link.CommClose();
+    EXPECT_EQ(loop.Now() - start, row.takes);
+    EXPECT_EQ(lost, row.lost);
+    EXPECT_EQ(late, "cancelled 0 of late\n");
+    loop.Pass(2h);
+  }
+}
+
+TEST_F(LinkRig, WhatArrivesWhileAWriteWaitsCanBeShown) {
+  std::string shown;
+  link.Hooks.arrivedWhileWriting = [&] { shown += Receive(); };
+  Open();
+  port.BlockWrites();
+  loop.Outside(10ms, [&] { port.Receive("12.5 kg\r\n"); });
+  loop.Outside(20ms, [&] {
+    EXPECT_EQ(shown, "12.5 kg\r\n");
+    port.UnblockWrites();
+  });
+  Send("READ");
+  port.Receive("12.6 kg\r\n");
+  EXPECT_EQ(shown, "12.5 kg\r\n") << "what comes at other times is taken by the ticks";
+}
+
+TEST_F(LinkRig, LineErrorsAreCountedOverAllPortsAndAskedForOnlyWhileDataCome) {
+  std::string told;
+  link.Hooks.lineErrors = [&] { told += InWords(link.Errors()) + "; "; };
+  port.CountLineErrors({5, 5, 5, 5});  // before the opening: not ours
+  Open();
+  for (int i = 0; i < 100; ++i) {
+    if (i == 50) port.CountLineErrors({0, 2, 0, 0});
+    port.Receive("x");
+    loop.Pass(10ms);
+  }
+  port.CountLineErrors({1, 0, 0, 1});
+  port.Receive("x");
+  loop.Pass(1s);
+  EXPECT_EQ(told, "2 framing; 1 parity, 2 framing, 1 break; ");
+  EXPECT_LE(port.ErrorQueries(), 8);
+  const int before = port.ErrorQueries();
+  loop.Pass(1h);
+  EXPECT_EQ(port.ErrorQueries(), before);
+  link.CommClose();
+  Open();
+  port.CountLineErrors({0, 0, 3, 0});
+  port.Receive("x");
+  link.CommClose();
+  EXPECT_EQ(InWords(link.Errors()), "1 parity, 2 framing, 3 overrun, 1 break");
+}
+
+TEST_F(LinkRig, AnotherOpeningOfTheSameLinkKeepsItsSettings) {
+  controls.chkRTS.SetChecked(true);
+  Open();
+  const LinkTarget before = link.Target();
+  link.CommClose();
+  controls.chkRTS.SetChecked(false);
+  link.OpenInBackground(before, [] {});
+  EXPECT_TRUE(link.CommIsOpen());
+  EXPECT_TRUE(port.Settings().ctsFlow);
+  EXPECT_EQ(link.CommOpen("COM2", "300,n,8,1"), -1) << "in use";
+  EXPECT_EQ(link.Target(), before);
+}
+
 TEST_F(LinkRig, AnUnpluggedDeviceIsToldOnce) {
   int told = 0;
   link.OnError = [&] { ++told; };
@@ -421,7 +508,7 @@ TEST_F(LinkRig, AScriptThatFailsInASendHoldsNoLaterOneUp) {
 
 TEST_F(LinkRig, NetDoesNotOpenYetAndClosesWhatIsOpen) {
   Open();
-  EXPECT_EQ(link.CommOpen("NET", ""), 0);
+  EXPECT_EQ(link.CommOpen("net", ""), 0) << "in any case";
   EXPECT_FALSE(link.CommIsOpen());
   EXPECT_FALSE(port.IsOpen());
   EXPECT_TRUE(State().CommNetMode);

@@ -4,7 +4,9 @@
 
 #include <arpa/inet.h>
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
 #include <linux/sockios.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -250,17 +252,150 @@ TEST_F(NetworkRig, ALackOfDescriptorsIsOutlived) {
   EXPECT_TRUE(Until([&] { return server.newPeers == 1; }));
 }
 
-TEST_F(NetworkRig, ANewPeerReplacesTheOldOneAndInheritsNothing) {
+TEST_F(NetworkRig, ANewPeerReplacesTheOldOneWhoseBytesAreHandedOutFirst) {
+  ASSERT_TRUE(Serve());
+  Socket old = RawPeer();
+  ASSERT_TRUE(Until([&] { return server.newPeers == 1; }));
+  const std::string lines(100'000, 'x');
+  ASSERT_EQ(send(old.Get(), lines.data(), lines.size(), 0), 100'000);
+  const Socket next = RawPeer();
+  send(next.Get(), "READ", 4, 0);
+  ASSERT_TRUE(
+      Until([&] { return server.LastEvent().ends_with("has connected") && server.events.size() == 3; }));
+  EXPECT_TRUE(Gets(server, lines));
+  EXPECT_EQ(server.newPeers, 1) << "not before the old one's last byte has been taken";
+  EXPECT_TRUE(Gets(server, lines + "READ"));
+  EXPECT_EQ(server.newPeers, 2);
+  EXPECT_EQ(Waiting(old), "(nothing)");
+}
+
+TEST_F(NetworkRig, DatagramsOfTwoSendersAreNeverJoined) {
+  ASSERT_TRUE(Serve(true));
+  const Socket one = RawPeer(SOCK_DGRAM);
+  const Socket two = RawPeer(SOCK_DGRAM);
+  send(one.Get(), "12.", 3, 0);
+  send(one.Get(), "5", 1, 0);
+  send(two.Get(), "7\r\n", 3, 0);
+  std::string got;
+  server.link.OnNewPeer = nullptr;
+  server.link.OnNewPeer = [&] { got += "|"; };
+  EXPECT_TRUE(Until([&] {
+    while (server.link.GetByteRead() > 0) got += server.link.GetStringRead() + ".";
+    return got.ends_with("7\r\n.");
+  }));
+  EXPECT_EQ(got.substr(got.find('|')), "|7\r\n.") << got;
+}
+
+TEST_F(NetworkRig, AServerListensWhereItIsTold) {
+  struct Row {
+    const char* bind;
+    const char* words;
+    const char* reaches;
+    const char* misses;
+  };
+  for (const Row& row : std::vector<Row>{{"", "all addresses", "127.0.0.2", nullptr},
+                                         {" 127.0.0.1", "127.0.0.1", "127.0.0.1", "127.0.0.2"},
+                                         {"::1", "::1", "::1", "127.0.0.1"}}) {
+    SCOPED_TRACE(row.bind);
+    ASSERT_TRUE(server.link.Open({false, true, "", port, row.bind}));
+    EXPECT_EQ(server.LastEvent(), fmt::format("listening on {}, port {}", row.words, port));
+    EXPECT_TRUE(Connect(false, row.reaches));
+    if (row.misses != nullptr) {
+      EXPECT_FALSE(Connect(false, row.misses));
+    }
+  }
+  EXPECT_FALSE(server.link.Open({true, true, "", port, "weigh-bridge"}));
+  EXPECT_EQ(server.LastEvent(), "weigh-bridge: no numeric address to listen at");
+}
+
+TEST_F(NetworkRig, ADatagramReachesABroadcastAddress) {
+  ASSERT_TRUE(Serve(true));
+  ASSERT_TRUE(Connect(true, "127.255.255.255")) << client.LastEvent();
+  EXPECT_FALSE(client.link.Send("WHO?"));
+  EXPECT_TRUE(Gets(server, "WHO?"));
+}
+
+TEST_F(NetworkRig, ItsStateTellsWhetherDataCanPass) {
+  EXPECT_EQ(server.link.State(), Passage::Closed);
+  ASSERT_TRUE(Serve());
+  EXPECT_EQ(server.link.State(), Passage::WaitsForPeer);
+  ASSERT_TRUE(Connect());
+  ASSERT_TRUE(Until([&] { return server.link.State() == Passage::Open; }));
+  EXPECT_EQ(client.link.State(), Passage::Open);
+  EXPECT_EQ(client.link.PeerName(), "127.0.0.1:" + port);
+  client.link.Close();
+  EXPECT_TRUE(Until([&] { return server.link.State() == Passage::WaitsForPeer; }));
+  ASSERT_TRUE(Connect());
+  server.link.Close();
+  EXPECT_TRUE(Until([&] { return client.link.State() == Passage::PeerGone; }));
+  ASSERT_TRUE(server.link.Open({true, true, "", port}));
+  EXPECT_EQ(server.link.State(), Passage::Open);
+}
+
+// A peer in silence: its system throws away every segment that comes, as if the cable had been pulled.
+void PullCable(const Socket& peer) {
+  sock_filter nothing{BPF_RET | BPF_K, 0, 0, 0};
+  const sock_fprog program{1, &nothing};
+  ASSERT_EQ(setsockopt(peer.Get(), SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program), 0);
+}
+
+TEST_F(NetworkRig, APulledCableIsNoticedUnderLoadAndAPeerThatDoesNotReadIsNotLost) {
+  for (const bool pulled : {true, false}) {
+    SCOPED_TRACE(pulled ? "pulled" : "not read");
+    std::string last;
+    std::size_t lost = 0;
+    NetworkLink link(loop, 300ms);
+    link.OnEvent = [&](std::string_view words) { last = words; };
+    link.OnLost = [&](std::size_t bytes) { lost = bytes; };
+    ASSERT_TRUE(link.Open({false, true, "", port}));
+    const Socket peer = RawPeer();
+    ASSERT_TRUE(Until([&] { return link.State() == Passage::Open; }));
+    loop.Pass(400ms);  // silence without a debt is none
+    if (pulled) PullCable(peer);
+    const std::string piece(64 * 1024, 'x');
+    do {
+      ASSERT_FALSE(link.Send(piece));
+      loop.Pass(0ms);
+    } while (!pulled && link.Unsent() == 0);
+    if (pulled) {
+      EXPECT_TRUE(Until([&] { return last == "the peer has gone: Connection timed out"; })) << last;
+      EXPECT_EQ(lost, piece.size());
+    } else {
+      loop.Pass(900ms);
+      EXPECT_EQ(link.State(), Passage::Open) << last;
+    }
+  }
+}
+
+TEST_F(NetworkRig, ACloseOnPurposeGivesThePeerEverything) {
   Pair();
-  client.link.Send("half of a requ");
-  ASSERT_TRUE(Until([&] { return server.link.GetByteRead() > 0; }));
-  End other(loop);
-  ASSERT_TRUE(other.link.Open({false, false, "127.0.0.1", port}));
-  ASSERT_TRUE(Until([&] { return server.newPeers == 2; }));
-  EXPECT_EQ(server.link.GetByteRead(), 0);
-  EXPECT_TRUE(Until([&] { return client.link.PeerGone(); }));
-  other.link.Send("READ");
-  EXPECT_TRUE(Gets(server, "READ"));
+  std::size_t lost = 0;
+  client.link.OnLost = [&](std::size_t bytes) { lost += bytes; };
+  const std::string text(900'000, 'x');
+  ASSERT_FALSE(server.link.Send("unread by the client"));
+  ASSERT_FALSE(client.link.Send(text));
+  std::size_t got = 0;
+  server.link.OnArrival = [&] { got += server.link.GetStringRead().size(); };
+  client.link.Finish(loop.Now() + 5s);
+  client.link.Close();
+  EXPECT_TRUE(Until([&] { return !server.LastEvent().ends_with("has connected"); }));
+  EXPECT_EQ(server.LastEvent(), "the peer has closed the connection");
+  EXPECT_EQ(got, text.size());
+  EXPECT_EQ(lost, 0U);
+}
+
+TEST_F(NetworkRig, WhatAPeerDoesNotTakeIsToldAsLost) {
+  ASSERT_TRUE(Serve());
+  const Socket peer = RawPeer();
+  ASSERT_TRUE(Until([&] { return server.newPeers == 1; }));
+  PullCable(peer);
+  std::size_t lost = 0;
+  server.link.OnLost = [&](std::size_t bytes) { lost += bytes; };
+  const std::string text(1'000'000, 'x');
+  ASSERT_FALSE(server.link.Send(text));
+  server.link.Finish(loop.Now() + 50ms);
+  server.link.Close();
+  EXPECT_EQ(lost, text.size());
 }
 
 TEST_F(NetworkRig, AThousandConnectsLeaveNothingBehind) {
@@ -314,7 +449,7 @@ struct FailureCase {
 
 TEST_F(NetworkRig, WhatCannotBeOpenedSaysWhy) {
   ASSERT_TRUE(Serve());
-  const std::string in = "port " + port + ": Address already in use";
+  const std::string in = "all addresses, port " + port + ": Address already in use";
   const std::string nobody = FreePort();
   const Socket sixOnly = Socket::Make(AF_INET6, SOCK_STREAM);
   const std::string half = FreePort();
@@ -322,7 +457,7 @@ TEST_F(NetworkRig, WhatCannotBeOpenedSaysWhy) {
   const SocketAddress any = SocketAddress::Any(AF_INET6, std::stoi(half));
   ASSERT_EQ(bind(sixOnly.Get(), any.Pointer(), any.length), 0);
   ASSERT_EQ(listen(sixOnly.Get(), 1), 0);
-  const std::string halfIn = "port " + half + ": Address already in use";
+  const std::string halfIn = "all addresses, port " + half + ": Address already in use";
   for (const FailureCase& row : std::vector<FailureCase>{
            {{false, false, "127.0.0.1", nobody}, "no connection: Connection refused"},
            {{false, true, "", port}, in.c_str()},
@@ -359,7 +494,7 @@ TEST_F(NetworkRig, AnOpeningThatWaitsEndsWithoutTouchingItsSuccessor) {
     const Instant start = loop.Now();
     EXPECT_FALSE(Connect());
     EXPECT_LT(loop.Now() - start, 30s);
-    EXPECT_EQ(client.LastEvent(), anew ? "listening on port " + other : "cancelled");
+    EXPECT_EQ(client.LastEvent(), anew ? "listening on all addresses, port " + other : "cancelled");
     close(pipeEnds[0]);
     close(pipeEnds[1]);
   }

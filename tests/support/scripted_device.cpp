@@ -61,8 +61,21 @@ class ScriptedDevice::Handle : public Device {
   }
 
   void WaitSent(Instant deadline) override {
-    Wait([] { return false; }, std::min(deadline, port_.lineFree_));
+    Wait([this] { return port_.held_ == 0 && port_.loop_.Now() >= port_.lineFree_; },
+         port_.held_ > 0 ? deadline : std::min(deadline, port_.lineFree_));
     if (!closed_) port_.journal_.emplace_back("sent");
+  }
+
+  std::size_t Unsent() const override {
+    if (port_.byteTime_ == Duration::zero()) return port_.held_;
+    const Duration left = std::max(port_.lineFree_ - port_.loop_.Now(), Duration::zero());
+    return static_cast<std::size_t>((left + port_.byteTime_ - Duration(1)) / port_.byteTime_);
+  }
+
+  std::optional<LineErrors> Errors() override {
+    ++port_.errorQueries_;
+    if (!port_.lineErrors_) return std::nullopt;
+    return *port_.lineErrors_ - before_;
   }
 
   ModemStatus Modem() override {
@@ -126,6 +139,7 @@ class ScriptedDevice::Handle : public Device {
   }
 
   ScriptedDevice& port_;
+  const LineErrors before_ = port_.lineErrors_.value_or(LineErrors());
   bool closed_ = false;
   int waits_ = 0;
 };

@@ -12,6 +12,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -68,6 +69,7 @@ class ScriptedDevice {
   void TakeAtMost(std::size_t bytesPerWrite) { takesAtMost_ = bytesPerWrite; }
   void BlockWrites(std::size_t afterBytes = 0) { room_ = afterBytes; }
   void UnblockWrites() { room_ = std::string::npos; }
+  void HoldBack(std::size_t bytes) { held_ = bytes; }           // in the driver; a wait for them never ends
   void SendingTakes(Duration perByte) { byteTime_ = perByte; }  // what WaitSent waits for
 
   // What goes wrong: the call fails so many times with that error, or until Mend. A close that fails
@@ -77,6 +79,9 @@ class ScriptedDevice {
   void Unplug();  // what has arrived can still be taken; then ENODEV, at an opening ENOENT
   void PlugIn() { plugged_ = true; }
   void CountLineErrors(std::uint32_t flags) { errorFlags_ |= flags; }
+  void CountLineErrors(const LineErrors& errors) {
+    lineErrors_ = lineErrors_.value_or(LineErrors()) + errors;
+  }
   void SetModemLines(std::uint16_t lines) { modemLines_ = lines; }
 
   // What the program did.
@@ -94,6 +99,7 @@ class ScriptedDevice {
   // Every call that reached the device but queries of queue, modem lines and settings, in order, in words:
   // "open", "queues 1024 1024", "purge", "timeouts", "apply", "rts on", "write AB", "sent", "rts off",
   // "close".
+  int ErrorQueries() const { return errorQueries_; }
   const std::vector<std::string>& Journal() const { return journal_; }
   void ForgetJournal() { journal_.clear(); }
 
@@ -125,6 +131,7 @@ class ScriptedDevice {
   SerialSettings settings_;
   std::uint16_t modemLines_ = 0;
   std::uint32_t errorFlags_ = 0;
+  std::optional<LineErrors> lineErrors_;  // since the port exists
   std::map<OutputLine, bool> lines_;
   std::map<DeviceCall, Failure> failures_;
 
@@ -135,6 +142,7 @@ class ScriptedDevice {
 
   std::size_t takesAtMost_ = std::string::npos;
   std::size_t room_ = std::string::npos;  // until writes block
+  std::size_t held_ = 0;
   Duration byteTime_{};
   Instant lineFree_{};
 
@@ -142,6 +150,7 @@ class ScriptedDevice {
   std::vector<Writing> writes_;
   std::vector<LineSetting> lineSettings_;
   std::vector<std::string> journal_;
+  int errorQueries_ = 0;
   int opens_ = 0;
   int closes_ = 0;
 };
