@@ -8,6 +8,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "faults/answer_changes.h"
 
 namespace quarlin {
 namespace {
@@ -51,13 +52,8 @@ std::optional<FaultRate> ReadRate(const std::vector<std::string_view>& words) {
     return every ? std::optional(FaultRate{.every = *every}) : std::nullopt;
   }
   if (words.size() != 1) return std::nullopt;
-  const std::optional<double> probability = NumberOf(words[0]);
-  if (!probability || *probability < 0 || *probability > 1) return std::nullopt;
-  return FaultRate{.probability = *probability};
-}
-
-bool IsLowerDigit(char character) {
-  return character >= 'a' && character <= 'f';
+  const std::optional<double> probability = ReadProbability(words[0]);
+  return probability ? std::optional(FaultRate{.probability = *probability}) : std::nullopt;
 }
 
 }  // namespace
@@ -75,19 +71,6 @@ std::string FaultCounts::Sum() const {
   add(delayed, "delayed");
   add(discarded, "thrown away");
   return sum;
-}
-
-// Steps by the golden ratio and mixes: each of the 2^64 states gives another number.
-double FaultChance::Fraction() {
-  std::uint64_t mixed = state_ += 0x9E3779B97F4A7C15;
-  mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9;
-  mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EB;
-  mixed ^= mixed >> 31;
-  return static_cast<double>(mixed >> 11) * 0x1p-53;
-}
-
-std::size_t FaultChance::Below(std::size_t count) {
-  return static_cast<std::size_t>(Fraction() * static_cast<double>(count));
 }
 
 bool FaultyAnswer::Has(Fault fault) const {
@@ -116,7 +99,7 @@ bool FaultPlan::ReadItem(std::string_view item) {
   }
   if (EqualsIgnoringCase(name, "seed")) {
     const auto seed = WholeNumber(words.front(), 0, 4294967295.0);
-    chance_ = FaultChance(seed.value_or(0));
+    chance_ = SmallChance(seed.value_or(0));
     return seed.has_value() && words.size() == 1;
   }
   if (!EqualsIgnoringCase(name, "delay") && !EqualsIgnoringCase(name, "jitter")) return false;
@@ -150,50 +133,15 @@ bool FaultPlan::Strikes(FaultRate& rate) {
 bool FaultPlan::Change(Fault fault, std::string& answer, std::string_view terminator) {
   switch (fault) {
     case Fault::Checksum:
-      return SpoilChecksum(answer);
+      return SpoilChecksum(answer, 2, chance_);
     case Fault::Garble:
-      return Garble(answer, terminator);
+      return Garble(answer, terminator, chance_);
     case Fault::Truncate:
-      return Truncate(answer);
+      return Truncate(answer, 0, chance_);
     case Fault::Drop:
     case Fault::Double:
       break;
   }
-  return true;
-}
-
-// The last two characters become another number of two hexadecimal digits, in the same case.
-bool FaultPlan::SpoilChecksum(std::string& answer) {
-  if (answer.size() < 2) return false;
-  const std::size_t at = answer.size() - 2;
-  const int high = HexDigitValue(answer[at]);
-  const int low = HexDigitValue(answer[at + 1]);
-  const int present = high < 0 || low < 0 ? 0 : high * 16 + low;
-  const auto other = (static_cast<std::uint32_t>(present) + 1 + chance_.Below(255)) % 256;
-  std::string digits = Hexadecimal(static_cast<std::uint32_t>(other), 2);
-  if (IsLowerDigit(answer[at]) || IsLowerDigit(answer[at + 1])) {
-    for (char& digit : digits) digit = digit >= 'A' ? static_cast<char>(digit - 'A' + 'a') : digit;
-  }
-  answer.replace(at, 2, digits);
-  return true;
-}
-
-bool FaultPlan::Garble(std::string& answer, std::string_view terminator) {
-  if (answer.empty()) return false;
-  constexpr std::string_view visible =
-      "!#$%&()*+-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz";
-  char& victim = answer[chance_.Below(answer.size())];
-  std::size_t other = chance_.Below(visible.size());
-  while (visible[other] == victim || terminator.find(visible[other]) != std::string_view::npos) {
-    other = (other + 1) % visible.size();
-  }
-  victim = visible[other];
-  return true;
-}
-
-bool FaultPlan::Truncate(std::string& answer) {
-  if (answer.empty()) return false;
-  answer.resize(answer.size() - std::min(answer.size(), 1 + chance_.Below(3)));
   return true;
 }
 

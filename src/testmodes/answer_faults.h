@@ -15,6 +15,8 @@
 #include <string_view>
 #include <vector>
 
+#include "faults/chance.h"
+
 namespace quarlin {
 
 // The faults that strike now and then, in the order in which they are tried.
@@ -32,18 +34,6 @@ struct FaultCounts {
 
   // Those that occurred, as in "3 dropped, 12 delayed"; empty when none did.
   std::string Sum() const;
-};
-
-// A repeatable source of chance, small enough for one in each entry of a long table.
-class FaultChance {
- public:
-  explicit FaultChance(std::uint64_t seed) : state_(seed) {}
-
-  double Fraction();                     // 0 up to, not including, 1
-  std::size_t Below(std::size_t count);  // 0 to `count` - 1
-
- private:
-  std::uint64_t state_;
 };
 
 // How often something happens: at each n-th request, or by chance.
@@ -80,15 +70,12 @@ class FaultPlan {
   bool ReadItem(std::string_view item);
   bool Strikes(FaultRate& rate);
   bool Change(Fault fault, std::string& answer, std::string_view terminator);
-  bool SpoilChecksum(std::string& answer);
-  bool Garble(std::string& answer, std::string_view terminator);
-  bool Truncate(std::string& answer);
   std::chrono::milliseconds Delay();
 
   std::array<FaultRate, faultKinds> rates_{};
   Pause delay_;
   Pause jitter_;
-  FaultChance chance_{1};
+  SmallChance chance_{1};
 };
 
 }  // namespace quarlin

@@ -2,27 +2,15 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <string_view>
 #include <utility>
+
+#include "faults/answer_changes.h"
 
 namespace quarlin::instrument {
 
 namespace {
 
 constexpr std::size_t mostPieces = 4;
-constexpr std::size_t mostMissing = 3;  // characters of a shortened body
-
-constexpr std::string_view hexDigits = "0123456789ABCDEF";
-constexpr std::string_view printable =
-    " !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`abcdefghijklmnopqrstuvwxyz{|}~";
-
-char OtherThan(char character, std::string_view choice, Random& random) {
-  for (;;) {
-    const char other = choice[random.Below(choice.size())];
-    if (other != character) return other;
-  }
-}
-
 Answer InOnePiece(std::string text, std::optional<Fault> fault) {
   Answer answer;
   answer.pieces.push_back(std::move(text));
@@ -35,15 +23,19 @@ Answer InOnePiece(std::string text, std::optional<Fault> fault) {
 Answer AnswerMaker::Make(std::string body) {
   const auto fault = DrawFault();
   if (!fault) return InOnePiece(Faultless(std::move(body)), fault);
+  std::string checksum = Checksum(body);
   switch (*fault) {
     case Fault::Drop:
       return {{}, fault};
     case Fault::Garble:  // the checksum stays that of the true body, so that it gives the fault away
-      return InOnePiece(Garbled(body) + Checksum(body) + settings_.end, fault);
+      Garble(body, "", random_);
+      return InOnePiece(body + checksum + settings_.end, fault);
     case Fault::Short:
-      return InOnePiece(Faultless(Shortened(body)), fault);
+      Truncate(body, 1, random_);
+      return InOnePiece(Faultless(std::move(body)), fault);
     case Fault::BadChecksum:
-      return InOnePiece(body + Wrong(Checksum(body)) + settings_.end, fault);
+      SpoilChecksum(checksum, checksum.size(), random_);
+      return InOnePiece(body + checksum + settings_.end, fault);
     case Fault::Split:
       return {Split(Faultless(std::move(body))), fault};
     case Fault::Err:
@@ -69,25 +61,6 @@ std::optional<Fault> AnswerMaker::DrawFault() {
     draw -= settings_.faultRates[kind];
   }
   return std::nullopt;
-}
-
-std::string AnswerMaker::Garbled(std::string body) {
-  char& victim = body[random_.Below(body.size())];
-  victim = OtherThan(victim, printable, random_);
-  return body;
-}
-
-std::string AnswerMaker::Shortened(const std::string& body) {
-  const std::size_t most = std::min(mostMissing, body.size() - 1);
-  return body.substr(0, body.size() - 1 - random_.Below(most));
-}
-
-// A checksum of digits keeps looking like one; a raw character must not become a terminator.
-std::string AnswerMaker::Wrong(std::string checksum) {
-  const auto choice = checksum.size() == 1 ? printable : hexDigits;
-  char& victim = checksum[random_.Below(checksum.size())];
-  victim = OtherThan(victim, choice, random_);
-  return checksum;
 }
 
 // Two to four pieces of at least one byte each.

@@ -18,8 +18,7 @@ struct Answer {
 
 class AnswerMaker {
  public:
-  explicit AnswerMaker(const Settings& settings)
-      : settings_(settings), random_(settings.seed, Chance::Faults) {}
+  explicit AnswerMaker(const Settings& settings) : settings_(settings), random_(settings.seed, Use::Faults) {}
 
   // The answer of this body, which is not empty, with at most one fault.
   Answer Make(std::string body);
@@ -29,9 +28,6 @@ class AnswerMaker {
 
  private:
   std::optional<Fault> DrawFault();
-  std::string Garbled(std::string body);
-  std::string Shortened(const std::string& body);
-  std::string Wrong(std::string checksum);
   std::vector<std::string> Split(const std::string& answer);
   std::string Checksum(const std::string& body) const;
 

@@ -36,7 +36,7 @@ Instrument::Instrument(const Settings& settings, Instant start)
     : settings_(settings),
       scale_(settings.seed, start),
       maker_(settings),
-      timing_(settings.seed, Chance::Timing) {
+      timing_(settings.seed, Use::Timing) {
   if (settings.streamRate > 0) streamDue_ = start + StreamPeriod(settings.streamRate);
 }
 

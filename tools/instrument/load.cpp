@@ -29,7 +29,7 @@ Duration FromSeconds(double seconds) {
 }  // namespace
 
 Load::Load(std::uint64_t seed, Instant start)
-    : random_(seed, Chance::Load),
+    : random_(seed, Use::Load),
       start_(start),
       changed_(start),
       nextChange_(start + FromSeconds(random_.Between(shortestStay, longestStay))) {}

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "faults/chance.h"
 #include "instrument/bound_socket.h"
 
 namespace quarlin::instrument {
@@ -80,7 +81,10 @@ std::string ReadStream(std::string_view value, Options& options) {
 
 template <Fault fault>
 std::string ReadRate(std::string_view value, Options& options) {
-  return ReadNumber(value, 0.0, 1.0, options.settings.RateOf(fault));
+  const auto rate = ReadProbability(value);
+  if (!rate) return "must be a number from 0 to 1";
+  options.settings.RateOf(fault) = *rate;
+  return {};
 }
 
 std::string ReadChecksum(std::string_view value, Options& options) {

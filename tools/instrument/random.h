@@ -1,30 +1,23 @@
-// A seeded source of chance. Its numbers depend on the seed alone, also with another standard library,
-// whose distributions may differ while the engine may not.
+// The instrument's chance, which is seeded.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <random>
+
+#include "faults/chance.h"
 
 namespace quarlin::instrument {
 
 // Each use has a chance of its own, so that the faults of a seed depend neither on when the requests come
 // nor on how far the answers are delayed.
-enum class Chance : std::uint64_t { Faults, Load, Timing };
+enum class Use : std::uint64_t { Faults, Load, Timing };
 
-class Random {
+// On an engine of the standard library: its numbers, unlike those of the distributions, are laid down.
+class Random final : public Chance {
  public:
-  Random(std::uint64_t seed, Chance use) : engine_(seed * 4 + static_cast<std::uint64_t>(use)) {}
+  Random(std::uint64_t seed, Use use) : engine_(seed * 4 + static_cast<std::uint64_t>(use)) {}
 
-  // 0 up to, not including, 1.
-  double Fraction() { return static_cast<double>(engine_() >> 11) * 0x1p-53; }
-
-  double Between(double low, double high) { return low + (high - low) * Fraction(); }
-
-  // 0 to `count` - 1; `count` is not 0.
-  std::size_t Below(std::size_t count) {
-    return static_cast<std::size_t>(Fraction() * static_cast<double>(count));
-  }
+  double Fraction() override { return FractionOf(engine_()); }
 
  private:
   std::mt19937_64 engine_;
