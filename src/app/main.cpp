@@ -83,7 +83,7 @@ int EndingSignals() {
 std::unique_ptr<Watch> EndOnSignal(QtLoop& loop, int endings, FrmMain& frm) {
   return loop.WatchReadable(endings, [endings, &frm] {
     signalfd_siginfo information;
-    while (read(endings, &information, sizeof information) > 0) frm.Unload();
+    while (read(endings, &information, sizeof information) > 0) frm.Unload(EndCause::Signal);
   });
 }
 
@@ -94,6 +94,12 @@ void Finish(StandardStream& output, std::string_view report, StandardStream& err
   const std::uint64_t lost = output.LostLines();
   const std::string words = lost == 0 ? "" : fmt::format("quarlin: {} lines were not printed\n", lost);
   errors.Finish(words, deadline, endings);
+}
+
+// Why the exit status is not 0.
+void PrintReason(const FrmMain& frm, StandardStream& errors) {
+  const std::string reason = frm.Ending().reason;
+  if (!reason.empty()) errors.Write("quarlin: " + Utf8FromBytes(reason) + "\n");
 }
 
 int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int endings) {
@@ -114,8 +120,7 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
     status = loop.Run();
     frm.controls.display.txtric.OnAppend = nullptr;
   }
-  const std::string note = frm.controls.status.lblStatusNote.Caption();
-  if (status == 2) errors.Write("quarlin: the link could not be opened: " + Utf8FromBytes(note) + "\n");
+  PrintReason(frm, errors);
   std::string report;
   for (const std::string& line : SplitLines(frm.ReportText())) report += Utf8FromBytes(line) + "\n";
   Finish(output, report, errors, loop.Now() + longestFarewell, endings);
@@ -136,6 +141,7 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endin
   window.show();
   loop.Post([&] { frm.Load(arguments.commandLine); });
   const int status = loop.Run();
+  PrintReason(frm, errors);
   errors.Finish("", loop.Now() + longestFarewell, endings);
   return status;
 }

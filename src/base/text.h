@@ -38,6 +38,9 @@ std::string BytesFromFileText(std::string_view content);
 // `most` bytes the beginning and "...".
 std::string CodedText(std::string_view text, std::size_t most);
 
+// Each line end, of one or two characters, becomes one blank.
+std::string OnOneLine(std::string_view text);
+
 // Splits at CR LF, LF and CR; the last line needs no end. An empty text has no lines.
 std::vector<std::string> SplitLines(std::string_view text);
 

@@ -60,7 +60,7 @@ void RunRecord::Begin() {
 
 void RunRecord::End() {
   for (ExchangeRecord& exchange : exchanges_) CloseExchange(exchange);
-  ended_ = clock_.Now();
+  if (!ended_) ended_ = clock_.Now();
 }
 
 // The oldest one leaves, and lends its memory to the newest.

@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "base/text.h"
 #include "script/command_object.h"
 #include "script/script_file.h"
 #include "script/script_text.h"
@@ -17,6 +18,12 @@ constexpr std::array<std::u16string_view, 3> hookNames{u"ReceiveChar", u"Receive
 
 std::u16string_view NameOf(ScriptHook hook) {
   return hookNames[static_cast<std::size_t>(hook)];
+}
+
+// "ReceiveString, line 12: Type mismatch"
+std::string LineOf(std::u16string_view procedure, const vbs::ScriptError& error) {
+  return OnOneLine(fmt::format("{}, line {}: {}", BytesFromUtf16(procedure), error.position.line,
+                               BytesFromUtf16(error.FullDescription())));
 }
 
 }  // namespace
@@ -110,13 +117,21 @@ void ScriptHost::Offer(ScriptHook hook, std::string& text) {
 // One that had to be stopped would have to be stopped at every character that comes.
 void ScriptHost::HookFailed(ScriptHook hook, const vbs::ScriptError& error) {
   if (runner_.WasStopped()) {
-    GiveUp(error);
+    GiveUp(NameOf(hook), error);
     return;
   }
+  CountError(NameOf(hook), error);
   Label& errors = parts_.controls.lblScriptErrors;
   errors.Increment();
-  Hooks.note(fmt::format("script error {} in {}, line {}: {}", errors.Caption(), BytesFromUtf16(NameOf(hook)),
-                         error.position.line, BytesFromUtf16(error.FullDescription())));
+  Hooks.note(fmt::format("script error {} in {}", errors.Caption(), LineOf(NameOf(hook), error)));
+}
+
+void ScriptHost::CountError(std::u16string_view procedure, const vbs::ScriptError& error) {
+  ++errors_.count;
+  if (failedProcedures_.size() >= ScriptErrors::mostTexts) return;
+  if (!failedProcedures_.insert(std::u16string(procedure)).second) return;
+  errors_.first.push_back(LineOf(procedure, error));
+  Hooks.firstError(fmt::format("script error in {}", errors_.first.back()));
 }
 
 void ScriptHost::EnableScript() {
@@ -125,11 +140,13 @@ void ScriptHost::EnableScript() {
     return;
   }
   if (runner_.Loaded()) return;
+  startFailure_.clear();
   choice_.ScriptTopMost = false;
   choice_.ScriptShowCommand = false;
   if (ListScripts(parts_.folder.Path(), ".vbs").empty()) {
     constexpr std::string_view why = "no script runs: there is no *.vbs file in the program folder";
     Hooks.note(why);
+    startFailure_ = why;
     if (!ShowList) parts_.prompts.ShowMessage(why, "SCRIPT");  // nobody sees the status bar
     return;
   }
@@ -137,6 +154,9 @@ void ScriptHost::EnableScript() {
   CheckBox& box = parts_.controls.chkEnableScript;
   if (!box.Checked() || runner_.Loaded()) return;
   if (!ScriptExists()) {
+    startFailure_ = choice_.ScriptFile.empty()
+                        ? "no script was chosen"
+                        : fmt::format("the script {} is not there", choice_.ScriptFile);
     box.SetChecked(false);
     return;
   }
@@ -174,10 +194,13 @@ bool ScriptHost::Start() {
   try {
     runner_.Start(ScriptPath());
   } catch (const vbs::ScriptError& error) {
-    GiveUp(error);
+    startFailure_ = fmt::format("the script {} does not run", choice_.ScriptFile);
+    GiveUp(u"its top-level code", error);
     return false;
   }
-  return RunReported(u"InitTask") && runner_.Loaded();
+  if (RunReported(u"InitTask") && runner_.Loaded()) return true;
+  startFailure_ = fmt::format("the script {} did not get through InitTask", choice_.ScriptFile);
+  return false;
 }
 
 void ScriptHost::DisableScript() {
@@ -194,17 +217,20 @@ bool ScriptHost::RunReported(std::u16string_view procedure) {
     runner_.Run(procedure);
     return true;
   } catch (const vbs::ScriptError& error) {
-    GiveUp(error);
+    GiveUp(procedure, error);
     return false;
   }
 }
 
-void ScriptHost::ShowScriptError(const vbs::ScriptError& error) {
+// The box shows the error, so the count alone remains to be told.
+void ScriptHost::ShowScriptError(std::u16string_view procedure, const vbs::ScriptError& error) {
+  ++errors_.count;
+  if (errors_.first.size() < ScriptErrors::mostTexts) errors_.first.push_back(LineOf(procedure, error));
   parts_.prompts.MsgBox(ErrorReport(choice_.ScriptFile, error), stopIcon, defaultTitle);
 }
 
-void ScriptHost::GiveUp(const vbs::ScriptError& error) {
-  ShowScriptError(error);
+void ScriptHost::GiveUp(std::u16string_view procedure, const vbs::ScriptError& error) {
+  ShowScriptError(procedure, error);
   runner_.Stop();
   parts_.controls.chkEnableScript.SetChecked(false);
 }
@@ -227,7 +253,7 @@ void ScriptHost::EndTask() {
   try {
     if (runner_.Has(u"EndTask")) runner_.Run(u"EndTask");
   } catch (const vbs::ScriptError& error) {
-    ShowScriptError(error);
+    ShowScriptError(u"EndTask", error);
   }
   runner_.Stop();
 }

@@ -2,9 +2,12 @@
 // what goes through the link, and reports what goes wrong in it.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/hook.h"
 #include "base/program_folder.h"
@@ -33,7 +36,16 @@ struct ScriptHooks {
   Hook<void(std::string text)> sendTask;  // sends the task's text, logs and shows it. Yields
   Hook<void(const std::filesystem::path& file)> edit;
   Hook<void()> focusDisplay;
-  Hook<void(std::string_view)> note;  // for the status bar
+  Hook<void(std::string_view)> note;             // for the status bar
+  Hook<void(std::string_view line)> firstError;  // of a procedure whose errors are counted and not shown
+};
+
+// What went wrong in scripts since the start of the program.
+struct ScriptErrors {
+  static constexpr std::size_t mostTexts = 20;
+
+  std::uint64_t count = 0;
+  std::vector<std::string> first;  // the first of each procedure, a line each
 };
 
 // What a script may replace.
@@ -72,6 +84,11 @@ class ScriptHost {
   void tmrTask_Timer();
   void EditScript();
 
+  const ScriptErrors& Errors() const { return errors_; }
+
+  // Why the script that was switched on last did not come so far as to run; empty when it did.
+  const std::string& StartFailure() const { return startFailure_; }
+
   // The last word of a script at the end of the program. Yields.
   void EndTask();
 
@@ -83,14 +100,18 @@ class ScriptHost {
   void ChooseScript();
   bool Start();
   bool RunReported(std::u16string_view procedure);
-  void ShowScriptError(const vbs::ScriptError& error);
-  void GiveUp(const vbs::ScriptError& error);
+  void CountError(std::u16string_view procedure, const vbs::ScriptError& error);
+  void ShowScriptError(std::u16string_view procedure, const vbs::ScriptError& error);
+  void GiveUp(std::u16string_view procedure, const vbs::ScriptError& error);
   void HookFailed(ScriptHook hook, const vbs::ScriptError& error);
   bool ScriptExists() const;
   std::filesystem::path ScriptPath() const { return parts_.folder.File(choice_.ScriptFile); }
 
   ScriptParts parts_;
   ScriptChoice choice_;
+  ScriptErrors errors_;
+  std::set<std::u16string> failedProcedures_;
+  std::string startFailure_;
   FrmScript list_;
   FrmCommand panel_;
   vbs::Ref<SerialString> charReceived_;

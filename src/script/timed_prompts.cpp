@@ -1,5 +1,10 @@
 #include "script/timed_prompts.h"
 
+#include <fmt/format.h>
+
+#include "base/text.h"
+#include "script/script_text.h"
+
 namespace quarlin {
 
 class TimedPrompts::Watch {
@@ -14,26 +19,33 @@ class TimedPrompts::Watch {
   Instant start_;
 };
 
+bool TimedPrompts::Passes(std::string_view text, std::string_view title) const {
+  if (dismissed_) OnUnshown(OnOneLine(fmt::format("{}: {}", title, text)));
+  return !dismissed_;
+}
+
 void TimedPrompts::ShowMessage(std::string_view text, std::string_view title) {
+  if (!Passes(text, title)) return;
   const Watch watch(*this);
   inner_.ShowMessage(text, title);
 }
 
 int TimedPrompts::MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) {
-  if (dismissed_) return static_cast<int>(BoxStyleOf(style).EscapeButton());
+  if (!Passes(BytesFromUtf16(text), BytesFromUtf16(title)))
+    return static_cast<int>(BoxStyleOf(style).EscapeButton());
   const Watch watch(*this);
   return inner_.MsgBox(text, style, title);
 }
 
 std::optional<std::u16string> TimedPrompts::InputBox(std::u16string_view prompt, std::u16string_view title,
                                                      std::u16string_view proposal) {
-  if (dismissed_) return std::nullopt;
+  if (!Passes(BytesFromUtf16(prompt), BytesFromUtf16(title))) return std::nullopt;
   const Watch watch(*this);
   return inner_.InputBox(prompt, title, proposal);
 }
 
 bool TimedPrompts::Confirm(std::string_view question, std::string_view title) {
-  if (dismissed_) return true;
+  if (!Passes(question, title)) return true;
   const Watch watch(*this);
   return inner_.Confirm(question, title);
 }

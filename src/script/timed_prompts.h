@@ -2,6 +2,7 @@
 // script's.
 #pragma once
 
+#include "base/hook.h"
 #include "controls/event_loop.h"
 #include "controls/prompts.h"
 
@@ -17,8 +18,11 @@ class TimedPrompts : public Prompts {
                                          std::u16string_view proposal) override;
   bool Confirm(std::string_view question, std::string_view title) override;
 
-  // Closes what is shown. What a script asks from now on is taken as closed at once, until Readmit: a
-  // script that is on the stack is to return without the user.
+  // Told of a box that is not shown any more, as one line "TITLE: TEXT".
+  Hook<void(std::string_view line)> OnUnshown;
+
+  // Closes what is shown. A box that is asked for from now on is taken as closed at once, until Readmit: what
+  // is on the stack is to return without the user.
   void Dismiss() override;
   void Readmit() { dismissed_ = false; }
 
@@ -26,6 +30,8 @@ class TimedPrompts : public Prompts {
 
  private:
   class Watch;
+
+  bool Passes(std::string_view text, std::string_view title) const;
 
   const EventLoop& loop_;
   Prompts& inner_;

@@ -4,6 +4,7 @@
 
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/text.h"
 #include "config/command_line.h"
 #include "config/config_file.h"
 #include "connect/connection.h"
@@ -90,7 +91,9 @@ struct FrmMain::Modules {
                  expander, parser, exchange, traffic, status}),
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
         script({around.loop, controls.script, around.folder, prompts, around.engines,
-                [this](std::string_view text, Color color) { traffic.Append(text, color); }}) {}
+                [this](std::string_view text, Color color) { traffic.Append(text, color); }}),
+        session({around.loop, connection, link, cycle, exchange, sequence, script, logs, prompts, status,
+                 controls.counters, around.headless}) {}
 
   StatusNote status;
   TimedPrompts prompts;
@@ -110,7 +113,8 @@ struct FrmMain::Modules {
   ErrorReports errors;
   ReceiveLoop receive;
   Dialog dialog;
-  ScriptHost script;  // ends first: a script's last code may use all of the above
+  ScriptHost script;  // ends before them: a script's last code may use all of the above
+  Session session;
 };
 
 FrmMain::FrmMain(Surroundings surroundings)
@@ -132,6 +136,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireReceive();
   WireTests();
   WireScript();
+  WireSession();
   controls.config.cmdSave[0].OnClick = [this] { SaveConfiguration(); };
   controls.config.cmdSave[1].OnClick = [this] { LoadConfiguration(); };
 }
@@ -207,8 +212,11 @@ void FrmMain::WireCycle() {
   hooks.stopWithMessage = [this](std::string_view message, std::string_view title) {
     StopWithMessage(message, title);
   };
-  hooks.starting = [this] { modules_->receive.DropBeginning(); };
-  hooks.stopped = [this](RunEnd end) { RunStopped(end); };
+  hooks.starting = [this] {
+    modules_->receive.DropBeginning();
+    modules_->session.RunBegins();
+  };
+  hooks.stopped = [this](RunEnd end) { modules_->session.RunStopped(end); };
 }
 
 void FrmMain::WireReceive() {
@@ -258,6 +266,7 @@ void FrmMain::WireScript() {
     }
   };
   hooks.focusDisplay = [this] { OnFocusDisplay(); };
+  hooks.firstError = [this](std::string_view line) { OnTrouble(line); };
   hooks.note = [this](std::string_view text) { Note(text); };
 }
 
@@ -288,7 +297,7 @@ void FrmMain::Load(std::string_view commandLine) {
   controls.receive.Timer3.SetEnabled(true);
   controls.modem.tmrLine.SetEnabled(true);
   ComputeTerminators();
-  ProcessCommandLine(commandLine);
+  modules_->session.Start(ParseCommandLine(commandLine));
 }
 
 void FrmMain::FillLists() {
@@ -299,24 +308,32 @@ void FrmMain::FillLists() {
   OfferList(controls.receive.cboParser, ReadListFile(surroundings_.folder.File("Parser.txt")));
 }
 
-void FrmMain::ProcessCommandLine(std::string_view text) {
-  const CommandLine words = ParseCommandLine(text);
-  exitWhenDone_ = words.exit;  // known before the run begins, which may fail at once
-  if (words.load) {
-    LoadConfiguration();
-    modules_->connection.cmdOpen_Click();
-  }
+void FrmMain::WireSession() {
+  modules_->prompts.OnUnshown = [this](std::string_view line) { OnTrouble(line); };
+  SessionHooks& hooks = modules_->session.Hooks;
+  hooks.loadConfiguration = [this] { return LoadConfiguration(); };
+  hooks.settingTrouble = [this] { return SettingTrouble(); };
+  hooks.switchModes = [this](const CommandLine& words) { SwitchModes(words); };
+  hooks.closeWindow = [this] { CloseWindow(); };
+  hooks.complain = [this](std::string_view line) { Trouble(line); };
+}
+
+void FrmMain::SwitchModes(const CommandLine& words) {
   if (words.dialog) controls.receive.chkDialog.SetChecked(true);
   if (words.log) controls.display.chkLog.SetChecked(true);
   if (words.logPar) controls.display.chkLogPar.SetChecked(true);
   if (words.sequence) controls.cycle.chkSequence.SetChecked(true);
-  if (words.run) {
-    if (!modules_->link.CommIsOpen()) modules_->connection.cmdOpen_Click();
-    modules_->cycle.Command1_Click();
+}
+
+// A text that its list does not know would check nothing, or fail at the opening without a word about where
+// it came from.
+std::string FrmMain::SettingTrouble() const {
+  for (const ComboBox* box : {&controls.receive.cboCheckSum, &controls.connection.ComboWord}) {
+    if (box->ListIndex() < 0) {
+      return fmt::format("config.cfg: {} \"{}\" is not known", box->Name(), CodedText(box->Text(), 40));
+    }
   }
-  if (!words.load && !words.run) return;
-  linkFailed_ = !modules_->link.CommIsOpen();
-  if (linkFailed_ && surroundings_.headless) End();  // nobody can try again
+  return {};
 }
 
 void FrmMain::ComputeTerminators() {
@@ -328,9 +345,15 @@ void FrmMain::SaveConfiguration() {
   Note(SaveConfig(collection_, surroundings_.folder.File(configFile)).Text(configFile));
 }
 
-void FrmMain::LoadConfiguration() {
-  LoadConfig(collection_, surroundings_.folder.File(configFile));
+ConfigState FrmMain::LoadConfiguration() {
+  const auto file = surroundings_.folder.File(configFile);
+  const bool loaded = LoadConfig(collection_, file);
   ComputeTerminators();
+  if (loaded) return ConfigState::Loaded;
+  std::error_code error;
+  return std::filesystem::exists(std::filesystem::symlink_status(file, error)) || error
+             ? ConfigState::Unreadable
+             : ConfigState::Missing;
 }
 
 std::string FrmMain::ReportText() {
@@ -363,7 +386,7 @@ void FrmMain::LinkChanged() {
   controls.status.lblStatusLink.SetCaption(modules_->connection.Description());
   modules_->modem.LinkChanged();
   if (!modules_->link.CommIsOpen()) return;
-  linkFailed_ = false;
+  modules_->session.LinkOpened();
   if (!modules_->link.State.CommNetMode) modules_->status.Clear();
   modules_->cycle.MaySendAgain();
 }
@@ -372,43 +395,19 @@ void FrmMain::LinkLost() {
   if (modules_->link.State.DeviceGone) modules_->connection.LinkLost(modules_->link.State.CommLastErrorText);
 }
 
-void FrmMain::RunStopped(RunEnd end) {
-  if (!exitWhenDone_ || ending_) return;
-  if (end == RunEnd::Completed) {
-    End();
-  } else if (surroundings_.headless) {
-    runFailed_ = true;
-    End();
-  }
-}
-
 void FrmMain::SignalError(int kind) {
   modules_->errors.SignalError(kind);
 }
 
 void FrmMain::StopWithMessage(std::string_view message, std::string_view title) {
-  modules_->connection.StopWithMessage(message, title);
+  modules_->session.StopWithMessage(message, title);
 }
 
-void FrmMain::Unload() {
-  End();
+void FrmMain::Unload(EndCause cause) {
+  modules_->session.RequestEnd(cause);
 }
 
-void FrmMain::End() {
-  if (std::exchange(ending_, true)) {
-    surroundings_.prompts.Dismiss();  // a script's last words
-    return;
-  }
-  modules_->link.GiveUpWaiting();  // what is on the stack must return first
-  modules_->prompts.Dismiss();
-  modules_->script.CloseList();
-  modules_->connection.CancelWaits();
-  surroundings_.loop.Post([this] { CloseDown(); });
-}
-
-void FrmMain::CloseDown() {
-  modules_->cycle.ShowElapsed();
-  modules_->prompts.Readmit();
+void FrmMain::CloseWindow() {
   modules_->script.Panel().SetVisible(false);
   controls.run.Command1.SetCaption("Stop");
   modules_->script.EndTask();
@@ -416,22 +415,15 @@ void FrmMain::CloseDown() {
                        &controls.receive.tmrric, &controls.modem.tmrLine, &controls.script.tmrTask}) {
     timer->SetEnabled(false);
   }
-  modules_->link.CommClose();
-  modules_->logs.Flush();
-  if (const std::string missing = modules_->logs.Missing(); !missing.empty()) Trouble(missing);
-  surroundings_.loop.Quit(ExitStatus());
 }
 
-int FrmMain::ExitStatus() const {
-  if (linkFailed_) return 2;
-  const bool failed =
-      runFailed_ || controls.counters.lblerror.Integer() > 0 || !modules_->logs.Missing().empty();
-  return failed ? 1 : 0;
+EndVerdict FrmMain::Ending() const {
+  return modules_->session.Verdict();
 }
 
-void FrmMain::Trouble(std::string_view text) {
-  Note(text);
-  OnTrouble(text);
+void FrmMain::Trouble(std::string_view line) {
+  Note(line);
+  OnTrouble(line);
 }
 
 void FrmMain::Note(std::string_view text) {

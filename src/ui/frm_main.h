@@ -27,6 +27,7 @@
 #include "receive/receive_controls.h"
 #include "script/script_controls.h"
 #include "script/script_engine.h"
+#include "session/session.h"
 #include "testmodes/test_controls.h"
 #include "transmit/cycle.h"
 #include "transmit/cycle_controls.h"
@@ -84,9 +85,8 @@ class FrmMain {
   // Start-up: fills the lists, then does what the command line (arguments joined by blanks) says.
   void Load(std::string_view commandLine);
 
-  // The user closed the window, or a signal came: stops the run, flushes the logs, closes the link and
-  // ends the loop. Done once every handler on the stack has returned.
-  void Unload();
+  // The user closed the window, or a signal came: see Session::RequestEnd.
+  void Unload(EndCause cause = EndCause::WindowClosed);
 
   const std::string& Caption() const { return caption_; }  // "Quarlin Ver.01.00.00  ..."
   void SetCaption(std::string_view caption);
@@ -95,18 +95,17 @@ class FrmMain {
   // The text of Report.txt as it would be written now.
   std::string ReportText();
 
-  // 0 without errors, 1 with some or, without a window, after a run that was stopped, 2 when the link
-  // could not be opened.
-  int ExitStatus() const;
+  // The exit status as things stand, and why it is not 0.
+  EndVerdict Ending() const;
 
   StatusNote& Status();
 
   // Told when the received-text display is to have the keyboard.
   Hook<void()> OnFocusDisplay;
 
-  // Told what is for standard error beside the status bar, which the end leaves nobody to read: that a log
-  // cannot be written, can be again, or lacks something; that a fault of the dialog cannot be read.
-  Hook<void(std::string_view text)> OnTrouble;
+  // Told, a line each, what somebody without a window must know: trouble with the logs, errors of scripts,
+  // boxes that nobody sees any more.
+  Hook<void(std::string_view line)> OnTrouble;
 
   // A cycle is running.
   bool Running() const;
@@ -123,7 +122,6 @@ class FrmMain {
   struct Modules;
 
   void FillLists();
-  void ProcessCommandLine(std::string_view commandLine);
   void WireLink();
   void WireNetwork();
   void WireExchange();
@@ -131,16 +129,17 @@ class FrmMain {
   void WireReceive();
   void WireTests();
   void WireScript();
+  void WireSession();
+  void SwitchModes(const CommandLine& words);
+  std::string SettingTrouble() const;
+  void CloseWindow();
   void SaveConfiguration();
-  void LoadConfiguration();
+  ConfigState LoadConfiguration();
   void ComputeTerminators();
   void cmdReport_Click();
   void cmdEditDialog_Click();
   void LinkChanged();
   void LinkLost();
-  void RunStopped(RunEnd end);
-  void End();
-  void CloseDown();
   void Trouble(std::string_view text);
   void Note(std::string_view text);
 
@@ -148,10 +147,6 @@ class FrmMain {
   ControlCollection collection_;
   std::string caption_;
   std::unique_ptr<Modules> modules_;
-  bool exitWhenDone_ = false;  // "EXIT": the end of a limited run ends the program
-  bool linkFailed_ = false;    // the link that the command line asked for could not be opened
-  bool runFailed_ = false;     // a run was stopped before its end
-  bool ending_ = false;
 };
 
 }  // namespace quarlin

@@ -11,16 +11,6 @@ namespace {
 constexpr Duration longestDelay = std::chrono::milliseconds(50);
 constexpr std::size_t printSize = 64 * 1024;
 
-// Each line end, one or two characters, becomes one blank.
-std::string OnOneLine(std::string_view text) {
-  std::string line;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
-    line += text[i] == '\r' || text[i] == '\n' ? ' ' : text[i];
-  }
-  return line;
-}
-
 }  // namespace
 
 void HeadlessPrompts::PrintBox(std::string_view text, std::string_view title) {

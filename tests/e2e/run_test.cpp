@@ -200,7 +200,8 @@ TEST_F(RealProgram, AMessageIsOneLineOnStandardError) {
   Program& program = Start({"LOAD", "RUN", "EXIT"});
   wire.Serve([](std::string_view) { return "12.5 kg\r\n"; }, [&] { return !program.Running(); });
   EXPECT_EQ(program.Wait(), 1);
-  EXPECT_EQ(program.Errors(), "ERROR STRING: STRING LENGTH NOT EQUAL\n");
+  EXPECT_EQ(program.Errors(), "ERROR STRING: STRING LENGTH NOT EQUAL\n"
+            "quarlin: stopped: ERROR STRING: STRING LENGTH NOT EQUAL; 1 error\n");
 }
 
 TEST_F(RealProgram, AScriptAppendsChecksumsAndReplacesAnswers) {

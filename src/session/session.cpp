@@ -1,0 +1,147 @@
+#include "session/session.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "base/text.h"
+
+namespace quarlin {
+
+void Session::Start(const CommandLine& words) {
+  words_ = words;  // known before the run begins, which may fail at once
+  SetUp();
+  if (EndsAfterSetUp()) return;
+  if (words.load) Connect();
+  Hooks.switchModes(words);
+  if (words.run) {
+    if (!parts_.link.CommIsOpen()) Connect();
+    parts_.cycle.Command1_Click();
+  }
+  if (!linkFailure_.empty() && parts_.headless) RequestEnd(EndCause::Done);
+}
+
+void Session::SetUp() {
+  if (words_.load) LoadConfiguration();
+  if (setUpFailure_.empty() && words_.sequence) {
+    parts_.sequence.Restart();
+    if (parts_.sequence.Empty()) setUpFailure_ = "SEQUENCE: sequence.txt has no line to send";
+  }
+  if (setUpFailure_.empty()) return;
+  fate_ = RunFate::SetUpFailed;
+  parts_.status.Say(setUpFailure_);
+}
+
+void Session::LoadConfiguration() {
+  switch (Hooks.loadConfiguration()) {
+    case ConfigState::Missing:
+      Hooks.complain("there is no config.cfg in the program folder; nothing was loaded");
+      if (parts_.headless && words_.run && words_.exit) setUpFailure_ = "LOAD: there is no config.cfg";
+      return;
+    case ConfigState::Unreadable:
+      setUpFailure_ = "LOAD: config.cfg cannot be read";
+      return;
+    case ConfigState::Loaded:
+      break;
+  }
+  setUpFailure_ = parts_.script.StartFailure();
+  if (setUpFailure_.empty()) setUpFailure_ = Hooks.settingTrouble();
+}
+
+bool Session::EndsAfterSetUp() {
+  const bool ends = parts_.headless && !setUpFailure_.empty();
+  if (ends) RequestEnd(EndCause::Done);
+  return ends;
+}
+
+void Session::Connect() {
+  parts_.connection.cmdOpen_Click();
+  if (parts_.link.CommIsOpen() || parts_.status.Messages().empty()) return;
+  linkFailure_ = parts_.status.Messages().back().text;
+}
+
+void Session::RunBegins() {
+  cutShort_.clear();
+  fate_ = RunFate::Going;
+}
+
+void Session::RunStopped(RunEnd end) {
+  if (fate_ == RunFate::Going) fate_ = end == RunEnd::Completed ? RunFate::Completed : RunFate::Stopped;
+  if (!words_.exit || ending_) return;
+  if (end == RunEnd::Completed) {
+    RequestEnd(EndCause::Done);
+  } else if (parts_.headless) {
+    CutShort(RunFate::Stopped, "the run was stopped before its end");
+    RequestEnd(EndCause::Done);
+  }
+}
+
+void Session::LinkOpened() {
+  linkFailure_.clear();
+  if (fate_ != RunFate::LinkLost) return;
+  cutShort_.clear();
+  fate_ = RunFate::Going;
+}
+
+void Session::LinkLost(std::string_view what) {
+  CutShort(RunFate::LinkLost, what);
+}
+
+void Session::StopWithMessage(std::string_view message, std::string_view title) {
+  CutShort(RunFate::Message, fmt::format("stopped: {}: {}", title, message));
+  parts_.connection.StopWithMessage(message, title);
+}
+
+// The first reason holds: the others follow from it.
+void Session::CutShort(RunFate fate, std::string_view why) {
+  if (!cutShort_.empty()) return;
+  cutShort_ = OnOneLine(why);
+  fate_ = fate;
+}
+
+void Session::RequestEnd(EndCause cause) {
+  parts_.prompts.Dismiss();
+  if (std::exchange(ending_, true)) {
+    parts_.link.GiveUpWaiting();
+    return;
+  }
+  cause_ = cause;
+  Exchange& exchange = parts_.exchange;
+  if (cause != EndCause::Done && exchange.Running() && exchange.Requests().Limited()) {
+    CutShort(RunFate::Signal, fmt::format("{} ended the run, {} requests were left",
+                                          cause == EndCause::Signal ? "a signal" : "closing the window",
+                                          exchange.Requests().RequestsLeft()));
+  }
+  parts_.link.GiveUpWaiting();  // what is on the stack must return first
+  parts_.script.CloseList();
+  parts_.connection.CancelWaits();
+  parts_.loop.Post([this] { CloseDown(); });
+}
+
+void Session::CloseDown() {
+  parts_.cycle.ShowElapsed();
+  if (cause_ != EndCause::Signal) parts_.prompts.Readmit();
+  Hooks.closeWindow();
+  parts_.exchange.EndRun(false);
+  parts_.link.CommClose();
+  parts_.logs.Flush();
+  Hooks.closed();
+  parts_.loop.Quit(Verdict().status);
+}
+
+EndVerdict Session::Verdict() const {
+  const RunSums& sums = parts_.exchange.Record().Sums();
+  EndFacts facts;
+  facts.setUpFailure = setUpFailure_;
+  facts.linkFailure = linkFailure_;
+  facts.cutShort = cutShort_;
+  facts.errors = parts_.counters.lblerror.Integer();
+  facts.notSent = parts_.counters.lblNotSent.Integer();
+  facts.scriptErrors = parts_.script.Errors().count;
+  facts.logLosses = parts_.logs.Missing();
+  facts.runAsked = words_.run;
+  facts.exchanged = sums.requests > 0 || sums.received > 0;
+  return Judge(facts);
+}
+
+}  // namespace quarlin

@@ -1,0 +1,109 @@
+// The course of one start of the program: what the command line asks for, what ends it, and with which exit
+// status.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/hook.h"
+#include "config/command_line.h"
+#include "connect/connection.h"
+#include "controls/status_note.h"
+#include "display/traffic_logs.h"
+#include "exchange/counters.h"
+#include "exchange/exchange.h"
+#include "link/link.h"
+#include "script/script_host.h"
+#include "script/timed_prompts.h"
+#include "session/end_verdict.h"
+#include "transmit/cycle.h"
+
+namespace quarlin {
+
+struct SessionParts {
+  EventLoop& loop;
+  Connection& connection;
+  Link& link;
+  Cycle& cycle;
+  Exchange& exchange;
+  SequenceFile& sequence;
+  ScriptHost& script;
+  TrafficLogs& logs;
+  TimedPrompts& prompts;
+  StatusNote& status;
+  const Counters& counters;
+  bool headless = false;  // nobody can press a button
+};
+
+enum class ConfigState { Loaded, Missing, Unreadable };
+
+struct SessionHooks {
+  Hook<ConfigState()> loadConfiguration;
+  Hook<std::string()> settingTrouble;  // what is wrong with the settings that were loaded; empty for nothing
+  Hook<void(const CommandLine& words)> switchModes;
+  Hook<void()> closeWindow;  // timers stop, secondary windows go: the last word before the link is closed
+  Hook<void()> closed;       // everything has ended; the verdict stands
+  Hook<void(std::string_view line)> complain;  // a line for somebody who sees no window
+};
+
+// What ends the program.
+enum class EndCause { Done, WindowClosed, Signal };
+
+// How the run, or the session without one, came to its end.
+enum class RunFate { Going, Completed, Stopped, Signal, Message, LinkLost, SetUpFailed };
+
+class Session {
+ public:
+  explicit Session(SessionParts parts) : parts_(parts) {}
+
+  SessionHooks Hooks;
+
+  // Does what the command line asks for. Without a window, a set-up that fails ends the program before the
+  // link is opened, and so does a link that cannot be opened, for nobody could try again.
+  void Start(const CommandLine& words);
+
+  // A run begins: what cut the one before short is past.
+  void RunBegins();
+
+  // The cycle has stopped. With "EXIT" that is the end of the program: of any that completed, and without a
+  // window of every one.
+  void RunStopped(RunEnd end);
+
+  // The link is open again, or for the first time.
+  void LinkOpened();
+
+  // The link went away by itself and is not waited for; a run that goes on now is cut short by it.
+  void LinkLost(std::string_view what);
+
+  // Disconnects and tells why, which cuts a run short. Yields.
+  void StopWithMessage(std::string_view message, std::string_view title);
+
+  // Ends the program in order, once every handler on the stack has returned. Open boxes are answered at once.
+  // After a signal, later boxes are lines on standard error; otherwise those of the script's "EndTask" are
+  // shown, and a second request dismisses them.
+  void RequestEnd(EndCause cause);
+  bool Ending() const { return ending_; }
+
+  // As things stand.
+  EndVerdict Verdict() const;
+  RunFate Fate() const { return fate_; }
+
+ private:
+  void SetUp();
+  void LoadConfiguration();
+  bool EndsAfterSetUp();
+  void Connect();
+  void CutShort(RunFate fate, std::string_view why);
+  void CloseDown();
+
+  SessionParts parts_;
+  CommandLine words_;
+  std::string setUpFailure_;
+  std::string linkFailure_;
+  std::string cutShort_;
+  RunFate fate_ = RunFate::Going;
+  bool ending_ = false;
+  EndCause cause_ = EndCause::Done;
+};
+
+}  // namespace quarlin
