@@ -13,6 +13,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "controls/controls.h"
+#include "controls/setting.h"
 
 namespace quarlin {
 namespace {
@@ -36,32 +37,11 @@ void AddField(std::string& records, std::string_view value, std::size_t size) {
   if (value.size() < size) records.append(size - value.size(), ' ');
 }
 
-// Nothing for a control that has no value to save.
-std::optional<std::string> ValueText(const Control& control) {
-  switch (control.Kind()) {
-    case ControlKind::TextBox:
-      return static_cast<const TextBox&>(control).Text();
-    case ControlKind::ComboBox:
-      return static_cast<const ComboBox&>(control).Text();
-    case ControlKind::CheckBox:
-      return PaddedDecimal(static_cast<const CheckBox&>(control).Value(), 1);
-    case ControlKind::OptionButton:
-      return static_cast<const OptionButton&>(control).Value() ? "1" : "0";
-    default:
-      return std::nullopt;
-  }
-}
-
-std::string NameWithIndex(const Control& control) {
-  const std::string name(control.Name());
-  return control.Index() ? fmt::format("{}({})", name, *control.Index()) : name;
-}
-
 // Adds the controls whose text does not fit to `cut`.
 std::string RecordsOf(const ControlCollection& controls, std::vector<std::string>& cut) {
   std::string records;
   for (const Control* control : controls.All()) {
-    const std::optional<std::string> text = ValueText(*control);
+    const std::optional<std::string> text = SettingText(*control);
     if (!text || TrimBlanks(control->Name()).empty()) continue;
     AddField(records, control->Name(), nameSize);
     AddField(records, *text, textSize);
