@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <ctime>
 
 namespace quarlin {
@@ -62,6 +63,34 @@ std::string TimeText(LocalTime time) {
 
 std::string DateTimeText(LocalTime time) {
   return DateText(time) + " " + TimeText(time);
+}
+
+std::chrono::seconds UtcOffsetAt(LocalTime time) {
+  const std::chrono::year_month_day date(floor<days>(time));
+  const std::chrono::hh_mm_ss clock(floor<seconds>(time - floor<days>(time)));
+  std::tm parts{};
+  parts.tm_year = static_cast<int>(date.year()) - 1900;
+  parts.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
+  parts.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
+  parts.tm_hour = static_cast<int>(clock.hours().count());
+  parts.tm_min = static_cast<int>(clock.minutes().count());
+  parts.tm_sec = static_cast<int>(clock.seconds().count());
+  parts.tm_isdst = -1;
+  std::mktime(&parts);  // fills in the rest
+  return seconds(parts.tm_gmtoff);
+}
+
+std::string IsoText(LocalTime time) {
+  const std::chrono::year_month_day date(floor<days>(time));
+  return fmt::format("{:04}-{:02}-{:02}T{}", static_cast<int>(date.year()),
+                     static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), TimeText(time));
+}
+
+std::string IsoText(LocalTime time, seconds utcOffset) {
+  const auto fraction = floor<std::chrono::microseconds>(time - floor<seconds>(time)).count();
+  const std::int64_t minutes = std::abs(utcOffset.count()) / 60;
+  return fmt::format("{}.{:06}{}{:02}:{:02}", IsoText(time), fraction, utcOffset.count() < 0 ? '-' : '+',
+                     minutes / 60, minutes % 60);
 }
 
 std::string ElapsedText(Duration elapsed) {

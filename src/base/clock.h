@@ -49,6 +49,14 @@ std::string DateText(LocalTime time);      // "dd/mm/yy"
 std::string TimeText(LocalTime time);      // "hh:mm:ss"
 std::string DateTimeText(LocalTime time);  // "dd/mm/yy hh:mm:ss"
 
+// How far the time of this place was ahead of UTC, by the system's rules for its time zone.
+std::chrono::seconds UtcOffsetAt(LocalTime time);
+
+// "2026-02-03T12:34:56", and the same to the microsecond with the distance to UTC behind it,
+// "2026-02-03T12:34:56.789012+01:00".
+std::string IsoText(LocalTime time);
+std::string IsoText(LocalTime time, std::chrono::seconds utcOffset);
+
 // A duration as "hh:mm:ss"; it counts on past 24 hours.
 std::string ElapsedText(Duration elapsed);
 

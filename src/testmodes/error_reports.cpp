@@ -81,20 +81,4 @@ void ErrorReports::cmdErr_Click() {
   parts_.controls.cmdErr.SetCaption(visible ? "Close" : "Open");
 }
 
-std::string ReportText(const Counters& counters, const ListBox& errors, std::string_view faults) {
-  constexpr std::string_view dashes = "---------------------------------------------------\r\n";
-  std::string text;
-  const auto section = [&](const std::string& lines) { (text += dashes) += lines; };
-  section(fmt::format("Tx :{}\r\nRx :{}\r\n", counters.lblsend.Caption(), counters.Label7.Caption()));
-  section(fmt::format("Elapsed Time :{}\r\n", counters.lbltempo.Caption()));
-  section(fmt::format("Error     : {}\r\nError Str : {}\r\nError Len : {}\r\n", counters.lblerror.Caption(),
-                      counters.lblErrStr.Caption(), counters.lblErrorLen.Caption()));
-  if (!faults.empty()) section(fmt::format("Faults on purpose : {}\r\n", faults));
-  section(fmt::format("Last {} Errors:\r\n", errors.ListCount()));
-  section("");
-  for (const ListEntry& entry : errors.List()) text += entry.text + "\r\n";
-  if (errors.ListCount() > 0) text += "\r\n";  // the list is read one past its end
-  return text;
-}
-
 }  // namespace quarlin

@@ -55,8 +55,4 @@ class ErrorReports {
   ErrorReportParts parts_;
 };
 
-// The report's text, with CR LF line ends. `faults` sums up what the dialog test made on purpose; its section
-// is left out when that is empty.
-std::string ReportText(const Counters& counters, const ListBox& errors, std::string_view faults);
-
 }  // namespace quarlin

@@ -16,6 +16,7 @@
 #include "link/link.h"
 #include "link/posix_device.h"
 #include "receive/receive_loop.h"
+#include "results/report_text.h"
 #include "script/script_host.h"
 #include "testmodes/dialog.h"
 #include "testmodes/error_reports.h"
@@ -358,7 +359,11 @@ ConfigState FrmMain::LoadConfiguration() {
 
 std::string FrmMain::ReportText() {
   modules_->cycle.ShowElapsed();
-  return quarlin::ReportText(controls.counters, controls.display.lstError, modules_->dialog.Faults.Sum());
+  RunResult result;
+  result.counters = ShownCounters(controls.counters);
+  result.errors = controls.display.lstError.List();
+  result.facts.faultsOnPurpose = modules_->dialog.Faults.Sum();
+  return quarlin::ReportText(result);
 }
 
 void FrmMain::cmdReport_Click() {

@@ -260,7 +260,9 @@ TEST_F(ReceiveRig, TheReportIsWrittenAndOpened) {
   EXPECT_EQ(FileText("Report.txt"),
             dashes + "\r\nTx :0\r\nRx :0\r\n" + dashes + "\r\nElapsed Time :00:00:00\r\n" + dashes +
                 "\r\nError     : 1\r\nError Str : 0\r\nError Len : 1\r\n" + dashes +
-                "\r\nLast 1 Errors:\r\n" + dashes + "\r\nERROR STRING LENGTH\r\n\r\n");
+                "\r\nLast 1 Errors:\r\n" + dashes + "\r\nERROR STRING LENGTH\r\n\r\n" + dashes +
+                "\r\nErrors in detail:\r\n" + dashes +
+                "\r\nERROR STRING LENGTH  21/11/26 10:00:00 7 characters instead of 3\r\n");
   EXPECT_EQ(opener.opened, Lines{"Report.txt"});
 }
 
