@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <utility>
 
 #include "base/scope_flag.h"
+#include "base/text.h"
 
 namespace quarlin {
 namespace {
@@ -18,8 +20,24 @@ constexpr std::string_view cancelCaption = "Cancel";
 constexpr std::string_view searchCaption = "Search";
 constexpr std::string_view stopSearchCaption = "Stop search";
 constexpr int lastComPort = 99;
+constexpr std::size_t mostRefusalsTold = 3;
 constexpr Duration firstPause = milliseconds(500);
 constexpr Duration longestPause = milliseconds(10'000);
+
+const FoundPort networkPort{"NET", "UDP or TCP"};
+
+// "COM1 9600,n,8,1", "TCP 127.0.0.1:4001", "TCP port 4001".
+std::string InWords(const LinkTarget& target) {
+  if (!target.IsNetwork()) return target.port + " " + target.settings;
+  const NetworkChoice& choice = target.network;
+  const std::string_view protocol = choice.udp ? "UDP" : "TCP";
+  if (!choice.listen) return fmt::format("{} {}:{}", protocol, choice.host, choice.port);
+  return fmt::format("{} {}{}port {}", protocol, choice.bind, choice.bind.empty() ? "" : " ", choice.port);
+}
+
+std::int64_t SecondsBegun(Duration time) {
+  return std::chrono::ceil<std::chrono::seconds>(std::max(time, Duration::zero())).count();
+}
 
 }  // namespace
 
@@ -30,10 +48,15 @@ Connection::Connection(EventLoop& loop, Link& link, ConnectionControls& controls
       controls_(controls),
       prompts_(prompts),
       status_(status),
-      retryAlarm_(loop, [this] { TryAgain(); }) {
+      retryAlarm_(loop, [this] { TryAgain(); }),
+      countDownAlarm_(loop, [this] { CountDown(); }) {
   controls_.cmdOpen.OnClick = [this] { cmdOpen_Click(); };
   controls_.cmdsearchcom.OnClick = [this] { cmdsearchcom_Click(); };
+  controls_.chkReconnect.Click = [this] { ReconnectClicked(); };
   link_.ChooseNetwork = [this] { return ChosenNetwork(); };
+  link_.Network().OnEvent = [this](std::string_view words) { NetworkEvent(words); };
+  link_.Hooks.progress = [this](std::size_t taken, std::size_t total) { ShowSending(taken, total); };
+  link_.Hooks.lineErrors = [this] { status_.Mention("line errors: " + InWords(link_.Errors())); };
 }
 
 std::string Connection::Settings() const {
@@ -42,23 +65,74 @@ std::string Connection::Settings() const {
 
 NetworkChoice Connection::ChosenNetwork() const {
   return {controls_.chkUDP.Checked(), controls_.chkListen.Checked(), controls_.txtIp.Text(),
-          controls_.txtPort.Text()};
+          controls_.txtPort.Text(), controls_.txtBind.Text()};
 }
 
-std::string Connection::PortAndSettings() const {
-  if (!IsNetwork()) return controls_.cboSerial.Text() + " " + Settings();
-  const std::string_view protocol = controls_.chkUDP.Checked() ? "UDP" : "TCP";
-  if (controls_.chkListen.Checked()) return fmt::format("{} port {}", protocol, controls_.txtPort.Text());
-  return fmt::format("{} {}:{}", protocol, controls_.txtIp.Text(), controls_.txtPort.Text());
+LinkTarget Connection::Chosen() const {
+  return {controls_.cboSerial.Text(), Settings(), false, ChosenNetwork()};
+}
+
+bool Connection::ControlsSay(const LinkTarget& target) const {
+  const LinkTarget chosen = Chosen();
+  if (!EqualsIgnoringCase(chosen.port, target.port)) return false;
+  return target.IsNetwork() ? chosen.network == target.network : chosen.settings == target.settings;
 }
 
 std::string Connection::Description() const {
-  if (connecting_) return "connecting to " + PortAndSettings();
-  if (waiting_ && !link_.CommIsOpen())
-    return fmt::format("waiting for {}, next try in {:.1f} s", PortAndSettings(),
-                       std::chrono::duration<double>(pause_).count());
-  if (!link_.CommIsOpen()) return "not connected";
-  return (IsNetwork() && controls_.chkListen.Checked() ? "listening on " : "connected ") + PortAndSettings();
+  if (connecting_) return "connecting to " + InWords(Chosen());
+  if (link_.CommIsOpen()) {
+    return link_.State.CommNetMode ? NetworkDescription() : "connected " + InWords(link_.Target());
+  }
+  if (!gone_) return "not connected";
+  if (!waiting_) return InWords(*gone_) + " has gone";
+  const Duration left = retryAlarm_.When().value_or(loop_.Now()) - loop_.Now();
+  return fmt::format("waiting for {}, next try in {} s", InWords(*gone_), SecondsBegun(left));
+}
+
+std::string Connection::NetworkDescription() const {
+  const NetworkLink& network = link_.Network();
+  const NetworkChoice& choice = link_.Target().network;
+  const std::string target = InWords(link_.Target());
+  switch (network.State()) {
+    case Passage::Closed:
+      return "not connected";
+    case Passage::PeerGone:
+      return "the peer has gone: " + target;
+    case Passage::WaitsForPeer:
+      return "waiting for a peer on " + target;
+    case Passage::Open:
+      break;
+  }
+  if (!choice.listen) return "connected " + target;
+  return network.PeerName().empty() ? "listening on " + target
+                                    : fmt::format("connected {} on {}", network.PeerName(), target);
+}
+
+Color Connection::LampColor() const {
+  if (connecting_ || waiting_) return colors::yellow;
+  if (!link_.CommIsOpen()) return gone_ ? colors::red : colors::darkGreen;
+  if (!link_.State.CommNetMode) return colors::green;
+  switch (link_.Network().State()) {
+    case Passage::Open:
+      return colors::green;
+    case Passage::WaitsForPeer:
+      return colors::yellow;
+    case Passage::Closed:
+    case Passage::PeerGone:
+      break;
+  }
+  return colors::red;
+}
+
+void Connection::ShowLink() {
+  if (link_.CommIsOpen() && named_ != link_.Target()) {
+    named_ = link_.Target();
+    stablePath_ = named_->path;
+    if (stablePath_.empty() && !named_->IsNetwork()) stablePath_ = Hooks.stablePath(named_->port);
+  }
+  controls_.shpLink.SetFillColor(LampColor());
+  controls_.shpLink.SetToolTipText(Description());
+  Hooks.showLink(Description());
 }
 
 void Connection::cmdOpen_Click() {
@@ -78,28 +152,42 @@ void Connection::CancelWaits() {
 
 void Connection::Connect() {
   while (Hooks.expanderBusy()) loop_.DoEvents();
+  gone_.reset();
   Open();
   SetAccess(false);
   controls_.cmdOpen.SetCaption(disconnectCaption);
   Hooks.connecting();
   if (link_.CommIsOpen()) {
-    stablePath_ = IsNetwork() ? "" : Hooks.stablePath(controls_.cboSerial.Text());
     ShowOpened();
   } else {
+    TellWhyNot();
     controls_.cboSerial.SetBackColor(colors::red);
-    Disconnect();
+    CloseAfterFailure();
   }
 }
 
 // A network connection takes its time; meanwhile the button cancels it.
 void Connection::Open() {
-  const ScopeFlag connecting(connecting_, IsNetwork());
+  const LinkTarget chosen = Chosen();
+  const ScopeFlag connecting(connecting_, chosen.IsNetwork());
   if (connecting_) {
     SetAccess(false);
     controls_.cmdOpen.SetCaption(cancelCaption);
-    Hooks.stateChanged();
+    ShowLink();
   }
-  link_.CommOpen(controls_.cboSerial.Text(), Settings());
+  link_.CommOpen(chosen.port, chosen.settings);
+}
+
+// Of a network connection its own event has told.
+void Connection::TellWhyNot() {
+  if (link_.Target().IsNetwork()) return;
+  const std::string whose = WhoseIs(link_.Target().port);
+  status_.Say(fmt::format("{}: {}{}{}", link_.State.CommLastErrorSource, link_.State.CommLastErrorText,
+                          whose.empty() ? "" : "; ", whose));
+}
+
+std::string Connection::WhoseIs(const std::string& portName) const {
+  return Hooks.whoseIsIt(portName, link_.State.CommLastError);
 }
 
 void Connection::ShowOpened() {
@@ -109,8 +197,24 @@ void Connection::ShowOpened() {
 }
 
 void Connection::Disconnect() {
-  waiting_ = false;
-  retryAlarm_.Cancel();
+  if (disconnecting_) {
+    link_.CommClose();
+    return;
+  }
+  const ScopeFlag disconnecting(disconnecting_);
+  StopWaiting();
+  gone_.reset();
+  status_.Clear();
+  status_.Runs("sending what is left; Disconnect closes at once");
+  link_.Finish();
+  status_.Runs("");
+  link_.CommClose();
+  controls_.cboSerial.SetBackColor(std::nullopt);
+  ShowClosed();
+}
+
+void Connection::CloseAfterFailure() {
+  StopWaiting();
   link_.CommClose();
   ShowClosed();
 }
@@ -123,38 +227,111 @@ void Connection::ShowClosed() {
 }
 
 void Connection::SetAccess(bool enabled) {
-  for (Control* control : std::initializer_list<Control*>{&controls_.Frame1, &controls_.Frame2,
-                                                          &controls_.txtIp, &controls_.txtPort}) {
+  for (Control* control : std::initializer_list<Control*>{
+           &controls_.Frame1, &controls_.Frame2, &controls_.txtIp, &controls_.txtPort, &controls_.txtBind}) {
     control->SetEnabled(enabled);
   }
+}
+
+void Connection::SettingsLoaded() {
+  const bool held = link_.CommIsOpen() || waiting_;
+  const LinkTarget& target = waiting_ ? *gone_ : link_.Target();
+  if (!held || ControlsSay(target)) return;
+  status_.Say(fmt::format("{} keeps its settings until the next Connect", InWords(target)));
+}
+
+// What happens while somebody waits for the outcome of her click is its answer.
+void Connection::NetworkEvent(std::string_view words) {
+  const bool gone = link_.Network().PeerGone();
+  if (connecting_ || gone) {
+    status_.Say(words);
+  } else {
+    status_.Mention(words);
+  }
+  if (!connecting_) ShowLink();
+  if (gone) loop_.Post([this, reason = std::string(words)] { PeerWent(reason); });
+}
+
+void Connection::PeerWent(std::string_view reason) {
+  if (!link_.CommIsOpen() || !link_.Network().PeerGone()) return;
+  if (controls_.chkReconnect.Checked()) {
+    LinkLost(reason);
+    return;
+  }
+  controls_.cboSerial.SetBackColor(colors::red);
+  Hooks.lost(fmt::format("{}: {}", InWords(link_.Target()), reason));
 }
 
 void Connection::LinkLost(std::string_view reason) {
   if (!link_.CommIsOpen()) return;
   controls_.cboSerial.SetBackColor(colors::red);
-  const std::string lost = fmt::format("{} has gone: {}", PortAndSettings(), reason);
-  if (!controls_.chkReconnect.Checked()) {
-    Disconnect();
+  gone_ = link_.Target();
+  gone_->path = stablePath_;
+  const std::string lost = fmt::format("{} has gone: {}", InWords(*gone_), reason);
+  if (controls_.chkReconnect.Checked()) {
     status_.Say(lost);
-    return;
+    link_.CommClose();
+    Hooks.outage(lost);
+    WaitForReturn();
+  } else {
+    Hooks.lost(lost);
+    CloseAfterFailure();
+    status_.Say(lost);
   }
-  link_.CommClose();
+}
+
+void Connection::ReconnectClicked() {
+  if (!controls_.chkReconnect.Checked() || waiting_) return;
+  if (link_.CommIsOpen() && link_.Network().PeerGone()) {
+    LinkLost("the peer has gone");
+  } else if (gone_ && !link_.CommIsOpen()) {
+    SetAccess(false);
+    controls_.cmdOpen.SetCaption(disconnectCaption);
+    Hooks.connecting();
+    WaitForReturn();
+  }
+}
+
+void Connection::WaitForReturn() {
   waiting_ = true;
   pause_ = firstPause;
-  retryAlarm_.At(loop_.Now() + pause_);
-  Hooks.outage(lost);
+  SetRetry();
   Hooks.stateChanged();
 }
 
+void Connection::SetRetry() {
+  retryAlarm_.At(loop_.Now() + pause_);
+  CountDown();
+}
+
+void Connection::StopWaiting() {
+  waiting_ = false;
+  retryAlarm_.Cancel();
+  countDownAlarm_.Cancel();
+}
+
+// Called again when the words are to be others.
+void Connection::CountDown() {
+  ShowLink();
+  if (!retryAlarm_.IsSet()) return;
+  const Duration left = *retryAlarm_.When() - loop_.Now();
+  const std::int64_t next = SecondsBegun(left) - 1;
+  if (next > 0) countDownAlarm_.At(*retryAlarm_.When() - std::chrono::seconds(next));
+}
+
 void Connection::TryAgain() {
-  LinkTarget target = link_.Target();
-  target.path = stablePath_;
-  link_.OpenInBackground(target, [this] { TriedAgain(); });
+  if (link_.CommIsOpen()) {  // a script was quicker
+    gone_.reset();
+    return StopWaiting();
+  }
+  countDownAlarm_.Cancel();
+  link_.OpenInBackground(*gone_, [this] { TriedAgain(); });
 }
 
 void Connection::TriedAgain() {
   if (link_.CommIsOpen()) {
-    waiting_ = false;
+    StopWaiting();
+    gone_.reset();
     controls_.lblReconnects.Increment();
     ShowOpened();
     status_.Say("connected again");
@@ -162,22 +339,35 @@ void Connection::TriedAgain() {
   }
   link_.CommClose();
   pause_ = std::min(pause_ * 2, longestPause);
-  retryAlarm_.At(loop_.Now() + pause_);
-  Hooks.stateChanged();
+  SetRetry();
 }
 
+void Connection::ShowSending(std::size_t taken, std::size_t total) {
+  status_.Runs(total == 0
+                   ? ""
+                   : fmt::format("sending: {} of {} bytes, waiting for {}", taken, total, link_.WaitsFor()));
+}
+
+// An open link is closed by the first probe, which fails by that: the port is probed again.
 bool Connection::Probe(const std::string& name) {
   status_.Runs("searching: " + name);
+  const bool wasOpen = link_.CommIsOpen();
   link_.CommOpen(name, Settings());
+  if (wasOpen) link_.CommOpen(name, Settings());
   const bool opened = link_.CommIsOpen();
+  if (!opened) NoteRefusal(name);
   link_.CommClose();
   loop_.DoEvents();
   return opened;
 }
 
+void Connection::NoteRefusal(const std::string& name) {
+  const std::string whose = WhoseIs(name);
+  if (!whose.empty() && refusals_.size() < mostRefusalsTold) refusals_.push_back(name + ": " + whose);
+}
+
 std::vector<FoundPort> Connection::Search() {
-  const ScopeFlag searching(searching_);
-  std::vector<FoundPort> found{{"NET", "UDP or TCP"}};
+  std::vector<FoundPort> found{networkPort};
   for (int number = 1; number <= lastComPort && !stopSearch_; ++number) {
     if (std::string name = fmt::format("COM{}", number); Probe(name)) found.push_back({std::move(name), ""});
   }
@@ -187,32 +377,52 @@ std::vector<FoundPort> Connection::Search() {
   return found;
 }
 
+void Connection::OfferPorts() {
+  std::vector<FoundPort> ports;
+  for (const std::string& name : controls_.cboSerial.List()) ports.push_back({name, ""});
+  ports.push_back(networkPort);
+  for (FoundPort& port : Hooks.systemPorts()) ports.push_back(std::move(port));
+  ShowPorts(ports);
+}
+
+void Connection::ShowPorts(const std::vector<FoundPort>& ports) {
+  std::vector<std::string> names;
+  for (const FoundPort& port : ports) names.push_back(port.name);
+  controls_.cboSerial.SetList(std::move(names));
+  for (std::size_t i = 0; i < ports.size(); ++i) {
+    controls_.cboSerial.SetItemToolTip(static_cast<int>(i), ports[i].description);
+  }
+}
+
 void Connection::cmdsearchcom_Click() {
   if (searching_ || connecting_) {
     CancelWaits();
     return;
   }
+  searching_ = true;
   stopSearch_ = false;
+  refusals_.clear();
   const bool wasOpen = link_.CommIsOpen() || waiting_;
-  waiting_ = false;
-  retryAlarm_.Cancel();
+  StopWaiting();
+  gone_.reset();
   controls_.cmdsearchcom.SetCaption(stopSearchCaption);
   controls_.Frame1.SetEnabled(false);
   const std::vector<FoundPort> found = Search();
-  std::vector<std::string> names;
-  for (const FoundPort& port : found) names.push_back(port.name);
-  controls_.cboSerial.SetList(std::move(names));
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    controls_.cboSerial.SetItemToolTip(static_cast<int>(i), found[i].description);
-  }
+  ShowPorts(found);
   controls_.cboSerial.SetListIndex(0);
   controls_.Frame1.SetEnabled(true);
   controls_.cmdsearchcom.SetCaption(searchCaption);
-  const std::size_t ports = found.size() - 1;
+  searching_ = false;
   status_.Runs("");
-  status_.Say(fmt::format("{} port{} found{}", ports, ports == 1 ? "" : "s",
-                          stopSearch_ ? " before the search was stopped" : ""));
-  if (wasOpen) ShowClosed();  // the first probe closed it
+  if (wasOpen) {  // the first probe closed it
+    controls_.cboSerial.SetBackColor(std::nullopt);
+    ShowClosed();
+  }
+  const std::size_t ports = found.size() - 1;
+  std::string words = fmt::format("{} port{} found{}", ports, ports == 1 ? "" : "s",
+                                  stopSearch_ ? " before the search was stopped" : "");
+  for (const std::string& refusal : refusals_) words += "; " + refusal;
+  status_.Say(words);
 }
 
 void Connection::StopWithMessage(std::string_view message, std::string_view title) {

@@ -2,6 +2,7 @@
 // tells the user why, and the return of a link that went away.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,13 +19,18 @@ namespace quarlin {
 // What the connection needs of the rest of the window.
 struct ConnectionHooks {
   Hook<bool()> expanderBusy;
-  Hook<void()> connecting;                   // receive and rate timers on, answer counter cleared
-  Hook<void()> disconnected;                 // those timers off, lamps dark, a running cycle stopped
-  Hook<void()> opened;                       // the link is open, for the first time or again after a loss
-  Hook<void()> stateChanged;                 // the link was opened or closed, or what it waits for changed
-  Hook<void(std::string_view line)> outage;  // the link went away and is waited for
+  Hook<void()> connecting;                     // receive and rate timers on, answer counter cleared
+  Hook<void()> disconnected;                   // those timers off, lamps dark, a running cycle stopped
+  Hook<void()> opened;                         // the link is open, for the first time or again after a loss
+  Hook<void()> stateChanged;                   // the link was opened or closed, or is waited for
+  Hook<void(std::string_view link)> showLink;  // in words, which may change each second
+  Hook<void(std::string_view line)> outage;    // the link went away and is waited for
+  Hook<void(std::string_view line)> lost;  // the link or a server's peer went away, and nobody waits for it
   Hook<std::vector<FoundPort>()> systemPorts;
   Hook<std::string(const std::string& portName)> stablePath;  // empty where there is none
+
+  // Why the system refused a port, beyond its error: whose it is; empty where nothing is known.
+  Hook<std::string(const std::string& portName, std::int32_t error)> whoseIsIt;
 };
 
 class Connection {
@@ -33,8 +39,12 @@ class Connection {
 
   ConnectionHooks Hooks;
 
+  // Adds "NET" and the system's ports to the list.
+  void OfferPorts();
+
   // Connects, or disconnects when the link is open or waited for; ends a search or a connection that is
-  // being made. A failure shows in the colour of cboSerial and stays in the link's last error. Yields.
+  // being made. A failure shows in the colour of cboSerial and in the status bar, and stays in the link's
+  // last error. Yields.
   void cmdOpen_Click();
 
   // Lists "NET", every COM port that opens with the chosen settings, and what else the system has; a
@@ -45,15 +55,25 @@ class Connection {
   void StopWithMessage(std::string_view message, std::string_view title);
 
   // The device or the peer went away by itself. With chkReconnect it is waited for and opened again, and
-  // a running cycle goes on; otherwise this disconnects and paints the port red.
+  // a running cycle goes on; otherwise this disconnects and paints the port red, and waits for it as soon as
+  // chkReconnect is checked.
   void LinkLost(std::string_view reason);
 
   // Ends whatever waits for a connection, so that the code behind it can return.
   void CancelWaits();
 
+  // Somebody wants it: what the link has accepted still goes out. A second call meanwhile closes at once.
+  // Yields.
   void Disconnect();
 
+  // The controls were set from outside. The link that is open or waited for keeps what it was opened with,
+  // and the status bar says so where that differs.
+  void SettingsLoaded();
+
   bool Searching() const { return searching_; }
+
+  // Paints shpLink and tells showLink, of a link that somebody else may have opened or closed.
+  void ShowLink();
 
   // The link in words: "connected /dev/ttyUSB0 9600,n,8,1", "not connected", "waiting for …".
   std::string Description() const;
@@ -61,17 +81,32 @@ class Connection {
  private:
   void Connect();
   void Open();
+  void TellWhyNot();
+  std::string WhoseIs(const std::string& portName) const;
   void ShowOpened();
+  void CloseAfterFailure();
   void ShowClosed();
   void SetAccess(bool enabled);
-  std::string PortAndSettings() const;
   std::string Settings() const;
   NetworkChoice ChosenNetwork() const;
+  LinkTarget Chosen() const;
+  bool ControlsSay(const LinkTarget& target) const;
+  std::string NetworkDescription() const;
+  Color LampColor() const;
   std::vector<FoundPort> Search();
   bool Probe(const std::string& name);
+  void NoteRefusal(const std::string& name);
+  void ShowPorts(const std::vector<FoundPort>& ports);
+  void NetworkEvent(std::string_view words);
+  void PeerWent(std::string_view reason);
+  void ReconnectClicked();
+  void WaitForReturn();
+  void StopWaiting();
   void TryAgain();
   void TriedAgain();
-  bool IsNetwork() const { return controls_.cboSerial.Text() == "NET"; }
+  void SetRetry();
+  void CountDown();
+  void ShowSending(std::size_t taken, std::size_t total);
 
   EventLoop& loop_;
   Link& link_;
@@ -80,11 +115,16 @@ class Connection {
   StatusNote& status_;
   bool searching_ = false;
   bool stopSearch_ = false;
+  std::vector<std::string> refusals_;  // of this search
   bool connecting_ = false;
-  bool waiting_ = false;    // for a link that went away
-  Duration pause_{};        // before the next try
-  std::string stablePath_;  // the port by its identity, whatever its number
+  bool disconnecting_ = false;
+  bool waiting_ = false;             // for a link that went away
+  std::optional<LinkTarget> gone_;   // the link that went away, and is waited for or could be
+  std::optional<LinkTarget> named_;  // the link whose stable path is known
+  std::string stablePath_;           // the port by its identity, whatever its number
+  Duration pause_{};                 // before the next try
   Alarm retryAlarm_;
+  Alarm countDownAlarm_;  // while waiting: the words change each second
 };
 
 }  // namespace quarlin

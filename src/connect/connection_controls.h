@@ -26,8 +26,10 @@ struct ConnectionControls : ControlGroup {
   CheckBox chkListen{*this, "chkListen", "Listen"};
   TextBox txtIp{*this, "txtIp", "127.0.0.1"};
   TextBox txtPort{*this, "txtPort", "4001"};
+  TextBox txtBind{*this, "txtBind"};                          // the local address to listen at; empty for all
   CheckBox chkReconnect{*this, "chkReconnect", "Reconnect"};  // waits for a link that went away
   Label lblReconnects{*this, "lblReconnects", "0"};
+  Shape shpLink{*this, "shpLink", colors::darkGreen};  // whether data can pass
   CommandButton cmdOpen{*this, "cmdOpen", "Connect"};  // outside both frames: it works while they are off
 };
 

@@ -1,5 +1,7 @@
 #include "connect/port_list.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <string_view>
 #include <system_error>
@@ -96,10 +98,17 @@ std::vector<FoundPort> ListSystemPorts(const fs::path& sysfsRoot) {
   return ports;
 }
 
+bool IsSameDevice(const std::filesystem::path& left, const std::filesystem::path& right) {
+  struct stat one {};
+  struct stat other {};
+  if (stat(left.c_str(), &one) != 0 || stat(right.c_str(), &other) != 0) return false;
+  return S_ISCHR(one.st_mode) && S_ISCHR(other.st_mode) && one.st_rdev == other.st_rdev;
+}
+
 std::string StablePath(const std::filesystem::path& device, const std::filesystem::path& linksFolder) {
   std::error_code error;
   for (const auto& link : std::filesystem::directory_iterator(linksFolder, error)) {
-    if (std::filesystem::equivalent(link.path(), device, error)) return link.path().string();
+    if (IsSameDevice(link.path(), device)) return link.path().string();
   }
   return {};
 }

@@ -20,6 +20,9 @@ struct FoundPort {
 // by trying.
 std::vector<FoundPort> ListSystemPorts(const std::filesystem::path& sysfsRoot = "/sys");
 
+// Whether both names lead to one device of the system: the same number behind two device files.
+bool IsSameDevice(const std::filesystem::path& left, const std::filesystem::path& right);
+
 // The name under which the device stays the same when its number changes, from the links that the system
 // makes by maker, product and serial number; empty when it has none.
 std::string StablePath(const std::filesystem::path& device,

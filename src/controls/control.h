@@ -28,6 +28,7 @@ inline constexpr Color black = 0;
 inline constexpr Color red = 255;
 inline constexpr Color darkRed = 128;
 inline constexpr Color green = 65280;
+inline constexpr Color yellow = 65535;
 inline constexpr Color darkGreen = 32768;
 inline constexpr Color blue = 0xFF0000;
 inline constexpr Color magenta = 0xFF00FF;

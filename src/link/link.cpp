@@ -242,7 +242,9 @@ std::shared_ptr<Device> Link::OpenDevice() const {
 }
 
 void Link::GiveUpWaiting() {
-  if (sending_) CommClose();
+  if (!sending_) return;
+  Finish();
+  CommClose();
 }
 
 std::int32_t Link::CommFlush() {
@@ -487,7 +489,7 @@ Link::Sending Link::Transmit(std::string text, bool scripted) {
   Writing writing{text.size(), openings_};
   const std::int32_t status =
       controls_.chkTerminal.Checked() ? WriteEach(text, writing) : Write(text, writing);
-  if (network_.Unsent() == 0) progress_.End(writing.taken, writing.total);
+  if (network_.Unsent() == 0) progress_.End();
   State.LastSendTime = Midnight();
   Hooks.transmitted();
   SendOutcome outcome{std::move(text), writing.taken};
@@ -538,7 +540,7 @@ void Link::TransmitQueued() {
 
 void Link::NetworkQueueChanged(std::size_t taken, std::size_t total) {
   if (taken < total) return progress_.Tell(taken, total);
-  progress_.End(taken, total);
+  progress_.End();
   TellFree();
 }
 

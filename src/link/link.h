@@ -76,7 +76,7 @@ struct LinkHooks {
   Hook<void(const SendOutcome&)> sentString;   // what became of a SendString
 
   // How far a write has come that has to wait: called when it first waits, then at most every 250 ms, and at
-  // its end, however it ends. Called during yields; must only show.
+  // its end, however it ends, with 0 of 0. Called during yields; must only show.
   Hook<void(std::size_t taken, std::size_t total)> progress;
 
   Hook<void()> free;  // Busy has become false; must only wake somebody
@@ -164,11 +164,16 @@ class Link {
   // A string is on its way to the driver, or some of one waits for a TCP peer to take it.
   bool Busy() const { return sending_ || !queued_.empty() || network_.Unsent() > 0; }
 
-  // Ends a write that waits for the driver, by closing the link; for the end of the program.
+  // Ends a write that waits for the driver, by closing the link after Finish; for the end of the program. A
+  // second call does not wait. Yields.
   void GiveUpWaiting();
 
   // "Rx only": nothing is sent by the cycle, and the receive loop leaves what arrives alone.
   bool RxOnly() const { return controls_.chkLogOnly.Checked(); }
+
+  // All of one sender's bytes have been taken, and another's wait: CommRxEmpty will tell newPeer. Whoever has
+  // not handled the first one's should do that before.
+  bool SenderChanges() const { return State.CommNetMode && network_.SenderChanges(); }
 
   // What has arrived, at most receiveSize characters; empty when nothing has. Yields; with scripting on the
   // text is the script's.

@@ -238,14 +238,13 @@ Passage NetworkLink::State() const {
   return readableWatch_ ? Passage::Open : Passage::WaitsForPeer;
 }
 
-// What comes from here on is another's. Told at once when the one before has nothing left to be taken.
+// What comes from here on is another's.
 void NetworkLink::BeginSender() {
   if (received_.size() == 1 || !received_.back().empty()) received_.emplace_back();
-  CrossToNextSender();
 }
 
 void NetworkLink::CrossToNextSender() {
-  while (received_.size() > 1 && received_.front().empty()) {
+  while (SenderChanges()) {
     received_.pop_front();
     OnNewPeer();
   }

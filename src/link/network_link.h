@@ -56,8 +56,8 @@ class NetworkLink {
   Hook<void(std::size_t taken, std::size_t total)> OnQueue;
 
   // What GetStringRead returns from now on is of another sender than what it returned before: a TCP peer that
-  // has taken the place of one, or the sender of another datagram. Called once the old one's bytes have all
-  // been taken.
+  // has taken the place of one, or the sender of another datagram. Called by GetByteRead or
+  // GetStringRead, once the old one's bytes have all been taken.
   Hook<void()> OnNewPeer;
 
   // So many bytes that Send accepted will never reach the peer.
@@ -93,6 +93,7 @@ class NetworkLink {
   // is called again. Once 1024 characters wait, the rest stays with the system until they are taken.
   std::int32_t GetByteRead();
   std::string GetStringRead();
+  bool SenderChanges() const { return received_.size() > 1 && received_.front().empty(); }
 
   // UDP: one datagram, in the server role to the sender of the last one that came. TCP: what the peer does
   // not take waits, up to 1 MiB; beyond it nothing of the text is sent and the error is ENOBUFS.

@@ -23,11 +23,11 @@ class WriteProgress {
     show_(taken, total);
   }
 
-  // It has come to an end. Shown where there was something to show before.
-  void End(std::size_t taken, std::size_t total) {
+  // It has come to an end. Shown, as nothing of nothing, where there was something to show before.
+  void End() {
     if (!shown_) return;
     shown_.reset();
-    show_(taken, total);
+    show_(0, 0);
   }
 
  private:

@@ -75,6 +75,8 @@ void ReceiveLoop::Timer3_Timer() {
 
 // True when there is more to take in another turn.
 bool ReceiveLoop::TakeFromLink() {
+  // What the sender before has sent is handled first.
+  if (parts_.link.SenderChanges() && assembler_.HasPending()) return false;
   for (std::size_t taken = 0; taken < turnLimit;) {
     if (parts_.link.CommRxEmpty()) return false;
     if (assembler_.State().RxPending.size() >= Assembler::limit) {
@@ -123,13 +125,28 @@ void ReceiveLoop::ReportTimeOut() {
   Hooks.signalError(Verdict::TimeOut, detail);
 }
 
+void ReceiveLoop::ShowPending() {
+  const std::string_view fresh = std::string_view(assembler_.State().RxPending).substr(shownPending_);
+  if (fresh.empty()) return;
+  if (shownPending_ == 0 && assembler_.State().RxBuffer.empty() && !assembler_.Discarding()) StampPause();
+  parts_.traffic.Received(fresh);
+  shownPending_ += fresh.size();
+}
+
+void ReceiveLoop::ShowArrivals() {
+  if (parts_.link.RxOnly()) return;
+  TakeFromLink();
+  ShowPending();
+  parts_.controls.tmrric.Wake();
+}
+
 // Shown and logged as it came, whatever becomes of it.
 Assembly ReceiveLoop::TakeArrival() {
   if (!assembler_.HasPending()) return Assembly::Nothing;
-  if (assembler_.State().RxBuffer.empty() && !assembler_.Discarding()) StampPause();
-  parts_.traffic.Received(assembler_.State().RxPending);
+  ShowPending();
+  shownPending_ = 0;
   const Assembly assembly = assembler_.Take();
-  if (std::exchange(heldBack_, false)) parts_.controls.Timer3.Wake();
+  if (std::exchange(heldBack_, false) || parts_.link.SenderChanges()) parts_.controls.Timer3.Wake();
   state_.RxIdleTicks = 0;
   parts_.counters.RxLamp().SetFillColor(colors::rxLamp);
   KeepLampsBright();
@@ -216,7 +233,17 @@ std::size_t ReceiveLoop::GiveUpString() {
   return length;
 }
 
+void ReceiveLoop::BeginSender() {
+  const std::size_t dropped = assembler_.State().RxBuffer.size();
+  if (dropped > 0) {
+    parts_.status.Mention(
+        fmt::format("another sender: {} bytes without terminator of the one before were dropped", dropped));
+  }
+  ForgetArrivals();
+}
+
 void ReceiveLoop::ForgetArrivals() {
+  shownPending_ = 0;
   assembler_.ClearAll();
   EndErr();
 }

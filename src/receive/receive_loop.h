@@ -82,8 +82,14 @@ class ReceiveLoop {
   // An error was signalled: the string being assembled is given up. Returns its length.
   std::size_t GiveUpString();
 
-  // What came before counts no more: at an opening of the link, with another peer.
+  // What came before counts no more: at an opening of the link.
   void ForgetArrivals();
+
+  // What comes from here on is another sender's: half a string of the one before is dropped, and said.
+  void BeginSender();
+
+  // A write waits for the driver: what arrives meanwhile is shown and logged, and handled behind the write.
+  void ShowArrivals();
 
   // The link went away: half a string is not the beginning of the next one's answer.
   void ForgetBeginning();
@@ -101,6 +107,7 @@ class ReceiveLoop {
   bool TakeFromLink();
   void CountIdleTicks();
   void ReportTimeOut();
+  void ShowPending();
   Assembly TakeArrival();
   void StampPause();
   void HandleArrival(Assembly assembly);
@@ -126,8 +133,9 @@ class ReceiveLoop {
   ReceiveState state_;
   Instant lastTick_{};
   Instant lampsUntil_{};
-  bool heldBack_ = false;      // the link has more than could be taken
-  bool releasesHeld_ = false;  // "Rx only" was cleared: what it held back came before any time-out
+  std::size_t shownPending_ = 0;  // bytes of RxPending
+  bool heldBack_ = false;         // the link has more than could be taken
+  bool releasesHeld_ = false;     // "Rx only" was cleared: what it held back came before any time-out
   Alarm lampAlarm_;
   Alarm quietAlarm_;  // while the rest of a string is thrown away
 };

@@ -123,6 +123,7 @@ void Session::CloseDown() {
   if (cause_ != EndCause::Signal) parts_.prompts.Readmit();
   Hooks.closeWindow();
   parts_.exchange.EndRun(false);
+  parts_.link.Finish();
   parts_.link.CommClose();
   parts_.logs.Flush();
   Hooks.closed();

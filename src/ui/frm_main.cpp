@@ -10,6 +10,7 @@
 #include "connect/connection.h"
 #include "connect/modem_lines.h"
 #include "connect/port_list.h"
+#include "connect/port_owner.h"
 #include "display/traffic.h"
 #include "exchange/exchange.h"
 #include "exchange/sender.h"
@@ -179,18 +180,27 @@ void FrmMain::WireLink() {
     modules_->traffic.AppendError(line, "");
     modules_->logs.Flush();
   };
+  hooks.lost = [this](std::string_view line) {
+    Lose(line);
+    modules_->session.LinkLost(line);
+    modules_->session.RunStopped(RunEnd::Stopped);
+  };
+  hooks.showLink = [this](std::string_view words) { controls.status.lblStatusLink.SetCaption(words); };
+  hooks.whoseIsIt = [](const std::string& portName, std::int32_t error) {
+    return WhoseIsIt(DevicePath(portName), error);
+  };
   hooks.systemPorts = [] { return ListSystemPorts(); };
   hooks.stablePath = [](const std::string& portName) { return StablePath(DevicePath(portName)); };
 }
 
 void FrmMain::WireNetwork() {
-  NetworkLink& network = modules_->link.Network();
-  network.OnEvent = [this](std::string_view text) {
-    Note(text);
-    if (!modules_->link.Network().PeerGone() || !controls.connection.chkReconnect.Checked()) return;
-    surroundings_.loop.Post([this, reason = std::string(text)] { modules_->connection.LinkLost(reason); });
+  LinkHooks& link = modules_->link.Hooks;
+  link.newPeer = [this] { modules_->receive.BeginSender(); };
+  link.arrivedWhileWriting = [this] { modules_->receive.ShowArrivals(); };
+  link.lost = [this](std::size_t bytes) {
+    controls.counters.lblNotSent.Increment();
+    Lose(fmt::format("{} bytes that the link had accepted were never sent", bytes));
   };
-  modules_->link.Hooks.newPeer = [this] { modules_->receive.ForgetArrivals(); };
 }
 
 void FrmMain::WireExchange() {
@@ -305,6 +315,7 @@ void FrmMain::FillLists() {
   for (ComboBox* box : {&controls.framing.Combo2, &controls.receive.Combo3, &controls.framing.Combo4}) {
     box->SetList(CharacterCodes());
   }
+  modules_->connection.OfferPorts();
   OfferList(controls.cycle.CBOSEND, ReadListFile(surroundings_.folder.File("Command.txt")));
   OfferList(controls.receive.cboParser, ReadListFile(surroundings_.folder.File("Parser.txt")));
 }
@@ -350,6 +361,7 @@ ConfigState FrmMain::LoadConfiguration() {
   const auto file = surroundings_.folder.File(configFile);
   const bool loaded = LoadConfig(collection_, file);
   ComputeTerminators();
+  modules_->connection.SettingsLoaded();
   if (loaded) return ConfigState::Loaded;
   std::error_code error;
   return std::filesystem::exists(std::filesystem::symlink_status(file, error)) || error
@@ -388,12 +400,20 @@ void FrmMain::cmdEditDialog_Click() {
 }
 
 void FrmMain::LinkChanged() {
-  controls.status.lblStatusLink.SetCaption(modules_->connection.Description());
+  modules_->connection.ShowLink();
   modules_->modem.LinkChanged();
   if (!modules_->link.CommIsOpen()) return;
   modules_->session.LinkOpened();
   if (!modules_->link.State.CommNetMode) modules_->status.Clear();
   modules_->cycle.MaySendAgain();
+}
+
+// What the link has lost stands among the errors.
+void FrmMain::Lose(std::string_view line) {
+  modules_->traffic.AppendError(line, "");
+  modules_->logs.Flush();
+  modules_->status.Say(line);
+  OnTrouble(line);
 }
 
 void FrmMain::LinkLost() {

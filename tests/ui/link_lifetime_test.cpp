@@ -89,7 +89,7 @@ TEST_F(LinkLifetimeRig, ALostLinkIsWaitedForAndTheCycleGoesOn) {
   scale.Unplug();
   Pass(1600ms);
   EXPECT_TRUE(Running());
-  EXPECT_EQ(controls().status.lblStatusLink.Caption(), "waiting for COM1 9600,n,8,1, next try in 2.0 s");
+  EXPECT_EQ(controls().status.lblStatusLink.Caption(), "waiting for COM1 9600,n,8,1, next try in 2 s");
   const std::string sent = controls().counters.lblsend.Caption();
   scale.PlugIn();
   Pass(10s);
@@ -104,8 +104,8 @@ TEST_F(LinkLifetimeRig, WhatCameBeforeALossIsKeptAndHalfAStringIsNoBeginning) {
   const std::string half = std::string(100'000, 'x') + "12.";
   controls().display.chkLog.SetChecked(true);
   for (const bool reconnect : {false, true}) {
-    controls().connection.chkReconnect.SetChecked(reconnect);
     Connect();
+    controls().connection.chkReconnect.SetChecked(reconnect);
     scale.Receive(half);
     scale.Unplug();
     controls().cycle.cmdSend.Click();  // notices it first

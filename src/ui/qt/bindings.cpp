@@ -184,7 +184,8 @@ class FrameBinding : public Binding {
   QChar mnemonic_;
 };
 
-// Tells in words, too, whether the lamp is lit; the form has the words for it.
+// Tells in words, too, whether the lamp is lit; the form has the words for it. A lamp of more than two states
+// has none there: its tool tip tells its state.
 class LampBinding : public Binding {
  public:
   LampBinding(Shape& control, Lamp& widget)
@@ -199,9 +200,9 @@ class LampBinding : public Binding {
     const QColor color = ColorOf(control_.FillColor());
     widget_.SetColor(color);
     const bool lit = std::max({color.red(), color.green(), color.blue()}) > darkest;
-    const QString& state = lit ? litText_ : darkText_;
+    const QString state = litText_.isEmpty() ? ToolTip() : lit ? litText_ : darkText_;
     if (widget_.accessibleDescription() != state) widget_.setAccessibleDescription(state);
-    const QString shown = ToolTip() + QStringLiteral("\nNow: ") + state;
+    const QString shown = litText_.isEmpty() ? ToolTip() : ToolTip() + QStringLiteral("\nNow: ") + state;
     if (widget_.toolTip() != shown) widget_.setToolTip(shown);
   }
 

@@ -1,6 +1,9 @@
 #include "ui/qt/edit_bindings.h"
 
+#include <QAbstractItemView>
+#include <QScrollBar>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 
 #include "ui/qt/widget_text.h"
 
@@ -21,6 +24,19 @@ void ShowText(QLineEdit& edit, std::string_view text) {
   }
   edit.setModified(false);
 }
+
+// A row of the list shows what its tool tip tells as well; the entry itself stays as it is.
+class DescribedRow : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const QString description = index.data(Qt::ToolTipRole).toString();
+    if (!description.isEmpty()) option->text += QStringLiteral(" \u2013 ") + description;
+  }
+};
 
 }  // namespace
 
@@ -81,16 +97,28 @@ void ComboBoxBinding::ShowValue() {
 void ComboBoxBinding::Fill() {
   const QString typed = UserTypes() ? widget_.currentText() : QString();
   const bool typing = UserTypes();
+  bool described = false;
   widget_.clear();
   for (const std::string& entry : control_.List()) {
     widget_.addItem(EditText(entry));
     const QString toolTip = ShownText(control_.ItemToolTip(widget_.count() - 1));
-    if (!toolTip.isEmpty()) widget_.setItemData(widget_.count() - 1, toolTip, Qt::ToolTipRole);
+    if (toolTip.isEmpty()) continue;
+    widget_.setItemData(widget_.count() - 1, toolTip, Qt::ToolTipRole);
+    described = true;
   }
+  if (described) ShowDescriptions();
   shownList_ = control_.ListRevision();
   if (!typing) return;
   widget_.setEditText(typed);
   widget_.lineEdit()->setModified(true);
+}
+
+void ComboBoxBinding::ShowDescriptions() {
+  QAbstractItemView& rows = *widget_.view();
+  if (dynamic_cast<DescribedRow*>(rows.itemDelegate()) == nullptr) {
+    rows.setItemDelegate(new DescribedRow(&rows));
+  }
+  rows.setMinimumWidth(rows.sizeHintForColumn(0) + rows.verticalScrollBar()->sizeHint().width());
 }
 
 }  // namespace quarlin

@@ -32,6 +32,7 @@ class ComboBoxBinding : public Binding {
  private:
   void ShowValue() override;
   void Fill();
+  void ShowDescriptions();
   bool UserTypes() const;
 
   ComboBox& control_;
