@@ -44,10 +44,12 @@ void Traffic::Append(std::string_view text, Color color) {
   controls_.txtric.Append(text, color);
 }
 
-void Traffic::AppendError(std::string_view line, std::string_view detail) {
+void Traffic::AppendError(std::string_view line, std::string_view detail, std::uint64_t number) {
   Append(fmt::format("{}\r\n", line), colors::red);
-  const std::string time = DateTimeText(loop_.Local());
-  controls_.lstError.AddItem(line, detail.empty() ? time : fmt::format("{} {}", time, detail));
+  std::string toolTip = DateTimeText(loop_.Local());
+  if (number != 0) toolTip += fmt::format(" No. {}", number);
+  if (!detail.empty()) toolTip += fmt::format("{} {}", number != 0 ? ":" : "", detail);
+  controls_.lstError.AddItem(line, toolTip);
   while (controls_.lstError.ListCount() > mostErrors) controls_.lstError.RemoveItem(0);
 }
 

@@ -2,6 +2,7 @@
 // and to the logs, errors to the display and to the error list.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "display/display_controls.h"
@@ -35,8 +36,9 @@ class Traffic {
   void Append(std::string_view text, Color color);
 
   // Adds the line in red with a line end behind it, and enters it in the error list, which keeps the last 100
-  // entries. The entry's tool tip is the date and time and then `detail`.
-  void AppendError(std::string_view line, std::string_view detail);
+  // entries. The entry's tool tip is "03/02/26 01:01:01 No. 17: DETAIL": the time, the number of the exchange
+  // in the record of its run, 0 for none, and `detail`, where there is one.
+  void AppendError(std::string_view line, std::string_view detail, std::uint64_t number = 0);
 
   void Flush() { logs_.Flush(); }
 

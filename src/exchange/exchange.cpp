@@ -44,17 +44,23 @@ void Exchange::RequestSent(std::string_view request, bool ofRun) {
   }
 }
 
-void Exchange::RequestNotSent(std::string_view request, std::string_view failure) {
+std::uint64_t Exchange::RequestNotSent(std::string_view request, std::string_view failure) {
   const std::uint64_t number = record_.AddRequest(request);
-  if (!failure.empty()) record_.Say(number, Verdict::NotSent, failure);
-  record_.Close(number);
+  if (failure.empty()) {
+    record_.CallOff(number);
+  } else {
+    record_.Say(number, Verdict::NotSent, failure);
+    record_.Close(number);
+  }
+  return number;
 }
 
-void Exchange::TextNotSent(std::string_view text, std::string_view failure) {
+std::uint64_t Exchange::TextNotSent(std::string_view text, std::string_view failure) {
   const std::uint64_t number = record_.AddOther();
   record_.SetRequest(number, text);
   record_.Say(number, Verdict::NotSent, failure);
   record_.Close(number);
+  return number;
 }
 
 // Where answers are waited for, one belongs to the request that is; else to the oldest that has none.
@@ -85,12 +91,13 @@ void Exchange::EndString() {
   if (std::exchange(runEndsAfter_, false)) record_.End();
 }
 
-void Exchange::Fault(Verdict verdict, std::string_view detail) {
+std::uint64_t Exchange::Fault(Verdict verdict, std::string_view detail) {
   std::uint64_t number = verdict == Verdict::TimeOut || handled_ == 0 ? awaited_ : handled_;
   if (number == 0) number = record_.AddOther();
   record_.Say(number, verdict, detail);
   if (number != handled_) record_.Close(number);
   ClearWait();
+  return number;
 }
 
 bool Exchange::TakeTimeOut() {

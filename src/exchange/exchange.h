@@ -63,11 +63,11 @@ class Exchange {
   void RequestSent(std::string_view request, bool ofRun);
 
   // A request did not leave, or only its beginning: nothing is waited for. Without a failure it was called
-  // off.
-  void RequestNotSent(std::string_view request, std::string_view failure);
+  // off. Returns its number in the record.
+  std::uint64_t RequestNotSent(std::string_view request, std::string_view failure);
 
-  // Any other text did not leave.
-  void TextNotSent(std::string_view text, std::string_view failure);
+  // Any other text did not leave. Returns the number under which the record tells so.
+  std::uint64_t TextNotSent(std::string_view text, std::string_view failure);
 
   // Receiving. A complete string has come, of which the first byte came at `firstByte`; until EndString, what
   // is said belongs to it. True when it is the answer to a request whose time was up.
@@ -79,8 +79,8 @@ class Exchange {
   void Accept(std::string_view parsed);
 
   // Something is wrong: with the string being handled, else with the answer that is waited for, else by
-  // itself. The wait ends.
-  void Fault(Verdict verdict, std::string_view detail);
+  // itself. The wait ends. Returns the number of the exchange in the record.
+  std::uint64_t Fault(Verdict verdict, std::string_view detail);
 
   // Takes AnswerTimedOut: true when the time-out is to be reported now.
   bool TakeTimeOut();

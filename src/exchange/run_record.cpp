@@ -144,6 +144,13 @@ void RunRecord::Close(std::uint64_t number) {
   if (ExchangeRecord* exchange = Unended(number)) CloseExchange(*exchange);
 }
 
+void RunRecord::CallOff(std::uint64_t number) {
+  ExchangeRecord* exchange = Unended(number);
+  if (exchange == nullptr) return;
+  if (exchange->hasRequest) --sums_.sent;
+  CloseExchange(*exchange);
+}
+
 void RunRecord::CloseExchange(ExchangeRecord& exchange) {
   if (exchange.ended) return;
   exchange.ended = true;

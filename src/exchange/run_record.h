@@ -130,6 +130,9 @@ class RunRecord {
   void Say(std::uint64_t number, Verdict verdict, std::string_view detail);
   void Close(std::uint64_t number);
 
+  // A request that was called off before it had left ends as open, and was not sent.
+  void CallOff(std::uint64_t number);
+
  private:
   ExchangeRecord& Add();
   ExchangeRecord* Unended(std::uint64_t number);

@@ -63,8 +63,8 @@ void Sender::Send(std::string bytes, SendKind kind, std::function<void(const Sen
 void Sender::Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
   Show(std::string_view(outcome.text).substr(0, outcome.taken), kind);
   if (RowOf(kind).request) {
-    if (outcome.end == SendEnd::Failed) ShowFailure(outcome);
-    CountRequest(outcome, kind, run);
+    const std::uint64_t number = CountRequest(outcome, kind, run);
+    if (outcome.end == SendEnd::Failed) ShowFailure(outcome, number);
   } else {
     TellFailure(outcome);
   }
@@ -84,27 +84,28 @@ void Sender::Show(std::string_view taken, SendKind kind) {
   if (row.appendsRow && parts_.framing.ChkCrLfAppTx.Checked()) parts_.traffic.AppendSentRow();
 }
 
-void Sender::CountRequest(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
+// Returns the number of a request that did not leave, 0 for any other.
+std::uint64_t Sender::CountRequest(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
   Exchange& exchange = parts_.exchange;
   const bool ofRun = kind == SendKind::Cycle;
-  if (ofRun && run != exchange.Run()) return;  // its run is over, and another has its own count
+  if (ofRun && run != exchange.Run()) return 0;  // its run is over, and another has its own count
   parts_.counters.lblsend.Increment();
-  if (outcome.end == SendEnd::Sent) {
-    exchange.RequestSent(outcome.text, ofRun);
-  } else {
-    exchange.RequestNotSent(outcome.text, outcome.end == SendEnd::Failed ? FailureDetail(outcome) : "");
+  if (outcome.end != SendEnd::Sent) {
+    return exchange.RequestNotSent(outcome.text,
+                                   outcome.end == SendEnd::Failed ? FailureDetail(outcome) : "");
   }
+  exchange.RequestSent(outcome.text, ofRun);
+  return 0;
 }
 
 void Sender::TellFailure(const SendOutcome& outcome) {
   if (outcome.end != SendEnd::Failed) return;
-  ShowFailure(outcome);
-  parts_.exchange.TextNotSent(outcome.text, FailureDetail(outcome));
+  ShowFailure(outcome, parts_.exchange.TextNotSent(outcome.text, FailureDetail(outcome)));
 }
 
-void Sender::ShowFailure(const SendOutcome& outcome) {
+void Sender::ShowFailure(const SendOutcome& outcome, std::uint64_t number) {
   parts_.counters.lblNotSent.Increment();
-  parts_.traffic.AppendError(fmt::format("NOT SENT: {}", outcome.reason), FailureDetail(outcome));
+  parts_.traffic.AppendError(fmt::format("NOT SENT: {}", outcome.reason), FailureDetail(outcome), number);
 }
 
 }  // namespace quarlin

@@ -63,8 +63,8 @@ class Sender {
  private:
   void Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run);
   void Show(std::string_view taken, SendKind kind);
-  void CountRequest(const SendOutcome& outcome, SendKind kind, std::uint32_t run);
-  void ShowFailure(const SendOutcome& outcome);
+  std::uint64_t CountRequest(const SendOutcome& outcome, SendKind kind, std::uint32_t run);
+  void ShowFailure(const SendOutcome& outcome, std::uint64_t number);
 
   SenderParts parts_;
 };

@@ -79,6 +79,7 @@ class Writer {
             {"sent", sums.sent},
             {"notSent", sums.Of(Verdict::NotSent)},
             {"received", sums.received},
+            {"accepted", sums.accepted},
             {"unsolicited", sums.Of(Verdict::Unsolicited)}};
   }
 

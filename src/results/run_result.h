@@ -23,7 +23,7 @@ enum class HowEnded {
   Signal,      // or the window was closed
   Message,     // a stop with a message
   LinkLost,    // and not waited for
-  SetUpFailed  // nothing was begun
+  SetUpFailed  // nothing was begun, also because the link could not be opened
 };
 
 // "still runs", "completed", "stopped", "signal", "message", "link lost", "set-up failed".

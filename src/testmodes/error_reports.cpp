@@ -45,11 +45,11 @@ void ErrorReports::SignalError(int kind) {
 
 void ErrorReports::SignalError(Verdict verdict, std::string_view detail) {
   Counters& counters = parts_.counters;
-  parts_.exchange.Fault(verdict, detail);  // first: what follows may end the run
-  if (verdict == Verdict::TimeOut) ShowTimeOut(detail);
+  const std::uint64_t number = parts_.exchange.Fault(verdict, detail);  // first: what follows may end the run
+  if (verdict == Verdict::TimeOut) ShowTimeOut(detail, number);
   for (const ErrorTexts& texts : errorTexts) {
     if (verdict != texts.verdict) continue;
-    parts_.traffic.AppendError(texts.line, detail);
+    parts_.traffic.AppendError(texts.line, detail, number);
     // Wrong checksums are counted with the wrong lengths.
     (verdict == Verdict::NotEqual ? counters.lblErrStr : counters.lblErrorLen).Increment();
     if (parts_.controls.chkStop.Checked()) Hooks.stopWithMessage(texts.message, texts.title);
@@ -62,9 +62,9 @@ void ErrorReports::Count() {
   parts_.counters.lblllen.SetInteger(static_cast<std::int32_t>(Hooks.giveUpString()));
 }
 
-void ErrorReports::ShowTimeOut(std::string_view detail) {
+void ErrorReports::ShowTimeOut(std::string_view detail, std::uint64_t number) {
   const std::string suffix = parts_.run.chkTimeout.Checked() ? CountTimeOut() : "";
-  parts_.traffic.AppendError(std::string(timeOutLine) + suffix, detail);
+  parts_.traffic.AppendError(std::string(timeOutLine) + suffix, detail, number);
   parts_.link.lblRxms.SetCaption(noInterval);
 }
 

@@ -1,7 +1,7 @@
 // Errors of the answer traffic: shown, counted, listed, and the run stopped where the user wants that.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "base/hook.h"
@@ -48,7 +48,7 @@ class ErrorReports {
   void cmdErr_Click();
 
  private:
-  void ShowTimeOut(std::string_view detail);
+  void ShowTimeOut(std::string_view detail, std::uint64_t number);
   void Count();
   std::string CountTimeOut();
 

@@ -30,13 +30,17 @@ TEST_F(TrafficRig, AnErrorIsShownInRedAndListedWithItsTime) {
   traffic_.Append("12.5 kg\r\n", colors::black);
   traffic_.AppendError("TIME OUT (1/3)", "sent: READ");
   traffic_.AppendError("ERROR CHECKSUM", "");
+  traffic_.AppendError("ERROR CHECKSUM", "", 17);
+  traffic_.AppendError("NOT SENT: gone", "3 of 8 bytes taken", 18);
 
-  EXPECT_EQ(Shown(), "12.5 kg\r\nTIME OUT (1/3)\r\nERROR CHECKSUM\r\n");
+  EXPECT_EQ(Shown(), "12.5 kg\r\nTIME OUT (1/3)\r\nERROR CHECKSUM\r\nERROR CHECKSUM\r\nNOT SENT: gone\r\n");
   EXPECT_EQ(controls_.txtric.Ring().Line(1).runs.at(0).color, colors::red);
-  ASSERT_EQ(controls_.lstError.ListCount(), 2);
+  ASSERT_EQ(controls_.lstError.ListCount(), 4);
   EXPECT_EQ(controls_.lstError.List()[0].text, "TIME OUT (1/3)");
   EXPECT_EQ(controls_.lstError.List()[0].toolTip, "03/02/26 01:01:01 sent: READ");
   EXPECT_EQ(controls_.lstError.List()[1].toolTip, "03/02/26 01:01:01");
+  EXPECT_EQ(controls_.lstError.List()[2].toolTip, "03/02/26 01:01:01 No. 17");
+  EXPECT_EQ(controls_.lstError.List()[3].toolTip, "03/02/26 01:01:01 No. 18: 3 of 8 bytes taken");
 }
 
 TEST_F(TrafficRig, TheErrorListKeepsTheLastHundred) {

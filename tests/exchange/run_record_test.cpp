@@ -174,6 +174,17 @@ TEST_F(RunRecordRig, LongTextsAreKeptFromTheirBeginning) {
   EXPECT_EQ(exchange.findings.back().detail.size(), RunRecord::keptBytes);
 }
 
+TEST_F(RunRecordRig, WhatWasCalledOffIsOpenAndWasNotSent) {
+  const std::uint64_t called = Send();
+  record_.CallOff(called);
+  record_.CallOff(called);
+  Send();
+  EXPECT_EQ(Sums().requests, 2U);
+  EXPECT_EQ(Sums().sent, 1U);
+  EXPECT_EQ(Sums().open, 1U);
+  EXPECT_EQ(Sums().failed, 0U);
+}
+
 // Places in the ring are used again; nothing of who was there before may shine through.
 TEST_F(RunRecordRig, TheLastTenThousandAreKeptAndOlderOnesCountAsOpen) {
   for (std::size_t i = 0; i < RunRecord::mostKept; ++i) {

@@ -86,7 +86,7 @@ TEST_F(ReportJsonRig, TellsTheRunInNumbersAndTimes) {
   const Json json = Report();
 
   EXPECT_EQ(json["sums"], Json::parse(R"({"requests": 5, "good": 1, "failed": 3, "open": 1, "unended": 0,
-      "sent": 4, "notSent": 1, "received": 2, "unsolicited": 1})"));
+      "sent": 4, "notSent": 1, "received": 2, "accepted": 0, "unsolicited": 1})"));
   EXPECT_EQ(json["verdicts"]["wrong length"], 1);
   EXPECT_EQ(json["latencyMs"]["count"], 2);
   EXPECT_EQ(json["latencyMs"]["p99.9"], 10);

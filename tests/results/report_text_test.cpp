@@ -35,14 +35,14 @@ TEST_F(ReportTextRig, WhatThereIsToSayStandsBehindTheLinesThatAreAlwaysThere) {
   facts_.faultsOnPurpose = "3 dropped";
   display_.lstError.AddItem("TIME OUT (1/3)", "03/02/26 12:00:01 No. 17");
   display_.lstError.AddItem("a script's own line", "");
-  display_.lstError.AddItem("ERROR STRING LENGTH", "03/02/26 12:00:09 No. 21 22 characters instead of 23");
+  display_.lstError.AddItem("ERROR STRING LENGTH", "03/02/26 12:00:09 No. 21: 22 characters instead of 23");
   EXPECT_EQ(ReportText(Result()),
             FixedLines("Faults on purpose : 3 dropped\r\n" + dashes + "Last 3 Errors:\r\n" + dashes) +
                 "TIME OUT (1/3)\r\na script's own line\r\nERROR STRING LENGTH\r\n\r\n" + dashes +
                 "Script errors : 4\r\nLine errors : 7 (parity 2, framing 5, overrun 0)\r\n" +
                 "LOG.TXT lacks 12 bytes\r\n" + dashes + "Errors in detail:\r\n" + dashes +
                 "TIME OUT (1/3)  03/02/26 12:00:01 No. 17\r\n" +
-                "ERROR STRING LENGTH  03/02/26 12:00:09 No. 21 22 characters instead of 23\r\n");
+                "ERROR STRING LENGTH  03/02/26 12:00:09 No. 21: 22 characters instead of 23\r\n");
 }
 
 TEST_F(ReportTextRig, ADetailLeavesWithItsEntry) {

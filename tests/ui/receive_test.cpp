@@ -262,7 +262,7 @@ TEST_F(ReceiveRig, TheReportIsWrittenAndOpened) {
                 "\r\nError     : 1\r\nError Str : 0\r\nError Len : 1\r\n" + dashes +
                 "\r\nLast 1 Errors:\r\n" + dashes + "\r\nERROR STRING LENGTH\r\n\r\n" + dashes +
                 "\r\nErrors in detail:\r\n" + dashes +
-                "\r\nERROR STRING LENGTH  21/11/26 10:00:00 7 characters instead of 3\r\n");
+                "\r\nERROR STRING LENGTH  21/11/26 10:00:00 No. 1: 7 characters instead of 3\r\n");
   EXPECT_EQ(opener.opened, Lines{"Report.txt"});
 }
 
