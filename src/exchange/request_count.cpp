@@ -1,6 +1,7 @@
 #include "exchange/request_count.h"
 
 #include "base/numbers.h"
+#include "base/scope_flag.h"
 
 namespace quarlin {
 
@@ -20,17 +21,24 @@ void RequestCount::Complete() {
 }
 
 void RequestCount::TakeOne() {
-  Show(--requestsLeft_);
+  Show(PaddedDecimal(--requestsLeft_, 1));
 }
 
-void RequestCount::Show(std::int32_t requests) {
-  showing_ = true;
-  controls_.Text1.SetText(PaddedDecimal(requests, 1));
-  showing_ = false;
+void RequestCount::Show(std::string_view text) {
+  const ScopeFlag showing(showing_);
+  controls_.Text1.SetText(text);
 }
 
 void RequestCount::TextChanged() {
   if (!showing_) completed_ = false;
+}
+
+RequestCount::Saving::Saving(RequestCount& count) : count_(count), shown_(count.controls_.Text1.Text()) {
+  count_.Show(count_.TextToSave());
+}
+
+RequestCount::Saving::~Saving() {
+  count_.Show(shown_);
 }
 
 std::string RequestCount::TextToSave() const {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "exchange/run_controls.h"
 
@@ -23,11 +24,22 @@ class RequestCount {
   std::int32_t RequestsLeft() const { return requestsLeft_; }
   void TakeOne();
 
-  // What a configuration is to hold for Text1.
+  // What a configuration is to hold for Text1; and while a Saving lives, Text1 has that text.
   std::string TextToSave() const;
+  class Saving {
+   public:
+    explicit Saving(RequestCount& count);
+    ~Saving();
+    Saving(const Saving&) = delete;
+    Saving& operator=(const Saving&) = delete;
+
+   private:
+    RequestCount& count_;
+    std::string shown_;
+  };
 
  private:
-  void Show(std::int32_t requests);
+  void Show(std::string_view text);
   void TextChanged();
 
   RunControls& controls_;

@@ -354,6 +354,7 @@ void FrmMain::ComputeTerminators() {
 }
 
 void FrmMain::SaveConfiguration() {
+  const RequestCount::Saving saving(modules_->exchange.Requests());
   Note(SaveConfig(collection_, surroundings_.folder.File(configFile)).Text(configFile));
 }
 
@@ -364,9 +365,9 @@ ConfigState FrmMain::LoadConfiguration() {
   modules_->connection.SettingsLoaded();
   if (loaded) return ConfigState::Loaded;
   std::error_code error;
-  return std::filesystem::exists(std::filesystem::symlink_status(file, error)) || error
-             ? ConfigState::Unreadable
-             : ConfigState::Missing;
+  const bool missing =
+      std::filesystem::symlink_status(file, error).type() == std::filesystem::file_type::not_found;
+  return missing ? ConfigState::Missing : ConfigState::Unreadable;
 }
 
 std::string FrmMain::ReportText() {
