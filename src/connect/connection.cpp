@@ -78,6 +78,10 @@ bool Connection::ControlsSay(const LinkTarget& target) const {
   return target.IsNetwork() ? chosen.network == target.network : chosen.settings == target.settings;
 }
 
+std::string Connection::Target() const {
+  return InWords(link_.Target().port.empty() ? Chosen() : link_.Target());
+}
+
 std::string Connection::Description() const {
   if (connecting_) return "connecting to " + InWords(Chosen());
   if (link_.CommIsOpen()) {
@@ -182,8 +186,9 @@ void Connection::Open() {
 void Connection::TellWhyNot() {
   if (link_.Target().IsNetwork()) return;
   const std::string whose = WhoseIs(link_.Target().port);
-  status_.Say(fmt::format("{}: {}{}{}", link_.State.CommLastErrorSource, link_.State.CommLastErrorText,
-                          whose.empty() ? "" : "; ", whose));
+  failure_ = fmt::format("{}: {}{}{}", link_.State.CommLastErrorSource, link_.State.CommLastErrorText,
+                         whose.empty() ? "" : "; ", whose);
+  status_.Say(failure_);
 }
 
 std::string Connection::WhoseIs(const std::string& portName) const {
@@ -243,6 +248,7 @@ void Connection::SettingsLoaded() {
 // What happens while somebody waits for the outcome of her click is its answer.
 void Connection::NetworkEvent(std::string_view words) {
   const bool gone = link_.Network().PeerGone();
+  if (connecting_) failure_ = words;
   if (connecting_ || gone) {
     status_.Say(words);
   } else {

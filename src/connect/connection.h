@@ -70,6 +70,12 @@ class Connection {
   // and the status bar says so where that differs.
   void SettingsLoaded();
 
+  // What the link leads or last led to, or would: "COM1 9600,n,8,1", "TCP 127.0.0.1:4001".
+  std::string Target() const;
+
+  // Why the last Connect failed, in words.
+  const std::string& Failure() const { return failure_; }
+
   bool Searching() const { return searching_; }
 
   // Paints shpLink and tells showLink, of a link that somebody else may have opened or closed.
@@ -115,6 +121,7 @@ class Connection {
   StatusNote& status_;
   bool searching_ = false;
   bool stopSearch_ = false;
+  std::string failure_;
   std::vector<std::string> refusals_;  // of this search
   bool connecting_ = false;
   bool disconnecting_ = false;

@@ -13,6 +13,7 @@ Exchange::Exchange(EventLoop& loop, RunControls& controls, RunRecord& record)
 void Exchange::BeginRun() {
   ++run_;
   running_ = true;
+  textsLeft_ = false;
   state_ = {};
   late_ = runEndsAfter_ = false;
   awaited_ = handled_ = errAnswer_ = 0;
@@ -22,7 +23,6 @@ void Exchange::BeginRun() {
 }
 
 void Exchange::EndRun(bool completed) {
-  ++run_;
   EndWait();
   running_ = false;
   if (completed) requests_.Complete();
@@ -32,7 +32,7 @@ void Exchange::EndRun(bool completed) {
 
 void Exchange::RequestSent(std::string_view request, bool ofRun) {
   const std::uint64_t number = record_.AddRequest(request);
-  if (!ofRun) return;
+  if (!ofRun || !running_) return;
   awaited_ = number;
   errAnswer_ = 0;
   late_ = false;
@@ -116,10 +116,11 @@ void Exchange::ErrSeen(std::string_view text, Instant firstByte) {
   answerAlarm_.Cancel();
   state_.AnswerTimedOut = false;
   std::uint64_t number = TakeRequestOfAnswer();
+  const bool late = std::exchange(late_, false) && number == 0;
   const bool unsolicited = number == 0;
   if (unsolicited) number = record_.AddOther();
   record_.Received(number, text, firstByte);
-  if (unsolicited) record_.Say(number, Verdict::Unsolicited, "");
+  if (unsolicited) record_.Say(number, Verdict::Unsolicited, late ? "late" : "");
   record_.Say(number, Verdict::Err, "");
   errAnswer_ = number;
   record_.Close(number);
@@ -145,7 +146,7 @@ void Exchange::ClearWait() {
 
 void Exchange::AnswerTimeIsUp() {
   Hooks.takeArrivals();
-  if (!state_.WaitingAnswer) return;
+  if (!state_.WaitingAnswer || errAnswer_ != 0) return;
   state_.AnswerTimedOut = true;
   Hooks.reportTimeOut();
 }

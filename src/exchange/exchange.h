@@ -47,7 +47,7 @@ class Exchange {
   void EndRun(bool completed);
   bool Running() const { return running_; }
 
-  // Counts beginnings and ends, so that what began in one run can see that it is over.
+  // Counts the runs, so that what began in one can see that another has begun.
   std::uint32_t Run() const { return run_; }
 
   // A running run sends nothing before the answer has come.
@@ -57,9 +57,16 @@ class Exchange {
   Duration Waited() const { return loop_.Now() - waitingSince_; }
 
   // Sending. Any text that goes out, also a script's, takes the answer that "Send on request" waits for.
-  void TextLeft() { state_.AnswerPending = false; }
+  void TextLeft() {
+    state_.AnswerPending = false;
+    textsLeft_ = true;
+  }
 
-  // A request has left. One of the run is waited for, until the time of txtAnswerTime is up.
+  // Whether any text has left, or was to, since the run began.
+  bool TextsLeft() const { return textsLeft_; }
+
+  // A request has left. One of the run is waited for, as long as the run lasts and until the time of
+  // txtAnswerTime is up.
   void RequestSent(std::string_view request, bool ofRun);
 
   // A request did not leave, or only its beginning: nothing is waited for. Without a failure it was called
@@ -111,6 +118,7 @@ class Exchange {
   ExchangeState state_;
   bool running_ = false;
   std::uint32_t run_ = 0;
+  bool textsLeft_ = false;
   bool late_ = false;            // the last request was given up; what comes now is late
   bool runEndsAfter_ = false;    // the run ended while its last string was being handled
   std::uint64_t awaited_ = 0;    // numbers in the record, 0 for none: the request that is waited for,

@@ -20,6 +20,9 @@ class RequestCount {
   // The run ended because no request was left: its number is remembered.
   void Complete();
 
+  // A configuration was loaded: what Text1 shows now is meant.
+  void Loaded() { completed_ = false; }
+
   bool Limited() const { return controls_.CountsRequests(); }
   std::int32_t RequestsLeft() const { return requestsLeft_; }
   void TakeOne();

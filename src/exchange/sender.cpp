@@ -62,12 +62,10 @@ void Sender::Send(std::string bytes, SendKind kind, std::function<void(const Sen
 
 void Sender::Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
   Show(std::string_view(outcome.text).substr(0, outcome.taken), kind);
-  if (RowOf(kind).request) {
-    const std::uint64_t number = CountRequest(outcome, kind, run);
-    if (outcome.end == SendEnd::Failed) ShowFailure(outcome, number);
-  } else {
-    TellFailure(outcome);
-  }
+  const bool ofAnotherRun = kind == SendKind::Cycle && run != parts_.exchange.Run();
+  if (!RowOf(kind).request || ofAnotherRun) return TellFailure(outcome);
+  const std::uint64_t number = CountRequest(outcome, kind);
+  if (outcome.end == SendEnd::Failed) ShowFailure(outcome, number);
 }
 
 void Sender::Show(std::string_view taken, SendKind kind) {
@@ -85,16 +83,14 @@ void Sender::Show(std::string_view taken, SendKind kind) {
 }
 
 // Returns the number of a request that did not leave, 0 for any other.
-std::uint64_t Sender::CountRequest(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
+std::uint64_t Sender::CountRequest(const SendOutcome& outcome, SendKind kind) {
   Exchange& exchange = parts_.exchange;
-  const bool ofRun = kind == SendKind::Cycle;
-  if (ofRun && run != exchange.Run()) return 0;  // its run is over, and another has its own count
   parts_.counters.lblsend.Increment();
   if (outcome.end != SendEnd::Sent) {
     return exchange.RequestNotSent(outcome.text,
                                    outcome.end == SendEnd::Failed ? FailureDetail(outcome) : "");
   }
-  exchange.RequestSent(outcome.text, ofRun);
+  exchange.RequestSent(outcome.text, kind == SendKind::Cycle);
   return 0;
 }
 

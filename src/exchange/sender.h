@@ -52,9 +52,9 @@ class Sender {
   Expansion Expand(std::string command);
 
   // Sends the bytes as they are. `ended`, where given, is told once, behind everything that this object does:
-  // what the link took has been logged and shown, a failure stands in the error list. A request of a run that
-  // is over by then is no longer counted. Yields; may return before the end, which another text may have to
-  // wait for.
+  // what the link took has been logged and shown, a failure stands in the error list. A request of a run
+  // that another has followed by then is no longer counted. Yields; may return before the end, which another
+  // text may have to wait for.
   void Send(std::string bytes, SendKind kind, std::function<void(const SendOutcome&)> ended = {});
 
   // The end of a text that somebody sent without this object, as scripts do: a failure is shown and counted.
@@ -63,7 +63,7 @@ class Sender {
  private:
   void Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run);
   void Show(std::string_view taken, SendKind kind);
-  std::uint64_t CountRequest(const SendOutcome& outcome, SendKind kind, std::uint32_t run);
+  std::uint64_t CountRequest(const SendOutcome& outcome, SendKind kind);
   void ShowFailure(const SendOutcome& outcome, std::uint64_t number);
 
   SenderParts parts_;

@@ -171,21 +171,20 @@ void ReceiveLoop::HandleArrival(Assembly assembly) {
   }
   const bool complete = assembly != Assembly::Beginning;
   std::string text = complete ? assembler_.State().RxBuffer : std::string();
-  const bool dialog = complete && AnswerAsDialog(text);
-  if (!dialog && assembler_.HoldsError()) {
+  if (complete) AnswerAsDialog(text);
+  // A request of the dialog test is none of an instrument's errors, whole or in pieces.
+  if (!parts_.controls.chkDialog.Checked() && assembler_.HoldsError()) {
     CountErr(complete);
   } else if (complete) {
     Handle(std::move(text));
   }
 }
 
-// True when the dialog test has had the string.
-bool ReceiveLoop::AnswerAsDialog(const std::string& text) {
-  if (!parts_.controls.chkDialog.Checked()) return false;
+void ReceiveLoop::AnswerAsDialog(const std::string& text) {
+  if (!parts_.controls.chkDialog.Checked()) return;
   const std::string request(assembler_.StripRxTerminator(text));
   assembler_.Clear();
   Hooks.dialog(request);
-  return true;
 }
 
 void ReceiveLoop::CountErr(bool complete) {
@@ -259,13 +258,17 @@ void ReceiveLoop::DropBeginning() {
 }
 
 void ReceiveLoop::Handle(std::string text) {
+  const std::uint32_t run = parts_.exchange.Run();
+  const auto runIsOver = [&] { return run != parts_.exchange.Run(); };
   const bool late = parts_.exchange.BeginString(text, assembler_.FirstByte());
   parts_.counters.lblrxpersecond.SetCaption(DecimalText(RxIntervalSeconds()));
   if (parts_.controls.chkTimerDiff.Checked()) ShowTimeDifference();
   if (Hooks.scripting()) Hooks.receiveString(text);
   if (late) parts_.status.Mention("late answer");
-  const std::optional<std::string> parsed = Accept(text);
-  CheckChecksum(parsed.value_or(text));
+  // A script, or somebody at a box, may have begun another run, of which this is no answer.
+  std::optional<std::string> parsed;
+  if (!runIsOver()) parsed = Accept(text);
+  if (!runIsOver()) CheckChecksum(parsed.value_or(text));
   assembler_.Clear();
   parts_.exchange.EndString();
 }
@@ -301,7 +304,9 @@ std::optional<std::string> ReceiveLoop::Accept(const std::string& text) {
   parts_.counters.lblllen.SetInteger(length);
   parts_.counters.Label7.Increment();
   Hooks.counted();
+  const std::uint32_t run = parts_.exchange.Run();
   StopIfFound(text);
+  if (run != parts_.exchange.Run()) return std::nullopt;
   if (parts_.controls.ChkCrLfAppRx.Checked()) parts_.traffic.AppendReceivedRow();
   const std::string parsed = Parsed(text);
   parts_.exchange.Accept(parsed);

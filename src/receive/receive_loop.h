@@ -111,7 +111,7 @@ class ReceiveLoop {
   Assembly TakeArrival();
   void StampPause();
   void HandleArrival(Assembly assembly);
-  bool AnswerAsDialog(const std::string& text);
+  void AnswerAsDialog(const std::string& text);
   void CountErr(bool complete);
   void AwaitQuiet();
   void LineMayBeQuiet();

@@ -13,10 +13,10 @@ namespace quarlin {
 // Everything that the verdict depends on. Texts are empty where there is nothing of the kind.
 struct EndFacts {
   std::string setUpFailure{};
-  std::string linkFailure{};   // why the link that was asked for could not be opened
-  std::string cutShort{};      // what ended a run before its end, or took the link away
-  std::int32_t errors = 0;   // as counted in lblerror
-  std::int32_t notSent = 0;  // as counted in lblNotSent
+  std::string linkFailure{};  // why the link that was asked for could not be opened
+  std::string cutShort{};     // what ended a run before its end, or took the link away
+  std::int32_t errors = 0;    // as counted in lblerror
+  std::int32_t notSent = 0;   // as counted in lblNotSent
   std::uint64_t scriptErrors = 0;
   std::string logLosses{};
   bool runAsked = false;   // "RUN" was given

@@ -28,7 +28,7 @@ void Session::SetUp() {
     if (parts_.sequence.Empty()) setUpFailure_ = "SEQUENCE: sequence.txt has no line to send";
   }
   if (setUpFailure_.empty()) return;
-  fate_ = RunFate::SetUpFailed;
+  how_ = HowEnded::SetUpFailed;
   parts_.status.Say(setUpFailure_);
 }
 
@@ -56,47 +56,48 @@ bool Session::EndsAfterSetUp() {
 
 void Session::Connect() {
   parts_.connection.cmdOpen_Click();
-  if (parts_.link.CommIsOpen() || parts_.status.Messages().empty()) return;
-  linkFailure_ = parts_.status.Messages().back().text;
+  if (parts_.link.CommIsOpen()) return;
+  linkFailure_ = parts_.connection.Failure();
+  how_ = HowEnded::SetUpFailed;
 }
 
 void Session::RunBegins() {
   cutShort_.clear();
-  fate_ = RunFate::Going;
+  how_ = HowEnded::StillRuns;
 }
 
 void Session::RunStopped(RunEnd end) {
-  if (fate_ == RunFate::Going) fate_ = end == RunEnd::Completed ? RunFate::Completed : RunFate::Stopped;
+  if (how_ == HowEnded::StillRuns) how_ = end == RunEnd::Completed ? HowEnded::Completed : HowEnded::Stopped;
   if (!words_.exit || ending_) return;
   if (end == RunEnd::Completed) {
     RequestEnd(EndCause::Done);
   } else if (parts_.headless) {
-    CutShort(RunFate::Stopped, "the run was stopped before its end");
+    CutShort(HowEnded::Stopped, "the run was stopped before its end");
     RequestEnd(EndCause::Done);
   }
 }
 
 void Session::LinkOpened() {
-  linkFailure_.clear();
-  if (fate_ != RunFate::LinkLost) return;
+  const bool failed = !std::exchange(linkFailure_, {}).empty();
+  if (how_ != HowEnded::LinkLost && !failed) return;
   cutShort_.clear();
-  fate_ = RunFate::Going;
+  how_ = HowEnded::StillRuns;
 }
 
 void Session::LinkLost(std::string_view what) {
-  CutShort(RunFate::LinkLost, what);
+  CutShort(HowEnded::LinkLost, what);
 }
 
 void Session::StopWithMessage(std::string_view message, std::string_view title) {
-  CutShort(RunFate::Message, fmt::format("stopped: {}: {}", title, message));
+  if (parts_.exchange.Running()) CutShort(HowEnded::Message, fmt::format("stopped: {}: {}", title, message));
   parts_.connection.StopWithMessage(message, title);
 }
 
 // The first reason holds: the others follow from it.
-void Session::CutShort(RunFate fate, std::string_view why) {
+void Session::CutShort(HowEnded how, std::string_view why) {
   if (!cutShort_.empty()) return;
   cutShort_ = OnOneLine(why);
-  fate_ = fate;
+  how_ = how;
 }
 
 void Session::RequestEnd(EndCause cause) {
@@ -108,9 +109,9 @@ void Session::RequestEnd(EndCause cause) {
   cause_ = cause;
   Exchange& exchange = parts_.exchange;
   if (cause != EndCause::Done && exchange.Running() && exchange.Requests().Limited()) {
-    CutShort(RunFate::Signal, fmt::format("{} ended the run, {} requests were left",
-                                          cause == EndCause::Signal ? "a signal" : "closing the window",
-                                          exchange.Requests().RequestsLeft()));
+    CutShort(HowEnded::Signal, fmt::format("{} ended the run, {} requests were left",
+                                           cause == EndCause::Signal ? "a signal" : "closing the window",
+                                           exchange.Requests().RequestsLeft()));
   }
   parts_.link.GiveUpWaiting();  // what is on the stack must return first
   parts_.script.CloseList();
@@ -141,7 +142,7 @@ EndVerdict Session::Verdict() const {
   facts.scriptErrors = parts_.script.Errors().count;
   facts.logLosses = parts_.logs.Missing();
   facts.runAsked = words_.run;
-  facts.exchanged = sums.requests > 0 || sums.received > 0;
+  facts.exchanged = parts_.exchange.TextsLeft() || sums.received > 0;
   return Judge(facts);
 }
 

@@ -13,6 +13,7 @@
 #include "exchange/counters.h"
 #include "exchange/exchange.h"
 #include "link/link.h"
+#include "results/run_result.h"
 #include "script/script_host.h"
 #include "script/timed_prompts.h"
 #include "session/end_verdict.h"
@@ -49,9 +50,6 @@ struct SessionHooks {
 // What ends the program.
 enum class EndCause { Done, WindowClosed, Signal };
 
-// How the run, or the session without one, came to its end.
-enum class RunFate { Going, Completed, Stopped, Signal, Message, LinkLost, SetUpFailed };
-
 class Session {
  public:
   explicit Session(SessionParts parts) : parts_(parts) {}
@@ -86,14 +84,14 @@ class Session {
 
   // As things stand.
   EndVerdict Verdict() const;
-  RunFate Fate() const { return fate_; }
+  HowEnded How() const { return how_; }
 
  private:
   void SetUp();
   void LoadConfiguration();
   bool EndsAfterSetUp();
   void Connect();
-  void CutShort(RunFate fate, std::string_view why);
+  void CutShort(HowEnded how, std::string_view why);
   void CloseDown();
 
   SessionParts parts_;
@@ -101,7 +99,7 @@ class Session {
   std::string setUpFailure_;
   std::string linkFailure_;
   std::string cutShort_;
-  RunFate fate_ = RunFate::Going;
+  HowEnded how_ = HowEnded::StillRuns;
   bool ending_ = false;
   EndCause cause_ = EndCause::Done;
 };

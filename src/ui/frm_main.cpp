@@ -18,6 +18,7 @@
 #include "link/posix_device.h"
 #include "receive/receive_loop.h"
 #include "results/report_text.h"
+#include "results/write_results.h"
 #include "script/script_host.h"
 #include "testmodes/dialog.h"
 #include "testmodes/error_reports.h"
@@ -327,6 +328,9 @@ void FrmMain::WireSession() {
   hooks.settingTrouble = [this] { return SettingTrouble(); };
   hooks.switchModes = [this](const CommandLine& words) { SwitchModes(words); };
   hooks.closeWindow = [this] { CloseWindow(); };
+  hooks.closed = [this] {
+    if (surroundings_.headless) WriteMachineResults();
+  };
   hooks.complain = [this](std::string_view line) { Trouble(line); };
 }
 
@@ -363,6 +367,7 @@ ConfigState FrmMain::LoadConfiguration() {
   const bool loaded = LoadConfig(collection_, file);
   ComputeTerminators();
   modules_->connection.SettingsLoaded();
+  modules_->exchange.Requests().Loaded();
   if (loaded) return ConfigState::Loaded;
   std::error_code error;
   const bool missing =
@@ -370,17 +375,38 @@ ConfigState FrmMain::LoadConfiguration() {
   return missing ? ConfigState::Missing : ConfigState::Unreadable;
 }
 
-std::string FrmMain::ReportText() {
+RunResult FrmMain::Result() {
   modules_->cycle.ShowElapsed();
-  RunResult result;
-  result.counters = ShownCounters(controls.counters);
-  result.errors = controls.display.lstError.List();
-  result.facts.faultsOnPurpose = modules_->dialog.Faults.Sum();
-  return quarlin::ReportText(result);
+  const EndVerdict verdict = modules_->session.Verdict();
+  const ScriptErrors& scriptErrors = modules_->script.Errors();
+  RunFacts facts;
+  facts.version = fmt::format("{}.{}.{}", version::major, version::minor, version::revision);
+  facts.host = HostName();
+  facts.link = modules_->connection.Target();
+  facts.how = modules_->session.How();
+  facts.reason = verdict.reason;
+  facts.exitStatus = verdict.status;
+  facts.scripting = controls.script.chkEnableScript.Checked() || scriptErrors.count > 0;
+  facts.scriptErrors = {scriptErrors.count, scriptErrors.first};
+  if (!modules_->link.Target().IsNetwork()) facts.lineErrors = modules_->link.Errors();
+  facts.faultsOnPurpose = modules_->dialog.Faults.Sum();
+  if (std::string missing = modules_->logs.Missing(); !missing.empty()) facts.logLosses.push_back(missing);
+  return GatherResult({modules_->record, controls.counters, controls.display.lstError, collection_,
+                       surroundings_.loop.Clocks()},
+                      std::move(facts));
+}
+
+std::string FrmMain::ReportText() {
+  return quarlin::ReportText(Result());
+}
+
+void FrmMain::WriteMachineResults() {
+  for (const std::string& trouble : WriteResults(surroundings_.folder, Result())) Trouble(trouble);
 }
 
 void FrmMain::cmdReport_Click() {
   const auto file = surroundings_.folder.File(reportFile);
+  WriteMachineResults();
   if (const auto error = WriteWholeFile(file, ReportText())) {
     Note(fmt::format("{} was not written: {}", reportFile, error.message()));
   } else if (!surroundings_.textOpener.OpenText(file)) {

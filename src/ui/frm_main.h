@@ -92,7 +92,8 @@ class FrmMain {
   void SetCaption(std::string_view caption);
   Hook<void()> OnCaptionChanged;
 
-  // The text of Report.txt as it would be written now.
+  // What came of the present or the last run, and the text of Report.txt, as things stand.
+  RunResult Result();
   std::string ReportText();
 
   // The exit status as things stand, and why it is not 0.
@@ -136,6 +137,7 @@ class FrmMain {
   void SaveConfiguration();
   ConfigState LoadConfiguration();
   void ComputeTerminators();
+  void WriteMachineResults();
   void cmdReport_Click();
   void cmdEditDialog_Click();
   void LinkChanged();
