@@ -46,11 +46,14 @@ Keywords, in any order, found anywhere on the command line without regard to cas
 
 Options:
   --headless  no window: traffic and report on standard output, messages on standard error.
-              Also without a display. Exit status after EXIT: 0 no errors, 1 errors or a run
-              that was stopped, 2 the link could not be opened.
+              Also without a display. At the end Report.json and junit.xml are written.
   --help, --version
   The window toolkit's own options (--platform, --style, --geometry ...) work as well. Another word
   that begins with "--" is status 2.
+
+Exit status: 0 what was asked for was done without an error; 1 there were errors, a run ended before
+its end, or RUN exchanged nothing; 2 the link could not be opened or the set-up failed. Every status
+but 0 has its reason on standard error.
 
 The program folder is $QUARLIN_HOME; else the program's own folder, where it can be written;
 else ~/.local/share/quarlin.

@@ -47,6 +47,12 @@ fs::path ProgramFolder::File(std::string_view name) const {
   return exact;
 }
 
+std::error_code ProgramFolder::Trouble() const {
+  std::error_code error;
+  const fs::directory_iterator entries(path_, error);
+  return error;
+}
+
 ProgramFolder FindProgramFolder(const fs::path& executable, const Environment& environment) {
   std::error_code ignored;  // an unusable folder shows at the first file that is written
   const fs::path folder = fs::absolute(ChooseFolder(executable, environment), ignored);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace quarlin {
 
@@ -13,6 +14,9 @@ class ProgramFolder {
   explicit ProgramFolder(std::filesystem::path path) : path_(std::move(path)) {}
 
   const std::filesystem::path& Path() const { return path_; }
+
+  // Why nothing can be read from the folder, in the platform's words; nothing when it can.
+  std::error_code Trouble() const;
 
   // The file of that name, looked up exactly first and then without regard to case, so that a folder
   // copied from another system works. A file that does not exist keeps the name as given.

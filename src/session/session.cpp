@@ -22,7 +22,8 @@ void Session::Start(const CommandLine& words) {
 }
 
 void Session::SetUp() {
-  if (words_.load) LoadConfiguration();
+  setUpFailure_ = Hooks.folderTrouble();
+  if (setUpFailure_.empty() && words_.load) LoadConfiguration();
   if (setUpFailure_.empty() && words_.sequence) {
     parts_.sequence.Restart();
     if (parts_.sequence.Empty()) setUpFailure_ = "SEQUENCE: sequence.txt has no line to send";

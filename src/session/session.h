@@ -39,6 +39,7 @@ struct SessionParts {
 enum class ConfigState { Loaded, Missing, Unreadable };
 
 struct SessionHooks {
+  Hook<std::string()> folderTrouble;  // why the program folder cannot be used; empty when it can
   Hook<ConfigState()> loadConfiguration;
   Hook<std::string()> settingTrouble;  // what is wrong with the settings that were loaded; empty for nothing
   Hook<void(const CommandLine& words)> switchModes;

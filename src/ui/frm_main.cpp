@@ -324,6 +324,7 @@ void FrmMain::FillLists() {
 void FrmMain::WireSession() {
   modules_->prompts.OnUnshown = [this](std::string_view line) { OnTrouble(line); };
   SessionHooks& hooks = modules_->session.Hooks;
+  hooks.folderTrouble = [this] { return FolderTrouble(); };
   hooks.loadConfiguration = [this] { return LoadConfiguration(); };
   hooks.settingTrouble = [this] { return SettingTrouble(); };
   hooks.switchModes = [this](const CommandLine& words) { SwitchModes(words); };
@@ -339,6 +340,13 @@ void FrmMain::SwitchModes(const CommandLine& words) {
   if (words.log) controls.display.chkLog.SetChecked(true);
   if (words.logPar) controls.display.chkLogPar.SetChecked(true);
   if (words.sequence) controls.cycle.chkSequence.SetChecked(true);
+}
+
+std::string FrmMain::FolderTrouble() const {
+  const std::error_code error = surroundings_.folder.Trouble();
+  return error ? fmt::format("the program folder {} cannot be used: {}", surroundings_.folder.Path().string(),
+                             error.message())
+               : "";
 }
 
 // A text that its list does not know would check nothing, or fail at the opening without a word about where

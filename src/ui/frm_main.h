@@ -132,6 +132,7 @@ class FrmMain {
   void WireScript();
   void WireSession();
   void SwitchModes(const CommandLine& words);
+  std::string FolderTrouble() const;
   std::string SettingTrouble() const;
   void CloseWindow();
   void SaveConfiguration();

@@ -83,6 +83,14 @@ TEST_F(RealProgram, AConfigurationThatIsMissingOrCannotBeReadIsSaid) {
       << unreadable.Errors();
 }
 
+TEST_F(RealProgram, AProgramFolderThatIsNoneIsStatusTwo) {
+  ASSERT_FALSE(WriteWholeFile(folder / "file", ""));
+  Program program("quarlin", {"--headless", "DIALOG"}, folder.Path(),
+                  {{"QUARLIN_HOME", (folder / "file").string()}});
+  EXPECT_EQ(program.Wait(), 2);
+  EXPECT_NE(program.Errors().find("cannot be used: Not a directory\n"), std::string::npos) << program.Errors();
+}
+
 struct RunRow {
   const char* name;
   std::vector<std::pair<const char*, const char*>> settings;
