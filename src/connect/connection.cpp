@@ -56,7 +56,9 @@ Connection::Connection(EventLoop& loop, Link& link, ConnectionControls& controls
   link_.ChooseNetwork = [this] { return ChosenNetwork(); };
   link_.Network().OnEvent = [this](std::string_view words) { NetworkEvent(words); };
   link_.Hooks.progress = [this](std::size_t taken, std::size_t total) { ShowSending(taken, total); };
-  link_.Hooks.lineErrors = [this] { status_.Mention("line errors: " + InWords(link_.Errors())); };
+  link_.Hooks.lineErrors = [this] {
+    status_.Mention("line errors: " + InWords(link_.Errors().value_or(LineErrors())));
+  };
 }
 
 std::string Connection::Settings() const {

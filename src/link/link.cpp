@@ -155,8 +155,9 @@ std::int32_t Link::OpenSerial() {
   State.CommHandle = ++lastToken_;
   ++openings_;
   State.CommPortOpen = true;
-  errorsBefore_ = errors_;
+  errorsBefore_ = errors_.value_or(LineErrors());
   errorsAreCounted_ = device_->Errors().has_value();
+  if (errorsAreCounted_) errors_ = errorsBefore_;
   return SetUp(*device_);
 }
 

@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -190,9 +191,9 @@ class Link {
   using WhenSent = std::function<void(const SendOutcome& outcome)>;
   void Send(std::string text, WhenSent whenSent);
 
-  // The line errors of every port since the start of the program. While data come they are asked for at most
-  // every 250 ms.
-  const LineErrors& Errors() const { return errors_; }
+  // The line errors of every port since the start of the program; nothing where no driver counted them. While
+  // data come they are asked for at most every 250 ms.
+  const std::optional<LineErrors>& Errors() const { return errors_; }
 
   // What a write that waits is waiting for: "the driver", "CTS", "the peer".
   std::string_view WaitsFor() const;
@@ -263,11 +264,11 @@ class Link {
   bool finishing_ = false;       // before a close
   bool waitsForDriver_ = false;  // a write on the stack
   bool showsArrival_ = false;    // on the stack
-  LineErrors errors_;            // up to the opening in progress
-  LineErrors errorsBefore_;      // of earlier openings
-  bool errorsAreCounted_ = false;
-  bool sending_ = false;       // a text is on its way through the functions on the stack
-  std::deque<Queued> queued_;  // texts that came meanwhile
+  std::optional<LineErrors> errors_;
+  LineErrors errorsBefore_;        // the opening in progress
+  bool errorsAreCounted_ = false;  // by the driver of the port that is open
+  bool sending_ = false;           // a text is on its way through the functions on the stack
+  std::deque<Queued> queued_;      // texts that came meanwhile
   std::size_t queuedBytes_ = 0;
   WriteProgress progress_;
   Alarm lineErrorAlarm_;

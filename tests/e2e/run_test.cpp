@@ -175,6 +175,9 @@ TEST_F(RealProgram, APortThatVanishesEndsTheRunWithStatusOne) {
   wire.HangUp();
   EXPECT_EQ(program.Wait(), 1);
   EXPECT_GE(Number(program.Output(), "Rx :"), 49);
+  EXPECT_NE(program.Output().find(wire.Path() + " 9600,n,8,1 has gone"), std::string::npos)
+      << "in the report";
+  EXPECT_NE(program.Errors().find(" has gone: Input/output error"), std::string::npos) << program.Errors();
 }
 
 TEST_F(RealProgram, APortThatCannotBeOpenedIsStatusTwo) {
@@ -200,7 +203,8 @@ TEST_F(RealProgram, AMessageIsOneLineOnStandardError) {
   Program& program = Start({"LOAD", "RUN", "EXIT"});
   wire.Serve([](std::string_view) { return "12.5 kg\r\n"; }, [&] { return !program.Running(); });
   EXPECT_EQ(program.Wait(), 1);
-  EXPECT_EQ(program.Errors(), "ERROR STRING: STRING LENGTH NOT EQUAL\n"
+  EXPECT_EQ(program.Errors(),
+            "ERROR STRING: STRING LENGTH NOT EQUAL\n"
             "quarlin: stopped: ERROR STRING: STRING LENGTH NOT EQUAL; 1 error\n");
 }
 

@@ -392,7 +392,8 @@ TEST_F(LinkRig, WhatArrivesWhileAWriteWaitsCanBeShown) {
 
 TEST_F(LinkRig, LineErrorsAreCountedOverAllPortsAndAskedForOnlyWhileDataCome) {
   std::string told;
-  link.Hooks.lineErrors = [&] { told += InWords(link.Errors()) + "; "; };
+  link.Hooks.lineErrors = [&] { told += InWords(link.Errors().value()) + "; "; };
+  EXPECT_FALSE(link.Errors().has_value());
   port.CountLineErrors({5, 5, 5, 5});  // before the opening: not ours
   Open();
   for (int i = 0; i < 100; ++i) {
@@ -413,7 +414,7 @@ TEST_F(LinkRig, LineErrorsAreCountedOverAllPortsAndAskedForOnlyWhileDataCome) {
   port.CountLineErrors({0, 0, 3, 0});
   port.Receive("x");
   link.CommClose();
-  EXPECT_EQ(InWords(link.Errors()), "1 parity, 2 framing, 3 overrun, 1 break");
+  EXPECT_EQ(InWords(link.Errors().value()), "1 parity, 2 framing, 3 overrun, 1 break");
 }
 
 TEST_F(LinkRig, AnotherOpeningOfTheSameLinkKeepsItsSettings) {

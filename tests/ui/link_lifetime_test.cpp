@@ -134,6 +134,27 @@ TEST_F(LinkLifetimeRig, WaitingForALinkTakesGrowingPausesAndCanBeGivenUp) {
   EXPECT_FALSE(scale.IsOpen());
 }
 
+TEST_F(LinkLifetimeRig, WhatArrivesWhileAWriteWaitsIsShownAtOnceAndHandledAfterwards) {
+  controls().cycle.CBOSEND.SetText("READ");
+  Connect();
+  scale.BlockWrites(2);
+  Lines meanwhile;
+  std::string handled;
+  scale.ReceiveAfter(10ms, "12.5 kg\r\n");
+  loop.Outside(20ms, [&] {
+    meanwhile = Shown();
+    handled = controls().counters.Label7.Caption();
+    EXPECT_EQ(controls().status.lblStatusCycle.Caption(), "sending: 2 of 6 bytes, waiting for the driver");
+    scale.UnblockWrites();
+  });
+  controls().cycle.cmdSend.Click();
+  Pass(100ms);
+  EXPECT_EQ(meanwhile, Lines{"12.5 kg"});
+  EXPECT_EQ(handled, "0") << "not before its request stands in the log";
+  EXPECT_EQ(Shown(), (Lines{"12.5 kg", "READ"}));
+  EXPECT_EQ(controls().counters.Label7.Caption(), "1");
+}
+
 TEST_F(LinkLifetimeRig, ASearchCanBeStopped) {
   for (int i = 1; i <= 99; ++i) {
     if (i > 1) ports.AddPort("COM" + std::to_string(i));
