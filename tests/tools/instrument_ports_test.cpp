@@ -25,6 +25,7 @@
 #include "instrument/tcp_port.h"
 #include "instrument/udp_port.h"
 #include "instrument/waiter.h"
+#include "support/temp_folder.h"
 
 namespace quarlin::instrument {
 namespace {
@@ -244,9 +245,8 @@ TEST(JointTest, EveryByteArrivesOnTheOtherSideAlsoWhenItIsFetchedLate) {
 
 TEST(PortLinkTest, OnlyALinkThatAnInstrumentLeftIsReplaced) {
   namespace fs = std::filesystem;
-  const fs::path folder = fs::path(testing::TempDir()) / "quarlin-instrument-link";
-  fs::remove_all(folder);
-  fs::create_directory(folder);
+  const TempFolder temporary;
+  const fs::path& folder = temporary.Path();
   std::ofstream(folder / "file") << "kept";
   fs::create_symlink(folder / "file", folder / "other");
   fs::create_symlink("/dev/pts/4000000", folder / "stale");
@@ -267,7 +267,6 @@ TEST(PortLinkTest, OnlyALinkThatAnInstrumentLeftIsReplaced) {
     const PortLink successor(folder / "taken", "/dev/pts/4000000");
   }
   EXPECT_FALSE(fs::is_symlink(folder / "taken"));
-  fs::remove_all(folder);
 }
 
 }  // namespace
