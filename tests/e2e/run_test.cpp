@@ -227,11 +227,12 @@ Sub EndTask: FormMain.SendString "BYE": MsgBox "bye", vbInformation, "Script": E
   Configure("txtScriptFile", "sum.vbs");
   Configure("chkEnableScript", "1");
   Program& program = Start({"LOAD", "RUN", "LOGPAR", "EXIT"});
-  std::string first = "12.5 kg\xE9\r\n";  // held back until the task has said its word
+  bool greeted = false;  // until the task has said its word, the first answer is held back
+  bool asked = false;
   wire.Serve(
       [&](std::string_view request) {
-        if (request == "HELLO74\r\n") return std::exchange(first, "");
-        return first.empty() ? "12.5 kg\xE9\r\n"s : "";
+        (request == "HELLO74\r\n" ? greeted : asked) = true;
+        return greeted && std::exchange(asked, false) ? "12.5 kg\xE9\r\n" : "";
       },
       [&] { return !program.Running(); });
   ASSERT_EQ(program.Wait(), 0) << program.Errors() << program.Output() << wire.Received();
