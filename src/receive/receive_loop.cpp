@@ -77,6 +77,7 @@ void ReceiveLoop::Timer3_Timer() {
 bool ReceiveLoop::TakeFromLink() {
   // What the sender before has sent is handled first.
   if (parts_.link.SenderChanges() && assembler_.HasPending()) return false;
+  const Instant now = parts_.loop.Now();  // of all that one turn takes
   for (std::size_t taken = 0; taken < turnLimit;) {
     if (parts_.link.CommRxEmpty()) return false;
     if (assembler_.State().RxPending.size() >= Assembler::limit) {
@@ -85,7 +86,7 @@ bool ReceiveLoop::TakeFromLink() {
       return false;
     }
     const std::size_t queued = parts_.link.State.CommStat.cbInQue;
-    assembler_.Pend(parts_.link.ReceiveChar(), parts_.loop.Now());
+    assembler_.Pend(parts_.link.ReceiveChar(), now);
     // A socket hands out all that it has. What comes next calls again.
     if (queued <= Link::receiveSize || parts_.link.State.CommNetMode) return false;
     taken += Link::receiveSize;
