@@ -123,7 +123,7 @@ void ScriptHost::HookFailed(ScriptHook hook, const vbs::ScriptError& error) {
   CountError(NameOf(hook), error);
   Label& errors = parts_.controls.lblScriptErrors;
   errors.Increment();
-  Hooks.note(fmt::format("script error {} in {}", errors.Caption(), LineOf(NameOf(hook), error)));
+  parts_.status.Mention(fmt::format("script error {} in {}", errors.Caption(), LineOf(NameOf(hook), error)));
 }
 
 void ScriptHost::CountError(std::u16string_view procedure, const vbs::ScriptError& error) {
@@ -145,7 +145,7 @@ void ScriptHost::EnableScript() {
   choice_.ScriptShowCommand = false;
   if (ListScripts(parts_.folder.Path(), ".vbs").empty()) {
     constexpr std::string_view why = "no script runs: there is no *.vbs file in the program folder";
-    Hooks.note(why);
+    parts_.status.Say(why);
     startFailure_ = why;
     if (!ShowList) parts_.prompts.ShowMessage(why, "SCRIPT");  // nobody sees the status bar
     return;

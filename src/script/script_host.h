@@ -11,6 +11,7 @@
 
 #include "base/hook.h"
 #include "base/program_folder.h"
+#include "controls/status_note.h"
 #include "script/frm_command.h"
 #include "script/frm_script.h"
 #include "script/script_controls.h"
@@ -27,6 +28,7 @@ struct ScriptParts {
   ProgramFolder folder;
   TimedPrompts& prompts;
   EngineFactory engines;
+  StatusNote& status;
   TextString::Append append;  // to the received-text display
 };
 
@@ -36,7 +38,6 @@ struct ScriptHooks {
   Hook<void(std::string text)> sendTask;  // sends the task's text, logs and shows it. Yields
   Hook<void(const std::filesystem::path& file)> edit;
   Hook<void()> focusDisplay;
-  Hook<void(std::string_view)> note;             // for the status bar
   Hook<void(std::string_view line)> firstError;  // of a procedure whose errors are counted and not shown
 };
 

@@ -93,7 +93,7 @@ struct FrmMain::Modules {
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
                  expander, parser, exchange, traffic, status}),
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
-        script({around.loop, controls.script, around.folder, prompts, around.engines,
+        script({around.loop, controls.script, around.folder, prompts, around.engines, status,
                 [this](std::string_view text, Color color) { traffic.Append(text, color); }}),
         session({around.loop, connection, link, cycle, exchange, sequence, script, logs, prompts, status,
                  controls.counters, around.headless}) {}
@@ -274,12 +274,11 @@ void FrmMain::WireScript() {
   hooks.sendTask = [this](std::string text) { modules_->sender.Send(std::move(text), SendKind::Task); };
   hooks.edit = [this](const std::filesystem::path& file) {
     if (!surroundings_.textOpener.OpenText(file)) {
-      Note(fmt::format("the script is {}; no program was found to edit it", file.string()));
+      modules_->status.Say(fmt::format("the script is {}; no program was found to edit it", file.string()));
     }
   };
   hooks.focusDisplay = [this] { OnFocusDisplay(); };
   hooks.firstError = [this](std::string_view line) { OnTrouble(line); };
-  hooks.note = [this](std::string_view text) { Note(text); };
 }
 
 bool FrmMain::Running() const {
@@ -367,7 +366,7 @@ void FrmMain::ComputeTerminators() {
 
 void FrmMain::SaveConfiguration() {
   const RequestCount::Saving saving(modules_->exchange.Requests());
-  Note(SaveConfig(collection_, surroundings_.folder.File(configFile)).Text(configFile));
+  modules_->status.Say(SaveConfig(collection_, surroundings_.folder.File(configFile)).Text(configFile));
 }
 
 ConfigState FrmMain::LoadConfiguration() {
@@ -416,9 +415,9 @@ void FrmMain::cmdReport_Click() {
   const auto file = surroundings_.folder.File(reportFile);
   WriteMachineResults();
   if (const auto error = WriteWholeFile(file, ReportText())) {
-    Note(fmt::format("{} was not written: {}", reportFile, error.message()));
+    modules_->status.Say(fmt::format("{} was not written: {}", reportFile, error.message()));
   } else if (!surroundings_.textOpener.OpenText(file)) {
-    Note(fmt::format("the report is in {}; no program was found to show it", file.string()));
+    modules_->status.Say(fmt::format("the report is in {}; no program was found to show it", file.string()));
   }
   OnFocusDisplay();
 }
@@ -428,9 +427,9 @@ void FrmMain::cmdEditDialog_Click() {
   std::error_code error;
   if (!std::filesystem::exists(file, error)) error = WriteWholeFile(file, CommentedFirstDialog());
   if (error) {
-    Note(fmt::format("{} was not made: {}", Dialog::tableName, error.message()));
+    modules_->status.Say(fmt::format("{} was not made: {}", Dialog::tableName, error.message()));
   } else if (!surroundings_.textOpener.OpenText(file)) {
-    Note(fmt::format("the table is {}; no program was found to edit it", file.string()));
+    modules_->status.Say(fmt::format("the table is {}; no program was found to edit it", file.string()));
   }
 }
 
