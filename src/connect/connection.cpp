@@ -251,13 +251,14 @@ void Connection::SettingsLoaded() {
 void Connection::NetworkEvent(std::string_view words) {
   const bool gone = link_.Network().PeerGone();
   if (connecting_) failure_ = words;
+  if (disconnecting_) return;  // the peer's answer to our own end
   if (connecting_ || gone) {
     status_.Say(words);
   } else {
     status_.Mention(words);
   }
   if (!connecting_) ShowLink();
-  if (gone) loop_.Post([this, reason = std::string(words)] { PeerWent(reason); });
+  if (gone && !disconnecting_) loop_.Post([this, reason = std::string(words)] { PeerWent(reason); });
 }
 
 void Connection::PeerWent(std::string_view reason) {
@@ -407,7 +408,7 @@ void Connection::cmdsearchcom_Click() {
     CancelWaits();
     return;
   }
-  searching_ = true;
+  std::vector<FoundPort> found;
   stopSearch_ = false;
   refusals_.clear();
   const bool wasOpen = link_.CommIsOpen() || waiting_;
@@ -415,12 +416,14 @@ void Connection::cmdsearchcom_Click() {
   gone_.reset();
   controls_.cmdsearchcom.SetCaption(stopSearchCaption);
   controls_.Frame1.SetEnabled(false);
-  const std::vector<FoundPort> found = Search();
+  {
+    const ScopeFlag searching(searching_);
+    found = Search();
+  }
   ShowPorts(found);
   controls_.cboSerial.SetListIndex(0);
   controls_.Frame1.SetEnabled(true);
   controls_.cmdsearchcom.SetCaption(searchCaption);
-  searching_ = false;
   status_.Runs("");
   if (wasOpen) {  // the first probe closed it
     controls_.cboSerial.SetBackColor(std::nullopt);
@@ -435,7 +438,7 @@ void Connection::cmdsearchcom_Click() {
 
 void Connection::StopWithMessage(std::string_view message, std::string_view title) {
   loop_.DoEvents();
-  if (controls_.cmdOpen.Caption() != connectCaption) Disconnect();
+  if (link_.CommIsOpen() || waiting_) Disconnect();
   prompts_.ShowMessage(message, title);
 }
 

@@ -13,8 +13,11 @@ Exchange::Exchange(EventLoop& loop, RunControls& controls, RunRecord& record)
 void Exchange::BeginRun() {
   ++run_;
   running_ = true;
-  textsLeft_ = false;
+  anyLeft_ = false;
+  // A request that came before the run may be what "Send on request" waits for.
+  const bool pending = state_.AnswerPending;
   state_ = {};
+  state_.AnswerPending = pending;
   late_ = runEndsAfter_ = false;
   awaited_ = handled_ = errAnswer_ = 0;
   answerAlarm_.Cancel();
@@ -69,14 +72,21 @@ std::uint64_t Exchange::TakeRequestOfAnswer() {
   return std::exchange(awaited_, 0);
 }
 
+// The number of what is said of an answer that has come, and whether it was late.
+Exchange::Arrived Exchange::AnswerHasCome(std::string_view text, Instant firstByte) {
+  Arrived arrived{TakeRequestOfAnswer(), std::exchange(late_, false)};
+  const bool unsolicited = arrived.number == 0;
+  arrived.late = arrived.late && unsolicited;
+  if (unsolicited) arrived.number = record_.AddOther();
+  record_.Received(arrived.number, text, firstByte);
+  if (unsolicited) record_.Say(arrived.number, Verdict::Unsolicited, arrived.late ? "late" : "");
+  return arrived;
+}
+
 bool Exchange::BeginString(std::string_view text, Instant firstByte) {
-  handled_ = TakeRequestOfAnswer();
-  const bool late = std::exchange(late_, false) && handled_ == 0;
-  const bool unsolicited = handled_ == 0;
-  if (unsolicited) handled_ = record_.AddOther();
-  record_.Received(handled_, text, firstByte);
-  if (unsolicited) record_.Say(handled_, Verdict::Unsolicited, late ? "late" : "");
-  return late;
+  const Arrived arrived = AnswerHasCome(text, firstByte);
+  handled_ = arrived.number;
+  return arrived.late;
 }
 
 void Exchange::Accept(std::string_view parsed) {
@@ -115,15 +125,9 @@ std::int16_t Exchange::CountTimeOut() {
 void Exchange::ErrSeen(std::string_view text, Instant firstByte) {
   answerAlarm_.Cancel();
   state_.AnswerTimedOut = false;
-  std::uint64_t number = TakeRequestOfAnswer();
-  const bool late = std::exchange(late_, false) && number == 0;
-  const bool unsolicited = number == 0;
-  if (unsolicited) number = record_.AddOther();
-  record_.Received(number, text, firstByte);
-  if (unsolicited) record_.Say(number, Verdict::Unsolicited, late ? "late" : "");
-  record_.Say(number, Verdict::Err, "");
-  errAnswer_ = number;
-  record_.Close(number);
+  errAnswer_ = AnswerHasCome(text, firstByte).number;
+  record_.Say(errAnswer_, Verdict::Err, "");
+  record_.Close(errAnswer_);
 }
 
 void Exchange::ErrEnded() {

@@ -57,13 +57,11 @@ class Exchange {
   Duration Waited() const { return loop_.Now() - waitingSince_; }
 
   // Sending. Any text that goes out, also a script's, takes the answer that "Send on request" waits for.
-  void TextLeft() {
-    state_.AnswerPending = false;
-    textsLeft_ = true;
-  }
+  void TextSent() { state_.AnswerPending = false; }
 
-  // Whether any text has left, or was to, since the run began.
-  bool TextsLeft() const { return textsLeft_; }
+  // Some of a text has left; and whether any has since the run began.
+  void BytesLeft() { anyLeft_ = true; }
+  bool AnyLeft() const { return anyLeft_; }
 
   // A request has left. One of the run is waited for, as long as the run lasts and until the time of
   // txtAnswerTime is up.
@@ -107,7 +105,13 @@ class Exchange {
   void LinkOpening() { state_.AnswerPending = false; }
 
  private:
+  struct Arrived {
+    std::uint64_t number;
+    bool late;
+  };
+
   std::uint64_t TakeRequestOfAnswer();
+  Arrived AnswerHasCome(std::string_view text, Instant firstByte);
   void AnswerTimeIsUp();
   void ClearWait();
 
@@ -118,7 +122,7 @@ class Exchange {
   ExchangeState state_;
   bool running_ = false;
   std::uint32_t run_ = 0;
-  bool textsLeft_ = false;
+  bool anyLeft_ = false;
   bool late_ = false;            // the last request was given up; what comes now is late
   bool runEndsAfter_ = false;    // the run ended while its last string was being handled
   std::uint64_t awaited_ = 0;    // numbers in the record, 0 for none: the request that is waited for,

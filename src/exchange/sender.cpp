@@ -61,9 +61,10 @@ void Sender::Send(std::string bytes, SendKind kind, std::function<void(const Sen
 }
 
 void Sender::Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
+  if (outcome.taken > 0) parts_.exchange.BytesLeft();
   Show(std::string_view(outcome.text).substr(0, outcome.taken), kind);
   const bool ofAnotherRun = kind == SendKind::Cycle && run != parts_.exchange.Run();
-  if (!RowOf(kind).request || ofAnotherRun) return TellFailure(outcome);
+  if (!RowOf(kind).request || ofAnotherRun) return TellEnd(outcome);
   const std::uint64_t number = CountRequest(outcome, kind);
   if (outcome.end == SendEnd::Failed) ShowFailure(outcome, number);
 }
@@ -94,9 +95,15 @@ std::uint64_t Sender::CountRequest(const SendOutcome& outcome, SendKind kind) {
   return 0;
 }
 
-void Sender::TellFailure(const SendOutcome& outcome) {
+void Sender::TellEnd(const SendOutcome& outcome) {
+  if (outcome.taken > 0) parts_.exchange.BytesLeft();
   if (outcome.end != SendEnd::Failed) return;
   ShowFailure(outcome, parts_.exchange.TextNotSent(outcome.text, FailureDetail(outcome)));
+}
+
+void Sender::TellLost(std::string_view what) {
+  parts_.counters.lblNotSent.Increment();
+  parts_.traffic.AppendError(what, "", parts_.exchange.TextNotSent("", what));
 }
 
 void Sender::ShowFailure(const SendOutcome& outcome, std::uint64_t number) {

@@ -58,7 +58,10 @@ class Sender {
   void Send(std::string bytes, SendKind kind, std::function<void(const SendOutcome&)> ended = {});
 
   // The end of a text that somebody sent without this object, as scripts do: a failure is shown and counted.
-  void TellFailure(const SendOutcome& outcome);
+  void TellEnd(const SendOutcome& outcome);
+
+  // Bytes that were told as sent have been lost on their way: counted and listed, in these words.
+  void TellLost(std::string_view what);
 
  private:
   void Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run);

@@ -207,11 +207,11 @@ std::int32_t Link::CommClose() {
   }
   if (!State.CommPortOpen) return 0;
   CountLineErrors();
-  const bool heldUp = finishing_ || waitsForDriver_;  // else the system sends what it has taken
+  const bool heldUp =
+      std::exchange(finishing_, false) || waitsForDriver_;  // else the system sends what it has taken
   const std::size_t left = heldUp ? device_->Unsent() : 0;
   if (const auto error = device_->Close()) return CommSetError(sources::close, error);
   ++openings_;
-  finishing_ = false;
   lineErrorAlarm_.Cancel();
   device_.reset();
   State.CommPortOpen = false;
@@ -243,7 +243,7 @@ std::shared_ptr<Device> Link::OpenDevice() const {
 }
 
 void Link::GiveUpWaiting() {
-  if (!sending_) return;
+  if (!sending_ && !finishing_) return;
   Finish();
   CommClose();
 }
@@ -312,11 +312,8 @@ std::int32_t Link::Write(std::string_view text, Writing& writing) {
 
 std::int32_t Link::WriteNetwork(std::string_view text, Writing& writing) {
   writing.error = network_.Send(text);
-  if (writing.error) {
-    CommSetError(sources::sendData, writing.error);
-  } else {
-    writing.taken += text.size();
-  }
+  writing.taken += writing.error ? network_.TakenOfLastSend() : text.size();
+  if (writing.error) CommSetError(sources::sendData, writing.error);
   return 0;
 }
 

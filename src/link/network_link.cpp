@@ -19,7 +19,9 @@
 namespace quarlin {
 namespace {
 
-constexpr std::size_t enoughReceived = 1024;               // nothing more is taken before that has gone
+constexpr std::size_t enoughReceived = 1024;  // nothing more is taken before that has gone
+constexpr std::size_t mostReceived = std::size_t{4}
+                                     << 20;                // of peers that come and go while nothing is taken
 constexpr std::size_t mostWaiting = std::size_t{1} << 20;  // to be sent
 constexpr Duration acceptPause = std::chrono::seconds(1);
 constexpr Duration acknowledgementPause = std::chrono::milliseconds(2);
@@ -225,6 +227,7 @@ void NetworkLink::Close() {
 // Lines that a peer sent before it was replaced are as good as any.
 void NetworkLink::ReadToTheEnd() {
   for (int takes = 0; peer_ && readableWatch_ && takes < mostTakes; ++takes) {
+    if (receivedBytes_ >= mostReceived) break;
     const ssize_t count = recv(peer_.Get(), buffer_->data(), buffer_->size(), 0);
     if (count <= 0) break;
     Keep(static_cast<std::size_t>(count));
@@ -345,6 +348,7 @@ std::string NetworkLink::GetStringRead() {
 }
 
 std::error_code NetworkLink::Send(std::string_view text) {
+  takenOfLastSend_ = 0;
   if (!peer_) return NotConnected();
   return udp_ ? SendDatagram(text) : SendStream(text);
 }
@@ -366,19 +370,22 @@ std::error_code NetworkLink::SendDatagram(std::string_view text) {
 
 std::error_code NetworkLink::SendStream(std::string_view text) {
   if (waiting_.size() + text.size() > mostWaiting) return std::make_error_code(std::errc::no_buffer_space);
+  const bool othersWait = writableWatch_ != nullptr;
   waiting_ += text;
   waitingTotal_ += text.size();
-  return writableWatch_ ? std::error_code() : SendWaiting();
+  if (othersWait) return {};
+  const std::error_code error = SendWaiting();
+  if (!error) return {};
+  takenOfLastSend_ = text.size() - waiting_.size();
+  waiting_.clear();  // all of it is this text's, whose sender is told
+  EndOfSending(error);
+  return error;
 }
 
 std::error_code NetworkLink::SendWaiting() {
   while (!waiting_.empty()) {
     const ssize_t sent = send(peer_.Get(), waiting_.data(), waiting_.size(), MSG_NOSIGNAL);
-    if (sent < 0 && !WouldBlock()) {
-      const std::error_code error = LastError();
-      EndOfSending(error);
-      return error;
-    }
+    if (sent < 0 && !WouldBlock()) return LastError();
     if (sent < 0) break;
     waiting_.erase(0, static_cast<std::size_t>(sent));
     WatchSilence();
@@ -386,7 +393,9 @@ std::error_code NetworkLink::SendWaiting() {
   if (waiting_.empty()) {
     writableWatch_.reset();
   } else if (!writableWatch_) {
-    writableWatch_ = loop_.WatchWritable(peer_.Get(), [this] { SendWaiting(); });
+    writableWatch_ = loop_.WatchWritable(peer_.Get(), [this] {
+      if (const auto error = SendWaiting()) EndOfSending(error);
+    });
   }
   TellQueue();
   return {};

@@ -100,6 +100,9 @@ class NetworkLink {
   // ENOTCONN while there is no peer.
   std::error_code Send(std::string_view text);
 
+  // Of a Send that failed: how many of its bytes the system had taken.
+  std::size_t TakenOfLastSend() const { return takenOfLastSend_; }
+
   // TCP: what the system has not yet taken.
   std::size_t Unsent() const { return waiting_.size(); }
 
@@ -157,7 +160,8 @@ class NetworkLink {
   std::size_t waitingTotal_ = 0;         // with what was taken of it since it began to wait
   std::size_t unfinished_ = 0;           // TCP: sent, and not acknowledged when Finish's time was over
   const Duration silence_;
-  Alarm silenceAlarm_;         // TCP: while something is not acknowledged
+  Alarm silenceAlarm_;  // TCP: while something is not acknowledged
+  std::size_t takenOfLastSend_ = 0;
   std::error_code sendError_;  // TCP: why nothing more goes out, while the rest is still being received
   std::unique_ptr<std::array<char, 65536>> buffer_;
 };

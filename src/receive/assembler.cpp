@@ -17,10 +17,12 @@ bool HoldsNewly(std::string_view text, std::string_view needle, std::size_t fres
 
 }  // namespace
 
-void Assembler::SetRule(std::string terminator, std::int16_t minChars) {
+bool Assembler::SetRule(std::string terminator, std::int16_t minChars) {
+  if (terminator == state_.RxTerminator && minChars == state_.RxMinChars) return false;
   state_.RxTerminator = std::move(terminator);
   state_.RxMinChars = minChars;
   ClearAll();
+  return true;
 }
 
 void Assembler::Pend(std::string_view bytes, Instant now) {

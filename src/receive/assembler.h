@@ -38,8 +38,9 @@ class Assembler {
 
   const AssemblyState& State() const { return state_; }
 
-  // Throws away what is being assembled. `minChars` counts where there is no terminator.
-  void SetRule(std::string terminator, std::int16_t minChars);
+  // `minChars` counts where there is no terminator. Another rule than before throws away what is being
+  // assembled; true if it is one.
+  bool SetRule(std::string terminator, std::int16_t minChars);
 
   // Where new bytes are put: RxPending. They came at `now`.
   void Pend(std::string_view bytes, Instant now);

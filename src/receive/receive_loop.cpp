@@ -62,7 +62,8 @@ void ReceiveLoop::SetRxTerminator() {
   if (!terminator.empty()) {
     parts_.linkControls.txtterm.SetText(PaddedDecimal(static_cast<unsigned char>(terminator.back()), 3));
   }
-  assembler_.SetRule(std::move(terminator), minChars);
+  if (!assembler_.SetRule(std::move(terminator), minChars)) return;
+  shownPending_ = 0;
   EndErr();
 }
 
@@ -86,7 +87,8 @@ bool ReceiveLoop::TakeFromLink() {
       return false;
     }
     const std::size_t queued = parts_.link.State.CommStat.cbInQue;
-    assembler_.Pend(parts_.link.ReceiveChar(), now);
+    const std::string text = parts_.link.ReceiveChar();
+    assembler_.Pend(text, Hooks.scripting() ? parts_.loop.Now() : now);  // a script takes its time
     // A socket hands out all that it has. What comes next calls again.
     if (queued <= Link::receiveSize || parts_.link.State.CommNetMode) return false;
     taken += Link::receiveSize;
@@ -207,7 +209,7 @@ void ReceiveLoop::AwaitQuiet() {
 void ReceiveLoop::LineMayBeQuiet() {
   if (!assembler_.Discarding()) return;
   TakeArrivals();
-  if (!assembler_.Discarding()) return;
+  if (!assembler_.Discarding() || assembler_.HasPending()) return;  // "Rx only" holds its rest back
   if (parts_.loop.Now() < assembler_.LastByte() + Quiet()) {
     AwaitQuiet();
   } else {
@@ -254,6 +256,7 @@ void ReceiveLoop::ForgetBeginning() {
 }
 
 void ReceiveLoop::DropBeginning() {
+  TakeArrivals();
   assembler_.DiscardUnfinished(parts_.loop.Now(), Quiet());
   if (assembler_.Discarding()) AwaitQuiet();
 }

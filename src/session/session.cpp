@@ -14,11 +14,9 @@ void Session::Start(const CommandLine& words) {
   if (EndsAfterSetUp()) return;
   if (words.load) Connect();
   Hooks.switchModes(words);
-  if (words.run) {
-    if (!parts_.link.CommIsOpen()) Connect();
-    parts_.cycle.Command1_Click();
-  }
+  if (words.run && !ending_ && !parts_.link.CommIsOpen()) Connect();
   if (!linkFailure_.empty() && parts_.headless) RequestEnd(EndCause::Done);
+  if (words.run && !ending_) parts_.cycle.Command1_Click();
 }
 
 void Session::SetUp() {
@@ -28,9 +26,7 @@ void Session::SetUp() {
     parts_.sequence.Restart();
     if (parts_.sequence.Empty()) setUpFailure_ = "SEQUENCE: sequence.txt has no line to send";
   }
-  if (setUpFailure_.empty()) return;
-  how_ = HowEnded::SetUpFailed;
-  parts_.status.Say(setUpFailure_);
+  if (!setUpFailure_.empty()) parts_.status.Say(setUpFailure_);
 }
 
 void Session::LoadConfiguration() {
@@ -59,7 +55,6 @@ void Session::Connect() {
   parts_.connection.cmdOpen_Click();
   if (parts_.link.CommIsOpen()) return;
   linkFailure_ = parts_.connection.Failure();
-  how_ = HowEnded::SetUpFailed;
 }
 
 void Session::RunBegins() {
@@ -79,13 +74,16 @@ void Session::RunStopped(RunEnd end) {
 }
 
 void Session::LinkOpened() {
-  const bool failed = !std::exchange(linkFailure_, {}).empty();
-  if (how_ != HowEnded::LinkLost && !failed) return;
+  linkFailure_.clear();
+  if (how_ != HowEnded::LinkLost || cutRunShort_) return;
   cutShort_.clear();
   how_ = HowEnded::StillRuns;
 }
 
 void Session::LinkLost(std::string_view what) {
+  const bool runIsOver = how_ != HowEnded::StillRuns;
+  if (runIsOver && !parts_.exchange.Running()) return;
+  cutRunShort_ = parts_.exchange.Running();
   CutShort(HowEnded::LinkLost, what);
 }
 
@@ -103,20 +101,17 @@ void Session::CutShort(HowEnded how, std::string_view why) {
 
 void Session::RequestEnd(EndCause cause) {
   parts_.prompts.Dismiss();
-  if (std::exchange(ending_, true)) {
-    parts_.link.GiveUpWaiting();
-    return;
-  }
-  cause_ = cause;
+  if (cause == EndCause::Signal || !ending_) cause_ = cause;
+  parts_.connection.CancelWaits();
+  parts_.link.GiveUpWaiting();  // what is on the stack must return first
+  if (std::exchange(ending_, true)) return;
   Exchange& exchange = parts_.exchange;
   if (cause != EndCause::Done && exchange.Running() && exchange.Requests().Limited()) {
     CutShort(HowEnded::Signal, fmt::format("{} ended the run, {} requests were left",
                                            cause == EndCause::Signal ? "a signal" : "closing the window",
                                            exchange.Requests().RequestsLeft()));
   }
-  parts_.link.GiveUpWaiting();  // what is on the stack must return first
   parts_.script.CloseList();
-  parts_.connection.CancelWaits();
   parts_.loop.Post([this] { CloseDown(); });
 }
 
@@ -128,8 +123,15 @@ void Session::CloseDown() {
   parts_.link.Finish();
   parts_.link.CommClose();
   parts_.logs.Flush();
+  if (how_ == HowEnded::StillRuns) {
+    how_ = cause_ == EndCause::Done ? HowEnded::Completed : HowEnded::Signal;
+  }
   Hooks.closed();
   parts_.loop.Quit(Verdict().status);
+}
+
+HowEnded Session::How() const {
+  return Verdict().status == 2 ? HowEnded::SetUpFailed : how_;
 }
 
 EndVerdict Session::Verdict() const {
@@ -143,7 +145,7 @@ EndVerdict Session::Verdict() const {
   facts.scriptErrors = parts_.script.Errors().count;
   facts.logLosses = parts_.logs.Missing();
   facts.runAsked = words_.run;
-  facts.exchanged = parts_.exchange.TextsLeft() || sums.received > 0;
+  facts.exchanged = parts_.exchange.AnyLeft() || sums.received > 0;
   return Judge(facts);
 }
 

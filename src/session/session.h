@@ -71,7 +71,8 @@ class Session {
   // The link is open again, or for the first time.
   void LinkOpened();
 
-  // The link went away by itself and is not waited for; a run that goes on now is cut short by it.
+  // The link went away by itself and is not waited for: that cuts a run short, or whatever else the link was
+  // open for. After a run it changes nothing any more.
   void LinkLost(std::string_view what);
 
   // Disconnects and tells why, which cuts a run short. Yields.
@@ -85,7 +86,7 @@ class Session {
 
   // As things stand.
   EndVerdict Verdict() const;
-  HowEnded How() const { return how_; }
+  HowEnded How() const;
 
  private:
   void SetUp();
@@ -101,6 +102,7 @@ class Session {
   std::string linkFailure_;
   std::string cutShort_;
   HowEnded how_ = HowEnded::StillRuns;
+  bool cutRunShort_ = false;  // a run was going on when the link was lost
   bool ending_ = false;
   EndCause cause_ = EndCause::Done;
 };

@@ -10,6 +10,9 @@
 namespace quarlin {
 namespace {
 
+using std::chrono::milliseconds;
+
+constexpr Duration failurePause = milliseconds(100);
 constexpr std::string_view startCaption = "&Start";
 constexpr std::string_view stopCaption = "&Stop";
 
@@ -119,8 +122,16 @@ void Cycle::SendNext() {
   if (next.pastMaximum) {
     Hooks.stopWithMessage("COUNTER STOP", "STOP CYCLE");
   } else {
-    parts_.sender.Send(parts_.sender.Frame.Framed(next.text), SendKind::Cycle);
+    parts_.sender.Send(parts_.sender.Frame.Framed(next.text), SendKind::Cycle,
+                       [this](const SendOutcome& outcome) { PauseAfterFailure(outcome); });
   }
+}
+
+// Without a pause of its own the cycle would fail as fast as it can.
+void Cycle::PauseAfterFailure(const SendOutcome& outcome) {
+  if (outcome.end != SendEnd::Failed || parts_.run.HScroll1.Value() >= failurePause / milliseconds(1)) return;
+  parts_.controls.Timer1.Rest();
+  parts_.controls.Timer1.WakeAt(parts_.loop.Now() + failurePause);
 }
 
 // False when the run has come to its end instead.

@@ -71,6 +71,7 @@ class Cycle {
   void ClearCounters();
   bool MaySend() const;
   void SendNext();
+  void PauseAfterFailure(const SendOutcome& outcome);
   bool RequestIsLeft();
   std::string NextCommand();
   std::string Counted(std::string command) const;

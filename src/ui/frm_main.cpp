@@ -182,7 +182,8 @@ void FrmMain::WireLink() {
     modules_->logs.Flush();
   };
   hooks.lost = [this](std::string_view line) {
-    Lose(line);
+    modules_->traffic.AppendError(line, "");
+    TellLoss(line);
     modules_->session.LinkLost(line);
     modules_->session.RunStopped(RunEnd::Stopped);
   };
@@ -199,8 +200,9 @@ void FrmMain::WireNetwork() {
   link.newPeer = [this] { modules_->receive.BeginSender(); };
   link.arrivedWhileWriting = [this] { modules_->receive.ShowArrivals(); };
   link.lost = [this](std::size_t bytes) {
-    controls.counters.lblNotSent.Increment();
-    Lose(fmt::format("{} bytes that the link had accepted were never sent", bytes));
+    const std::string line = fmt::format("{} bytes that the link had accepted were never sent", bytes);
+    modules_->sender.TellLost(line);
+    TellLoss(line);
   };
 }
 
@@ -212,10 +214,10 @@ void FrmMain::WireExchange() {
   modules_->sender.Hooks.leaving = [this] { modules_->receive.KeepLampsBright(); };
   LinkHooks& link = modules_->link.Hooks;
   link.transmitted = [this] {
-    modules_->exchange.TextLeft();
+    modules_->exchange.TextSent();
     modules_->intervals.Transmitted();
   };
-  link.sentString = [this](const SendOutcome& outcome) { modules_->sender.TellFailure(outcome); };
+  link.sentString = [this](const SendOutcome& outcome) { modules_->sender.TellEnd(outcome); };
   link.free = [this] { modules_->cycle.MaySendAgain(); };
 }
 
@@ -442,9 +444,7 @@ void FrmMain::LinkChanged() {
   modules_->cycle.MaySendAgain();
 }
 
-// What the link has lost stands among the errors.
-void FrmMain::Lose(std::string_view line) {
-  modules_->traffic.AppendError(line, "");
+void FrmMain::TellLoss(std::string_view line) {
   modules_->logs.Flush();
   modules_->status.Say(line);
   OnTrouble(line);

@@ -143,7 +143,7 @@ class FrmMain {
   void cmdEditDialog_Click();
   void LinkChanged();
   void LinkLost();
-  void Lose(std::string_view line);
+  void TellLoss(std::string_view line);
   void Trouble(std::string_view text);
   void Note(std::string_view text);
 

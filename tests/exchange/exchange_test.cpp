@@ -148,7 +148,7 @@ TEST_F(ExchangeRig, SendOnRequestTakesOneAnswerEachTime) {
   Begin(false);
   Come();
   EXPECT_TRUE(exchange.State().AnswerPending);
-  exchange.TextLeft();
+  exchange.TextSent();
   EXPECT_FALSE(exchange.State().AnswerPending);
 }
 

@@ -14,7 +14,7 @@ class CycleRoom : public SenderRig {
  protected:
   CycleRoom() {
     exchange.Hooks.waitEnded = [this] { cycle.MaySendAgain(); };
-    link.Hooks.transmitted = [this] { exchange.TextLeft(); };
+    link.Hooks.transmitted = [this] { exchange.TextSent(); };
     link.Hooks.free = [this] { cycle.MaySendAgain(); };
     cycle.Hooks.stopped = [this](RunEnd end) { ends.push_back(end); };
     cycle.Hooks.stopWithMessage = [this](std::string_view message, std::string_view) {
