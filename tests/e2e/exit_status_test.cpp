@@ -20,6 +20,18 @@ struct SetUpRow {
 
 using Words = std::vector<std::string>;
 
+// Whether both results for machines are there and tell of this end.
+void ExpectResults(const std::filesystem::path& folder, std::string_view ended, int status) {
+  const std::string json = ReadWholeFile(folder / "Report.json").value_or("");
+  EXPECT_NE(json.find("\"ended\": \"" + std::string(ended) + "\""), std::string::npos) << json.substr(0, 600);
+  EXPECT_NE(json.find("\"exitStatus\": " + std::to_string(status)), std::string::npos);
+  EXPECT_EQ(json.find("\"end\": null"), std::string::npos);
+  const std::string xml = ReadWholeFile(folder / "junit.xml").value_or("");
+  EXPECT_EQ(xml.find("<error") != std::string::npos, status == 2) << xml.substr(0, 600);
+  std::filesystem::remove(folder / "Report.json");
+  std::filesystem::remove(folder / "junit.xml");
+}
+
 TEST_F(RealProgram, ASetUpThatFailsIsStatusTwoAndOpensNothing) {
   const std::vector<SetUpRow> rows{
       {"no script",
@@ -67,6 +79,7 @@ TEST_F(RealProgram, ASetUpThatFailsIsStatusTwoAndOpensNothing) {
     EXPECT_NE(program.Errors().find(row.reason), std::string::npos) << program.Errors();
     EXPECT_EQ(program.Errors().back(), '\n');
     EXPECT_EQ(program.Output().find("READ"), std::string::npos) << "nothing was sent";
+    ExpectResults(folder.Path(), "set-up failed", 2);
   }
 }
 
@@ -88,7 +101,8 @@ TEST_F(RealProgram, AProgramFolderThatIsNoneIsStatusTwo) {
   Program program("quarlin", {"--headless", "DIALOG"}, folder.Path(),
                   {{"QUARLIN_HOME", (folder / "file").string()}});
   EXPECT_EQ(program.Wait(), 2);
-  EXPECT_NE(program.Errors().find("cannot be used: Not a directory\n"), std::string::npos) << program.Errors();
+  EXPECT_NE(program.Errors().find("cannot be used: Not a directory\n"), std::string::npos)
+      << program.Errors();
 }
 
 struct RunRow {
@@ -96,29 +110,38 @@ struct RunRow {
   std::vector<std::pair<const char*, const char*>> settings;
   const char* answer;
   int status;
+  const char* ended;
   const char* reason;  // part of what stands on standard error; empty for nothing at all
 };
 
 TEST_F(RealProgram, ARunEndsWithTheStatusThatItHasEarned) {
   const std::vector<RunRow> rows{
-      {"good", {}, "OK\r\n", 0, ""},
-      {"a run of nothing", {{"Text1", "0"}}, "OK\r\n", 1, "quarlin: nothing was exchanged\n"},
-      {"wrong length", {{"Check1", "0"}, {"txtlenrx", "3"}, {"txtInterval", "20"}}, "OK\r\n", 1, " error"},
-      {"ERR", {{"Check1", "0"}, {"txtInterval", "20"}}, "ERR\r\n", 1, " error"},
+      {"good", {}, "OK\r\n", 0, "completed", ""},
+      {"a run of nothing", {{"Text1", "0"}}, "OK\r\n", 1, "completed", "quarlin: nothing was exchanged\n"},
+      {"wrong length",
+       {{"Check1", "0"}, {"txtlenrx", "3"}, {"txtInterval", "20"}},
+       "OK\r\n",
+       1,
+       "completed",
+       " error"},
+      {"ERR", {{"Check1", "0"}, {"txtInterval", "20"}}, "ERR\r\n", 1, "completed", " error"},
       {"time-outs",
        {{"chkTimeout", "1"}, {"txtTimeout", "2"}, {"txtAnswerTime", "30"}},
        "",
        1,
+       "stopped",
        "quarlin: the run was stopped before its end; 2 errors\n"},
       {"a stop by a message",
        {{"chkStopif", "1"}, {"txtConv", "OK"}},
        "OK\r\n",
        1,
+       "message",
        "quarlin: stopped: SEARCH STRING: STRING FOUND\n"},
       {"the counter",
        {{"CBOSEND", "W[COUNTER]"}, {"txtMax", "1"}, {"chkStopCounter", "1"}},
        "OK\r\n",
        1,
+       "message",
        "quarlin: stopped: STOP CYCLE: COUNTER STOP\n"},
   };
   for (const RunRow& row : rows) {
@@ -131,6 +154,7 @@ TEST_F(RealProgram, ARunEndsWithTheStatusThatItHasEarned) {
     EXPECT_EQ(program.Wait(), row.status);
     EXPECT_NE(program.Errors().find(row.reason), std::string::npos) << program.Errors();
     EXPECT_EQ(program.Errors().empty(), *row.reason == 0) << program.Errors();
+    ExpectResults(folder.Path(), row.ended, row.status);
   }
 }
 
@@ -155,6 +179,7 @@ TEST_F(RealProgram, ASignalCutsACountedRunShortAndEndsAnyOtherInItsNormalWay) {
     EXPECT_EQ(program.Wait(), row.status);
     EXPECT_NE(program.Errors().find(row.reason), std::string::npos) << program.Errors();
     EXPECT_EQ(program.Errors().empty(), *row.reason == 0) << program.Errors();
+    ExpectResults(folder.Path(), "signal", row.status);
   }
 }
 

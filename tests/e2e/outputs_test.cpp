@@ -75,8 +75,9 @@ TEST_F(RealOutputs, ALogThatIsNoFileIsTroubleAndHoldsNothingUp) {
   ConfigureRun(wire.Path(), "3");
   Program& program = Start({"LOAD", "RUN", "x", "LOG", "EXIT"});
   EXPECT_EQ(Serve(program, "OK\r\n"), 1);
-  EXPECT_EQ(program.Errors(),
-            "LOG.TXT cannot be written: it is no regular file; the run goes on\nquarlin: LOG.TXT lacks 30 bytes\n");
+  EXPECT_EQ(
+      program.Errors(),
+      "LOG.TXT cannot be written: it is no regular file; the run goes on\nquarlin: LOG.TXT lacks 30 bytes\n");
 }
 
 TEST_F(RealOutputs, ALimitOnTheSizeOfFilesIsLikeAFullDisk) {
@@ -86,8 +87,9 @@ TEST_F(RealOutputs, ALimitOnTheSizeOfFilesIsLikeAFullDisk) {
   limit.reset();
   EXPECT_EQ(Serve(program, std::string(5'000, 'x') + "\r\n"), 1);
   EXPECT_EQ(FileText("LOG.TXT").size(), 65'536U);
-  EXPECT_EQ(program.Errors(), "LOG.TXT cannot be written: File too large; the run goes on\nquarlin: LOG.TXT lacks " +
-                                  std::to_string(20 * 5'008 - 65'536) + " bytes\n");
+  EXPECT_EQ(program.Errors(),
+            "LOG.TXT cannot be written: File too large; the run goes on\nquarlin: LOG.TXT lacks " +
+                std::to_string(20 * 5'008 - 65'536) + " bytes\n");
 }
 
 }  // namespace

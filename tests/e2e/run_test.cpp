@@ -185,6 +185,8 @@ TEST_F(RealProgram, APortThatCannotBeOpenedIsStatusTwo) {
   Program& program = Start({"LOAD", "RUN", "EXIT"});
   EXPECT_EQ(program.Wait(), 2);
   EXPECT_NE(program.Errors().find("CommOpen (CreateFile) "), std::string::npos) << program.Errors();
+  EXPECT_NE(FileText("Report.json").find("\"ended\": \"set-up failed\""), std::string::npos);
+  EXPECT_NE(FileText("junit.xml").find("<error"), std::string::npos);
 }
 
 TEST_F(RealProgram, AnOptionThatNobodyKnowsStartsNothing) {

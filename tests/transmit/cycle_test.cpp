@@ -79,6 +79,23 @@ TEST_F(CycleRoom, ASendThatFailsIsFollowedByTheNextOneAtItsTick) {
   EXPECT_TRUE(exchange.MustWait()) << "for the answer to the one that left";
 }
 
+TEST_F(CycleRoom, WithoutAPauseOfItsOwnAFailingRunIsHeldBack) {
+  run.HScroll1.SetValue(0);
+  port.Fail(DeviceCall::Write, std::errc::invalid_argument);
+  Start();
+  loop.Pass(1s);
+  EXPECT_GE(counters.lblNotSent.Integer(), 9);
+  EXPECT_LE(counters.lblNotSent.Integer(), 11);
+}
+
+TEST_F(CycleRoom, ARequestThatCameBeforeTheRunIsAnsweredByIt) {
+  run.chkRequest.SetChecked(true);
+  Answer();
+  Start();
+  loop.Pass(1s);
+  EXPECT_EQ(Sends(), 1U);
+}
+
 struct LimitRow {
   const char* text;
   std::size_t sends;

@@ -233,6 +233,73 @@ TEST_F(ReceiveRig, ATerminatorThatNeverComesIsHandedOnAtOneMebibyte) {
   EXPECT_EQ(FileText("LOG.TXT"), sent);
 }
 
+// Half a string is neither carried over a Connect nor into a run, and neither is its rest.
+TEST_F(ReceiveRig, NothingThatCameBeforeBelongsToARun) {
+  Receive("12.");
+  controls().cycle.CBOSEND.SetText("READ");
+  controls().run.HScroll1.SetValue(1000);
+  StartCycle();
+  Receive("5 kg\r\n");
+  EXPECT_EQ(Answers(), "0") << "the rest of what came before Start";
+  Receive("OK\r\n");
+  EXPECT_EQ(Answers(), "1");
+  StartCycle();
+  Receive("12.");
+  Connect();
+  Connect();
+  Receive("7 kg\r\n");
+  EXPECT_EQ(Last(), "7 kg\r\n");
+}
+
+TEST_F(ReceiveRig, WhatRxOnlyHeldBackIsTakenBeforeATimeOutIsReported) {
+  controls().cycle.CBOSEND.SetText("READ");
+  controls().run.Check1.SetChecked(true);
+  controls().run.txtAnswerTime.SetText("100");
+  StartCycle();
+  Pass(510ms);
+  controls().link.chkLogOnly.SetChecked(true);
+  Receive("12.5 kg\r\n");
+  Pass(1s);
+  EXPECT_EQ(Errors(), "0") << "nobody has looked";
+  controls().link.chkLogOnly.SetChecked(false);
+  Pass(1ms);
+  EXPECT_EQ(Answers(), "1");
+  EXPECT_EQ(Errors(), "0");
+}
+
+TEST_F(ReceiveRig, LoadingTheSameTerminatorKeepsHalfAString) {
+  controls().config.cmdSave[0].Click();
+  Receive("12.");
+  controls().config.cmdSave[1].Click();
+  Receive("5 kg\r\n");
+  EXPECT_EQ(Last(), "12.5 kg\r\n");
+}
+
+TEST_F(ReceiveRig, EverySearchStringThatAnAnswerHoldsIsTold) {
+  for (const std::size_t i : {0U, 2U}) {
+    controls().receive.txtConv[2 * i].SetText("kg");
+    controls().receive.chkStopif[i].SetChecked(true);
+  }
+  Receive("12.5 kg\r\n");
+  EXPECT_EQ(prompts.shown, (Lines{"SEARCH STRING: STRING FOUND", "SEARCH STRING: STRING FOUND"}));
+  EXPECT_EQ(Answers(), "1");
+}
+
+// The end closes the box and lets no second one come up.
+TEST_F(ReceiveRig, AnEndWhileABoxIsOpenIsTheEnd) {
+  std::vector<std::string> complaints;
+  frm.OnTrouble = [&](std::string_view line) { complaints.emplace_back(line); };
+  for (const std::size_t i : {0U, 1U}) {
+    controls().receive.txtConv[2 * i].SetText("kg");
+    controls().receive.chkStopif[i].SetChecked(true);
+  }
+  prompts.whileShown = [this] { frm.Unload(EndCause::Signal); };
+  Receive("12.5 kg\r\n");
+  EXPECT_EQ(prompts.shown, Lines{"SEARCH STRING: STRING FOUND"});
+  EXPECT_EQ(complaints, Lines{"SEARCH STRING: STRING FOUND"});
+  EXPECT_TRUE(loop.ExitStatus().has_value());
+}
+
 TEST_F(ReceiveRig, LampsAreBrightForAMoment) {
   scale.Receive("A\r\n");
   Pass(1ms);
