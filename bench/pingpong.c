@@ -46,12 +46,13 @@ static void serve(int port) {
   unsigned long answers = 0;
   for (;;) {
     ssize_t got = read(port, bytes, sizeof bytes);
+    const int interrupted = got < 0 && errno == EINTR;
     if (tell_count) {
       tell_count = 0;
       printf("%lu\n", answers);
       fflush(stdout);
     }
-    if (got < 0 && errno == EINTR) continue;
+    if (interrupted) continue;
     if (got <= 0) return;
     for (ssize_t i = 0; i < got; i++) {
       if (bytes[i] != '\n') {
@@ -59,7 +60,9 @@ static void serve(int port) {
         continue;
       }
       if (length >= 4 && memcmp(line, "READ", 4) == 0) {
-        if (write(port, answer, sizeof answer - 1) < 0) return;
+        while (write(port, answer, sizeof answer - 1) < 0) {
+          if (errno != EINTR) return;
+        }
         answers++;
       }
       length = 0;
