@@ -40,7 +40,7 @@ void Exchange::RequestSent(std::string_view request, bool ofRun) {
   errAnswer_ = 0;
   late_ = false;
   state_.WaitingAnswer = true;
-  waitingSince_ = loop_.Now();
+  waitingSince_ = record_.Find(number)->began;
   const std::int32_t milliseconds = controls_.txtAnswerTime.Integer();
   if (controls_.WaitsForAnswer() && milliseconds > 0) {
     answerAlarm_.At(waitingSince_ + std::chrono::milliseconds(milliseconds));

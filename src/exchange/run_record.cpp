@@ -40,8 +40,8 @@ LocalTime RunRecord::WallClock(Instant instant) const {
 }
 
 const ExchangeRecord* RunRecord::Find(std::uint64_t number) const {
-  if (exchanges_.empty() || number < exchanges_.front().number || number > lastNumber_) return nullptr;
-  return &exchanges_[number - exchanges_.front().number];
+  if (number < FirstKept() || number > lastNumber_) return nullptr;
+  return &exchanges_[(number - 1) % mostKept];
 }
 
 void RunRecord::Begin() {
@@ -50,7 +50,6 @@ void RunRecord::Begin() {
   ended_.reset();
   sums_ = {};
   latencies_.Clear();
-  exchanges_.clear();
   lastNumber_ = 0;
   oldestUnanswered_ = 1;
   firstFailures_.clear();
@@ -59,26 +58,24 @@ void RunRecord::Begin() {
 }
 
 void RunRecord::End() {
-  for (ExchangeRecord& exchange : exchanges_) CloseExchange(exchange);
+  for (std::uint64_t number = FirstKept(); number <= lastNumber_; ++number) Close(number);
   if (!ended_) ended_ = clock_.Now();
 }
 
-// The oldest one leaves, and lends its memory to the newest.
+// In the place and the memory of the oldest one, once there are enough.
 ExchangeRecord& RunRecord::Add() {
-  ExchangeRecord exchange;
-  if (exchanges_.size() == mostKept) {
-    CloseExchange(exchanges_.front());
-    exchange = std::move(exchanges_.front());
-    exchanges_.pop_front();
-    exchange.findings.clear();
-    for (KeptText* text : {&exchange.request, &exchange.answer, &exchange.parsed}) Keep(*text, {});
-  }
+  if (lastNumber_ >= mostKept) Close(FirstKept());
+  const std::size_t place = lastNumber_ % mostKept;
+  if (place == exchanges_.size()) exchanges_.emplace_back();
+  ExchangeRecord& exchange = exchanges_[place];
   exchange.number = ++lastNumber_;
   exchange.hasRequest = exchange.ended = exchange.open = false;
   exchange.began = clock_.Now();
   exchange.firstByte.reset();
   exchange.completed.reset();
-  return exchanges_.emplace_back(std::move(exchange));
+  exchange.findings.clear();
+  for (KeptText* text : {&exchange.request, &exchange.answer, &exchange.parsed}) Keep(*text, {});
+  return exchange;
 }
 
 std::uint64_t RunRecord::AddRequest(std::string_view request) {
@@ -95,8 +92,7 @@ std::uint64_t RunRecord::AddOther() {
 }
 
 std::optional<std::uint64_t> RunRecord::OldestUnanswered() {
-  if (exchanges_.empty()) return std::nullopt;
-  oldestUnanswered_ = std::max(oldestUnanswered_, exchanges_.front().number);
+  oldestUnanswered_ = std::max(oldestUnanswered_, FirstKept());
   for (; oldestUnanswered_ <= lastNumber_; ++oldestUnanswered_) {
     const ExchangeRecord* exchange = Find(oldestUnanswered_);
     if (exchange->hasRequest && !exchange->ended) return oldestUnanswered_;
@@ -106,7 +102,7 @@ std::optional<std::uint64_t> RunRecord::OldestUnanswered() {
 
 ExchangeRecord* RunRecord::Unended(std::uint64_t number) {
   const ExchangeRecord* found = Find(number);
-  return found == nullptr || found->ended ? nullptr : &exchanges_[number - exchanges_.front().number];
+  return found == nullptr || found->ended ? nullptr : &exchanges_[(number - 1) % mostKept];
 }
 
 void RunRecord::SetRequest(std::uint64_t number, std::string_view request) {
@@ -127,7 +123,9 @@ void RunRecord::Accepted(std::uint64_t number, std::string_view parsed) {
   ++sums_.accepted;
   ExchangeRecord* exchange = Unended(number);
   if (exchange == nullptr) return;
-  Keep(exchange->parsed, parsed);
+  const KeptText& answer = exchange->answer;
+  const bool same = parsed.size() == answer.size && parsed.substr(0, keptBytes) == answer.bytes;
+  if (!same) Keep(exchange->parsed, parsed);
   if (exchange->hasRequest) Say(number, Verdict::Answered, "");
 }
 

@@ -38,7 +38,7 @@ struct ExchangeRecord {
   std::optional<Instant> completed;  // the answer
   KeptText request;
   KeptText answer;
-  KeptText parsed;
+  KeptText parsed;                // empty where it is the answer itself
   std::vector<Finding> findings;  // at most one of each verdict
 
   bool Has(Verdict verdict) const;
@@ -93,15 +93,15 @@ class RunRecord {
   LocalTime WallClock(Instant instant) const;  // of this run
   const RunSums& Sums() const { return sums_; }
   const LatencyHistogram& Latencies() const { return latencies_; }
-  const std::deque<ExchangeRecord>& Exchanges() const {
-    return exchanges_;
-  }  // the last ones, the oldest first
   const std::vector<ExchangeRecord>& FirstFailures() const { return firstFailures_; }
   const std::deque<ExchangeRecord>& LastFailures() const {
     return lastFailures_;
   }  // may be the first ones, too
 
-  // Nothing when it is no longer kept.
+  // The last exchanges: those of the numbers from FirstKept() to LastNumber(), none while that is 0. Find
+  // gives nothing for one that is not kept.
+  std::uint64_t FirstKept() const { return lastNumber_ < mostKept ? 1 : lastNumber_ - mostKept + 1; }
+  std::uint64_t LastNumber() const { return lastNumber_; }
   const ExchangeRecord* Find(std::uint64_t number) const;
 
   // For Exchange.
@@ -147,7 +147,7 @@ class RunRecord {
   LocalTime beganAt_{};
   RunSums sums_;
   LatencyHistogram latencies_;
-  std::deque<ExchangeRecord> exchanges_;
+  std::vector<ExchangeRecord> exchanges_;  // number n in place (n - 1) % mostKept, used again and again
   std::uint64_t lastNumber_ = 0;
   std::uint64_t oldestUnanswered_ = 1;  // every request before it has ended
   std::vector<ExchangeRecord> firstFailures_;

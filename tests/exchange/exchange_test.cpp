@@ -39,7 +39,8 @@ class ExchangeRig : public testing::Test {
   // "1 answered; 2 unsolicited late"
   std::string Story() const {
     std::string story;
-    for (const ExchangeRecord& entry : record.Exchanges()) {
+    for (std::uint64_t number = record.FirstKept(); number <= record.LastNumber(); ++number) {
+      const ExchangeRecord& entry = *record.Find(number);
       if (!story.empty()) story += "; ";
       story += std::to_string(entry.number);
       for (const Finding& finding : entry.findings) {
