@@ -18,6 +18,14 @@ void TextBox::SetText(std::string_view text) {
   Change();
 }
 
+void TextBox::Type(std::string_view text) {
+  if (text_ == text) {
+    Change();
+  } else {
+    SetText(text);
+  }
+}
+
 std::int32_t TextBox::Integer() const {
   if (!integer_) integer_ = IntegerOf(text_);
   return *integer_;

@@ -27,6 +27,9 @@ class TextBox : public Control {
   const std::string& Text() const { return text_; }
   void SetText(std::string_view text);
 
+  // The user typed it: Change runs also where it is the text that stood there.
+  void Type(std::string_view text);
+
   // The text as an integer, 0 when it is none; kept until the text changes.
   std::int32_t Integer() const;
 

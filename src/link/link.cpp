@@ -244,6 +244,7 @@ std::shared_ptr<Device> Link::OpenDevice() const {
 
 void Link::GiveUpWaiting() {
   if (!sending_ && !finishing_) return;
+  givenUp_ = true;
   Finish();
   CommClose();
 }
@@ -491,7 +492,10 @@ Link::Sending Link::Transmit(std::string text, bool scripted) {
   State.LastSendTime = Midnight();
   Hooks.transmitted();
   SendOutcome outcome{std::move(text), writing.taken};
-  if (writing.cancelled) {
+  if (writing.cancelled && givenUp_ && writing.taken > 0) {
+    outcome.end = SendEnd::Failed;
+    outcome.reason = "cut short by the end of the program";
+  } else if (writing.cancelled) {
     outcome.end = SendEnd::Cancelled;
   } else if (writing.error) {
     outcome.end = SendEnd::Failed;

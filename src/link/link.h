@@ -162,11 +162,16 @@ class Link {
   void KeepLine(OutputLine line, bool asserted);
   bool CommIsOpen() const { return State.CommPortOpen; }
 
+  // Data can pass: a device or a UDP socket is open that knows its peer, or a TCP connection.
+  bool CanPass() const {
+    return State.CommPortOpen && (!State.CommNetMode || network_.State() == Passage::Open);
+  }
+
   // A string is on its way to the driver, or some of one waits for a TCP peer to take it.
   bool Busy() const { return sending_ || !queued_.empty() || network_.Unsent() > 0; }
 
-  // Ends a write that waits for the driver, by closing the link after Finish; for the end of the program. A
-  // second call does not wait. Yields.
+  // Ends a write that waits for the driver, or the wait of Finish, by closing the link; for the end of the
+  // program. A string of which only a part has left has then failed.
   void GiveUpWaiting();
 
   // "Rx only": nothing is sent by the cycle, and the receive loop leaves what arrives alone.
@@ -267,6 +272,7 @@ class Link {
   std::optional<LineErrors> errors_;
   LineErrors errorsBefore_;        // the opening in progress
   bool errorsAreCounted_ = false;  // by the driver of the port that is open
+  bool givenUp_ = false;           // the program ends
   bool sending_ = false;           // a text is on its way through the functions on the stack
   std::deque<Queued> queued_;      // texts that came meanwhile
   std::size_t queuedBytes_ = 0;

@@ -104,7 +104,7 @@ void Cycle::SetRunning(bool running) {
 
 bool Cycle::MaySend() const {
   const Link& link = parts_.link;
-  if (link.RxOnly() || !link.CommIsOpen() || link.Busy() || parts_.exchange.MustWait()) return false;
+  if (link.RxOnly() || !link.CanPass() || link.Busy() || parts_.exchange.MustWait()) return false;
   return !parts_.run.chkRequest.Checked() || parts_.exchange.State().AnswerPending;
 }
 
@@ -191,7 +191,7 @@ std::string Cycle::WhatIsWaitedFor() const {
     return waited < 1 ? "" : fmt::format("waiting for an answer, {} s", waited);
   }
   if (parts_.link.RxOnly()) return "nothing is sent while \"Rx only\" is checked";
-  if (!parts_.link.CommIsOpen()) return "waiting for a connection";
+  if (!parts_.link.CanPass()) return "waiting for a connection";
   if (parts_.link.Busy()) return "waiting until the last string has left";
   if (parts_.run.chkRequest.Checked() && !parts_.exchange.State().AnswerPending)
     return "waiting for a request";

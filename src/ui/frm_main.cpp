@@ -187,7 +187,10 @@ void FrmMain::WireLink() {
     modules_->session.LinkLost(line);
     modules_->session.RunStopped(RunEnd::Stopped);
   };
-  hooks.showLink = [this](std::string_view words) { controls.status.lblStatusLink.SetCaption(words); };
+  hooks.showLink = [this](std::string_view words) {
+    controls.status.lblStatusLink.SetCaption(words);
+    modules_->cycle.MaySendAgain();  // a peer may have come
+  };
   hooks.whoseIsIt = [](const std::string& portName, std::int32_t error) {
     return WhoseIsIt(DevicePath(portName), error);
   };
@@ -198,7 +201,10 @@ void FrmMain::WireLink() {
 void FrmMain::WireNetwork() {
   LinkHooks& link = modules_->link.Hooks;
   link.newPeer = [this] { modules_->receive.BeginSender(); };
-  link.arrivedWhileWriting = [this] { modules_->receive.ShowArrivals(); };
+  link.arrivedWhileWriting = [this] {
+    modules_->receive.ShowArrivals();
+    modules_->logs.Flush();  // no alarm does it while a write waits
+  };
   link.lost = [this](std::size_t bytes) {
     const std::string line = fmt::format("{} bytes that the link had accepted were never sent", bytes);
     modules_->sender.TellLost(line);

@@ -78,6 +78,16 @@ TEST_F(SenderRig, ADisconnectOnPurposeIsNoFailureAndLeavesAnOpenExchange) {
   EXPECT_EQ(record.Sums().open, 1U);
 }
 
+// Nobody wanted the rest to be lost.
+TEST_F(SenderRig, ATextThatTheEndOfTheProgramCutsHasFailed) {
+  port.BlockWrites(3);
+  loop.Outside(100ms, [&] { link.GiveUpWaiting(); });
+  sender.Send("READ\r\n", SendKind::ByHand);
+  EXPECT_EQ(Log(), "REA");
+  EXPECT_EQ(counters.lblNotSent.Caption(), "1");
+  EXPECT_EQ(record.Sums().failed, 1U);
+}
+
 TEST_F(SenderRig, ARequestOfARunThatIsOverCountsNowhere) {
   exchange.BeginRun();
   port.BlockWrites();

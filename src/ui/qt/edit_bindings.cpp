@@ -48,7 +48,7 @@ TextBoxBinding::TextBoxBinding(TextBox& control, QLineEdit& widget)
 void TextBoxBinding::Commit() {
   if (!widget_.isModified()) return;
   widget_.setModified(false);  // first, since a handler may let the window live
-  control_.SetText(BytesOf(widget_.text()));
+  control_.Type(BytesOf(widget_.text()));
   Show();
 }
 
