@@ -81,7 +81,7 @@ bool Connection::ControlsSay(const LinkTarget& target) const {
 }
 
 std::string Connection::Target() const {
-  return InWords(link_.Target().port.empty() ? Chosen() : link_.Target());
+  return InWords(asked_.value_or(Chosen()));
 }
 
 std::string Connection::Description() const {
@@ -132,7 +132,7 @@ Color Connection::LampColor() const {
 
 void Connection::ShowLink() {
   if (link_.CommIsOpen() && named_ != link_.Target()) {
-    named_ = link_.Target();
+    named_ = asked_ = link_.Target();
     stablePath_ = named_->path;
     if (stablePath_.empty() && !named_->IsNetwork()) stablePath_ = Hooks.stablePath(named_->port);
   }
@@ -175,6 +175,7 @@ void Connection::Connect() {
 // A network connection takes its time; meanwhile the button cancels it.
 void Connection::Open() {
   const LinkTarget chosen = Chosen();
+  asked_ = chosen;
   const ScopeFlag connecting(connecting_, chosen.IsNetwork());
   if (connecting_) {
     SetAccess(false);

@@ -127,6 +127,7 @@ class Connection {
   bool disconnecting_ = false;
   bool waiting_ = false;             // for a link that went away
   std::optional<LinkTarget> gone_;   // the link that went away, and is waited for or could be
+  std::optional<LinkTarget> asked_;  // the link that was wanted last, by a Connect or a script; no probe
   std::optional<LinkTarget> named_;  // the link whose stable path is known
   std::string stablePath_;           // the port by its identity, whatever its number
   Duration pause_{};                 // before the next try

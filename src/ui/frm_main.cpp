@@ -133,6 +133,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   }
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
   WireLink();
+  WireConnection();
   WireNetwork();
   WireExchange();
   WireCycle();
@@ -153,6 +154,9 @@ void FrmMain::WireLink() {
     const LinkState& state = modules_->link.State;
     if (!modules_->connection.Searching()) Note(state.CommLastErrorSource + ": " + state.CommLastErrorText);
   };
+}
+
+void FrmMain::WireConnection() {
   ConnectionHooks& hooks = modules_->connection.Hooks;
   hooks.expanderBusy = [this] { return modules_->expander.State.ExpandBusy; };
   hooks.connecting = [this] {

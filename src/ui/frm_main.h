@@ -124,6 +124,7 @@ class FrmMain {
 
   void FillLists();
   void WireLink();
+  void WireConnection();
   void WireNetwork();
   void WireExchange();
   void WireCycle();
