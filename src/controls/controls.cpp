@@ -165,15 +165,18 @@ Label::Label(ControlGroup& group, std::string_view name, std::string_view captio
 void Label::SetCaption(std::string_view caption) {
   if (caption_ == caption) return;
   caption_ = caption;
+  number_.reset();
   Changed();
 }
 
 std::int32_t Label::Integer() const {
-  return IntegerOf(caption_);
+  return number_ ? *number_ : IntegerOf(caption_);
 }
 
 void Label::SetInteger(std::int32_t value) {
+  if (number_ == value) return;  // the ordinary case of a length: the same as before
   SetCaption(PaddedDecimal(value, 1));
+  number_ = value;
 }
 
 void Label::Increment() {

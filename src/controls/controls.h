@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -152,6 +153,7 @@ class Label : public Control {
 
  private:
   std::string caption_;
+  std::optional<std::int32_t> number_;  // what the caption is the plain form of, where that is known
 };
 
 // A frame disabled takes the user's access to everything in it; the controls keep their own state.
