@@ -397,6 +397,7 @@ void Connection::OfferPorts() {
 
 void Connection::ShowPorts(const std::vector<FoundPort>& ports) {
   std::vector<std::string> names;
+  names.reserve(ports.size());
   for (const FoundPort& port : ports) names.push_back(port.name);
   controls_.cboSerial.SetList(std::move(names));
   for (std::size_t i = 0; i < ports.size(); ++i) {

@@ -107,7 +107,7 @@ bool NetworkLink::Open(const NetworkChoice& choice) {
   return opening == openings_ && TakeConnection();
 }
 
-void NetworkLink::OpenInBackground(const NetworkChoice& choice, std::function<void(bool)> over) {
+void NetworkLink::OpenInBackground(const NetworkChoice& choice, const std::function<void(bool)>& over) {
   const auto opened = Begin(choice, [this, over] { over(TakeConnection()); });
   if (opened) over(*opened);
 }

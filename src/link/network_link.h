@@ -70,7 +70,7 @@ class NetworkLink {
   // The same without a yield: a client's connection is made in the background. `over`
   // gets what Open would return, from an alarm or, where nothing has to be waited for, before this returns;
   // it is never called once the opening was cancelled or closed.
-  void OpenInBackground(const NetworkChoice& choice, std::function<void(bool opened)> over);
+  void OpenInBackground(const NetworkChoice& choice, const std::function<void(bool opened)>& over);
   void Cancel();
 
   // Before a close on purpose: gives a TCP peer what waits for it, and then the end of the stream. Yields

@@ -28,6 +28,7 @@ std::vector<DatedExchange> Dated(const RunRecord& record, const Exchanges& excha
     return record.WallClock(*instant);
   };
   std::vector<DatedExchange> dated;
+  dated.reserve(exchanges.size());
   for (const ExchangeRecord& exchange : exchanges) {
     dated.push_back(
         {exchange, record.WallClock(exchange.began), date(exchange.firstByte), date(exchange.completed)});
