@@ -93,10 +93,10 @@ class RunRecord {
   LocalTime WallClock(Instant instant) const;  // of this run
   const RunSums& Sums() const { return sums_; }
   const LatencyHistogram& Latencies() const { return latencies_; }
+
+  // The first and the last failing exchanges whole. Of a run with few, both hold the same ones.
   const std::vector<ExchangeRecord>& FirstFailures() const { return firstFailures_; }
-  const std::deque<ExchangeRecord>& LastFailures() const {
-    return lastFailures_;
-  }  // may be the first ones, too
+  const std::deque<ExchangeRecord>& LastFailures() const { return lastFailures_; }
 
   // The last exchanges: those of the numbers from FirstKept() to LastNumber(), none while that is 0. Find
   // gives nothing for one that is not kept.

@@ -18,8 +18,7 @@ struct KindRow {
   SendKind kind;
   bool request;  // counted in lblsend, and an answer may come to it
   Stamp stamp;
-  bool appendsRow;  // "Append Row Tx" holds; a task's text lies between the exchanges and must not look like
-                    // one
+  bool appendsRow;  // "Append Row Tx" holds; a task's text must not look like an exchange
 };
 
 constexpr std::array<KindRow, 4> kinds{{
@@ -33,7 +32,7 @@ const KindRow& RowOf(SendKind kind) {
   return kinds[static_cast<std::size_t>(kind)];
 }
 
-// "NOT SENT: Input/output error (3 of 8 bytes taken)"
+// "Input/output error (3 of 8 bytes taken)"
 std::string FailureDetail(const SendOutcome& outcome) {
   if (outcome.taken == 0) return outcome.reason;
   return fmt::format("{} ({} of {} bytes taken)", outcome.reason, outcome.taken, outcome.text.size());
@@ -61,7 +60,6 @@ void Sender::Send(std::string bytes, SendKind kind, std::function<void(const Sen
 }
 
 void Sender::Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
-  if (outcome.taken > 0) parts_.exchange.BytesLeft();
   Show(std::string_view(outcome.text).substr(0, outcome.taken), kind);
   const bool ofAnotherRun = kind == SendKind::Cycle && run != parts_.exchange.Run();
   if (!RowOf(kind).request || ofAnotherRun) return TellEnd(outcome);
@@ -86,6 +84,7 @@ void Sender::Show(std::string_view taken, SendKind kind) {
 // Returns the number of a request that did not leave, 0 for any other.
 std::uint64_t Sender::CountRequest(const SendOutcome& outcome, SendKind kind) {
   Exchange& exchange = parts_.exchange;
+  if (outcome.taken > 0) exchange.BytesLeft();
   parts_.counters.lblsend.Increment();
   if (outcome.end != SendEnd::Sent) {
     return exchange.RequestNotSent(outcome.text,

@@ -162,7 +162,7 @@ class Link {
   void KeepLine(OutputLine line, bool asserted);
   bool CommIsOpen() const { return State.CommPortOpen; }
 
-  // Data can pass: a device or a UDP socket is open that knows its peer, or a TCP connection.
+  // Data can pass: a device or a UDP socket is open, or a TCP connection whose peer has not ended it.
   bool CanPass() const {
     return State.CommPortOpen && (!State.CommNetMode || network_.State() == Passage::Open);
   }
@@ -170,8 +170,8 @@ class Link {
   // A string is on its way to the driver, or some of one waits for a TCP peer to take it.
   bool Busy() const { return sending_ || !queued_.empty() || network_.Unsent() > 0; }
 
-  // Ends a write that waits for the driver, or the wait of Finish, by closing the link; for the end of the
-  // program. A string of which only a part has left has then failed.
+  // For the end of the program: where a write waits for the driver, Finish and then a close. A string of which
+  // only a part has left has then failed. A second call does not wait. Yields.
   void GiveUpWaiting();
 
   // "Rx only": nothing is sent by the cycle, and the receive loop leaves what arrives alone.

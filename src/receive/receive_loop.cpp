@@ -13,8 +13,8 @@
 namespace quarlin {
 namespace {
 
-constexpr std::size_t turnLimit =
-    std::size_t{64} * 1024;  // taken in one turn, so that the window gets its own
+// Taken in one turn, so that the window gets its own.
+constexpr std::size_t turnLimit = std::size_t{64} * 1024;
 constexpr Duration lampTime = std::chrono::milliseconds(100);
 
 std::string NothingOrBytes(std::size_t count) {
