@@ -103,12 +103,5 @@ TEST_F(SenderRig, ARequestOfARunThatIsOverCountsNowhere) {
   EXPECT_FALSE(exchange.State().WaitingAnswer);
 }
 
-TEST_F(SenderRig, ACounterBeyondItsMaximumIsToldOnce) {
-  macro.txtMax.SetText("-1");
-  macro.chkStopCounter.SetChecked(true);
-  EXPECT_TRUE(sender.Expand("[COUNTER]").pastMaximum);
-  EXPECT_FALSE(sender.Expand("PLAIN").pastMaximum);
-}
-
 }  // namespace
 }  // namespace quarlin

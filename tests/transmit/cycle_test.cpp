@@ -17,10 +17,6 @@ class CycleRoom : public SenderRig {
     link.Hooks.transmitted = [this] { exchange.TextSent(); };
     link.Hooks.free = [this] { cycle.MaySendAgain(); };
     cycle.Hooks.stopped = [this](RunEnd end) { ends.push_back(end); };
-    cycle.Hooks.stopWithMessage = [this](std::string_view message, std::string_view) {
-      messages.emplace_back(message);
-      cycle.Stop();
-    };
     controls.CBOSEND.SetText("READ");
     run.HScroll1.SetValue(100);
   }
@@ -39,18 +35,7 @@ class CycleRoom : public SenderRig {
   Cycle cycle{{loop, controls, run, macro, counters, link, expander, exchange, intervals, sender, traffic,
                sequence, status}};
   std::vector<RunEnd> ends;
-  std::vector<std::string> messages;
 };
-
-TEST_F(CycleRoom, SendsOnTheGridAndAfterAnAnswerAtTheNextPointOfIt) {
-  run.Check1.SetChecked(true);
-  Start();
-  loop.Pass(450ms);
-  EXPECT_EQ(Sends(), 1U);
-  Answer();
-  loop.Pass(60ms);
-  EXPECT_EQ(Sends(), 2U);
-}
 
 // A string that the driver has not taken yet is not overtaken, and its answer is not timed before it has
 // left.
@@ -129,16 +114,6 @@ TEST_F(CycleRoom, TheSendButtonSendsTheCommandBoxWhateverTheSequenceHolds) {
   controls.cmdSend.Click();
   loop.Pass(100ms);
   EXPECT_EQ(port.Written(), "A\r\nBY HAND\r\nB\r\n") << "and the sequence goes on where it was";
-}
-
-TEST_F(CycleRoom, ACounterAtItsEndStopsWithAMessageAndSendsNothing) {
-  controls.CBOSEND.SetText("W[COUNTER]");
-  macro.txtMax.SetText("1");
-  macro.chkStopCounter.SetChecked(true);
-  Start();
-  loop.Pass(1s);
-  EXPECT_EQ(Sends(), 2U);
-  EXPECT_EQ(messages, std::vector<std::string>{"COUNTER STOP"});
 }
 
 }  // namespace

@@ -283,18 +283,6 @@ TEST_F(CycleRig, TheLogHasTheOrderOfTheWire) {
   EXPECT_EQ(scale.Written().substr(0, 10), "READ\r\nSN\r\n");
 }
 
-TEST_F(CycleRig, ARunStartedWhileAnOldWriteWaitsCountsItsOwn) {
-  scale.BlockWrites();
-  Go();
-  loop.Outside(200ms, [&] {
-    StartCycle();
-    StartCycle();
-  });
-  loop.Outside(250ms, [&] { scale.UnblockWrites(); });
-  Pass(260ms);
-  EXPECT_EQ(Sent(), "0");
-}
-
 TEST_F(CycleRig, SequenceTakesTheLinesInTurnAndCountsOncePerRound) {
   ASSERT_FALSE(WriteWholeFile(folder.Path() / "SEQUENCE.txt", "A[COUNTER]\r\nB[COUNTER]\n\nC"));
   FrmMain other{{loop, ProgramFolder(folder.Path()), ports, prompts, opener, [] { return 0.5; }}};
@@ -308,18 +296,6 @@ TEST_F(CycleRig, SequenceTakesTheLinesInTurnAndCountsOncePerRound) {
   EXPECT_EQ(other.controls.cycle.CBOSEND.Text(), "A[COUNTER]");
 }
 
-TEST_F(CycleRig, EchoAndLogHoldWhatWentOut) {
-  controls().display.chkLog.SetChecked(true);
-  controls().run.chkhhmmss.SetChecked(true);
-  controls().framing.ChkCrLfAppTx.SetChecked(true);
-  Answer("OK\r\n");
-  Go();
-  Pass(110ms);
-  StartCycle();
-  EXPECT_EQ(Shown(), (Lines{"-->21/11/26 10:00:00 READ", "", "OK"}));
-  EXPECT_EQ(FileText("LOG.TXT"), "READ\r\nOK\r\n");
-}
-
 TEST_F(CycleRig, AStopWhileTheWriteWaitsLeavesNobodyWaiting) {
   WaitAnswer(50);
   scale.BlockWrites();
@@ -330,15 +306,6 @@ TEST_F(CycleRig, AStopWhileTheWriteWaitsLeavesNobodyWaiting) {
   EXPECT_FALSE(Running());
   EXPECT_EQ(scale.Written(), "READ\r\n") << "what was begun is finished";
   EXPECT_EQ(Errors(), "0");
-}
-
-TEST_F(CycleRig, ADisconnectWhileTheWriteWaitsIsSafe) {
-  scale.BlockWrites();
-  Go();
-  loop.Outside(200ms, [&] { Connect(); });
-  Pass(20s);
-  EXPECT_FALSE(Connected());
-  EXPECT_FALSE(Running());
 }
 
 TEST_F(CycleRig, ElapsedTimeAndRateAreShown) {

@@ -87,14 +87,6 @@ TEST_F(ReceiveRig, AnErrAnswerIsCountedOnceAndThrownAway) {
   EXPECT_EQ(controls().counters.lblErrorLen.Caption(), "0");
 }
 
-TEST_F(ReceiveRig, AnErrAnswerInPiecesIsFound) {
-  Receive("E");
-  Receive("R");
-  Receive("R\r\n");
-  EXPECT_EQ(Errors(), "1");
-  EXPECT_EQ(Answers(), "0");
-}
-
 TEST_F(ReceiveRig, WrongLengthAndDifferentTextAreErrors) {
   controls().receive.txtlenrx.SetText("8");
   Receive("1234567\r\n");
