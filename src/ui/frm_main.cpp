@@ -11,6 +11,7 @@
 #include "connect/modem_lines.h"
 #include "connect/port_list.h"
 #include "connect/port_owner.h"
+#include "controls/folder_watch.h"
 #include "display/traffic.h"
 #include "exchange/exchange.h"
 #include "exchange/sender.h"
@@ -67,6 +68,7 @@ FrmMainControls::FrmMainControls(EventLoop& loop)
 struct FrmMain::Modules {
   Modules(FrmMain& frm, FrmMainControls& controls, Surroundings& around)
       : status(around.loop, controls.status),
+        folder(around.loop, around.folder.Path()),
         prompts(around.loop, around.prompts),
         link(around.loop, around.devices, controls.link),
         intervals(around.loop, controls.link),
@@ -99,6 +101,7 @@ struct FrmMain::Modules {
                  controls.counters, around.headless}) {}
 
   StatusNote status;
+  FolderWatch folder;  // for whoever wants to know that a file of the program folder has changed
   TimedPrompts prompts;
   Link link;
   IntervalStatistics intervals;

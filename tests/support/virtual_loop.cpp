@@ -1,11 +1,13 @@
 #include "support/virtual_loop.h"
 
+#include <poll.h>
+
 #include <algorithm>
 
 namespace quarlin {
 namespace {
 
-// Descriptors belong to the real world; in virtual time a device calls by itself.
+// In virtual time a device calls by itself.
 class NoWatch : public Watch {
  public:
   void SetEnabled(bool) override {}
@@ -16,18 +18,41 @@ constexpr int turnsPerMicrosecond = 100;
 
 }  // namespace
 
+class VirtualLoop::VirtualWatch : public Watch {
+ public:
+  VirtualWatch(VirtualLoop& loop, std::shared_ptr<Watched> watched)
+      : loop_(loop), watched_(std::move(watched)) {}
+  ~VirtualWatch() override {
+    watched_->enabled = false;
+    std::erase(loop_.watched_, watched_);
+  }
+  void SetEnabled(bool enabled) override { watched_->enabled = enabled; }
+
+ private:
+  VirtualLoop& loop_;
+  std::shared_ptr<Watched> watched_;
+};
+
 VirtualLoop::VirtualLoop() {
   using namespace std::chrono;
   clock_.Set(Instant(hours(1)));
   clock_.SetLocal(local_days(year(2026) / 11 / 21) + hours(10));
 }
 
-std::unique_ptr<Watch> VirtualLoop::WatchReadable(int, std::function<void()>) {
-  return std::make_unique<NoWatch>();
+std::unique_ptr<Watch> VirtualLoop::WatchReadable(int descriptor, std::function<void()> ready) {
+  watched_.push_back(std::make_shared<Watched>(Watched{descriptor, std::move(ready)}));
+  return std::make_unique<VirtualWatch>(*this, watched_.back());
 }
 
 std::unique_ptr<Watch> VirtualLoop::WatchWritable(int, std::function<void()>) {
   return std::make_unique<NoWatch>();
+}
+
+void VirtualLoop::ServeDescriptors() {
+  for (const auto& watched : std::vector(watched_)) {
+    pollfd asked{watched->descriptor, POLLIN, 0};
+    if (watched->enabled && poll(&asked, 1, 0) > 0) watched->ready();
+  }
 }
 
 void VirtualLoop::Outside(Duration after, std::function<void()> call) {

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "controls/event_loop.h"
 
@@ -31,6 +32,9 @@ class VirtualLoop : public EventLoop {
   // Runs what is due at this instant.
   void Settle() { Pass(Duration::zero()); }
 
+  // Calls once whoever waits for reading a real descriptor that can be read. Time stands still.
+  void ServeDescriptors();
+
   // Has the outside world do something after a while: a device that answers, a user who clicks.
   void Outside(Duration after, std::function<void()> call);
 
@@ -53,11 +57,19 @@ class VirtualLoop : public EventLoop {
     LocalTime localStart_{};
   };
 
+  struct Watched {
+    int descriptor;
+    std::function<void()> ready;
+    bool enabled = true;
+  };
+  class VirtualWatch;
+
   bool RunOutside(Instant until);
   void FireDue();
 
   VirtualClock clock_;
   std::multimap<Instant, std::function<void()>> outside_;
+  std::vector<std::shared_ptr<Watched>> watched_;
   std::optional<int> exitStatus_;
   int turns_ = 0;
 };
