@@ -17,6 +17,10 @@ class DisplayText : public Control {
   void Append(std::string_view text, Color color);
   void Clear();
 
+  // The number that the ring gives to the line in which the next text of another direction begins, so what
+  // is about to be shown can be found again by it.
+  std::uint64_t NextLine() const { return ring_.EndLine(); }
+
   // Also told what is added; for a program without a window, which prints it.
   Hook<void(std::string_view text, Color color)> OnAppend;
 

@@ -269,6 +269,14 @@ bool ReceivedTextView::Find(const QString& text, bool backward, bool caseSensiti
   return true;
 }
 
+bool ReceivedTextView::ShowLine(std::uint64_t line) {
+  if (Ring() == nullptr || line < Ring()->FirstLine() || line >= Ring()->EndLine()) return false;
+  const TextSpan span{{line, 0}, {line, RowOf(line).Length()}};
+  selection_.Start(span);
+  MakeVisible(span);
+  return true;
+}
+
 void ReceivedTextView::MakeVisible(const TextSpan& span) {
   SetFollowing(false);
   const std::uint64_t rows = VisibleRows();

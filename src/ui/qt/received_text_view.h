@@ -50,8 +50,15 @@ class ReceivedTextView : public QAbstractScrollArea {
   bool ShowsLineEnds() const { return format_.lineEnds; }
   void SetShowsLineEnds(bool shows);
 
+  // Any font, from the next frame on. Each character has a cell of its own, so columns stay straight in a
+  // proportional font, too.
+  void SetDisplayFont(const QFont& font) { setFont(font); }
+
   bool Following() const { return following_ && !paused_; }
   void JumpToEnd();  // ends a pause, too
+
+  // Brings a line of the ring into view, selected, and stops following. False when the ring does not keep it.
+  bool ShowLine(std::uint64_t line);
 
   // Looks through the kept lines as they are shown, from the selection (else from the visible lines) on
   // and round the end; selects and shows the next place that matches. False when there is none.
