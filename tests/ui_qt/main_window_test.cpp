@@ -103,7 +103,7 @@ bool IsOfKind(const QWidget& widget, ControlKind kind) {
       {ControlKind::OptionButton, "QRadioButton"},
       {ControlKind::CommandButton, "QPushButton"},
       {ControlKind::Label, "QLabel"},
-      {ControlKind::Frame, "QGroupBox"},
+      {ControlKind::Frame, "QWidget"},
       {ControlKind::Shape, "quarlin::Lamp"},
       {ControlKind::ScrollBar, "QAbstractSlider"},
       {ControlKind::ListBox, "QListWidget"},
@@ -115,7 +115,8 @@ bool IsOfKind(const QWidget& widget, ControlKind kind) {
 bool IsPartOfAnother(const QWidget& widget) {
   for (const QWidget* parent = widget.parentWidget(); parent != nullptr; parent = parent->parentWidget()) {
     if (parent->inherits("QComboBox") || parent->inherits("QLineEdit") || parent->inherits("QTabBar") ||
-        parent->inherits("QMenuBar") || parent->inherits("quarlin::ReceivedTextView")) {
+        parent->inherits("QMenuBar") || parent->inherits("QToolBar") ||
+        parent->inherits("quarlin::ReceivedTextView")) {
       return true;
     }
   }
@@ -165,9 +166,7 @@ class MainWindowTest : public QObject {
  private slots:
   void formAndModelHoldTheSameControls() {
     Rig rig;
-    std::set<QString> names = {"findText",       "findPreviousButton", "findNextButton",
-                               "findCaseButton", "pauseButton",        "timesButton",
-                               "hexButton",      "lineEndsButton",     "clearButton"};
+    std::set<QString> names = {"findText", "sidePanelButton"};
     for (const Control* control : rig.frm.Collection().All()) {
       if (control->Kind() == ControlKind::Timer) continue;
       const QString name = WidgetName(*control);
@@ -186,7 +185,8 @@ class MainWindowTest : public QObject {
     for (const Control* control : rig.frm.Collection().All()) {
       const auto caption = CaptionOf(*control);
       if (!caption) continue;
-      const QString shown = TextOf(rig.Find<QWidget>(qPrintable(WidgetName(*control))));
+      const auto& widget = rig.Find<QWidget>(qPrintable(WidgetName(*control)));
+      const QString shown = TextOf(widget).isEmpty() ? widget.accessibleName() : TextOf(widget);
       QCOMPARE(WithoutMnemonic(shown), WithoutMnemonic(ShownText(*caption)));
     }
   }
@@ -268,8 +268,8 @@ class MainWindowTest : public QObject {
         QVERIFY2(!wanted || visited.contains(widget->objectName()),
                  qPrintable(title + ": " + widget->objectName()));
       }
-      QStringList ways = {"cboSerial", "chkUDP",    "cmdOpen", "findText", "txtric",  "lstError",
-                          "tabs",      "cmdSave_0", "CBOSEND", "Command1", "HScroll1"};
+      QStringList ways = {"cboSerial", "cmdsearchcom", "cmdOpen",  "findText", "txtric",   "lstError",
+                          "CBOSEND",   "Command1",     "HScroll1", "tabs",     "cmdSave_0"};
       for (qsizetype i = 1; i < ways.size(); ++i) {
         const bool tabBar = ways[i] == "tabs" || ways[i - 1] == "tabs";
         QVERIFY2(tabBar || visited.indexOf(ways[i - 1]) < visited.indexOf(ways[i]), qPrintable(ways[i]));

@@ -168,19 +168,29 @@ class LabelBinding : public Binding {
   QLabel& widget_;
 };
 
+// A frame without a box around it tells its caption only to those who cannot see it.
 class FrameBinding : public Binding {
  public:
-  FrameBinding(Frame& control, QGroupBox& widget)
-      : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.title())) {}
+  FrameBinding(Frame& control, QWidget& widget)
+      : Binding(control, widget),
+        control_(control),
+        widget_(widget),
+        box_(qobject_cast<QGroupBox*>(&widget)),
+        mnemonic_(box_ == nullptr ? QChar() : MnemonicOf(box_->title())) {}
 
  private:
   void ShowValue() override {
+    if (box_ == nullptr) {
+      widget_.setAccessibleName(ShownText(control_.Caption()));
+      return;
+    }
     const QString caption = WithMnemonic(control_.Caption(), mnemonic_);
-    if (WithoutMnemonic(widget_.title()) != WithoutMnemonic(caption)) widget_.setTitle(caption);
+    if (WithoutMnemonic(box_->title()) != WithoutMnemonic(caption)) box_->setTitle(caption);
   }
 
   Frame& control_;
-  QGroupBox& widget_;
+  QWidget& widget_;
+  QGroupBox* box_;
   QChar mnemonic_;
 };
 
@@ -305,7 +315,7 @@ std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const Us
     case ControlKind::Label:
       return Tie<LabelBinding, Label, QLabel>(control, widget);
     case ControlKind::Frame:
-      return Tie<FrameBinding, Frame, QGroupBox>(control, widget);
+      return Tie<FrameBinding, Frame, QWidget>(control, widget);
     case ControlKind::Shape:
       return Tie<LampBinding, Shape, Lamp>(control, widget);
     case ControlKind::ScrollBar:

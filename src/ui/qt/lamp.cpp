@@ -15,9 +15,13 @@ Lamp::Lamp(QWidget* parent) : QWidget(parent) {
 void Lamp::SetColor(const QColor& color) {
   if (color == color_) return;
   color_ = color;
-  constexpr int half = 128;
-  setAccessibleDescription(color.value() > half ? tr("lit") : tr("dark"));
+  setAccessibleDescription(Lit() ? tr("lit") : tr("dark"));
   update();
+}
+
+bool Lamp::Lit() const {
+  constexpr int half = 128;
+  return color_.value() > half;
 }
 
 void Lamp::paintEvent(QPaintEvent*) {
@@ -26,15 +30,23 @@ void Lamp::paintEvent(QPaintEvent*) {
   const double radius = std::min(width(), height()) / 2.0 - 1.0;
   const QPointF centre(width() / 2.0, height() / 2.0);
 
+  // The text's colour, half transparent, stands out from a light window and from a dark one.
+  QColor outline = palette().color(QPalette::WindowText);
+  outline.setAlphaF(0.55F);
+  if (!Lit()) {
+    constexpr double ring = 1.5;  // pixels
+    painter.setPen(QPen(outline, 1.0));
+    painter.drawEllipse(centre, radius, radius);
+    painter.setPen(QPen(color_, ring));
+    painter.drawEllipse(centre, radius - ring, radius - ring);
+    return;
+  }
+
   // Full in the middle and a little deeper towards the edge.
   QRadialGradient glow(centre, radius);
   glow.setColorAt(0.0, color_);
   glow.setColorAt(0.65, color_);
   glow.setColorAt(1.0, color_.darker(140));
-
-  // The text's colour, half transparent, stands out from a light window and from a dark one.
-  QColor outline = palette().color(QPalette::WindowText);
-  outline.setAlphaF(0.55F);
   painter.setPen(QPen(outline, 1.0));
   painter.setBrush(glow);
   painter.drawEllipse(centre, radius, radius);

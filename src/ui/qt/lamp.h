@@ -1,4 +1,5 @@
-// A round indicator lamp.
+// A round indicator lamp. One in a dark colour is not lit: it is hollow, a ring of its colour, so that nobody
+// takes a dark green for a light.
 #pragma once
 
 #include <QColor>
@@ -15,6 +16,8 @@ class Lamp : public QWidget {
   // Also describes the lamp as "lit" or "dark" to those who cannot see it.
   void SetColor(const QColor& color);
   const QColor& ColorShown() const { return color_; }
+
+  bool Lit() const;
 
   QSize sizeHint() const override { return {14, 14}; }
   QSize minimumSizeHint() const override { return sizeHint(); }

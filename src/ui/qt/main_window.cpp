@@ -2,30 +2,65 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QMessageBox>
-#include <QShortcut>
-#include <QToolTip>
+#include <QPushButton>
+#include <QSplitter>
+#include <QVBoxLayout>
 
 #include "script/script_host.h"
+#include "ui/qt/error_panel.h"
+#include "ui/qt/link_row.h"
 #include "ui/qt/script_list_dialog.h"
+#include "ui/qt/side_panel.h"
+#include "ui/qt/traffic_panel.h"
 #include "ui/qt/widget_text.h"
+#include "ui_command_row.h"
+#include "ui_counters_row.h"
 #include "ui_main_window.h"
+#include "ui_status_row.h"
 
 namespace quarlin {
 
-MainWindow::MainWindow(FrmMain& frm) : frm_(frm), ui_(std::make_unique<Ui::MainWindow>()) {
+namespace {
+
+// A part that is a form and nothing more.
+template <typename Form>
+QWidget* MakePart() {
+  auto* part = new QWidget;
+  Form().setupUi(part);
+  return part;
+}
+
+// The widget of that name among those that the forms have made.
+template <typename Widget>
+Widget* Part(QWidget& window, const char* name) {
+  auto* found = window.findChild<Widget*>(name);
+  Q_ASSERT(found != nullptr);
+  return found;
+}
+
+}  // namespace
+
+MainWindow::MainWindow(FrmMain& frm)
+    : frm_(frm),
+      ui_(std::make_unique<Ui::MainWindow>()),
+      linkRow_(new LinkRow),
+      traffic_(new TrafficPanel),
+      errors_(new ErrorPanel),
+      side_(new SidePanel) {
   QApplication::setCursorFlashTime(0);  // a blinking cursor would wake an idle program twice a second
   ui_->setupUi(this);
-  ui_->splitter->setStretchFactor(0, 1);
-  ui_->splitter->setStretchFactor(1, 0);
+  PutTogether();
   setWindowTitle(ShownText(frm.Caption()));
   binder_ = std::make_unique<Binder>(frm.Collection(), *this);
+  FillMenus();
   WireMenus();
   WireDisplay();
-  WireFind();
-  WireTabs();
+  WirePages();
   WireScript();
-  ui_->cmdOpen->setFocus();
+  Part<QWidget>(*this, "cmdOpen")->setFocus();
 }
 
 MainWindow::~MainWindow() {
@@ -41,80 +76,86 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   frm_.Unload();
 }
 
+void MainWindow::PutTogether() {
+  auto* sides = new QSplitter(Qt::Horizontal);
+  sides->setObjectName("sides");
+  sides->setChildrenCollapsible(false);
+  sides->addWidget(MakeLeftSide());
+  sides->addWidget(side_);
+  sides->setStretchFactor(0, 1);
+  sides->setStretchFactor(1, 0);
+  sides->setSizes({side_->sizeHint().width() * 3, side_->sizeHint().width()});
+
+  auto* column = new QVBoxLayout(ui_->central);
+  column->setContentsMargins(8, 4, 8, 4);
+  column->setSpacing(6);
+  column->addWidget(linkRow_);
+  column->addWidget(sides, 1);
+  column->addWidget(MakePart<Ui::CountersRow>());
+  column->addWidget(MakePart<Ui::StatusRow>());
+  linkRow_->ShowAtEnd(*ui_->actionSidePanel);
+}
+
+// The traffic with the errors below it, and the command row.
+QWidget* MainWindow::MakeLeftSide() {
+  auto* split = new QSplitter(Qt::Vertical);
+  split->setObjectName("trafficAndErrors");
+  split->setChildrenCollapsible(false);
+  split->addWidget(traffic_);
+  split->addWidget(errors_);
+  split->setStretchFactor(0, 1);
+  split->setStretchFactor(1, 0);
+
+  auto* left = new QWidget;
+  auto* column = new QVBoxLayout(left);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(6);
+  column->addWidget(split, 1);
+  column->addWidget(MakePart<Ui::CommandRow>());
+  return left;
+}
+
+void MainWindow::FillMenus() {
+  ui_->menuView->insertActions(ui_->actionErrorList, traffic_->ViewActions());
+  ui_->menuView->insertSeparator(ui_->actionErrorList);
+  ui_->menuEdit->addActions(traffic_->FindActions());
+}
+
 void MainWindow::WireMenus() {
-  const std::pair<QAction*, QPushButton*> buttons[] = {
-      {ui_->actionSave, ui_->cmdSave_0},   {ui_->actionLoad, ui_->cmdSave_1},
-      {ui_->actionReport, ui_->cmdReport}, {ui_->actionErrorList, ui_->cmdErr},
-      {ui_->actionStart, ui_->Command1},
+  const std::pair<QAction*, const char*> buttons[] = {
+      {ui_->actionSave, "cmdSave_0"},   {ui_->actionLoad, "cmdSave_1"}, {ui_->actionReport, "cmdReport"},
+      {ui_->actionErrorList, "cmdErr"}, {ui_->actionStart, "Command1"},
   };
-  for (const auto& [action, button] : buttons) {
-    connect(action, &QAction::triggered, button, &QPushButton::click);
+  for (const auto& [action, name] : buttons) {
+    connect(action, &QAction::triggered, Part<QPushButton>(*this, name), &QPushButton::click);
   }
+  auto* command = Part<QComboBox>(*this, "CBOSEND");
   connect(ui_->actionQuit, &QAction::triggered, this, &MainWindow::close);
   connect(ui_->actionAbout, &QAction::triggered, this, &MainWindow::ShowAbout);
-  connect(ui_->actionCommand, &QAction::triggered, this, [this] {
-    ui_->CBOSEND->setFocus(Qt::ShortcutFocusReason);
-    ui_->CBOSEND->lineEdit()->selectAll();
+  connect(ui_->actionSidePanel, &QAction::toggled, side_, &QWidget::setVisible);
+  connect(ui_->actionCommand, &QAction::triggered, command, [command] {
+    command->setFocus(Qt::ShortcutFocusReason);
+    command->lineEdit()->selectAll();
   });
-  connect(ui_->CBOSEND->lineEdit(), &QLineEdit::returnPressed, ui_->cmdSend, &QPushButton::click);
+  connect(command->lineEdit(), &QLineEdit::returnPressed, Part<QPushButton>(*this, "cmdSend"),
+          &QPushButton::click);
 }
 
 void MainWindow::WireDisplay() {
-  const std::pair<QToolButton*, QAction*> buttons[] = {
-      {ui_->findPreviousButton, ui_->actionFindPrevious},
-      {ui_->findNextButton, ui_->actionFindNext},
-      {ui_->findCaseButton, ui_->actionFindCase},
-      {ui_->pauseButton, ui_->actionPause},
-      {ui_->timesButton, ui_->actionTimes},
-      {ui_->hexButton, ui_->actionHex},
-      {ui_->lineEndsButton, ui_->actionLineEnds},
-      {ui_->clearButton, ui_->actionClear},
-  };
-  for (const auto& [button, action] : buttons) button->setDefaultAction(action);
-
-  ReceivedTextView* view = ui_->txtric;
-  connect(ui_->actionPause, &QAction::toggled, view, &ReceivedTextView::SetPaused);
-  connect(ui_->actionTimes, &QAction::toggled, view, &ReceivedTextView::SetShowsTimes);
-  connect(ui_->actionHex, &QAction::toggled, view, &ReceivedTextView::SetHexView);
-  connect(ui_->actionLineEnds, &QAction::toggled, view, &ReceivedTextView::SetShowsLineEnds);
-  connect(view, &ReceivedTextView::pausedChanged, ui_->actionPause, &QAction::setChecked);
-  connect(view, &ReceivedTextView::showsTimesChanged, ui_->actionTimes, &QAction::setChecked);
-  connect(view, &ReceivedTextView::hexViewChanged, ui_->actionHex, &QAction::setChecked);
-
-  const auto clear = [this] { frm_.controls.display.txtric.Clear(); };
-  connect(ui_->actionClear, &QAction::triggered, this, clear);
-  connect(view, &ReceivedTextView::clearRequested, this, clear);
-  frm_.OnFocusDisplay = [view] { view->setFocus(); };
+  connect(traffic_, &TrafficPanel::clearRequested, this, [this] { frm_.controls.display.txtric.Clear(); });
+  frm_.OnFocusDisplay = [this] { traffic_->View().setFocus(); };
 }
 
-void MainWindow::WireFind() {
-  connect(ui_->actionFind, &QAction::triggered, this, [this] {
-    ui_->findText->setFocus(Qt::ShortcutFocusReason);
-    ui_->findText->selectAll();
-  });
-  connect(ui_->actionFindNext, &QAction::triggered, this, [this] { Find(false); });
-  connect(ui_->actionFindPrevious, &QAction::triggered, this, [this] { Find(true); });
-  connect(ui_->findText, &QLineEdit::returnPressed, this, [this] { Find(false); });
-}
-
-void MainWindow::Find(bool backward) {
-  const QString text = ui_->findText->text();
-  if (text.isEmpty()) {
-    ui_->findText->setFocus(Qt::ShortcutFocusReason);
-  } else if (!ui_->txtric->Find(text, backward, ui_->actionFindCase->isChecked())) {
-    const QPoint below(0, ui_->findText->height() / 2);
-    QToolTip::showText(ui_->findText->mapToGlobal(below), tr("Not found"), ui_->findText);
-  }
-}
-
-// Alt+1 to Alt+5: their names would use up the letters that the settings on them need.
-void MainWindow::WireTabs() {
-  for (int i = 0; i < ui_->tabs->count(); ++i) {
-    auto* shortcut = new QShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + i)), this);
-    connect(shortcut, &QShortcut::activated, this, [this, i] {
-      ui_->tabs->setCurrentIndex(i);
-      ui_->tabs->setFocus(Qt::ShortcutFocusReason);
+// Alt+1 and so on: their names would use up the letters that the settings on them need.
+void MainWindow::WirePages() {
+  for (int i = 0; i < side_->PageCount(); ++i) {
+    auto* show = new QAction(side_->PageTitle(i), this);
+    show->setShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + i)));
+    connect(show, &QAction::triggered, this, [this, i] {
+      ui_->actionSidePanel->setChecked(true);
+      side_->ShowPage(i);
     });
+    ui_->menuPages->addAction(show);
   }
 }
 

@@ -1,5 +1,4 @@
-// The main window on the screen: the form, bound to the model, and what belongs to the screen alone,
-// such as the menus and the find box.
+// The main window on the screen: its parts, put together and bound to the model, and the menus.
 #pragma once
 
 #include <QMainWindow>
@@ -15,6 +14,11 @@ namespace Ui {
 class MainWindow;
 }
 
+class ErrorPanel;
+class LinkRow;
+class SidePanel;
+class TrafficPanel;
+
 class MainWindow : public QMainWindow {
   Q_OBJECT
 
@@ -28,17 +32,22 @@ class MainWindow : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  void PutTogether();
+  QWidget* MakeLeftSide();
+  void FillMenus();
   void WireMenus();
   void WireDisplay();
-  void WireFind();
-  void WireTabs();
+  void WirePages();
   void WireScript();
   void ShowCommandPanel();
-  void Find(bool backward);
   void ShowAbout();
 
   FrmMain& frm_;
   std::unique_ptr<Ui::MainWindow> ui_;
+  LinkRow* linkRow_;
+  TrafficPanel* traffic_;
+  ErrorPanel* errors_;
+  SidePanel* side_;
   std::unique_ptr<Binder> binder_;
   std::unique_ptr<CommandWindow> commandWindow_;  // once it was shown; few runs need it
 };
