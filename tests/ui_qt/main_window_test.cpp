@@ -379,7 +379,7 @@ class MainWindowTest : public QObject {
   void theDisplaysSwitchesStandInMenuAndTools() {
     Rig rig;
     auto& view = rig.Find<ReceivedTextView>("txtric");
-    rig.Find<QToolButton>("hexButton").click();
+    rig.Find<QAction>("actionHex").trigger();
     QVERIFY(view.HexView());
     view.SetPaused(true);  // as its own menu does
     QVERIFY(rig.window.findChild<QAction*>("actionPause")->isChecked());
@@ -398,10 +398,10 @@ class MainWindowTest : public QObject {
     auto& box = rig.Find<QLineEdit>("findText");
     QVERIFY(box.hasFocus());
     QTest::keyClicks(&box, "Weight");
-    rig.Find<QToolButton>("findCaseButton").click();
+    rig.Find<QAction>("actionFindCase").trigger();
     QTest::keyClick(&box, Qt::Key_Return);
     QCOMPARE(rig.Find<ReceivedTextView>("txtric").SelectedText(), QString("Weight"));
-    rig.Find<QToolButton>("findCaseButton").click();
+    rig.Find<QAction>("actionFindCase").trigger();
     QTest::keyClick(&rig.window, Qt::Key_F3, Qt::ShiftModifier);
     QCOMPARE(rig.Find<ReceivedTextView>("txtric").SelectedText(), QString("weight"));
   }
