@@ -19,8 +19,8 @@ constexpr int lowerArrow = 2;
 FrmCommandControls::FrmCommandControls(EventLoop& loop)
     : ControlGroup(loop), ShpOutput(*this, "ShpOutput", unlit), ChkInput(*this, "ChkInput", "") {}
 
-FrmCommand::FrmCommand(EventLoop& loop) : controls(loop), loop_(loop) {
-  collection_.Add(controls);
+FrmCommand::FrmCommand(EventLoop& loop) : Form("FrmCommand", windowCaption), controls(loop), loop_(loop) {
+  Collection().Add(controls);
   for (std::size_t i = 0; i < controls.VScrollIO.size(); ++i) {
     controls.VScrollIO[i].Change = [this, i] { VScrollIO_Change(i); };
   }
@@ -29,12 +29,13 @@ FrmCommand::FrmCommand(EventLoop& loop) : controls(loop), loop_(loop) {
     closed_ = true;
     SetVisible(false);
   };
+  OnClose = [this] { controls.cmdExit.Click(); };
   BeginAfresh();
 }
 
 void FrmCommand::BeginAfresh() {
   closed_ = false;
-  caption_ = windowCaption;
+  SetCaption(windowCaption);
   for (Control* control : controls.Members()) {
     control->SetEnabled(true);
     control->SetVisible(true);
@@ -63,10 +64,7 @@ void FrmCommand::BeginAfresh() {
 }
 
 void FrmCommand::Load() {
-  if (closed_) {
-    BeginAfresh();
-    WindowChanged();
-  }
+  if (closed_) BeginAfresh();
   const ScopeFlag busy(SpinBusy);  // this is no press of a button
   for (std::size_t i = 0; i < controls.VScrollIO.size(); ++i) controls.VScrollIO[i].SetValue(atRest);
 }
@@ -82,25 +80,6 @@ void FrmCommand::VScrollIO_Change(std::size_t index) {
   box.SetText(PaddedDecimal(number, 1));
   spin.SetValue(atRest);
   loop_.DoEvents();
-}
-
-void FrmCommand::SetCaption(std::string_view caption) {
-  caption_ = caption;
-  WindowChanged();
-}
-
-void FrmCommand::SetVisible(bool visible) {
-  visible_ = visible;
-  WindowChanged();
-}
-
-void FrmCommand::SetTopMost(bool topMost) {
-  topMost_ = topMost;
-  WindowChanged();
-}
-
-void FrmCommand::WindowChanged() const {
-  OnWindowChanged();
 }
 
 }  // namespace quarlin

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "base/hook.h"
-#include "controls/collection.h"
 #include "controls/controls.h"
+#include "controls/form.h"
 
 namespace quarlin {
 
@@ -37,44 +37,25 @@ struct FrmCommandControls : ControlGroup {
   CommandButton cmdExit{*this, "cmdExit", ""};
 };
 
-class FrmCommand {
+// Shown beside the main window, which goes on. The window's close button means Exit.
+class FrmCommand : public Form {
  public:
   explicit FrmCommand(EventLoop& loop);
 
   FrmCommandControls controls;
-  ControlCollection& Collection() { return collection_; }
-
-  const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string_view caption);
 
   // Brings the spin buttons to rest; a panel that was closed with Exit begins afresh. The window stays as
   // it is: hidden at first.
   void Load();
 
-  // Shown beside the main window, which goes on.
-  bool Visible() const { return visible_; }
-  void SetVisible(bool visible);
-
-  bool TopMost() const { return topMost_; }
-  void SetTopMost(bool topMost);
-
-  // The window's close button means Exit.
   Hook<void()> OnExit;
-
-  // The view's: caption, visibility or place among the windows have changed, or it wants to be in front.
-  Hook<void()> OnWindowChanged;
 
  private:
   void BeginAfresh();
   void VScrollIO_Change(std::size_t index);
-  void WindowChanged() const;
 
   EventLoop& loop_;
-  ControlCollection collection_;
-  std::string caption_;
   bool closed_ = false;  // with Exit
-  bool visible_ = false;
-  bool topMost_ = false;
   bool SpinBusy = false;
 };
 

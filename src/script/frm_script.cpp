@@ -7,8 +7,12 @@
 namespace quarlin {
 
 FrmScript::FrmScript(EventLoop& loop, std::filesystem::path folder, ScriptChoice& choice, Prompts& prompts)
-    : controls(loop), folder_(std::move(folder)), choice_(choice), prompts_(prompts) {
-  collection_.Add(controls);
+    : Form("FrmScript", "Script List"),
+      controls(loop),
+      folder_(std::move(folder)),
+      choice_(choice),
+      prompts_(prompts) {
+  Collection().Add(controls);
   controls.cmdSelect.OnClick = [this] { cmdSelect_Click(); };
   controls.lstScript.DblClick = [this] { cmdSelect_Click(); };
   controls.cmdExit.OnClick = [this] { Close(); };
@@ -42,10 +46,6 @@ void FrmScript::cmdSelect_Click() {
     }
   }
   Close();
-}
-
-void FrmScript::Close() const {
-  OnClose();
 }
 
 }  // namespace quarlin

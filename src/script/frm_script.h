@@ -5,8 +5,8 @@
 #include <string>
 
 #include "base/hook.h"
-#include "controls/collection.h"
 #include "controls/controls.h"
+#include "controls/form.h"
 #include "controls/prompts.h"
 
 namespace quarlin {
@@ -27,24 +27,17 @@ struct ScriptChoice {
   bool ScriptShowCommand = false;
 };
 
-class FrmScript {
+class FrmScript : public Form {
  public:
   FrmScript(EventLoop& loop, std::filesystem::path folder, ScriptChoice& choice, Prompts& prompts);
 
   FrmScriptControls controls;
-  ControlCollection& Collection() { return collection_; }
-  static constexpr std::string_view caption = "Script List";
 
   // Lists the *.vbs and then the *.js files of the folder, and selects the one that was chosen last.
   void Load();
 
-  // The view's: the window is to go.
-  Hook<void()> OnClose;
-
   // The host's: a file was chosen; empty where the chosen one has gone meanwhile.
   Hook<void(const std::string& file)> OnChosen;
-
-  void Close() const;
 
  private:
   void cmdSelect_Click();
@@ -52,7 +45,6 @@ class FrmScript {
   std::filesystem::path folder_;
   ScriptChoice& choice_;
   Prompts& prompts_;
-  ControlCollection collection_;
 };
 
 }  // namespace quarlin

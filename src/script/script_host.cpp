@@ -147,7 +147,7 @@ void ScriptHost::EnableScript() {
     constexpr std::string_view why = "no script runs: there is no *.vbs file in the program folder";
     parts_.status.Say(why);
     startFailure_ = why;
-    if (!ShowList) parts_.prompts.ShowMessage(why, "SCRIPT");  // nobody sees the status bar
+    if (!list_.HasView()) parts_.prompts.ShowMessage(why, "SCRIPT");  // nobody sees the status bar
     return;
   }
   ChooseScript();
@@ -173,9 +173,9 @@ void ScriptHost::EnableScript() {
 }
 
 void ScriptHost::ChooseScript() {
-  if (ShowList) {
+  if (list_.HasView()) {
     list_.Load();
-    ShowList(list_);
+    list_.ShowModal();
   } else if (!ScriptExists()) {
     parts_.prompts.ShowMessage(choice_.ScriptFile.empty()
                                    ? "no script was chosen; scripting is switched off"

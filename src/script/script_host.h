@@ -58,11 +58,10 @@ class ScriptHost {
 
   ScriptHooks Hooks;
 
-  // Shows the script list and returns when it has been closed. Empty without a window: the script that
-  // txtScriptFile names is then taken.
-  Hook<void(FrmScript& list)> ShowList;
-
   FrmCommand& Panel() { return panel_; }
+
+  // Shown when scripting is switched on. Where nobody sees it, the script that txtScriptFile names is taken.
+  FrmScript& List() { return list_; }
   ScriptRunner& Runner() { return runner_; }
   const std::string& ScriptFile() const { return choice_.ScriptFile; }
 
@@ -94,7 +93,7 @@ class ScriptHost {
   void EndTask();
 
   // Closes the script list if it is open.
-  void CloseList() const { list_.Close(); }
+  void CloseList() { list_.Close(); }
 
  private:
   void AddObjects(vbs::ObjectRef formMain);

@@ -124,15 +124,15 @@ struct FrmMain::Modules {
 };
 
 FrmMain::FrmMain(Surroundings surroundings)
-    : controls(surroundings.loop),
-      surroundings_(std::move(surroundings)),
-      caption_(fmt::format("Quarlin Ver.{:02}.{:02}.{:02}  {}", version::major, version::minor,
-                           version::revision, bannerText)) {
+    : Form("frmMain", fmt::format("Quarlin Ver.{:02}.{:02}.{:02}  {}", version::major, version::minor,
+                                  version::revision, bannerText)),
+      controls(surroundings.loop),
+      surroundings_(std::move(surroundings)) {
   for (const ControlGroup* group : std::initializer_list<const ControlGroup*>{
            &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.framing,
            &controls.run, &controls.macro, &controls.receive, &controls.display, &controls.test,
            &controls.counters, &controls.config, &controls.status, &controls.script}) {
-    collection_.Add(*group);
+    Collection().Add(*group);
   }
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
   WireLink();
@@ -312,9 +312,8 @@ ScriptHost& FrmMain::Script() {
   return modules_->script;
 }
 
-void FrmMain::SetCaption(std::string_view caption) {
-  caption_ = caption;
-  OnCaptionChanged();
+std::vector<Form*> FrmMain::Forms() {
+  return {this, &modules_->script.Panel(), &modules_->script.List()};
 }
 
 void FrmMain::Load(std::string_view commandLine) {
@@ -381,12 +380,12 @@ void FrmMain::ComputeTerminators() {
 
 void FrmMain::SaveConfiguration() {
   const RequestCount::Saving saving(modules_->exchange.Requests());
-  modules_->status.Say(SaveConfig(collection_, surroundings_.folder.File(configFile)).Text(configFile));
+  modules_->status.Say(SaveConfig(Collection(), surroundings_.folder.File(configFile)).Text(configFile));
 }
 
 ConfigState FrmMain::LoadConfiguration() {
   const auto file = surroundings_.folder.File(configFile);
-  const bool loaded = LoadConfig(collection_, file);
+  const bool loaded = LoadConfig(Collection(), file);
   ComputeTerminators();
   modules_->connection.SettingsLoaded();
   modules_->exchange.Requests().Loaded();
@@ -413,7 +412,7 @@ RunResult FrmMain::Result() {
   if (!modules_->link.Target().IsNetwork()) facts.lineErrors = modules_->link.Errors();
   facts.faultsOnPurpose = modules_->dialog.Faults.Sum();
   if (std::string missing = modules_->logs.Missing(); !missing.empty()) facts.logLosses.push_back(missing);
-  return GatherResult({modules_->record, controls.counters, controls.display.lstError, collection_,
+  return GatherResult({modules_->record, controls.counters, controls.display.lstError, Collection(),
                        surroundings_.loop.Clocks()},
                       std::move(facts));
 }

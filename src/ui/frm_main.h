@@ -7,12 +7,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/hook.h"
 #include "base/program_folder.h"
 #include "connect/connection_controls.h"
 #include "connect/modem_controls.h"
-#include "controls/collection.h"
+#include "controls/form.h"
 #include "controls/prompts.h"
 #include "controls/status_note.h"
 #include "desktop/text_opener.h"
@@ -73,24 +74,22 @@ struct FrmMainControls {
 
 class ScriptHost;
 
-class FrmMain {
+class FrmMain : public Form {
  public:
   explicit FrmMain(Surroundings surroundings);
   ~FrmMain();
 
   FrmMainControls controls;
-  ControlCollection& Collection() { return collection_; }
   ScriptHost& Script();
+
+  // Every window of the program, this one first.
+  std::vector<Form*> Forms();
 
   // Start-up: fills the lists, then does what the command line (arguments joined by blanks) says.
   void Load(std::string_view commandLine);
 
   // The user closed the window, or a signal came: see Session::RequestEnd.
   void Unload(EndCause cause = EndCause::WindowClosed);
-
-  const std::string& Caption() const { return caption_; }  // "Quarlin Ver.01.00.00  ..."
-  void SetCaption(std::string_view caption);
-  Hook<void()> OnCaptionChanged;
 
   // What came of the present or the last run, and the text of Report.txt, as things stand.
   RunResult Result();
@@ -149,8 +148,6 @@ class FrmMain {
   void Note(std::string_view text);
 
   Surroundings surroundings_;
-  ControlCollection collection_;
-  std::string caption_;
   std::unique_ptr<Modules> modules_;
 };
 

@@ -21,9 +21,9 @@ class ScriptRig : public FrmMainRig {
  protected:
   ScriptRig() {
     engines = VbscriptOnly;
-    frm.Script().ShowList = [this](FrmScript& list) {
+    frm.Script().List().OnModal = [this] {
       ++listsShown;
-      if (whileListed) whileListed(list);
+      if (whileListed) whileListed(frm.Script().List());
     };
     Choose(0);
     Start();
@@ -188,7 +188,8 @@ TEST_F(ScriptRig, SwitchingOnDependsOnTheFiles) {
     FrmMain other(
         {loop, ProgramFolder(place.Path()), ports, prompts, opener, [] { return 0.5; }, false, engines});
     int lists = 0;
-    other.Script().ShowList = [&](FrmScript& list) {
+    FrmScript& list = other.Script().List();
+    list.OnModal = [&] {
       ++lists;
       list.controls.lstScript.SetListIndex(row.chosen);
       (row.chosen < 0 ? list.controls.cmdExit : list.controls.cmdSelect).Click();

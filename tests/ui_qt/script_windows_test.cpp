@@ -18,9 +18,9 @@
 #include "support/listed_prompts.h"
 #include "support/temp_folder.h"
 #include "support/virtual_loop.h"
+#include "ui/qt/form_window.h"
 #include "ui/qt/lamp.h"
 #include "ui/qt/main_window.h"
-#include "ui/qt/script_list_dialog.h"
 #include "ui/qt/spin_arrows.h"
 #include "ui/qt/widget_text.h"
 
@@ -49,7 +49,7 @@ struct Rig {
   FrmCommand& Panel() { return frm.Script().Panel(); }
   static QWidget& PanelWindow() {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
-      if (widget->objectName() == "commandWindow") return *widget;
+      if (widget->objectName() == "FrmCommand") return *widget;
     }
     throw std::logic_error("no command window");
   }
@@ -62,7 +62,7 @@ struct Rig {
   void Enable(const std::function<void(QDialog& list)>& work) {
     bool listed = false;
     QTimer::singleShot(0, &window, [&] {
-      auto* list = qobject_cast<ScriptListDialog*>(QApplication::activeModalWidget());
+      auto* list = qobject_cast<FormWindow*>(QApplication::activeModalWidget());
       QVERIFY(list != nullptr);
       listed = true;
       work(*list);

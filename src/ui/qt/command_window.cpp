@@ -1,8 +1,8 @@
 #include "ui/qt/command_window.h"
 
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QComboBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -10,12 +10,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
-#include <QWindow>
 
 #include "ui/qt/lamp.h"
 #include "ui/qt/spin_arrows.h"
-#include "ui/qt/widget_text.h"
 
 namespace quarlin {
 namespace {
@@ -58,8 +57,7 @@ constexpr int lampsInARow = 12;
 
 }  // namespace
 
-CommandWindow::CommandWindow(FrmCommand& panel) : panel_(panel), contents_(new QWidget) {
-  setObjectName("commandWindow");
+CommandWindow::CommandWindow(Form& panel) : FormWindow(panel), contents_(new QWidget) {
   setProperty("placeable", true);
   setAttribute(Qt::WA_ShowWithoutActivating);  // the script's panel does not take the keyboard
   auto* column = new QVBoxLayout(contents_);
@@ -75,12 +73,10 @@ CommandWindow::CommandWindow(FrmCommand& panel) : panel_(panel), contents_(new Q
   auto* whole = new QVBoxLayout(this);
   whole->setContentsMargins(0, 0, 0, 0);
   whole->addWidget(scroll);
-  binder_ = std::make_unique<Binder>(panel.Collection(), *this);
+  Bind();
   MakeRoom();
   contents_->installEventFilter(this);
 }
-
-CommandWindow::~CommandWindow() = default;
 
 QWidget* CommandWindow::MakeNumbers() {
   QGridLayout* grid = nullptr;
@@ -172,17 +168,9 @@ QWidget* CommandWindow::MakeExit() {
   return part;
 }
 
-// Asked of the window itself: a widget would hide to change what it lies above.
-void CommandWindow::ShowState() {
-  setWindowTitle(ShownText(panel_.Caption()));
-  winId();  // makes the window, which may not have been shown yet
-  windowHandle()->setFlag(Qt::WindowStaysOnTopHint, panel_.TopMost());
-  if (isVisible() != panel_.Visible()) setVisible(panel_.Visible());
-}
-
 bool CommandWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::LayoutRequest) MakeRoom();
-  return QWidget::eventFilter(watched, event);
+  return FormWindow::eventFilter(watched, event);
 }
 
 void CommandWindow::MakeRoom() {
@@ -190,11 +178,6 @@ void CommandWindow::MakeRoom() {
   const bool grows = wanted.width() > room_.width() || wanted.height() > room_.height();
   room_ = wanted;
   if (grows) resize(size().expandedTo(wanted));  // else the user may have made the window smaller
-}
-
-void CommandWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
-  panel_.controls.cmdExit.Click();
 }
 
 }  // namespace quarlin

@@ -9,10 +9,8 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
-#include "script/script_host.h"
 #include "ui/qt/error_panel.h"
 #include "ui/qt/link_row.h"
-#include "ui/qt/script_list_dialog.h"
 #include "ui/qt/side_panel.h"
 #include "ui/qt/traffic_panel.h"
 #include "ui/qt/widget_text.h"
@@ -59,15 +57,14 @@ MainWindow::MainWindow(FrmMain& frm)
   WireMenus();
   WireDisplay();
   WirePages();
-  WireScript();
+  frm.OnChanged = [this] { setWindowTitle(ShownText(frm_.Caption())); };
+  windows_ = std::make_unique<Windows>(frm.Forms(), *this);
   Part<QWidget>(*this, "cmdOpen")->setFocus();
 }
 
 MainWindow::~MainWindow() {
   frm_.OnFocusDisplay = nullptr;
-  frm_.OnCaptionChanged = nullptr;
-  frm_.Script().ShowList = nullptr;
-  frm_.Script().Panel().OnWindowChanged = nullptr;
+  frm_.OnChanged = nullptr;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -157,18 +154,6 @@ void MainWindow::WirePages() {
     });
     ui_->menuPages->addAction(show);
   }
-}
-
-void MainWindow::WireScript() {
-  frm_.OnCaptionChanged = [this] { setWindowTitle(ShownText(frm_.Caption())); };
-  frm_.Script().ShowList = [this](FrmScript& list) { ScriptListDialog(list, this).exec(); };
-  frm_.Script().Panel().OnWindowChanged = [this] { ShowCommandPanel(); };
-}
-
-void MainWindow::ShowCommandPanel() {
-  FrmCommand& panel = frm_.Script().Panel();
-  if (!commandWindow_ && panel.Visible()) commandWindow_ = std::make_unique<CommandWindow>(panel);
-  if (commandWindow_) commandWindow_->ShowState();
 }
 
 void MainWindow::ShowAbout() {

@@ -6,7 +6,7 @@
 
 #include "ui/frm_main.h"
 #include "ui/qt/binder.h"
-#include "ui/qt/command_window.h"
+#include "ui/qt/windows.h"
 
 namespace quarlin {
 
@@ -38,8 +38,6 @@ class MainWindow : public QMainWindow {
   void WireMenus();
   void WireDisplay();
   void WirePages();
-  void WireScript();
-  void ShowCommandPanel();
   void ShowAbout();
 
   FrmMain& frm_;
@@ -49,7 +47,7 @@ class MainWindow : public QMainWindow {
   ErrorPanel* errors_;
   SidePanel* side_;
   std::unique_ptr<Binder> binder_;
-  std::unique_ptr<CommandWindow> commandWindow_;  // once it was shown; few runs need it
+  std::unique_ptr<Windows> windows_;
 };
 
 }  // namespace quarlin

@@ -1,0 +1,34 @@
+#include "controls/form.h"
+
+namespace quarlin {
+
+void Form::SetCaption(std::string_view caption) {
+  caption_ = caption;
+  OnChanged();
+}
+
+void Form::SetVisible(bool visible) {
+  visible_ = visible;
+  OnChanged();
+}
+
+void Form::SetTopMost(bool topMost) {
+  topMost_ = topMost;
+  OnChanged();
+}
+
+void Form::ShowModal() {
+  visible_ = true;
+  OnModal();
+  visible_ = false;
+}
+
+void Form::Close() {
+  if (OnClose) {
+    OnClose();
+  } else {
+    SetVisible(false);
+  }
+}
+
+}  // namespace quarlin

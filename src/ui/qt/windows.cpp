@@ -1,0 +1,73 @@
+#include "ui/qt/windows.h"
+
+#include <string_view>
+
+#include "script/frm_command.h"
+#include "ui/qt/command_window.h"
+#include "ui_script_list.h"
+
+namespace quarlin {
+namespace {
+
+// A window that is a .ui file and nothing more.
+template <typename Ui>
+std::unique_ptr<FormWindow> MakeOfUi(Form& form) {
+  auto window = std::make_unique<FormWindow>(form);
+  Ui().setupUi(window.get());
+  window->Bind();
+  return window;
+}
+
+template <typename Window>
+std::unique_ptr<FormWindow> Make(Form& form) {
+  return std::make_unique<Window>(form);
+}
+
+struct WindowRow {
+  std::string_view form;  // its name
+  std::unique_ptr<FormWindow> (*make)(Form& form);
+};
+
+// One row a window.
+constexpr WindowRow windowRows[] = {
+    {"FrmCommand", &Make<CommandWindow>},
+    {"FrmScript", &MakeOfUi<Ui::ScriptList>},
+};
+
+}  // namespace
+
+Windows::Windows(const std::vector<Form*>& forms, QWidget& mainWindow) : mainWindow_(mainWindow) {
+  for (Form* form : forms) Follow(*form);
+}
+
+Windows::~Windows() {
+  for (const auto& shown : shown_) {
+    shown->form->OnChanged = nullptr;
+    shown->form->OnModal = nullptr;
+    if (shown->window) shown->window->setParent(nullptr);  // else its owner would delete it as well
+  }
+}
+
+void Windows::Follow(Form& form) {
+  for (const WindowRow& row : windowRows) {
+    if (row.form != form.Name()) continue;
+    Shown& shown = *shown_.emplace_back(std::make_unique<Shown>(Shown{&form, row.make, nullptr}));
+    form.OnChanged = [this, &shown] { ShowState(shown); };
+    form.OnModal = [this, &shown] { WindowOf(shown).ShowModal(mainWindow_); };
+    ShowState(shown);
+  }
+}
+
+void Windows::ShowState(Shown& shown) {
+  if (shown.window || shown.form->Visible()) WindowOf(shown).ShowState();
+}
+
+FormWindow& Windows::WindowOf(Shown& shown) {
+  if (!shown.window) {
+    shown.window = shown.make(*shown.form);
+    OnMade(*shown.window);
+  }
+  return *shown.window;
+}
+
+}  // namespace quarlin
