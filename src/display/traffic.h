@@ -40,6 +40,9 @@ class Traffic {
   // in the record of its run, 0 for none, and `detail`, where there is one.
   void AppendError(std::string_view line, std::string_view detail, std::uint64_t number = 0);
 
+  // Where the display will show what comes next; see DisplayText.
+  std::uint64_t NextLine() const { return controls_.txtric.NextLine(); }
+
   void Flush() { logs_.Flush(); }
 
  private:

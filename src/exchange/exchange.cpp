@@ -30,11 +30,11 @@ void Exchange::EndRun(bool completed) {
   running_ = false;
   if (completed) requests_.Complete();
   runEndsAfter_ = handled_ != 0;  // its last verdicts are still to come
-  if (!runEndsAfter_) record_.End();
+  if (!runEndsAfter_) EndRecord();
 }
 
-void Exchange::RequestSent(std::string_view request, bool ofRun) {
-  const std::uint64_t number = record_.AddRequest(request);
+void Exchange::RequestSent(std::string_view request, bool ofRun, std::optional<std::uint64_t> displayLine) {
+  const std::uint64_t number = record_.AddRequest(request, displayLine);
   if (!ofRun || !running_) return;
   awaited_ = number;
   errAnswer_ = 0;
@@ -47,12 +47,13 @@ void Exchange::RequestSent(std::string_view request, bool ofRun) {
   }
 }
 
-std::uint64_t Exchange::RequestNotSent(std::string_view request, std::string_view failure) {
-  const std::uint64_t number = record_.AddRequest(request);
+std::uint64_t Exchange::RequestNotSent(std::string_view request, std::string_view failure,
+                                       std::optional<std::uint64_t> displayLine) {
+  const std::uint64_t number = record_.AddRequest(request, displayLine);
   if (failure.empty()) {
     record_.CallOff(number);
   } else {
-    record_.Say(number, Verdict::NotSent, failure);
+    record_.Say(number, {Verdict::NotSent, std::string(failure)});
     record_.Close(number);
   }
   return number;
@@ -61,7 +62,7 @@ std::uint64_t Exchange::RequestNotSent(std::string_view request, std::string_vie
 std::uint64_t Exchange::TextNotSent(std::string_view text, std::string_view failure) {
   const std::uint64_t number = record_.AddOther();
   record_.SetRequest(number, text);
-  record_.Say(number, Verdict::NotSent, failure);
+  record_.Say(number, {Verdict::NotSent, std::string(failure)});
   record_.Close(number);
   return number;
 }
@@ -79,7 +80,7 @@ Exchange::Arrived Exchange::AnswerHasCome(std::string_view text, Instant firstBy
   arrived.late = arrived.late && unsolicited;
   if (unsolicited) arrived.number = record_.AddOther();
   record_.Received(arrived.number, text, firstByte);
-  if (unsolicited) record_.Say(arrived.number, Verdict::Unsolicited, arrived.late ? "late" : "");
+  if (unsolicited) record_.Say(arrived.number, {Verdict::Unsolicited, arrived.late ? "late" : ""});
   return arrived;
 }
 
@@ -98,13 +99,18 @@ void Exchange::Accept(std::string_view parsed) {
 
 void Exchange::EndString() {
   record_.Close(std::exchange(handled_, 0));
-  if (std::exchange(runEndsAfter_, false)) record_.End();
+  if (std::exchange(runEndsAfter_, false)) EndRecord();
 }
 
-std::uint64_t Exchange::Fault(Verdict verdict, std::string_view detail) {
-  std::uint64_t number = verdict == Verdict::TimeOut || handled_ == 0 ? awaited_ : handled_;
+void Exchange::EndRecord() {
+  record_.End();
+  Hooks.runRecorded();
+}
+
+std::uint64_t Exchange::Fault(Finding finding) {
+  std::uint64_t number = finding.verdict == Verdict::TimeOut || handled_ == 0 ? awaited_ : handled_;
   if (number == 0) number = record_.AddOther();
-  record_.Say(number, verdict, detail);
+  record_.Say(number, std::move(finding));
   if (number != handled_) record_.Close(number);
   ClearWait();
   return number;
@@ -126,7 +132,7 @@ void Exchange::ErrSeen(std::string_view text, Instant firstByte) {
   answerAlarm_.Cancel();
   state_.AnswerTimedOut = false;
   errAnswer_ = AnswerHasCome(text, firstByte).number;
-  record_.Say(errAnswer_, Verdict::Err, "");
+  record_.Say(errAnswer_, {Verdict::Err});
   record_.Close(errAnswer_);
 }
 

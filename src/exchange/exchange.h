@@ -30,6 +30,7 @@ struct ExchangeHooks {
   Hook<void()> waitEnded;      // the cycle may send again
   Hook<void()> takeArrivals;   // has the receive loop handle what has arrived
   Hook<void()> reportTimeOut;  // AnswerTimedOut was set: has the receive loop look at it
+  Hook<void()> runRecorded;    // the run has ended, and every verdict on its exchanges is in the record
 };
 
 class Exchange {
@@ -64,12 +65,13 @@ class Exchange {
   bool AnyLeft() const { return anyLeft_; }
 
   // A request has left. One of the run is waited for, as long as the run lasts and until the time of
-  // txtAnswerTime is up.
-  void RequestSent(std::string_view request, bool ofRun);
+  // txtAnswerTime is up. `displayLine`, here and below, is where the display shows the request.
+  void RequestSent(std::string_view request, bool ofRun, std::optional<std::uint64_t> displayLine = {});
 
   // A request did not leave, or only its beginning: nothing is waited for. Without a failure it was called
   // off. Returns its number in the record.
-  std::uint64_t RequestNotSent(std::string_view request, std::string_view failure);
+  std::uint64_t RequestNotSent(std::string_view request, std::string_view failure,
+                               std::optional<std::uint64_t> displayLine = {});
 
   // Any other text did not leave. Returns the number under which the record tells so.
   std::uint64_t TextNotSent(std::string_view text, std::string_view failure);
@@ -85,7 +87,7 @@ class Exchange {
 
   // Something is wrong: with the string being handled, else with the answer that is waited for, else by
   // itself. The wait ends. Returns the number of the exchange in the record.
-  std::uint64_t Fault(Verdict verdict, std::string_view detail);
+  std::uint64_t Fault(Finding finding);
 
   // Takes AnswerTimedOut: true when the time-out is to be reported now.
   bool TakeTimeOut();
@@ -114,6 +116,7 @@ class Exchange {
   Arrived AnswerHasCome(std::string_view text, Instant firstByte);
   void AnswerTimeIsUp();
   void ClearWait();
+  void EndRecord();
 
   EventLoop& loop_;
   RunControls& controls_;

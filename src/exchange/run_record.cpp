@@ -1,6 +1,7 @@
 #include "exchange/run_record.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quarlin {
 namespace {
@@ -8,6 +9,11 @@ namespace {
 void Keep(KeptText& kept, std::string_view text) {
   kept.bytes.assign(text.substr(0, RunRecord::keptBytes));
   kept.size = text.size();
+}
+
+// Gives the memory of a longer text back.
+void Cut(std::string& text) {
+  if (text.size() > RunRecord::keptBytes) text = text.substr(0, RunRecord::keptBytes);
 }
 
 }  // namespace
@@ -74,13 +80,15 @@ ExchangeRecord& RunRecord::Add() {
   exchange.firstByte.reset();
   exchange.completed.reset();
   exchange.findings.clear();
+  exchange.displayLine.reset();
   for (KeptText* text : {&exchange.request, &exchange.answer, &exchange.parsed}) Keep(*text, {});
   return exchange;
 }
 
-std::uint64_t RunRecord::AddRequest(std::string_view request) {
+std::uint64_t RunRecord::AddRequest(std::string_view request, std::optional<std::uint64_t> displayLine) {
   ExchangeRecord& exchange = Add();
   exchange.hasRequest = true;
+  exchange.displayLine = displayLine;
   Keep(exchange.request, request);
   ++sums_.requests;
   ++sums_.sent;
@@ -126,13 +134,15 @@ void RunRecord::Accepted(std::uint64_t number, std::string_view parsed) {
   const KeptText& answer = exchange->answer;
   const bool same = parsed.size() == answer.size && parsed.substr(0, keptBytes) == answer.bytes;
   if (!same) Keep(exchange->parsed, parsed);
-  if (exchange->hasRequest) Say(number, Verdict::Answered, "");
+  if (exchange->hasRequest) Say(number, {Verdict::Answered});
 }
 
-void RunRecord::Say(std::uint64_t number, Verdict verdict, std::string_view detail) {
+void RunRecord::Say(std::uint64_t number, Finding finding) {
   ExchangeRecord* exchange = Unended(number);
+  const Verdict verdict = finding.verdict;
   if (exchange == nullptr || exchange->Has(verdict)) return;
-  exchange->findings.push_back({verdict, std::string(detail.substr(0, keptBytes))});
+  for (std::string* text : {&finding.detail, &finding.expected, &finding.got}) Cut(*text);
+  exchange->findings.push_back(std::move(finding));
   if (verdict == Verdict::NotSent && exchange->hasRequest) --sums_.sent;
   ++sums_.verdicts[static_cast<std::size_t>(verdict)];
   Tell(*exchange);

@@ -38,7 +38,10 @@ struct ExchangeRecord {
   std::optional<Instant> completed;  // the answer
   KeptText request;
   KeptText answer;
-  KeptText parsed;                // empty where it is the answer itself
+  KeptText parsed;  // empty where it is the answer itself
+
+  // The line of the display's ring in which the request was shown; nothing for an exchange without one.
+  std::optional<std::uint64_t> displayLine;
   std::vector<Finding> findings;  // at most one of each verdict
 
   bool Has(Verdict verdict) const;
@@ -75,7 +78,7 @@ class RunListener {
 class RunRecord {
  public:
   static constexpr std::size_t mostKept = 10'000;
-  static constexpr std::size_t keptBytes = 1024;       // of each text, also of a detail
+  static constexpr std::size_t keptBytes = 1024;       // of each text, also of a finding
   static constexpr std::size_t mostKeptFailures = 20;  // the first and the last ones
 
   explicit RunRecord(const Clock& clock) : clock_(clock) { Begin(); }
@@ -113,7 +116,7 @@ class RunRecord {
   void End();
 
   // A new exchange, begun now; returns its number.
-  std::uint64_t AddRequest(std::string_view request);
+  std::uint64_t AddRequest(std::string_view request, std::optional<std::uint64_t> displayLine = {});
   std::uint64_t AddOther();
 
   // The oldest request that has not ended; nothing when there is none among those kept.
@@ -127,7 +130,7 @@ class RunRecord {
   void SetRequest(std::uint64_t number, std::string_view request);
   void Received(std::uint64_t number, std::string_view answer, Instant firstByte);
   void Accepted(std::uint64_t number, std::string_view parsed);
-  void Say(std::uint64_t number, Verdict verdict, std::string_view detail);
+  void Say(std::uint64_t number, Finding finding);
   void Close(std::uint64_t number);
 
   // A request that was called off before it had left ends as open, and was not sent.

@@ -60,10 +60,11 @@ void Sender::Send(std::string bytes, SendKind kind, std::function<void(const Sen
 }
 
 void Sender::Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
+  const std::uint64_t displayLine = parts_.traffic.NextLine();
   Show(std::string_view(outcome.text).substr(0, outcome.taken), kind);
   const bool ofAnotherRun = kind == SendKind::Cycle && run != parts_.exchange.Run();
   if (!RowOf(kind).request || ofAnotherRun) return TellEnd(outcome);
-  const std::uint64_t number = CountRequest(outcome, kind);
+  const std::uint64_t number = CountRequest(outcome, kind, displayLine);
   if (outcome.end == SendEnd::Failed) ShowFailure(outcome, number);
 }
 
@@ -82,15 +83,15 @@ void Sender::Show(std::string_view taken, SendKind kind) {
 }
 
 // Returns the number of a request that did not leave, 0 for any other.
-std::uint64_t Sender::CountRequest(const SendOutcome& outcome, SendKind kind) {
+std::uint64_t Sender::CountRequest(const SendOutcome& outcome, SendKind kind, std::uint64_t displayLine) {
   Exchange& exchange = parts_.exchange;
   if (outcome.taken > 0) exchange.BytesLeft();
   parts_.counters.lblsend.Increment();
   if (outcome.end != SendEnd::Sent) {
-    return exchange.RequestNotSent(outcome.text,
-                                   outcome.end == SendEnd::Failed ? FailureDetail(outcome) : "");
+    return exchange.RequestNotSent(outcome.text, outcome.end == SendEnd::Failed ? FailureDetail(outcome) : "",
+                                   displayLine);
   }
-  exchange.RequestSent(outcome.text, kind == SendKind::Cycle);
+  exchange.RequestSent(outcome.text, kind == SendKind::Cycle, displayLine);
   return 0;
 }
 

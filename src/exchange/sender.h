@@ -66,7 +66,7 @@ class Sender {
  private:
   void Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run);
   void Show(std::string_view taken, SendKind kind);
-  std::uint64_t CountRequest(const SendOutcome& outcome, SendKind kind);
+  std::uint64_t CountRequest(const SendOutcome& outcome, SendKind kind, std::uint64_t displayLine);
   void ShowFailure(const SendOutcome& outcome, std::uint64_t number);
 
   SenderParts parts_;

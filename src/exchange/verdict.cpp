@@ -28,4 +28,8 @@ bool IsFailure(Verdict verdict) {
   return verdict != Verdict::Answered && verdict != Verdict::Unsolicited;
 }
 
+bool ComparesBytes(Verdict verdict) {
+  return verdict == Verdict::NotEqual || verdict == Verdict::WrongChecksum;
+}
+
 }  // namespace quarlin

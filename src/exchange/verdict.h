@@ -31,11 +31,18 @@ std::string_view VerdictName(Verdict verdict);
 // All but Answered and Unsolicited.
 bool IsFailure(Verdict verdict);
 
-// A verdict with what is behind it, such as "22 characters instead of 23"; empty where there is nothing to
-// add.
+// Its two texts, what was expected and what came, are bytes that can be laid side by side.
+bool ComparesBytes(Verdict verdict);
+
+// A verdict with what is behind it.
 struct Finding {
   Verdict verdict = Verdict::Answered;
-  std::string detail;
+  std::string detail{};  // in one line, such as "22 characters instead of 23"; empty where nothing is to add
+
+  // What was to come, and what came in its place: bytes of the wire where ComparesBytes, else words. Empty
+  // where the verdict says it all.
+  std::string expected{};
+  std::string got{};
 
   bool operator==(const Finding&) const = default;
 };

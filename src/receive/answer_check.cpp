@@ -15,11 +15,14 @@ constexpr std::size_t mostQuoted = 60;  // bytes
 std::optional<Finding> CheckAnswer(std::string_view text, const AnswerRules& rules) {
   if (rules.length != 0 && text.size() != static_cast<std::size_t>(rules.length)) {
     return Finding{Verdict::WrongLength,
-                   fmt::format("{} characters instead of {}", text.size(), rules.length)};
+                   fmt::format("{} characters instead of {}", text.size(), rules.length),
+                   fmt::format("{} characters", rules.length), fmt::format("{} characters", text.size())};
   }
   if (rules.same && text != *rules.same) {
-    return Finding{Verdict::NotEqual, fmt::format("\"{}\" instead of \"{}\"", CodedText(text, mostQuoted),
-                                                  CodedText(*rules.same, mostQuoted))};
+    return Finding{Verdict::NotEqual,
+                   fmt::format("\"{}\" instead of \"{}\"", CodedText(text, mostQuoted),
+                               CodedText(*rules.same, mostQuoted)),
+                   std::string(*rules.same), std::string(text)};
   }
   return std::nullopt;
 }
@@ -29,7 +32,8 @@ std::optional<Finding> CheckAnswerSum(std::string_view text, std::string_view st
   if (!mismatch) return std::nullopt;
   return Finding{Verdict::WrongChecksum,
                  fmt::format("{} received, {} computed", CodedText(mismatch->received, mostQuoted),
-                             CodedText(mismatch->computed, mostQuoted))};
+                             CodedText(mismatch->computed, mostQuoted)),
+                 mismatch->computed, mismatch->received};
 }
 
 }  // namespace quarlin

@@ -126,7 +126,8 @@ void ReceiveLoop::ReportTimeOut() {
   if (!parts_.exchange.TakeTimeOut()) return;
   const std::string detail = NothingOrBytes(assembler_.State().RxBuffer.size());
   parts_.status.Mention("time-out: " + detail);
-  Hooks.signalError(Verdict::TimeOut, detail);
+  Hooks.signalError({Verdict::TimeOut, detail,
+                     fmt::format("an answer within {} ms", parts_.run.txtAnswerTime.Integer()), detail});
 }
 
 void ReceiveLoop::ShowPending() {
@@ -296,7 +297,7 @@ bool ReceiveLoop::PassesChecks(const std::string& text) {
   AnswerRules rules{parts_.controls.txtlenrx.Integer(), std::nullopt};
   if (parts_.controls.chkSame.Checked()) rules.same = parts_.controls.txtparser.Text();
   const auto objection = CheckAnswer(text, rules);
-  if (objection) Hooks.signalError(objection->verdict, objection->detail);
+  if (objection) Hooks.signalError(*objection);
   return !objection;
 }
 
@@ -352,7 +353,7 @@ void ReceiveLoop::CountRequest() {
 void ReceiveLoop::CheckChecksum(const std::string& text) {
   const auto objection =
       CheckAnswerSum(text, assembler_.StripRxTerminator(text), parts_.controls.cboCheckSum.ListIndex());
-  if (objection) Hooks.signalError(objection->verdict, objection->detail);
+  if (objection) Hooks.signalError(*objection);
 }
 
 void ReceiveLoop::KeepLampsBright() {

@@ -41,7 +41,7 @@ struct ReceiveParts {
 
 // What the loop asks of the rest of the window.
 struct ReceiveHooks {
-  Hook<void(Verdict verdict, std::string_view detail)> signalError;
+  Hook<void(const Finding& finding)> signalError;
   Hook<void(std::string_view message, std::string_view title)> stopWithMessage;
   Hook<void()> showElapsed;   // of the running cycle
   Hook<void()> requestsDone;  // the last answer of a limited run has come: stop the cycle

@@ -5,8 +5,14 @@
 #include <utility>
 
 #include "base/text.h"
+#include "results/run_line.h"
 
 namespace quarlin {
+namespace {
+
+constexpr std::string_view stopped = "stopped: ";
+
+}  // namespace
 
 void Session::Start(const CommandLine& words) {
   words_ = words;  // known before the run begins, which may fail at once
@@ -60,10 +66,12 @@ void Session::Connect() {
 void Session::RunBegins() {
   cutShort_.clear();
   how_ = HowEnded::StillRuns;
+  runUntold_ = true;
 }
 
 void Session::RunStopped(RunEnd end) {
   if (how_ == HowEnded::StillRuns) how_ = end == RunEnd::Completed ? HowEnded::Completed : HowEnded::Stopped;
+  TellRun();
   if (!words_.exit || ending_) return;
   if (end == RunEnd::Completed) {
     RequestEnd(EndCause::Done);
@@ -71,6 +79,19 @@ void Session::RunStopped(RunEnd end) {
     CutShort(HowEnded::Stopped, "the run was stopped before its end");
     RequestEnd(EndCause::Done);
   }
+}
+
+// Once it is known how the run ended and all is recorded: a stop within the last string comes before the
+// verdicts on it.
+void Session::TellRun() {
+  const RunRecord& record = parts_.exchange.Record();
+  if (!runUntold_ || how_ == HowEnded::StillRuns || !record.Ended()) return;
+  runUntold_ = false;
+  std::string_view why = cutShort_;
+  if (why.starts_with(stopped)) why.remove_prefix(stopped.size());  // the line begins with that word
+  const std::string line = RunInOneLine(record, how_, why);
+  if (record.Sums().requests > 0) parts_.status.Say(line);  // else it was said why there was none
+  Hooks.runEnded(line);
 }
 
 void Session::LinkOpened() {
@@ -88,7 +109,8 @@ void Session::LinkLost(std::string_view what) {
 }
 
 void Session::StopWithMessage(std::string_view message, std::string_view title) {
-  if (parts_.exchange.Running()) CutShort(HowEnded::Message, fmt::format("stopped: {}: {}", title, message));
+  if (parts_.exchange.Running())
+    CutShort(HowEnded::Message, fmt::format("{}{}: {}", stopped, title, message));
   parts_.connection.StopWithMessage(message, title);
 }
 

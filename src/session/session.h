@@ -46,6 +46,7 @@ struct SessionHooks {
   Hook<void()> closeWindow;  // timers stop, secondary windows go: the last word before the link is closed
   Hook<void()> closed;       // everything has ended; the verdict stands
   Hook<void(std::string_view line)> complain;  // a line for somebody who sees no window
+  Hook<void(std::string_view line)> runEnded;  // what came of the run, in one line
 };
 
 // What ends the program.
@@ -67,6 +68,9 @@ class Session {
   // The cycle has stopped. With "EXIT" that is the end of the program: of any that completed, and without a
   // window of every one.
   void RunStopped(RunEnd end);
+
+  // The record has the last word on the run.
+  void RunRecorded() { TellRun(); }
 
   // The link is open again, or for the first time.
   void LinkOpened();
@@ -93,6 +97,7 @@ class Session {
   void LoadConfiguration();
   bool EndsAfterSetUp();
   void Connect();
+  void TellRun();
   void CutShort(HowEnded how, std::string_view why);
   void CloseDown();
 
@@ -102,6 +107,7 @@ class Session {
   std::string linkFailure_;
   std::string cutShort_;
   HowEnded how_ = HowEnded::StillRuns;
+  bool runUntold_ = false;    // what came of the run has still to be told
   bool cutRunShort_ = false;  // a run was going on when the link was lost
   bool ending_ = false;
   EndCause cause_ = EndCause::Done;

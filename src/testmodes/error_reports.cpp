@@ -36,16 +36,17 @@ ErrorReports::ErrorReports(ErrorReportParts parts) : parts_(parts) {
 
 void ErrorReports::SignalError(int kind) {
   if (kind >= 0 && kind < static_cast<int>(kinds.size())) {
-    SignalError(kinds[static_cast<std::size_t>(kind)], "");
+    SignalError(Finding{kinds[static_cast<std::size_t>(kind)]});
   } else {
     parts_.exchange.EndWait();
     Count();
   }
 }
 
-void ErrorReports::SignalError(Verdict verdict, std::string_view detail) {
+void ErrorReports::SignalError(const Finding& finding) {
   Counters& counters = parts_.counters;
-  const std::uint64_t number = parts_.exchange.Fault(verdict, detail);  // first: what follows may end the run
+  const auto& [verdict, detail, expected, got] = finding;
+  const std::uint64_t number = parts_.exchange.Fault(finding);  // first: what follows may end the run
   if (verdict == Verdict::TimeOut) ShowTimeOut(detail, number);
   for (const ErrorTexts& texts : errorTexts) {
     if (verdict != texts.verdict) continue;

@@ -36,9 +36,9 @@ class ErrorReports {
 
   ErrorReportHooks Hooks;
 
-  // Reports one error and throws the string being assembled away. `detail` goes into the tool tip of the list
-  // entry and into the record. Yields where the run is stopped with a message.
-  void SignalError(Verdict verdict, std::string_view detail);
+  // Reports one error and throws the string being assembled away. The finding goes into the record, its
+  // detail also into the tool tip of the list entry. Yields where the run is stopped with a message.
+  void SignalError(const Finding& finding);
 
   // The same by the number that scripts know: 0 time-out, 1 not equal, 2 wrong length, 3 wrong checksum.
   // Another number only counts.

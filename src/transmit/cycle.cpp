@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "base/control_names.h"
 #include "base/numbers.h"
 
 namespace quarlin {
@@ -69,6 +70,17 @@ void Cycle::Start() {
   shownSecond_ = -1;
   ShowElapsed();
   secondAlarm_.At(started_ + std::chrono::seconds(1));
+}
+
+std::string Cycle::Description() const {
+  const std::string what =
+      SendsSequence() ? "sequence.txt" : WithControlNames(Counted(parts_.controls.CBOSEND.Text()));
+  const int pause = parts_.run.HScroll1.Value();
+  return pause == 0 ? what + " without a pause" : fmt::format("{} every {} ms", what, pause);
+}
+
+bool Cycle::SendsSequence() const {
+  return parts_.controls.chkSequence.Checked() && !parts_.sequence.Empty();
 }
 
 void Cycle::ClearCounters() {
@@ -148,7 +160,7 @@ bool Cycle::RequestIsLeft() {
 }
 
 std::string Cycle::NextCommand() {
-  if (parts_.controls.chkSequence.Checked() && !parts_.sequence.Empty()) {
+  if (SendsSequence()) {
     parts_.controls.CBOSEND.SetText(parts_.sequence.NextLine());
   }
   return Counted(parts_.controls.CBOSEND.Text());

@@ -63,6 +63,9 @@ class Cycle {
   // Something changed that a send may have been held back by.
   void MaySendAgain() { parts_.controls.Timer1.Resume(); }
 
+  // What a run sends, and how often, as things are set: "READ every 500 ms", "sequence.txt without a pause".
+  std::string Description() const;
+
   // Brings lbltempo up to date.
   void ShowElapsed();
 
@@ -73,6 +76,7 @@ class Cycle {
   void SendNext();
   void PauseAfterFailure(const SendOutcome& outcome);
   bool RequestIsLeft();
+  bool SendsSequence() const;
   std::string NextCommand();
   std::string Counted(std::string command) const;
   void TellEachSecond();

@@ -92,6 +92,7 @@ struct FrmMain::Modules {
                exchange, intervals, sender, traffic, sequence, status}),
         errors({controls.test, controls.run, controls.counters, controls.link, controls.display, traffic,
                 exchange}),
+        errorRows(around.loop.Clocks(), record, controls.display.txtric),
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
                  expander, parser, exchange, traffic, status}),
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
@@ -117,6 +118,7 @@ struct FrmMain::Modules {
   Sender sender;
   Cycle cycle;
   ErrorReports errors;
+  ErrorRows errorRows;
   ReceiveLoop receive;
   Dialog dialog;
   ScriptHost script;  // ends before them: a script's last code may use all of the above
@@ -142,6 +144,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireCycle();
   WireReceive();
   WireTests();
+  WireErrorRows();
   WireScript();
   WireSession();
   controls.config.cmdSave[0].OnClick = [this] { SaveConfiguration(); };
@@ -186,10 +189,12 @@ void FrmMain::WireConnection() {
     modules_->exchange.EndWait();  // the next request goes out when the link is back
     modules_->receive.ForgetBeginning();
     modules_->traffic.AppendError(line, "");
+    modules_->errorRows.LinkGone(line);
     modules_->logs.Flush();
   };
   hooks.lost = [this](std::string_view line) {
     modules_->traffic.AppendError(line, "");
+    modules_->errorRows.LinkGone(line);
     TellLoss(line);
     modules_->session.LinkLost(line);
     modules_->session.RunStopped(RunEnd::Stopped);
@@ -248,9 +253,7 @@ void FrmMain::WireCycle() {
 
 void FrmMain::WireReceive() {
   ReceiveHooks& hooks = modules_->receive.Hooks;
-  hooks.signalError = [this](Verdict verdict, std::string_view detail) {
-    modules_->errors.SignalError(verdict, detail);
-  };
+  hooks.signalError = [this](const Finding& finding) { modules_->errors.SignalError(finding); };
   hooks.stopWithMessage = modules_->cycle.Hooks.stopWithMessage;
   hooks.showElapsed = [this] { modules_->cycle.ShowElapsed(); };
   hooks.requestsDone = [this] { modules_->cycle.Stop(RunEnd::Completed); };
@@ -272,6 +275,17 @@ void FrmMain::WireTests() {
   hooks.giveUpString = [this] { return modules_->receive.GiveUpString(); };
   controls.test.cmdEditDialog.OnClick = [this] { cmdEditDialog_Click(); };
   controls.test.cmdReport.OnClick = [this] { cmdReport_Click(); };
+}
+
+void FrmMain::WireErrorRows() {
+  ErrorRows& rows = modules_->errorRows;
+  rows.DescribeRun = [this] { return modules_->cycle.Description(); };
+  modules_->exchange.Hooks.runRecorded = [this] { modules_->session.RunRecorded(); };
+  modules_->session.Hooks.runEnded = [&rows](std::string_view line) { rows.ShowVerdict(line); };
+}
+
+ErrorRows& FrmMain::Errors() {
+  return modules_->errorRows;
 }
 
 void FrmMain::WireScript() {

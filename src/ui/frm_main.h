@@ -29,6 +29,7 @@
 #include "script/script_controls.h"
 #include "script/script_engine.h"
 #include "session/session.h"
+#include "testmodes/error_rows.h"
 #include "testmodes/test_controls.h"
 #include "transmit/cycle.h"
 #include "transmit/cycle_controls.h"
@@ -100,6 +101,9 @@ class FrmMain : public Form {
 
   StatusNote& Status();
 
+  // The errors of the runs and between them, for a table.
+  ErrorRows& Errors();
+
   // Told when the received-text display is to have the keyboard.
   Hook<void()> OnFocusDisplay;
 
@@ -129,6 +133,7 @@ class FrmMain : public Form {
   void WireCycle();
   void WireReceive();
   void WireTests();
+  void WireErrorRows();
   void WireScript();
   void WireSession();
   void SwitchModes(const CommandLine& words);

@@ -15,7 +15,7 @@ class ExchangeRig : public testing::Test {
  protected:
   ExchangeRig() {
     exchange.Hooks.reportTimeOut = [this] {
-      if (exchange.TakeTimeOut()) exchange.Fault(Verdict::TimeOut, "nothing received");
+      if (exchange.TakeTimeOut()) exchange.Fault({Verdict::TimeOut, "nothing received"});
     };
     exchange.Hooks.waitEnded = [this] { ++waitsEnded; };
   }
@@ -30,9 +30,9 @@ class ExchangeRig : public testing::Test {
   // A string comes and passes the checks, or one of them objects.
   void Come(std::optional<Verdict> objection = std::nullopt, std::optional<Verdict> second = std::nullopt) {
     exchange.BeginString("12.5\r\n", loop.Now());
-    if (objection) exchange.Fault(*objection, "");
+    if (objection) exchange.Fault({*objection});
     if (!objection) exchange.Accept("12.5");
-    if (second) exchange.Fault(*second, "");
+    if (second) exchange.Fault({*second});
     exchange.EndString();
   }
 
@@ -101,7 +101,7 @@ TEST_F(ExchangeRig, ARunThatEndsInItsLastAnswerStillGetsThatAnswersVerdicts) {
   exchange.BeginString("12.5\r\n", loop.Now());
   exchange.Accept("12.5");
   exchange.EndRun(true);
-  exchange.Fault(Verdict::WrongChecksum, "00 received, 11 computed");
+  exchange.Fault({Verdict::WrongChecksum, "00 received, 11 computed"});
   exchange.EndString();
   EXPECT_EQ(Story(), "1 answered wrong checksum 00 received, 11 computed");
   EXPECT_EQ(record.Sums().failed, 1U);
@@ -139,8 +139,8 @@ TEST_F(ExchangeRig, AStoppedRunLeavesNoDeadlineAndOneOpenExchange) {
 TEST_F(ExchangeRig, AnErrorThatAScriptSignalsIsThatOfTheRequestInWaitingOrStandsAlone) {
   Begin(true);
   Ask();
-  exchange.Fault(Verdict::NotEqual, "");
-  exchange.Fault(Verdict::NotEqual, "");
+  exchange.Fault({Verdict::NotEqual});
+  exchange.Fault({Verdict::NotEqual});
   EXPECT_EQ(Story(), "1 not equal; 2 not equal");
   EXPECT_EQ(record.Sums().requests, 1U);
 }

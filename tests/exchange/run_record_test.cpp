@@ -34,7 +34,7 @@ class RunRecordRig : public testing::Test {
   }
 
   void Judge(std::uint64_t number, std::initializer_list<Verdict> verdicts) {
-    for (const Verdict verdict : verdicts) record_.Say(number, verdict, "");
+    for (const Verdict verdict : verdicts) record_.Say(number, {verdict});
     record_.Close(number);
   }
 
@@ -78,10 +78,10 @@ TEST_F(RunRecordRig, WhatIsSaidOfAnExchangeDecidesWhereItCounts) {
   for (const VerdictRow& row : rows) {
     record_.Begin();
     const std::uint64_t number = row.request ? Send() : record_.AddOther();
-    for (const Verdict verdict : row.verdicts) record_.Say(number, verdict, "");
+    for (const Verdict verdict : row.verdicts) record_.Say(number, {verdict});
     record_.Close(number);
     record_.Close(number);
-    record_.Say(number, Err, "too late");
+    record_.Say(number, {Err, "too late"});
     const RunSums& sums = Sums();
     EXPECT_EQ((std::array{sums.requests, sums.good, sums.failed, sums.open, sums.sent}), row.sums);
     for (const Verdict verdict : allVerdicts) {
@@ -147,7 +147,7 @@ TEST_F(RunRecordRig, AnAnswerAfterTheEndIsAddedAndLeavesTheOpenExchangeOpen) {
   EXPECT_EQ(record_.Ended(), loop_.Now());
   EXPECT_TRUE(record_.Find(waited)->open);
   Answer(waited, "too late");
-  record_.Say(waited, Verdict::Answered, "");
+  record_.Say(waited, {Verdict::Answered});
   const std::uint64_t stray = record_.AddOther();
   Answer(stray, "too late");
   Judge(stray, {Verdict::Unsolicited});
@@ -166,7 +166,7 @@ TEST_F(RunRecordRig, LongTextsAreKeptFromTheirBeginning) {
   const std::uint64_t number = Send(huge);
   Answer(number, "<" + huge);
   record_.Accepted(number, huge);
-  record_.Say(number, Verdict::NotEqual, huge);
+  record_.Say(number, {Verdict::NotEqual, huge});
   const ExchangeRecord& exchange = *record_.Find(number);
   for (const KeptText* text : {&exchange.request, &exchange.answer, &exchange.parsed}) {
     EXPECT_EQ(text->bytes.size(), RunRecord::keptBytes);
@@ -272,7 +272,7 @@ TEST_F(RunRecordRig, TheSumsAlwaysAddUp) {
         record_.Received(number, "answer", loop_.Now());
         break;
       case 2:
-        record_.Say(number, verdict, "detail");
+        record_.Say(number, {verdict, "detail"});
         break;
       case 3:
         Judge(record_.OldestUnanswered().value_or(number), {verdict});

@@ -47,7 +47,7 @@ TEST_F(ReportJsonRig, KeepsToItsSchemaWhateverHappened) {
   receive_.txtparser.SetText(AllBytes());
   for (const Verdict verdict : allVerdicts) {
     for (int i = 0; i < 6; ++i) Exchange(AllBytes(), AllBytes(), {{verdict, AllBytes()}});
-    record_.Say(record_.AddOther(), verdict, "");
+    record_.Say(record_.AddOther(), {verdict});
   }
   record_.End();
   EXPECT_TRUE(KeepsToTheSchema(ReportJson(Result()))) << Faults();
@@ -78,7 +78,7 @@ TEST_F(ReportJsonRig, TellsTheRunInNumbersAndTimes) {
   Exchange("READ\r\n", "", {{Verdict::TimeOut, ""}});
   Exchange("READ\r\n", "", {{Verdict::NotSent, "Broken pipe"}});
   record_.AddRequest("READ\r\n");
-  record_.Say(record_.AddOther(), Verdict::Unsolicited, "late");
+  record_.Say(record_.AddOther(), {Verdict::Unsolicited, "late"});
   loop_.Pass(2s);
   record_.End();
   loop_.Pass(1h);

@@ -33,7 +33,7 @@ class ResultRig : public testing::Test {
     const std::uint64_t number = record_.AddRequest(request);
     loop_.Pass(std::chrono::milliseconds(10));
     if (!answer.empty()) record_.Received(number, answer, loop_.Now());
-    for (const Finding& finding : findings) record_.Say(number, finding.verdict, finding.detail);
+    for (const Finding& finding : findings) record_.Say(number, finding);
     record_.Close(number);
   }
 
