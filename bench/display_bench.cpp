@@ -22,7 +22,7 @@ std::string PieceOf(std::string_view line) {
 void AppendFlood(benchmark::State& state, std::string_view line) {
   const std::string piece = PieceOf(line);
   TextRing ring;
-  for (auto _ : state) ring.Append(piece, colors::black, LocalTime());
+  for (auto _ : state) ring.Append(piece, TextKind::Received, colors::black, LocalTime());
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * pieceSize));
 }
 
@@ -38,8 +38,8 @@ void AppendExchange(benchmark::State& state) {
   const std::string_view answer = "ST,GS,N:  123.456 kg,T: 0.0\r\n";
   TextRing ring;
   for (auto _ : state) {
-    ring.Append(request, colors::blue, LocalTime());
-    ring.Append(answer, colors::black, LocalTime());
+    ring.Append(request, TextKind::Sent, colors::blue, LocalTime());
+    ring.Append(answer, TextKind::Received, colors::black, LocalTime());
   }
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()));
 }
@@ -49,7 +49,7 @@ BENCHMARK(AppendExchange);
 void ReadScreen(benchmark::State& state) {
   const std::string piece = PieceOf("ST,GS,N:  123.456 kg,T: 0.0\x03\r\n");
   TextRing ring;
-  while (ring.FirstLine() == 0) ring.Append(piece, colors::black, LocalTime());
+  while (ring.FirstLine() == 0) ring.Append(piece, TextKind::Received, colors::black, LocalTime());
   for (auto _ : state) {
     for (std::uint64_t number = ring.EndLine() - 60; number < ring.EndLine(); ++number) {
       benchmark::DoNotOptimize(ring.Line(number));

@@ -38,18 +38,16 @@ void ByteBlocks::Clear() {
   begin_ = end_;
 }
 
-std::string ByteBlocks::Copy(std::uint64_t begin, std::uint64_t end) const {
-  std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(end - begin));
+void ByteBlocks::CopyTo(std::uint64_t begin, std::uint64_t end, std::string& text) const {
+  text.reserve(text.size() + static_cast<std::size_t>(end - begin));
   while (begin < end) {
     const Block& block = slots_[(begin / blockSize) % slots_.size()];
     const std::size_t offset = begin % blockSize;
     const std::size_t count =
         static_cast<std::size_t>(std::min<std::uint64_t>(blockSize - offset, end - begin));
-    bytes.append(block.get() + offset, count);
+    text.append(block.get() + offset, count);
     begin += count;
   }
-  return bytes;
 }
 
 }  // namespace quarlin

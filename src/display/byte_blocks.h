@@ -33,7 +33,8 @@ class ByteBlocks {
   // Lets go of everything, and of the memory.
   void Clear();
 
-  std::string Copy(std::uint64_t begin, std::uint64_t end) const;
+  // Adds the bytes from `begin` to before `end`, which are kept, to the text.
+  void CopyTo(std::uint64_t begin, std::uint64_t end, std::string& text) const;
 
  private:
   using Block = std::unique_ptr<char[]>;

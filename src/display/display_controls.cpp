@@ -2,9 +2,9 @@
 
 namespace quarlin {
 
-void DisplayText::Append(std::string_view text, Color color) {
+void DisplayText::Append(std::string_view text, TextKind kind, Color color) {
   if (text.empty()) return;
-  ring_.Append(text, color, loop_.Local());
+  ring_.Append(text, kind, color, loop_.Local());
   Changed();
   OnAppend(text, color);
 }

@@ -14,7 +14,7 @@ class DisplayText : public Control {
       : Control(group, ControlKind::RichTextBox, name), loop_(group.Loop()) {}
 
   const TextRing& Ring() const { return ring_; }
-  void Append(std::string_view text, Color color);
+  void Append(std::string_view text, TextKind kind, Color color);
   void Clear();
 
   // The number that the ring gives to the line in which the next text of another direction begins, so what

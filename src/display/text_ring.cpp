@@ -18,9 +18,26 @@ TextRing::Limits Sound(TextRing::Limits limits) {
   return limits;
 }
 
-// Two for each line, and so many that one line alone may change its colour at each byte.
+// Three for each line, as a stamp, a text and a break inserted behind it take; and so many that one line
+// alone may change its colour at each byte.
 std::size_t MostColors(const TextRing::Limits& limits) {
-  return 2 * limits.lines + limits.lineLength + longestLineEnd;
+  return 3 * limits.lines + limits.lineLength + longestLineEnd;
+}
+
+// Since a request time is counted in units of 10 µs, which makes 11 hours of 32 bits.
+constexpr Duration sinceUnit = std::chrono::microseconds(10);
+constexpr std::uint32_t noRequest = ~std::uint32_t{0};
+
+constexpr std::uint32_t colorMask = 0xFFFFFF;
+constexpr unsigned kindShift = 24;
+
+std::uint32_t Packed(TextKind kind, Color color) {
+  return static_cast<std::uint32_t>(kind) << kindShift | (static_cast<std::uint32_t>(color) & colorMask);
+}
+
+ColorRun Unpacked(std::size_t begin, std::uint32_t colorAndKind) {
+  return {static_cast<std::uint32_t>(begin), static_cast<Color>(colorAndKind & colorMask),
+          static_cast<TextKind>(colorAndKind >> kindShift)};
 }
 
 // Finds line ends from left to right. The next CR and the next LF are both remembered, so each byte is
@@ -61,13 +78,31 @@ std::size_t VisibleLength(std::string_view line) {
 
 }  // namespace
 
+Source SourceOf(TextKind kind) {
+  switch (kind) {
+    case TextKind::Error:
+      return Source::Error;
+    case TextKind::Received:
+    case TextKind::ReceivedBreak:
+      return Source::Received;
+    case TextKind::Sent:
+    case TextKind::SentStamp:
+    case TextKind::SentBreak:
+      return Source::Sent;
+    case TextKind::Own:
+      break;
+  }
+  return Source::Own;
+}
+
 TextRing::TextRing(Limits limits)
     : limits_(Sound(limits)), bytes_(limits_.bytes), lines_(limits_.lines), colors_(MostColors(limits_)) {}
 
-void TextRing::Append(std::string_view text, Color color, LocalTime now) {
+void TextRing::Append(std::string_view text, TextKind kind, Color color, LocalTime now) {
   if (text.empty()) return;
   ++revision_;
-  StartColor(color);
+  StartSource(kind);
+  StartColor(kind, color);
 
   std::size_t at = 0;
   if (lastLine_ == LastLine::TakesLineFeed) {
@@ -96,18 +131,36 @@ void TextRing::Append(std::string_view text, Color color, LocalTime now) {
 
 // How many visible bytes the growing line may still take; begins a line when none grows.
 std::size_t TextRing::RoomInLine(LocalTime now) {
-  if (lastLine_ != LastLine::Grows) {
-    if (lines_.Full()) DropFirstLine();
-    lines_.PushBack({bytes_.End(), now});
-    lastLine_ = LastLine::Grows;
-  }
-  return limits_.lineLength - static_cast<std::size_t>(bytes_.End() - lines_.Back().begin);
+  if (lastLine_ != LastLine::Grows) BeginLine(now);
+  return limits_.lineLength - static_cast<std::size_t>(bytes_.End() - BeginOf(lines_.Size() - 1));
 }
 
-void TextRing::StartColor(Color color) {
-  if (!colors_.Empty() && colors_.Back().color == color) return;
+void TextRing::BeginLine(LocalTime now) {
+  if (lines_.Full()) DropFirstLine();
+  if (lastSource_ == Source::Sent) lastRequest_ = now;
+  lines_.PushBack({static_cast<std::uint32_t>(bytes_.End()), SinceRequest(now), now});
+  lastLine_ = LastLine::Grows;
+}
+
+std::uint32_t TextRing::SinceRequest(LocalTime now) const {
+  if (lastSource_ == Source::Sent || !lastRequest_ || now < *lastRequest_) return noRequest;
+  const auto units = (now - *lastRequest_) / sinceUnit;
+  return units < noRequest ? static_cast<std::uint32_t>(units) : noRequest;
+}
+
+// Text of another source ends the line that grows.
+void TextRing::StartSource(TextKind kind) {
+  const Source source = SourceOf(kind);
+  if (source != lastSource_) lastLine_ = LastLine::Ended;
+  lastSource_ = source;
+  if (kind == TextKind::Sent) lastSentLine_ = EndLine() - (lastLine_ == LastLine::Grows ? 1 : 0);
+}
+
+void TextRing::StartColor(TextKind kind, Color color) {
+  const std::uint32_t packed = Packed(kind, color);
+  if (!colors_.Empty() && colors_.Back().colorAndKind == packed) return;
   while (colors_.Full()) DropFirstLine();
-  colors_.PushBack({static_cast<std::uint32_t>(bytes_.End()), color});
+  colors_.PushBack({static_cast<std::uint32_t>(bytes_.End()), packed});
 }
 
 // Adds to the last line. Older lines make room; the last one alone always fits.
@@ -119,9 +172,9 @@ void TextRing::Store(std::string_view part) {
 void TextRing::DropFirstLine() {
   lines_.PopFront();
   ++firstLine_;
-  const std::uint64_t begin = lines_.Empty() ? bytes_.End() : lines_.Front().begin;
+  const std::uint64_t begin = lines_.Empty() ? bytes_.End() : BeginOf(0);
   const auto dropped = static_cast<std::size_t>(begin - bytes_.Begin());
-  while (colors_.Size() > 1 && ColorDistance(1) <= dropped) colors_.PopFront();
+  while (colors_.Size() > 1 && DistanceOf(colors_[1].begin) <= dropped) colors_.PopFront();
   bytes_.DropBefore(begin);
 }
 
@@ -134,34 +187,49 @@ void TextRing::Clear() {
   lastLine_ = LastLine::Ended;
 }
 
-// From the first kept byte to the begin of a colour.
-std::size_t TextRing::ColorDistance(std::size_t index) const {
-  return static_cast<std::uint32_t>(colors_[index].begin - static_cast<std::uint32_t>(bytes_.Begin()));
+// From the first kept byte to a position.
+std::size_t TextRing::DistanceOf(std::uint32_t begin) const {
+  return static_cast<std::uint32_t>(begin - static_cast<std::uint32_t>(bytes_.Begin()));
 }
 
-std::vector<ColorRun> TextRing::ColorsBetween(std::uint64_t begin, std::uint64_t end) const {
+void TextRing::ReadColors(std::uint64_t begin, std::uint64_t end, std::vector<ColorRun>& runs) const {
   const auto from = static_cast<std::size_t>(begin - bytes_.Begin());
   const auto to = static_cast<std::size_t>(end - bytes_.Begin());
   std::size_t color = 0;  // the last one that begins at or before `from`
   for (std::size_t above = colors_.Size(); above - color > 1;) {
     const std::size_t middle = color + (above - color) / 2;
-    (ColorDistance(middle) <= from ? color : above) = middle;
+    (DistanceOf(colors_[middle].begin) <= from ? color : above) = middle;
   }
-  std::vector<ColorRun> runs{{0, colors_[color].color}};
-  for (++color; color < colors_.Size() && ColorDistance(color) < to; ++color) {
-    runs.push_back({static_cast<std::uint32_t>(ColorDistance(color) - from), colors_[color].color});
+  runs.assign(1, Unpacked(0, colors_[color].colorAndKind));
+  for (++color; color < colors_.Size(); ++color) {
+    const std::size_t at = DistanceOf(colors_[color].begin);
+    if (at >= to) break;
+    runs.push_back(Unpacked(at - from, colors_[color].colorAndKind));
   }
-  return runs;
 }
 
 TextLine TextRing::Line(std::uint64_t number) const {
-  if (number < FirstLine() || number >= EndLine()) return {};
-  const auto index = static_cast<std::size_t>(number - firstLine_);
-  const std::uint64_t begin = lines_[index].begin;
-  const std::uint64_t end = index + 1 < lines_.Size() ? lines_[index + 1].begin : bytes_.End();
-  TextLine line{bytes_.Copy(begin, end), 0, lines_[index].time, ColorsBetween(begin, end)};
-  line.visible = VisibleLength(line.text);
+  TextLine line;
+  Read(number, line);
   return line;
+}
+
+void TextRing::Read(std::uint64_t number, TextLine& line) const {
+  if (!Keeps(number)) {
+    line = {};
+    return;
+  }
+  const std::size_t index = IndexOf(number);
+  const LineStart& start = lines_[index];
+  const std::uint64_t begin = BeginOf(index);
+  const std::uint64_t end = index + 1 < lines_.Size() ? BeginOf(index + 1) : bytes_.End();
+  line.text.clear();
+  bytes_.CopyTo(begin, end, line.text);
+  line.visible = VisibleLength(line.text);
+  line.time = start.time;
+  line.sinceRequest.reset();
+  if (start.sinceRequest != noRequest) line.sinceRequest = start.sinceRequest * sinceUnit;
+  ReadColors(begin, end, line.runs);
 }
 
 }  // namespace quarlin

@@ -11,21 +11,22 @@ constexpr std::string_view row = "\r\n";
 }  // namespace
 
 void Traffic::Received(std::string_view bytes) {
-  Append(bytes, colors::black);
+  controls_.txtric.Append(bytes, TextKind::Received, colors::black);
   logs_.WriteTraffic(bytes);
 }
 
 void Traffic::Sent(std::string_view bytes) {
   logs_.WriteTraffic(bytes);
-  Append(bytes, colors::blue);
+  controls_.txtric.Append(bytes, TextKind::Sent, colors::blue);
 }
 
 void Traffic::AppendReceivedRow() {
-  Received(row);
+  controls_.txtric.Append(row, TextKind::ReceivedBreak, colors::black);
+  logs_.WriteTraffic(row);
 }
 
 void Traffic::AppendSentRow() {
-  Append(row, colors::blue);
+  controls_.txtric.Append(row, TextKind::SentBreak, colors::blue);
 }
 
 void Traffic::StampLog() {
@@ -33,7 +34,8 @@ void Traffic::StampLog() {
 }
 
 void Traffic::StampEcho() {
-  Append(fmt::format("{}{} ", stampMark, DateTimeText(loop_.Local())), colors::blue);
+  const std::string stamp = fmt::format("{}{} ", stampMark, DateTimeText(loop_.Local()));
+  controls_.txtric.Append(stamp, TextKind::SentStamp, colors::blue);
 }
 
 void Traffic::Parsed(std::string_view text) {
@@ -41,11 +43,11 @@ void Traffic::Parsed(std::string_view text) {
 }
 
 void Traffic::Append(std::string_view text, Color color) {
-  controls_.txtric.Append(text, color);
+  controls_.txtric.Append(text, TextKind::Own, color);
 }
 
 void Traffic::AppendError(std::string_view line, std::string_view detail, std::uint64_t number) {
-  Append(fmt::format("{}\r\n", line), colors::red);
+  controls_.txtric.Append(fmt::format("{}\r\n", line), TextKind::Error, colors::red);
   std::string toolTip = DateTimeText(loop_.Local());
   if (number != 0) toolTip += fmt::format(" No. {}", number);
   if (!detail.empty()) toolTip += fmt::format("{} {}", number != 0 ? ":" : "", detail);

@@ -24,6 +24,10 @@ class Traffic {
   void AppendReceivedRow();
   void AppendSentRow();
 
+  // The display's line in which the text begins that was sent last; kept for a row of a table that leads
+  // there.
+  std::uint64_t SentLine() const { return controls_.txtric.Ring().LastSentLine(); }
+
   // The date and time behind "-->": as a line of its own in LOG.TXT, or on the display in front of what is
   // sent.
   void StampLog();

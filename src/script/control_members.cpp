@@ -230,7 +230,7 @@ Value GetDisplayText(Control& control, Arguments) {
 void PutDisplayText(Control& control, Arguments, const Value& value) {
   const std::string text = BytesOfValue(value);
   As<DisplayText>(control).Clear();
-  if (!text.empty()) As<DisplayText>(control).Append(text, colors::black);
+  if (!text.empty()) As<DisplayText>(control).Append(text, TextKind::Own, colors::black);
 }
 
 constexpr std::array<Row, 1> textBoxRows{textRow<TextBox>};

@@ -57,25 +57,25 @@ TEST(TextRing, EndsALineWithEveryKindOfEndHoweverItIsCut) {
   };
   for (const auto& row : cases) {
     TextRing ring({.lines = 100, .bytes = 1000, .lineLength = 8});
-    for (const std::string& piece : row.given) ring.Append(piece, 0, LocalTime());
+    for (const std::string& piece : row.given) ring.Append(piece, TextKind::Received, 0, LocalTime());
     EXPECT_EQ(Texts(ring), row.expected) << testing::PrintToString(row.given);
   }
 }
 
 TEST(TextRing, ShowsALineEndedByReturnAtOnce) {
   TextRing ring;
-  ring.Append("ready\r", 0, LocalTime());
+  ring.Append("ready\r", TextKind::Received, 0, LocalTime());
   EXPECT_EQ(ring.Line(0).visible, 5U);
-  ring.Append("\n", 0, LocalTime());
+  ring.Append("\n", TextKind::Received, 0, LocalTime());
   EXPECT_EQ(ring.Line(0).visible, 5U);
   EXPECT_EQ(ring.EndLine(), 1U);
 }
 
 TEST(TextRing, DatesALineByItsFirstByte) {
   TextRing ring;
-  ring.Append("a\n", 0, Second(1));
-  ring.Append("b", 0, Second(2));
-  ring.Append("c\nd", 0, Second(3));
+  ring.Append("a\n", TextKind::Received, 0, Second(1));
+  ring.Append("b", TextKind::Received, 0, Second(2));
+  ring.Append("c\nd", TextKind::Received, 0, Second(3));
   EXPECT_EQ(ring.Line(0).time, Second(1));
   EXPECT_EQ(ring.Line(1).time, Second(2));
   EXPECT_EQ(ring.Line(2).time, Second(3));
@@ -85,12 +85,61 @@ TEST(TextRing, KeepsColoursAsRunsOfEachLine) {
   TextRing ring;
   for (const auto& [text, color] : std::vector<std::pair<std::string, Color>>{
            {"ab", 1}, {"cd", 1}, {"e", 2}, {"f\ngh\r", 3}, {"\n", 4}, {"x\ny", 5}, {"z", 0}}) {
-    ring.Append(text, color, LocalTime());
+    ring.Append(text, TextKind::Received, color, LocalTime());
   }
   EXPECT_EQ(ColorsOf(ring.Line(0)), "0:1 4:2 5:3 ");
   EXPECT_EQ(ColorsOf(ring.Line(1)), "0:3 3:4 ");
   EXPECT_EQ(ColorsOf(ring.Line(2)), "0:5 ");
   EXPECT_EQ(ColorsOf(ring.Line(3)), "0:5 1:0 ");
+}
+
+// A line has one source: a text of another one begins a line of its own, and its line feed joins no return.
+TEST(TextRing, BeginsALineForEachSource) {
+  using enum TextKind;
+  struct Piece {
+    std::string text;
+    TextKind kind;
+  };
+  const struct {
+    std::vector<Piece> given;
+    std::string expected;  // "who:text|" of each line
+  } cases[] = {
+      {{{"READ", Sent}, {"12.5\r\n", Received}}, ">:READ|<:12.5\r\n|"},
+      {{{"12", Received}, {"STOP\r", Sent}, {".5\r", Received}}, "<:12|>:STOP\r|<:.5\r|"},
+      {{{"A\r", Sent}, {"\nB", Received}}, ">:A\r|<:\n|<:B|"},
+      {{{"12", Received}, {"TIME OUT\r\n", Error}, {"TIME :1\r\n", Own}},
+       "<:12|!:TIME OUT\r\n|-:TIME :1\r\n|"},
+      {{{"-->12:00 ", SentStamp},
+        {"READ", Sent},
+        {"\r\n", SentBreak},
+        {"5", Received},
+        {"\r\n", ReceivedBreak}},
+       ">:-->12:00 READ\r\n|<:5\r\n|"},
+  };
+  for (const auto& row : cases) {
+    TextRing ring;
+    for (const Piece& piece : row.given) ring.Append(piece.text, piece.kind, 0, LocalTime());
+    std::string lines;
+    for (std::uint64_t n = 0; n < ring.EndLine(); ++n) {
+      lines += "-!<>"[static_cast<int>(ring.Line(n).Whose())] + (":" + ring.Line(n).text + "|");
+    }
+    EXPECT_EQ(lines, row.expected);
+  }
+}
+
+TEST(TextRing, TellsTheTimeSinceTheRequestAlsoWhenThatIsGone) {
+  TextRing ring({.lines = 3, .bytes = 1000, .lineLength = 100});
+  ring.Append("too early\n", TextKind::Received, 0, Second(1));
+  EXPECT_FALSE(ring.Line(0).sinceRequest);
+  ring.Append("READ\n", TextKind::Sent, 0, Second(2));
+  EXPECT_FALSE(ring.Line(1).sinceRequest);
+  ring.Append("5\n", TextKind::Received, 0, Second(2) + 12'340us);
+  EXPECT_EQ(ring.Line(2).sinceRequest, 12'340us);
+  ring.Append("6\n7\n", TextKind::Received, 0, Second(9));
+  ASSERT_FALSE(ring.Keeps(ring.LastSentLine()));
+  EXPECT_EQ(ring.Line(4).sinceRequest, 7s);
+  ring.Append("8\n", TextKind::Received, 0, Second(100'000));
+  EXPECT_FALSE(ring.Line(5).sinceRequest);
 }
 
 TEST(TextRing, LetsWholeOldLinesGo) {
@@ -110,7 +159,7 @@ TEST(TextRing, LetsWholeOldLinesGo) {
   };
   for (const auto& row : cases) {
     TextRing ring(limits);
-    for (const std::string& piece : row.given) ring.Append(piece, 0, LocalTime());
+    for (const std::string& piece : row.given) ring.Append(piece, TextKind::Received, 0, LocalTime());
     EXPECT_EQ(Texts(ring), row.expected) << testing::PrintToString(row.given);
     EXPECT_EQ(ring.FirstLine(), row.first) << testing::PrintToString(row.given);
   }
@@ -118,7 +167,7 @@ TEST(TextRing, LetsWholeOldLinesGo) {
 
 TEST(TextRing, KnowsOnlyKeptLinesAndCountsOnWhenCleared) {
   TextRing ring({.lines = 2, .bytes = 100, .lineLength = 50});
-  ring.Append("a\nb\nc\r", 7, Second(1));
+  ring.Append("a\nb\nc\r", TextKind::Received, 7, Second(1));
   for (const std::uint64_t number : {std::uint64_t{0}, std::uint64_t{3}, ~std::uint64_t{0}}) {
     EXPECT_EQ(ring.Line(number).text, "");
     EXPECT_TRUE(ring.Line(number).runs.empty());
@@ -129,7 +178,7 @@ TEST(TextRing, KnowsOnlyKeptLinesAndCountsOnWhenCleared) {
   EXPECT_EQ(ring.FirstLine(), 3U);
   EXPECT_EQ(ring.EndLine(), 3U);
   EXPECT_EQ(ring.Bytes(), 0U);
-  ring.Append("new", 8, Second(2));
+  ring.Append("new", TextKind::Received, 8, Second(2));
   EXPECT_EQ(ring.Line(3).text, "new");
   EXPECT_EQ(ColorsOf(ring.Line(3)), "0:8 ");
 }
@@ -192,7 +241,7 @@ TEST(TextRing, AgreesWithAPlainListOverRandomText) {
       std::string text(below(4 * limits.lineLength), ' ');
       for (char& c : text) c = below(limits.lineLength) == 0 ? "\r\n"[below(2)] : static_cast<char>(random());
       const auto color = static_cast<Color>(below(3));
-      ring.Append(text, color, LocalTime());
+      ring.Append(text, TextKind::Received, color, LocalTime());
       model.Append(text, color);
       ASSERT_LE(ring.Bytes(), limits.bytes);
       ASSERT_LE(ring.EndLine() - ring.FirstLine(), limits.lines);
@@ -235,13 +284,14 @@ TEST(TextRing, TakesLittleAtFirstAndNeverMoreThanItsBound) {
     const std::size_t before = HeapInUse();
     std::size_t most = 0;
     TextRing ring;
-    ring.Append("hello\r\n", 0, LocalTime());
+    ring.Append("hello\r\n", TextKind::Received, 0, LocalTime());
     EXPECT_LE(HeapInUse() - before, std::size_t{100} << 10) << flood.name;
     for (int i = 0; i < 600; ++i) {
       if (flood.colorful) {
-        for (int k = 0; k < 2000; ++k) ring.Append(std::string_view(piece).substr(0, 1), k, LocalTime());
+        for (int k = 0; k < 2000; ++k)
+          ring.Append(std::string_view(piece).substr(0, 1), TextKind::Received, k, LocalTime());
       } else {
-        ring.Append(piece, 0, LocalTime());
+        ring.Append(piece, TextKind::Received, 0, LocalTime());
       }
       most = std::max(most, HeapInUse() - before);
     }

@@ -385,14 +385,15 @@ class MainWindowTest : public QObject {
     QVERIFY(rig.window.findChild<QAction*>("actionPause")->isChecked());
     rig.window.findChild<QAction*>("actionPause")->trigger();
     QVERIFY(!view.Paused());
-    rig.frm.controls.display.txtric.Append("some text\r\n", colors::black);
+    rig.frm.controls.display.txtric.Append("some text\r\n", TextKind::Received, colors::black);
     rig.window.findChild<QAction*>("actionClear")->trigger();
     QCOMPARE(rig.frm.controls.display.txtric.Ring().Bytes(), std::size_t{0});
   }
 
   void findShowsTheText() {
     Rig rig;
-    rig.frm.controls.display.txtric.Append("first weight\r\nsecond Weight\r\n", colors::black);
+    rig.frm.controls.display.txtric.Append("first weight\r\nsecond Weight\r\n", TextKind::Received,
+                                           colors::black);
     rig.ShowChanges();
     QTest::keyClick(&rig.window, Qt::Key_F, Qt::ControlModifier);
     auto& box = rig.Find<QLineEdit>("findText");

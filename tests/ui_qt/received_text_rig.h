@@ -33,7 +33,10 @@ struct ReceivedTextRig {
     view.show();
   }
 
-  void Add(std::string_view text, Color color = colors::black) { display.txtric.Append(text, color); }
+  void Add(std::string_view text, Color color = colors::black) { Add(text, TextKind::Received, color); }
+  void Add(std::string_view text, TextKind kind, Color color = colors::black) {
+    display.txtric.Append(text, kind, color);
+  }
 
   void AddLines(int count) {
     for (int i = 0; i < count; ++i) Add("line " + std::to_string(added++) + "\r\n");

@@ -17,7 +17,7 @@ constexpr RowFormat all{.times = true, .hex = true, .lineEnds = true};
 
 TextLine FirstLineOf(std::string_view text, LocalTime time = LocalTime(0s)) {
   TextRing ring;
-  ring.Append(text, colors::black, time);
+  ring.Append(text, TextKind::Received, colors::black, time);
   return ring.Line(0);
 }
 
@@ -78,8 +78,8 @@ class RowTextTest : public QObject {
 
   void knowsTheColourOfEachByte() {
     TextRing ring;
-    ring.Append("ab", colors::red, LocalTime(0s));
-    ring.Append("cd", colors::blue, LocalTime(0s));
+    ring.Append("ab", TextKind::Received, colors::red, LocalTime(0s));
+    ring.Append("cd", TextKind::Received, colors::blue, LocalTime(0s));
     const Row row(ring.Line(0), hex);  // "61 62 63 64  |abcd|"
     const std::pair<std::size_t, Color> cells[] = {
         {0, colors::red}, {4, colors::red}, {6, colors::blue}, {14, colors::red}, {16, colors::blue}};
@@ -89,9 +89,9 @@ class RowTextTest : public QObject {
 
   void findsAcrossTheEndsOfTheRing() {
     TextRing ring;
-    ring.Append("gone\r\n", colors::black, LocalTime(0s));
+    ring.Append("gone\r\n", TextKind::Received, colors::black, LocalTime(0s));
     ring.Clear();  // lines are counted on: the kept ones are 1 to 3
-    ring.Append("aXa Ax\r\n\xC4x\r\naaa\r\n", colors::black, LocalTime(0s));
+    ring.Append("aXa Ax\r\n\xC4x\r\naaa\r\n", TextKind::Received, colors::black, LocalTime(0s));
     struct Case {
       TextQuery query;
       TextPosition from;
