@@ -24,28 +24,6 @@ std::chrono::nanoseconds TimeOf(const timespec& time) {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view blanks = " \t";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-std::string_view WithoutQuotes(std::string_view value) {
-  const bool quoted =
-      value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
-  return quoted ? value.substr(1, value.size() - 2) : value;
-}
-
-// Takes the first line, without its end, off `text`. The LF of a CR LF makes an empty line of its own,
-// which means nothing here.
-std::string_view TakeLine(std::string_view& text) {
-  const std::size_t end = text.find_first_of("\r\n");
-  const std::string_view line = text.substr(0, end);
-  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  return line;
-}
-
 }  // namespace
 
 std::size_t ProfileFile::HashIgnoringCase::operator()(std::string_view text) const {
@@ -141,25 +119,19 @@ void ProfileFile::Parse() {
   std::string_view rest = text_;
   Section* section = nullptr;
   while (!rest.empty()) {
-    const std::string_view line = Trim(TakeLine(rest));
-    if (line.empty() || line.front() == ';') continue;
-    const std::size_t close = line.front() == '[' ? line.find(']') : std::string_view::npos;
-    if (close == std::string_view::npos) {
-      if (section != nullptr) AddEntry(*section, line);
-      continue;
+    const ProfileLine line = ReadProfileLine(TakeProfileLine(rest));
+    if (line.kind == ProfileLine::Kind::Section) {
+      const auto [place, isNew] = sections_.try_emplace(line.name);
+      section = isNew ? &place->second : nullptr;
+    } else if (line.kind == ProfileLine::Kind::Entry && section != nullptr) {
+      AddEntry(*section, line);
     }
-    const auto [place, isNew] = sections_.try_emplace(Trim(line.substr(1, close - 1)));
-    section = isNew ? &place->second : nullptr;
   }
 }
 
-void ProfileFile::AddEntry(Section& section, std::string_view line) {
-  const std::size_t equals = line.find('=');
-  const std::string_view key = Trim(line.substr(0, equals));
-  if (equals == std::string_view::npos || key.empty()) return;
-  if (!section.index.try_emplace(key, section.entries.size()).second) return;
-  const std::string_view value = WithoutQuotes(Trim(line.substr(equals + 1)));
-  section.entries.push_back({key, value.substr(0, longestValue)});
+void ProfileFile::AddEntry(Section& section, const ProfileLine& line) {
+  if (!section.index.try_emplace(line.name, section.entries.size()).second) return;
+  section.entries.push_back({line.name, line.value.substr(0, longestValue)});
 }
 
 }  // namespace quarlin

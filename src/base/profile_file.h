@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "base/file_handle.h"
+#include "base/profile_line.h"
 #include "base/program_folder.h"
 
 struct stat;
@@ -91,7 +92,7 @@ class ProfileFile {
   std::optional<Stamp> Look() const;  // at the file that the handle holds
   void Take(std::string text);
   void Parse();
-  void AddEntry(Section& section, std::string_view line);
+  static void AddEntry(Section& section, const ProfileLine& line);
 
   ProgramFolder folder_;
   std::filesystem::path exact_;  // the name as given, in the folder

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -94,7 +95,35 @@ void Apply(const Record& record, const ControlCollection& controls) {
   }
 }
 
+bool IsName(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char character) {
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z') || character == '_';
+  });
+}
+
+bool IsRecord(const Record& record) {
+  return IsName(record.name) && (record.index.empty() || NumberOf(record.index));
+}
+
+bool NamesAny(const Record& record, const ControlCollection& controls) {
+  return std::any_of(controls.All().begin(), controls.All().end(),
+                     [&](const Control* control) { return Addresses(record, *control); });
+}
+
 }  // namespace
+
+std::string ConfigFault(const ControlCollection& controls, std::string_view content) {
+  if (content.empty()) return "it is empty";
+  bool namesAny = false;
+  for (std::size_t at = 0; at + recordSize <= content.size(); at += recordSize) {
+    const Record record = RecordAt(content.substr(at, recordSize));
+    if (!IsRecord(record)) return "it is no configuration, or damaged";
+    namesAny = namesAny || NamesAny(record, controls);
+  }
+  if (!namesAny) return "it holds no setting of this program";
+  return content.size() % recordSize == 0 ? "" : "its end is missing";
+}
 
 std::string SavedConfig::Text(std::string_view fileName) const {
   if (error) return fmt::format("{} was not saved: {}", fileName, error.message());

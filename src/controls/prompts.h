@@ -11,6 +11,8 @@
 
 namespace quarlin {
 
+enum class SaveAnswer { Save, Discard, Cancel };
+
 class Prompts {
  public:
   virtual ~Prompts() = default;
@@ -30,6 +32,9 @@ class Prompts {
 
   // A question with Yes and No.
   virtual bool Confirm(std::string_view question, std::string_view title) = 0;
+
+  // What is to become of something that is about to be lost. Closing the box means Cancel.
+  virtual SaveAnswer AskToSave(std::string_view question, std::string_view title) = 0;
 
   // Closes what is being shown, as if the user had; the program is about to end.
   virtual void Dismiss() = 0;

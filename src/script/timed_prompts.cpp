@@ -50,6 +50,12 @@ bool TimedPrompts::Confirm(std::string_view question, std::string_view title) {
   return inner_.Confirm(question, title);
 }
 
+SaveAnswer TimedPrompts::AskToSave(std::string_view question, std::string_view title) {
+  if (!Passes(question, title)) return SaveAnswer::Cancel;
+  const Watch watch(*this);
+  return inner_.AskToSave(question, title);
+}
+
 void TimedPrompts::Dismiss() {
   dismissed_ = true;
   inner_.Dismiss();

@@ -17,6 +17,7 @@ class TimedPrompts : public Prompts {
   std::optional<std::u16string> InputBox(std::u16string_view prompt, std::u16string_view title,
                                          std::u16string_view proposal) override;
   bool Confirm(std::string_view question, std::string_view title) override;
+  SaveAnswer AskToSave(std::string_view question, std::string_view title) override;
 
   // Told of a box that is not shown any more, as one line "TITLE: TEXT".
   Hook<void(std::string_view line)> OnUnshown;

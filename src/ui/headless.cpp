@@ -37,6 +37,11 @@ bool HeadlessPrompts::Confirm(std::string_view question, std::string_view title)
   return true;
 }
 
+SaveAnswer HeadlessPrompts::AskToSave(std::string_view question, std::string_view title) {
+  ShowMessage(question, title);
+  return SaveAnswer::Discard;
+}
+
 TrafficPrinter::TrafficPrinter(EventLoop& loop, DisplayText& display, StandardStream& output)
     : loop_(loop), output_(output), flushAlarm_(loop, [this] { Flush(); }) {
   display.OnAppend = [this](std::string_view text, Color) { Print(text); };

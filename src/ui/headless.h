@@ -14,7 +14,7 @@
 namespace quarlin {
 
 // Message boxes as one line on standard error, "TITLE: TEXT", answered at once: with OK, a script's with
-// their default button or the proposed text, a question with Yes.
+// their default button or the proposed text, a question with Yes; nothing is saved.
 class HeadlessPrompts : public Prompts {
  public:
   using Print = std::function<void(std::string_view utf8)>;
@@ -25,6 +25,7 @@ class HeadlessPrompts : public Prompts {
   std::optional<std::u16string> InputBox(std::u16string_view prompt, std::u16string_view title,
                                          std::u16string_view proposal) override;
   bool Confirm(std::string_view question, std::string_view title) override;
+  SaveAnswer AskToSave(std::string_view question, std::string_view title) override;
   void Dismiss() override {}
 
  private:

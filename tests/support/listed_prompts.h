@@ -15,7 +15,7 @@ namespace quarlin {
 
 // Notes every message; what the user would do while the box is open can be prepared, and so can the answers
 // to boxes and questions. Without one the default button is pressed and a proposed text taken; a question is
-// answered with Yes.
+// answered with Yes, and nothing is saved.
 class ListedPrompts : public Prompts {
  public:
   void ShowMessage(std::string_view text, std::string_view title) override {
@@ -35,7 +35,12 @@ class ListedPrompts : public Prompts {
     ShowMessage(question, title);
     return NextAnswer().value_or(1) != 0;
   }
+  SaveAnswer AskToSave(std::string_view question, std::string_view title) override {
+    ShowMessage(question, title);
+    return saveAnswer;
+  }
   void Dismiss() override { dismissed = true; }
+  SaveAnswer saveAnswer = SaveAnswer::Discard;
   std::vector<std::string> shown;
   std::deque<int> answers;
   std::function<void()> whileShown;

@@ -46,6 +46,7 @@ class NoPrompts : public Prompts {
     return std::nullopt;
   }
   bool Confirm(std::string_view, std::string_view) override { return true; }
+  SaveAnswer AskToSave(std::string_view, std::string_view) override { return SaveAnswer::Discard; }
   void Dismiss() override {}
 };
 

@@ -132,6 +132,18 @@ bool QtPrompts::Confirm(std::string_view question, std::string_view title) {
   return yes;
 }
 
+SaveAnswer QtPrompts::AskToSave(std::string_view question, std::string_view title) {
+  const QPointer<QMessageBox> box = MakeBox(Shown(question), Shown(title));
+  box->setIcon(QMessageBox::Question);
+  box->setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+  box->setDefaultButton(QMessageBox::Save);
+  Run(*box);
+  const int result = box ? box->result() : QMessageBox::Cancel;
+  delete box.data();
+  if (result == QMessageBox::Save) return SaveAnswer::Save;
+  return result == QMessageBox::Discard ? SaveAnswer::Discard : SaveAnswer::Cancel;
+}
+
 void QtPrompts::Dismiss() {
   if (box_) box_->reject();
 }

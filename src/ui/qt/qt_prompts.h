@@ -19,6 +19,7 @@ class QtPrompts : public Prompts {
   std::optional<std::u16string> InputBox(std::u16string_view prompt, std::u16string_view title,
                                          std::u16string_view proposal) override;
   bool Confirm(std::string_view question, std::string_view title) override;
+  SaveAnswer AskToSave(std::string_view question, std::string_view title) override;
   void Dismiss() override;
 
  private:
