@@ -1,6 +1,6 @@
-// The text of a file in initialisation-file syntax, to be changed: what is not set stays as it stands, comments,
-// blank lines and sections of others among it. See profile_file.h for the syntax and for which of two equal
-// names counts.
+// The text of a file in initialisation-file syntax, to be changed: what is not set stays as it stands,
+// comments, blank lines and sections of others among it. See profile_file.h for the syntax and for which of
+// two equal names counts.
 #pragma once
 
 #include <cstddef>

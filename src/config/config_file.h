@@ -43,9 +43,9 @@ SavedConfig SaveConfig(const ControlCollection& controls, const std::filesystem:
 // Returns false, and changes nothing, when there is no file that can be read.
 bool LoadConfig(ControlCollection& controls, const std::filesystem::path& file);
 
-// What is wrong with the content of a file that is to be a configuration of these controls, "it is empty" for one;
-// empty for nothing. Records of controls that are not there are those of another version and no fault, as long
-// as there are others.
+// What is wrong with the content of a file that is to be a configuration of these controls, "it is empty" for
+// one; empty for nothing. Records of controls that are not there are those of another version and no fault,
+// as long as there are others.
 std::string ConfigFault(const ControlCollection& controls, std::string_view content);
 
 }  // namespace quarlin

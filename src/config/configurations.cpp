@@ -74,7 +74,7 @@ void Configurations::OpenDefault() {
   if (IsMissing(Default())) {
     parts_.status.Say(fmt::format("there is no {} in the program folder; nothing was loaded", name));
   } else if (MayLose()) {
-    parts_.status.Say(fmt::format(LoadDefault() ? "{} loaded" : "{} cannot be read; nothing was loaded", name));
+    parts_.status.Say(name + (LoadDefault() ? " loaded" : " cannot be read; nothing was loaded"));
   }
 }
 

@@ -1,5 +1,5 @@
-// The configuration files as the user meets them: config.cfg of the program folder and others of any name. Says
-// what became of each in the status bar, and asks before settings that she edited are lost.
+// The configuration files as the user meets them: config.cfg of the program folder and others of any name.
+// Says what became of each in the status bar, and asks before settings that she edited are lost.
 #pragma once
 
 #include <filesystem>
@@ -44,13 +44,13 @@ class Configurations {
   bool IsDefault() const { return current_ == Default(); }
   std::filesystem::path Default() const { return parts_.folder.File("config.cfg"); }
 
-  // Into Current(), or into another file, which is it from then on. False when nothing was saved: the file could
-  // not be written, or it holds something else than a configuration.
+  // Into Current(), or into another file, which is it from then on. False when nothing was saved: the file
+  // could not be written, or it holds something else than a configuration.
   bool Save();
   bool SaveAs(const std::filesystem::path& file);
 
-  // A file of any name, after MayLose. Changes nothing where it is missing, damaged or no configuration. The open
-  // link keeps its settings. Yields.
+  // A file of any name, after MayLose. Changes nothing where it is missing, damaged or no configuration. The
+  // open link keeps its settings. Yields.
   void Open(const std::filesystem::path& file);
 
   // config.cfg, after MayLose: every record that is good for something. Yields.

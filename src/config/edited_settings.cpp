@@ -54,8 +54,9 @@ std::vector<std::string> EditedSettings::Captions() const {
 std::string SaveQuestion(std::string_view fileName, const std::vector<std::string>& captions) {
   constexpr std::size_t mostNamed = 5;
   const std::size_t named = std::min(captions.size(), mostNamed);
-  std::string text = fmt::format("Save the changed settings to {}?\n\nChanged: {}", fileName,
-                                 fmt::join(captions.begin(), captions.begin() + static_cast<int>(named), ", "));
+  std::string text =
+      fmt::format("Save the changed settings to {}?\n\nChanged: {}", fileName,
+                  fmt::join(captions.begin(), captions.begin() + static_cast<int>(named), ", "));
   if (captions.size() > named) text += fmt::format(" and {} more", captions.size() - named);
   return text;
 }

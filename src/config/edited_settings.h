@@ -1,5 +1,5 @@
-// Which settings the user has changed since they were last loaded or saved. What the program or a script writes
-// is nobody's edit, and a setting that has its old value again is none any more.
+// Which settings the user has changed since they were last loaded or saved. What the program or a script
+// writes is nobody's edit, and a setting that has its old value again is none any more.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
-// What position.ini keeps of the windows: values by section and key in initialisation-file syntax, a section for
-// each window. Whoever keeps something says how its value reads; a value that makes no sense is for him to pass
-// over, so that one of them spoils no other.
+// What position.ini keeps of the windows: values by section and key in initialisation-file syntax, a section
+// for each window. Whoever keeps something says how its value reads; a value that makes no sense is for him
+// to pass over, so that one of them spoils no other.
 #pragma once
 
 #include <filesystem>
@@ -20,7 +20,8 @@ class WindowLayout {
  public:
   static constexpr std::size_t mostBytes = 256 * 1024;
 
-  // Reads the file. One that is missing keeps nothing, and so does one that is no text or is beyond mostBytes.
+  // Reads the file. One that is missing keeps nothing, and so does one that is no text or is beyond
+  // mostBytes.
   explicit WindowLayout(std::filesystem::path file);
 
   // Why nothing was taken from a file that is there, for the status bar; empty where nothing is wrong.
@@ -40,8 +41,8 @@ class WindowLayout {
   // removes the entry.
   void Set(std::string_view section, std::string_view key, std::string_view value);
 
-  // Puts what was set into the file as it is by now, so that what others wrote into it meanwhile stays. A file
-  // that nothing could be taken from is replaced. One that needs no change is not touched.
+  // Puts what was set into the file as it is by now, so that what others wrote into it meanwhile stays. A
+  // file that nothing could be taken from is replaced. One that needs no change is not touched.
   std::error_code Save() const;
 
  private:

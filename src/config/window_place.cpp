@@ -38,9 +38,10 @@ Place MovedOnto(const Place& screen, const Place& wanted) {
 
 Place BroughtBack(const Place& wanted, const std::vector<Place>& screens) {
   if (screens.empty() || IsInSight(wanted, screens)) return wanted;
-  const auto best = std::max_element(screens.begin(), screens.end(), [&](const Place& one, const Place& other) {
-    return SharedArea(wanted, one) < SharedArea(wanted, other);
-  });
+  const auto best =
+      std::max_element(screens.begin(), screens.end(), [&](const Place& one, const Place& other) {
+        return SharedArea(wanted, one) < SharedArea(wanted, other);
+      });
   return MovedOnto(*best, wanted);
 }
 

@@ -1,5 +1,5 @@
-// Where a window stands, and where it is to stand so that it can be seen and used. In the desktop's own units,
-// which a scale factor makes larger than pixels.
+// Where a window stands, and where it is to stand so that it can be seen and used. In the desktop's own
+// units, which a scale factor makes larger than pixels.
 #pragma once
 
 #include <vector>
@@ -25,8 +25,8 @@ struct FirstPlace {
   bool maximised = false;
 };
 
-// Where a window stands at its first start: in the middle, and larger on a larger screen; on a screen that has
-// little more room than the window needs, all over it.
+// Where a window stands at its first start: in the middle, and larger on a larger screen; on a screen that
+// has little more room than the window needs, all over it.
 FirstPlace FirstPlaceOn(const Place& screen);
 
 }  // namespace quarlin

@@ -30,7 +30,6 @@ namespace quarlin {
 namespace {
 
 constexpr std::string_view bannerText = "Instrument test terminal";
-constexpr std::string_view configFile = "config.cfg";
 constexpr std::string_view reportFile = "Report.txt";
 
 // The codes that the terminator boxes offer, as three digits.
@@ -98,6 +97,7 @@ struct FrmMain::Modules {
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
         script({around.loop, controls.script, around.folder, prompts, around.engines, status,
                 [this](std::string_view text, Color color) { traffic.Append(text, color); }}),
+        configurations({frm.Collection(), around.folder, prompts, status}),
         session({around.loop, connection, link, cycle, exchange, sequence, script, logs, prompts, status,
                  controls.counters, around.headless}) {}
 
@@ -122,6 +122,7 @@ struct FrmMain::Modules {
   ReceiveLoop receive;
   Dialog dialog;
   ScriptHost script;  // ends before them: a script's last code may use all of the above
+  Configurations configurations;
   Session session;
 };
 
@@ -147,8 +148,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireErrorRows();
   WireScript();
   WireSession();
-  controls.config.cmdSave[0].OnClick = [this] { SaveConfiguration(); };
-  controls.config.cmdSave[1].OnClick = [this] { LoadConfiguration(); };
+  WireConfiguration();
 }
 
 FrmMain::~FrmMain() = default;
@@ -336,6 +336,7 @@ void FrmMain::Load(std::string_view commandLine) {
   controls.receive.Timer3.SetEnabled(true);
   controls.modem.tmrLine.SetEnabled(true);
   ComputeTerminators();
+  modules_->configurations.Edited.Settle();
   modules_->session.Start(ParseCommandLine(commandLine));
 }
 
@@ -392,21 +393,36 @@ void FrmMain::ComputeTerminators() {
   modules_->receive.SetRxTerminator();
 }
 
-void FrmMain::SaveConfiguration() {
-  const RequestCount::Saving saving(modules_->exchange.Requests());
-  modules_->status.Say(SaveConfig(Collection(), surroundings_.folder.File(configFile)).Text(configFile));
+void FrmMain::WireConfiguration() {
+  Configurations& configurations = modules_->configurations;
+  configurations.Edited.Moves(controls.run.HScroll1, controls.run.txtInterval);
+  ConfigurationHooks& hooks = configurations.Hooks;
+  hooks.write = [this](const std::filesystem::path& file) {
+    const RequestCount::Saving saving(modules_->exchange.Requests());
+    return SaveConfig(Collection(), file);
+  };
+  hooks.loaded = [this] {
+    ComputeTerminators();
+    modules_->connection.SettingsLoaded();
+    modules_->exchange.Requests().Loaded();
+  };
+  hooks.unasked = [this] {
+    return surroundings_.headless || modules_->session.Ending() || modules_->script.Runner().Running();
+  };
+  controls.config.cmdSave[0].OnClick = [&configurations] { configurations.SaveAs(configurations.Default()); };
+  controls.config.cmdSave[1].OnClick = [&configurations] { configurations.OpenDefault(); };
+}
+
+Configurations& FrmMain::Configuration() {
+  return modules_->configurations;
 }
 
 ConfigState FrmMain::LoadConfiguration() {
-  const auto file = surroundings_.folder.File(configFile);
-  const bool loaded = LoadConfig(Collection(), file);
-  ComputeTerminators();
-  modules_->connection.SettingsLoaded();
-  modules_->exchange.Requests().Loaded();
-  if (loaded) return ConfigState::Loaded;
+  Configurations& configurations = modules_->configurations;
+  if (configurations.LoadDefault()) return ConfigState::Loaded;
   std::error_code error;
-  const bool missing =
-      std::filesystem::symlink_status(file, error).type() == std::filesystem::file_type::not_found;
+  const auto status = std::filesystem::symlink_status(configurations.Default(), error);
+  const bool missing = status.type() == std::filesystem::file_type::not_found;
   return missing ? ConfigState::Missing : ConfigState::Unreadable;
 }
 
@@ -492,7 +508,21 @@ void FrmMain::Unload(EndCause cause) {
   modules_->session.RequestEnd(cause);
 }
 
+// A run goes on behind the question, but not behind one that is asked while a handler waits: so it is put
+// off.
+void FrmMain::RequestUnload() {
+  const auto unload = [this] {
+    if (modules_->session.Ending() || modules_->configurations.MayLose()) Unload();
+  };
+  if (surroundings_.loop.Alarms().Held() && !modules_->configurations.Edited.Captions().empty()) {
+    surroundings_.loop.Post(unload);
+  } else {
+    unload();
+  }
+}
+
 void FrmMain::CloseWindow() {
+  OnClosing();
   modules_->script.Panel().SetVisible(false);
   controls.run.Command1.SetCaption("Stop");
   modules_->script.EndTask();

@@ -11,6 +11,7 @@
 
 #include "base/hook.h"
 #include "base/program_folder.h"
+#include "config/configurations.h"
 #include "connect/connection_controls.h"
 #include "connect/modem_controls.h"
 #include "controls/form.h"
@@ -117,6 +118,18 @@ class FrmMain : public Form {
   // What has happened in the present or the last run.
   RunRecord& Record();
 
+  // The files that the settings are loaded from and saved to, and what of them the user has edited.
+  Configurations& Configuration();
+
+  // The user wants the window closed: Unload, once she has been asked about settings that would be lost.
+  // Yields while she is asked; a second call meanwhile changes nothing.
+  void RequestUnload();
+
+  // The window's last moment as it was: it is about to be taken down.
+  Hook<void()> OnClosing;
+
+  const ProgramFolder& Folder() const { return surroundings_.folder; }
+
   // The methods that scripts know.
   void SignalError(int kind);
   void StopWithMessage(std::string_view message, std::string_view title);
@@ -140,7 +153,7 @@ class FrmMain : public Form {
   std::string FolderTrouble() const;
   std::string SettingTrouble() const;
   void CloseWindow();
-  void SaveConfiguration();
+  void WireConfiguration();
   ConfigState LoadConfiguration();
   void ComputeTerminators();
   void WriteMachineResults();

@@ -1,9 +1,11 @@
 #include "ui/qt/binder.h"
 
+#include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QLabel>
 
 #include "ui/qt/widget_text.h"
 
@@ -24,10 +26,14 @@ Binder::~Binder() {
 void Binder::Bind(Control& control) {
   auto* widget = window_.findChild<QWidget*>(WidgetName(control));
   if (widget == nullptr) return;
-  auto binding = MakeBinding(control, *widget, [this](const std::function<void()>& action) {
-    CommitEdits();
-    action();
-  });
+  const UserSide user{[this](const std::function<void()>& action) {
+                        CommitEdits();
+                        action();
+                      },
+                      [this](const Control& edited, const QWidget& at) {
+                        if (OnEdit) OnEdit(edited, BytesOf(CaptionBeside(at)));
+                      }};
+  auto binding = MakeBinding(control, *widget, user);
   if (!binding) return;
   if (qobject_cast<QComboBox*>(widget) != nullptr || qobject_cast<QAbstractSlider*>(widget) != nullptr) {
     widget->setFocusPolicy(Qt::StrongFocus);
@@ -35,6 +41,16 @@ void Binder::Bind(Control& control) {
   }
   binding->Show();
   bindings_.emplace(&control, std::move(binding));
+}
+
+QString Binder::CaptionBeside(const QWidget& widget) const {
+  const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+  if (button != nullptr && !button->text().isEmpty()) return WithoutMnemonic(button->text());
+  if (!widget.accessibleName().isEmpty()) return widget.accessibleName();
+  for (const QLabel* label : window_.findChildren<QLabel*>()) {
+    if (label->buddy() == &widget) return WithoutMnemonic(label->text());
+  }
+  return widget.objectName();
 }
 
 void Binder::CommitEdits() {

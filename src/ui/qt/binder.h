@@ -4,8 +4,10 @@
 #include <QObject>
 #include <QWidget>
 #include <memory>
+#include <string_view>
 #include <unordered_map>
 
+#include "base/hook.h"
 #include "controls/collection.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/frame_pacer.h"
@@ -21,6 +23,9 @@ class Binder : public QObject {
   Binder(ControlCollection& controls, QWidget& window);
   ~Binder() override;
 
+  // Told just before what the user did goes to the control, with what she reads beside it.
+  Hook<void(const Control& control, std::string_view caption)> OnEdit;
+
   // Everything typed so far takes effect. Buttons do so by themselves; menus have to ask for it.
   void CommitEdits();
 
@@ -30,6 +35,7 @@ class Binder : public QObject {
  private:
   void Bind(Control& control);
   void Frame();
+  QString CaptionBeside(const QWidget& widget) const;
 
   ControlCollection& controls_;
   QWidget& window_;

@@ -77,10 +77,13 @@ void ShowCaption(QAbstractButton& widget, std::string_view text, QChar mnemonic)
 
 class CheckBoxBinding : public Binding {
  public:
-  CheckBoxBinding(CheckBox& control, QCheckBox& widget, const UserAction& onUser)
+  CheckBoxBinding(CheckBox& control, QCheckBox& widget, const UserSide& user)
       : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.text())) {
-    QObject::connect(&widget, &QCheckBox::clicked, &Context(), [this, onUser] {
-      onUser([this] { control_.SetChecked(widget_.checkState() != Qt::Unchecked); });
+    QObject::connect(&widget, &QCheckBox::clicked, &Context(), [this, user] {
+      user.run([this, user] {
+        user.aboutToEdit(control_, widget_);
+        control_.SetChecked(widget_.checkState() != Qt::Unchecked);
+      });
       Show();
     });
   }
@@ -101,10 +104,14 @@ class CheckBoxBinding : public Binding {
 
 class OptionBinding : public Binding {
  public:
-  OptionBinding(OptionButton& control, QRadioButton& widget, const UserAction& onUser)
+  OptionBinding(OptionButton& control, QRadioButton& widget, const UserSide& user)
       : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.text())) {
-    QObject::connect(&widget, &QRadioButton::clicked, &Context(),
-                     [this, onUser] { onUser([this] { control_.SetValue(true); }); });
+    QObject::connect(&widget, &QRadioButton::clicked, &Context(), [this, user] {
+      user.run([this, user] {
+        user.aboutToEdit(control_, widget_);
+        control_.SetValue(true);
+      });
+    });
   }
 
  private:
@@ -125,14 +132,14 @@ class OptionBinding : public Binding {
 // The form names the longest caption of a button whose caption changes, so that it keeps its width.
 class CommandBinding : public Binding {
  public:
-  CommandBinding(CommandButton& control, QPushButton& widget, const UserAction& onUser)
+  CommandBinding(CommandButton& control, QPushButton& widget, const UserSide& user)
       : Binding(control, widget), control_(control), widget_(widget), mnemonic_(MnemonicOf(widget.text())) {
     if (const QString longest = widget.property("longestCaption").toString(); !longest.isEmpty()) {
       widget.setText(longest);
       widget.setMinimumWidth(std::max(widget.minimumWidth(), widget.sizeHint().width()));
     }
     QObject::connect(&widget, &QPushButton::clicked, &Context(),
-                     [this, onUser] { onUser([this] { control_.Click(); }); });
+                     [this, user] { user.run([this] { control_.Click(); }); });
   }
 
  private:
@@ -226,10 +233,13 @@ class LampBinding : public Binding {
 
 class ScrollBinding : public Binding {
  public:
-  ScrollBinding(ScrollBar& control, QAbstractSlider& widget, const UserAction& onUser)
+  ScrollBinding(ScrollBar& control, QAbstractSlider& widget, const UserSide& user)
       : Binding(control, widget), control_(control), widget_(widget) {
-    QObject::connect(&widget, &QAbstractSlider::valueChanged, &Context(), [this, onUser](int value) {
-      onUser([this, value] { control_.SetValue(value); });
+    QObject::connect(&widget, &QAbstractSlider::valueChanged, &Context(), [this, user](int value) {
+      user.run([this, user, value] {
+        user.aboutToEdit(control_, widget_);
+        control_.SetValue(value);
+      });
       Show();  // one that springs back can be pressed again at once
     });
   }
@@ -247,12 +257,12 @@ class ScrollBinding : public Binding {
 
 class ListBinding : public Binding {
  public:
-  ListBinding(ListBox& control, QListWidget& widget, const UserAction& onUser)
+  ListBinding(ListBox& control, QListWidget& widget, const UserSide& user)
       : Binding(control, widget), control_(control), widget_(widget) {
     QObject::connect(&widget, &QListWidget::currentRowChanged, &Context(),
-                     [this, onUser](int row) { onUser([this, row] { control_.SetListIndex(row); }); });
+                     [this, user](int row) { user.run([this, row] { control_.SetListIndex(row); }); });
     QObject::connect(&widget, &QListWidget::itemDoubleClicked, &Context(),
-                     [this, onUser] { onUser([this] { control_.DblClick(); }); });
+                     [this, user] { user.run([this] { control_.DblClick(); }); });
   }
 
  private:
@@ -300,18 +310,18 @@ std::unique_ptr<Binding> Tie(Control& control, QWidget& widget, const Others&...
 
 }  // namespace
 
-std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const UserAction& onUser) {
+std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const UserSide& user) {
   switch (control.Kind()) {
     case ControlKind::TextBox:
-      return Tie<TextBoxBinding, TextBox, QLineEdit>(control, widget);
+      return Tie<TextBoxBinding, TextBox, QLineEdit>(control, widget, user);
     case ControlKind::ComboBox:
-      return Tie<ComboBoxBinding, ComboBox, QComboBox>(control, widget, onUser);
+      return Tie<ComboBoxBinding, ComboBox, QComboBox>(control, widget, user);
     case ControlKind::CheckBox:
-      return Tie<CheckBoxBinding, CheckBox, QCheckBox>(control, widget, onUser);
+      return Tie<CheckBoxBinding, CheckBox, QCheckBox>(control, widget, user);
     case ControlKind::OptionButton:
-      return Tie<OptionBinding, OptionButton, QRadioButton>(control, widget, onUser);
+      return Tie<OptionBinding, OptionButton, QRadioButton>(control, widget, user);
     case ControlKind::CommandButton:
-      return Tie<CommandBinding, CommandButton, QPushButton>(control, widget, onUser);
+      return Tie<CommandBinding, CommandButton, QPushButton>(control, widget, user);
     case ControlKind::Label:
       return Tie<LabelBinding, Label, QLabel>(control, widget);
     case ControlKind::Frame:
@@ -319,9 +329,9 @@ std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const Us
     case ControlKind::Shape:
       return Tie<LampBinding, Shape, Lamp>(control, widget);
     case ControlKind::ScrollBar:
-      return Tie<ScrollBinding, ScrollBar, QAbstractSlider>(control, widget, onUser);
+      return Tie<ScrollBinding, ScrollBar, QAbstractSlider>(control, widget, user);
     case ControlKind::ListBox:
-      return Tie<ListBinding, ListBox, QListWidget>(control, widget, onUser);
+      return Tie<ListBinding, ListBox, QListWidget>(control, widget, user);
     case ControlKind::RichTextBox:
       return Tie<DisplayBinding, DisplayText, ReceivedTextView>(control, widget);
     case ControlKind::Timer:

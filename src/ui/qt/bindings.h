@@ -11,8 +11,14 @@
 
 namespace quarlin {
 
-// Runs what a user's click has set off. Edits that have not taken effect yet do so before.
-using UserAction = std::function<void(const std::function<void()>& action)>;
+// What a binding does for the user.
+struct UserSide {
+  // Runs what a click has set off. Edits that have not taken effect yet do so before.
+  std::function<void(const std::function<void()>& action)> run;
+
+  // Told just before the user's value goes to the control.
+  std::function<void(const Control& control, const QWidget& widget)> aboutToEdit;
+};
 
 // Writes to the control only what the user has just done, never what the widget made of a value: a line
 // edit, for one, cannot hold a line end.
@@ -53,6 +59,6 @@ class Binding {
 };
 
 // Nothing when the widget is of another kind than the control. Both outlive the binding.
-std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const UserAction& onUser);
+std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const UserSide& user);
 
 }  // namespace quarlin

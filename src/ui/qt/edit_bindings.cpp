@@ -40,14 +40,15 @@ class DescribedRow : public QStyledItemDelegate {
 
 }  // namespace
 
-TextBoxBinding::TextBoxBinding(TextBox& control, QLineEdit& widget)
-    : Binding(control, widget), control_(control), widget_(widget) {
+TextBoxBinding::TextBoxBinding(TextBox& control, QLineEdit& widget, const UserSide& user)
+    : Binding(control, widget), control_(control), widget_(widget), user_(user) {
   QObject::connect(&widget, &QLineEdit::editingFinished, &Context(), [this] { Commit(); });
 }
 
 void TextBoxBinding::Commit() {
   if (!widget_.isModified()) return;
   widget_.setModified(false);  // first, since a handler may let the window live
+  user_.aboutToEdit(control_, widget_);
   control_.Type(BytesOf(widget_.text()));
   Show();
 }
@@ -56,11 +57,14 @@ void TextBoxBinding::ShowValue() {
   if (!IsBeingTyped(widget_)) ShowText(widget_, control_.Text());
 }
 
-ComboBoxBinding::ComboBoxBinding(ComboBox& control, QComboBox& widget, const UserAction& onUser)
-    : Binding(control, widget), control_(control), widget_(widget) {
-  QObject::connect(&widget, &QComboBox::activated, &Context(), [this, onUser](int index) {
+ComboBoxBinding::ComboBoxBinding(ComboBox& control, QComboBox& widget, const UserSide& user)
+    : Binding(control, widget), control_(control), widget_(widget), user_(user) {
+  QObject::connect(&widget, &QComboBox::activated, &Context(), [this](int index) {
     if (widget_.isEditable()) widget_.lineEdit()->setModified(false);  // a choice replaces what was typed
-    onUser([this, index] { control_.SetListIndex(index); });
+    user_.run([this, index] {
+      user_.aboutToEdit(control_, widget_);
+      control_.SetListIndex(index);
+    });
   });
   if (!widget.isEditable()) return;
   widget.setCompleter(nullptr);  // it would type along
@@ -73,6 +77,7 @@ ComboBoxBinding::ComboBoxBinding(ComboBox& control, QComboBox& widget, const Use
 void ComboBoxBinding::Commit() {
   if (!widget_.isEditable() || !widget_.lineEdit()->isModified()) return;
   widget_.lineEdit()->setModified(false);
+  user_.aboutToEdit(control_, widget_);
   control_.SetText(BytesOf(widget_.currentText()));
   Show();
 }

@@ -14,7 +14,7 @@ namespace quarlin {
 
 class TextBoxBinding : public Binding {
  public:
-  TextBoxBinding(TextBox& control, QLineEdit& widget);
+  TextBoxBinding(TextBox& control, QLineEdit& widget, const UserSide& user);
   void Commit() override;
 
  private:
@@ -22,11 +22,12 @@ class TextBoxBinding : public Binding {
 
   TextBox& control_;
   QLineEdit& widget_;
+  UserSide user_;
 };
 
 class ComboBoxBinding : public Binding {
  public:
-  ComboBoxBinding(ComboBox& control, QComboBox& widget, const UserAction& onUser);
+  ComboBoxBinding(ComboBox& control, QComboBox& widget, const UserSide& user);
   void Commit() override;
 
  private:
@@ -37,6 +38,7 @@ class ComboBoxBinding : public Binding {
 
   ComboBox& control_;
   QComboBox& widget_;
+  UserSide user_;
   std::optional<std::uint64_t> shownList_;  // revision of the list that the widget holds
 };
 

@@ -53,6 +53,9 @@ MainWindow::MainWindow(FrmMain& frm)
   PutTogether();
   setWindowTitle(ShownText(frm.Caption()));
   binder_ = std::make_unique<Binder>(frm.Collection(), *this);
+  binder_->OnEdit = [this](const Control& control, std::string_view caption) {
+    frm_.Configuration().Edited.AboutToEdit(control, caption);
+  };
   FillMenus();
   WireMenus();
   WireDisplay();
@@ -70,7 +73,7 @@ MainWindow::~MainWindow() {
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
   binder_->CommitEdits();
-  frm_.Unload();
+  frm_.RequestUnload();
 }
 
 void MainWindow::PutTogether() {
