@@ -1,5 +1,6 @@
 #include "ui/qt/main_window.h"
 
+#include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QApplication>
 #include <QCheckBox>
@@ -7,7 +8,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -110,13 +110,14 @@ bool IsOfKind(const QWidget& widget, ControlKind kind) {
       {ControlKind::ListBox, "QListWidget"},
       {ControlKind::RichTextBox, "quarlin::ReceivedTextView"},
   };
-  return widget.inherits(classes.at(kind));
+  const bool isErrorTable = kind == ControlKind::ListBox && widget.inherits("quarlin::ErrorTable");
+  return isErrorTable || widget.inherits(classes.at(kind));
 }
 
 bool IsPartOfAnother(const QWidget& widget) {
   for (const QWidget* parent = widget.parentWidget(); parent != nullptr; parent = parent->parentWidget()) {
     if (parent->inherits("QComboBox") || parent->inherits("QLineEdit") || parent->inherits("QTabBar") ||
-        parent->inherits("QMenuBar") || parent->inherits("QToolBar") ||
+        parent->inherits("QMenuBar") || parent->inherits("QTableView") || parent->inherits("QToolBar") ||
         parent->inherits("quarlin::ReceivedTextView")) {
       return true;
     }
@@ -130,7 +131,7 @@ std::vector<QWidget*> Inputs(const QWidget& window) {
   for (QWidget* widget : window.findChildren<QWidget*>()) {
     const bool isInput = qobject_cast<QLineEdit*>(widget) || qobject_cast<QComboBox*>(widget) ||
                          qobject_cast<QAbstractButton*>(widget) || qobject_cast<QAbstractSlider*>(widget) ||
-                         qobject_cast<QListWidget*>(widget) || qobject_cast<ReceivedTextView*>(widget);
+                         qobject_cast<QAbstractItemView*>(widget) || qobject_cast<ReceivedTextView*>(widget);
     if (isInput && !IsPartOfAnother(*widget)) inputs.push_back(widget);
   }
   return inputs;
@@ -167,7 +168,8 @@ class MainWindowTest : public QObject {
  private slots:
   void formAndModelHoldTheSameControls() {
     Rig rig;
-    std::set<QString> names = {"findText", "sidePanelButton"};
+    std::set<QString> names = {"findText", "sidePanelButton", "errorKindBox", "copyErrorsButton",
+                               "clearErrorsButton"};
     for (const Control* control : rig.frm.Collection().All()) {
       if (control->Kind() == ControlKind::Timer) continue;
       const QString name = WidgetName(*control);

@@ -15,6 +15,7 @@
 #include "controls/controls.h"
 #include "display/display_controls.h"
 #include "ui/qt/edit_bindings.h"
+#include "ui/qt/error_table.h"
 #include "ui/qt/lamp.h"
 #include "ui/qt/received_text_view.h"
 #include "ui/qt/tint.h"
@@ -289,6 +290,15 @@ class ListBinding : public Binding {
   std::optional<std::uint64_t> shownList_;  // revision of the list that the widget holds
 };
 
+// The table shows more than the list holds, from the record; the control says whether it is to be seen.
+class ErrorTableBinding : public Binding {
+ public:
+  ErrorTableBinding(ListBox& control, ErrorTable& widget) : Binding(control, widget) {}
+
+ private:
+  void ShowValue() override {}
+};
+
 class DisplayBinding : public Binding {
  public:
   DisplayBinding(DisplayText& control, ReceivedTextView& widget) : Binding(control, widget), widget_(widget) {
@@ -331,6 +341,7 @@ std::unique_ptr<Binding> MakeBinding(Control& control, QWidget& widget, const Us
     case ControlKind::ScrollBar:
       return Tie<ScrollBinding, ScrollBar, QAbstractSlider>(control, widget, user);
     case ControlKind::ListBox:
+      if (auto table = Tie<ErrorTableBinding, ListBox, ErrorTable>(control, widget)) return table;
       return Tie<ListBinding, ListBox, QListWidget>(control, widget, user);
     case ControlKind::RichTextBox:
       return Tie<DisplayBinding, DisplayText, ReceivedTextView>(control, widget);

@@ -1,8 +1,13 @@
-// The errors below the traffic: a header with the report, and the list that it opens and closes.
+// The errors below the traffic: a header that counts them, with the report, and the table that it opens and
+// closes.
 #pragma once
 
 #include <QWidget>
+#include <cstdint>
 #include <memory>
+
+#include "testmodes/error_rows.h"
+#include "ui/qt/frame_pacer.h"
 
 namespace quarlin {
 
@@ -17,8 +22,31 @@ class ErrorPanel : public QWidget {
   explicit ErrorPanel(QWidget* parent = nullptr);
   ~ErrorPanel() override;
 
+  // Once. `rows` outlives the panel.
+  void Show(ErrorRows& rows);
+
+ signals:
+  // The user wants to see the exchange that begins in that line of the display's ring.
+  void lineWanted(std::uint64_t line);
+
+  // Something was copied: what, in words.
+  void told(const QString& words);
+
  private:
+  void Refresh();
+  void ShowCount();
+  void TableShown(bool open);
+  void ShowTools(bool open);
+  void TakeHeight();
+  void OfferKinds();
+  void ChooseKind();
+  void Copy();
+  void Clear();
+
   std::unique_ptr<Ui::ErrorPanel> ui_;
+  ErrorRows* rows_ = nullptr;
+  FramePacer pacer_;
+  int height_ = 0;  // of the open panel when it was closed last
 };
 
 }  // namespace quarlin

@@ -59,6 +59,7 @@ MainWindow::MainWindow(FrmMain& frm)
   FillMenus();
   WireMenus();
   WireDisplay();
+  WireErrors();
   WirePages();
   frm.OnChanged = [this] { setWindowTitle(ShownText(frm_.Caption())); };
   windows_ = std::make_unique<Windows>(frm.Forms(), *this);
@@ -144,6 +145,15 @@ void MainWindow::WireMenus() {
 void MainWindow::WireDisplay() {
   connect(traffic_, &TrafficPanel::clearRequested, this, [this] { frm_.controls.display.txtric.Clear(); });
   frm_.OnFocusDisplay = [this] { traffic_->View().setFocus(); };
+}
+
+void MainWindow::WireErrors() {
+  errors_->Show(frm_.Errors());
+  connect(errors_, &ErrorPanel::lineWanted, this, [this](std::uint64_t line) {
+    if (!traffic_->View().ShowLine(line)) frm_.Status().Say("what was sent then has left the display");
+  });
+  connect(errors_, &ErrorPanel::told, this,
+          [this](const QString& words) { frm_.Status().Say(BytesOf(words)); });
 }
 
 // Alt+1 and so on: their names would use up the letters that the settings on them need.

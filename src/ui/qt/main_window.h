@@ -37,6 +37,7 @@ class MainWindow : public QMainWindow {
   void FillMenus();
   void WireMenus();
   void WireDisplay();
+  void WireErrors();
   void WirePages();
   void ShowAbout();
 
