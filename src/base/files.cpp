@@ -44,6 +44,28 @@ std::optional<std::string> ReadWholeFile(const fs::path& file) {
   return std::move(content).str();
 }
 
+FileContent ReadFileUpTo(const fs::path& file, std::size_t most) {
+  struct stat status {};
+  // Looked at first: opening some devices moves the wires of what is attached to them.
+  if (stat(file.c_str(), &status) != 0) return {{}, LastError()};
+  if (const std::error_code refusal = RefusalOf(status)) return {{}, refusal};
+  const FileHandle handle(open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (handle.Get() < 0 || fstat(handle.Get(), &status) != 0) return {{}, LastError()};
+  if (const std::error_code refusal = RefusalOf(status)) return {{}, refusal};
+  FileContent content;
+  constexpr std::size_t piece = std::size_t{64} << 10;
+  for (std::size_t size = 0;;) {
+    content.bytes.resize(size + piece);
+    const ssize_t taken =
+        Uninterrupted([&] { return read(handle.Get(), content.bytes.data() + size, piece); });
+    if (taken < 0) return {{}, LastError()};
+    size += static_cast<std::size_t>(taken);
+    if (size > most) return {{}, std::make_error_code(std::errc::file_too_large)};
+    content.bytes.resize(size);
+    if (taken == 0) return content;
+  }
+}
+
 std::error_code WriteWholeFile(const fs::path& file, std::string_view content) {
   return FileReplacement(file).Write(content);
 }

@@ -14,6 +14,15 @@ namespace quarlin {
 // The whole file, or nothing when it cannot be read.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
 
+struct FileContent {
+  std::string bytes;
+  std::error_code error;  // why there are none
+};
+
+// The whole file, unless it has more than `most` bytes: then the error is std::errc::file_too_large. Only a
+// regular file is read.
+FileContent ReadFileUpTo(const std::filesystem::path& file, std::size_t most);
+
 // Replaces or creates the file, all of it or nothing: the new content is written beside it, brought to the
 // disk and renamed, so that whatever fails, and whenever the power goes, the file is the old one or the new
 // one, and nothing else is left in the folder. Links are followed; mode, owner and group stay. A file that

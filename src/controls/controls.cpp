@@ -227,6 +227,13 @@ void ListBox::ListChanged() {
   Changed();
 }
 
+void ListBox::SetList(std::vector<ListEntry> list) {
+  if (list == list_) return;
+  list_ = std::move(list);
+  listIndex_ = -1;
+  ListChanged();
+}
+
 void ListBox::AddItem(std::string_view text, std::string_view toolTip) {
   list_.push_back({std::string(text), std::string(toolTip)});
   ListChanged();
@@ -264,7 +271,9 @@ void ListBox::Clear() {
 
 void ListBox::SetListIndex(int index) {
   const int known = HasItem(index) ? index : -1;
-  if (std::exchange(listIndex_, known) != known) Changed();
+  if (std::exchange(listIndex_, known) == known) return;
+  Changed();
+  Click();
 }
 
 std::string_view ListBox::Text() const {

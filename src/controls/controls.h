@@ -200,17 +200,20 @@ class ScrollBar : public Control {
 struct ListEntry {
   std::string text;
   std::string toolTip;
+  bool operator==(const ListEntry&) const = default;
 };
 
 class ListBox : public Control {
  public:
   ListBox(ControlGroup& group, std::string_view name);
 
+  Hook<void()> Click;     // another entry was selected, or none
   Hook<void()> DblClick;  // on the selected entry
 
   const std::vector<ListEntry>& List() const { return list_; }
   int ListCount() const { return static_cast<int>(list_.size()); }
   std::uint64_t ListRevision() const { return listRevision_; }  // differs whenever the list does
+  void SetList(std::vector<ListEntry> list);  // nothing is selected; the same list again does nothing
   void AddItem(std::string_view text, std::string_view toolTip = "");
   void InsertItem(int index, std::string_view text);  // in front of the entry of that index
 

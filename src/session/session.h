@@ -27,7 +27,7 @@ struct SessionParts {
   Link& link;
   Cycle& cycle;
   Exchange& exchange;
-  SequenceFile& sequence;
+  Sequence& sequence;
   ScriptHost& script;
   TrafficLogs& logs;
   TimedPrompts& prompts;

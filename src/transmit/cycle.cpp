@@ -63,7 +63,7 @@ void Cycle::Start() {
   state.Cnt1 = state.Cnt2 = state.Cnt3 = 0;
   state.CounterWrapped = false;
   state.CounterStop = false;
-  parts_.sequence.Restart();
+  parts_.sequence.Begin();
   SetRunning(true);
   ClearCounters();
   started_ = parts_.loop.Now();
@@ -97,6 +97,7 @@ void Cycle::Stop(RunEnd end) {
   ShowElapsed();
   parts_.exchange.EndRun(end == RunEnd::Completed);
   SetRunning(false);
+  parts_.sequence.End();
   secondAlarm_.Cancel();
   parts_.counters.TxLamp().SetFillColor(colors::darkRed);
   parts_.status.Runs("");

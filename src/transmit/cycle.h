@@ -14,7 +14,7 @@
 #include "link/link.h"
 #include "macro/expander.h"
 #include "transmit/cycle_controls.h"
-#include "transmit/line_files.h"
+#include "transmit/sequence.h"
 
 namespace quarlin {
 
@@ -31,7 +31,7 @@ struct CycleParts {
   IntervalStatistics& intervals;
   Sender& sender;
   Traffic& traffic;
-  SequenceFile& sequence;
+  Sequence& sequence;
   StatusNote& status;
 };
 

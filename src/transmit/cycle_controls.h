@@ -13,6 +13,8 @@ struct CycleControls : ControlGroup {
   ComboBox CBOSEND{*this, "CBOSEND"};
   CommandButton cmdSend{*this, "cmdSend", "Send"};
   CheckBox chkSequence{*this, "chkSequence", "Sequence"};  // lines of sequence.txt in turn
+  Label lblSequence{*this, "lblSequence"};                 // "line 3 of 9"
+  ListBox lstSequence{*this, "lstSequence"};  // those lines; the chosen one is the first of the next run
   CheckBox ChkCounter{*this, "ChkCounter", "Add [COUNTER]"};
 };
 

@@ -1,27 +1,29 @@
 #include "transmit/line_files.h"
 
+#include <fmt/format.h>
+
 #include "base/files.h"
 #include "base/text.h"
 
 namespace quarlin {
 
-std::vector<std::string> ReadListFile(const std::filesystem::path& file) {
-  const auto content = ReadWholeFile(file);
-  if (!content) return {};
-  std::vector<std::string> lines = SplitLines(BytesFromFileText(*content));
-  std::erase_if(lines, [](const std::string& line) { return line.empty(); });
-  return lines;
+std::string LineFile::Trouble(std::string_view name) const {
+  if (error == std::errc::no_such_file_or_directory) return {};
+  if (error == std::errc::file_too_large) return fmt::format("{} has more than 16 MiB and is not read", name);
+  if (error) return fmt::format("{} cannot be read: {}", name, error.message());
+  if (tooLong == 0) return {};
+  return fmt::format("{}: {} of more than {} characters left out", name,
+                     tooLong == 1 ? "1 line" : fmt::format("{} lines", tooLong), longestLine);
 }
 
-void SequenceFile::Restart() {
-  lines_ = ReadListFile(file_);
-  number_ = 0;
-}
-
-std::string SequenceFile::NextLine() {
-  if (lines_.empty()) return {};
-  number_ = number_ % lines_.size() + 1;
-  return lines_[number_ - 1];
+LineFile ReadLineFile(const ProgramFolder& folder, std::string_view name) {
+  const FileContent content = ReadFileUpTo(folder.File(name), largestLineFile);
+  LineFile file;
+  file.error = content.error;
+  file.lines = SplitLines(BytesFromFileText(content.bytes));
+  std::erase_if(file.lines, [](const std::string& line) { return line.empty(); });
+  file.tooLong = std::erase_if(file.lines, [](const std::string& line) { return line.size() > longestLine; });
+  return file;
 }
 
 }  // namespace quarlin

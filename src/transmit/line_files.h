@@ -2,35 +2,28 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <vector>
+
+#include "base/program_folder.h"
 
 namespace quarlin {
 
-// The entries of a list file, such as Command.txt or Parser.txt; empty when there is no such file.
-std::vector<std::string> ReadListFile(const std::filesystem::path& file);
+struct LineFile {
+  std::vector<std::string> lines;
+  std::size_t tooLong = 0;  // lines that were left out
+  std::error_code error;    // why nothing was read; that there is no such file is one, too
 
-// sequence.txt: its lines in turn, from the first again after the last. The file is read when the
-// sequence starts, so it can be edited between two runs.
-class SequenceFile {
- public:
-  explicit SequenceFile(std::filesystem::path file) : file_(std::move(file)) {}
-
-  // Reads the file; the next line is the first.
-  void Restart();
-
-  // The next line, or empty when there is none.
-  std::string NextLine();
-
-  // The number of the line that NextLine gave last, from 1; 0 before the first.
-  std::size_t LineNumber() const { return number_; }
-  bool Empty() const { return lines_.empty(); }
-
- private:
-  std::filesystem::path file_;
-  std::vector<std::string> lines_;
-  std::size_t number_ = 0;
+  // What the user must know about the file of that name; empty for nothing, and for no file.
+  std::string Trouble(std::string_view name) const;
 };
+
+inline constexpr std::size_t largestLineFile = std::size_t{16} << 20;  // bytes; a larger one is not read
+inline constexpr std::size_t longestLine = 32767;                      // bytes; as much as a text box takes
+
+// The entries of a file of the folder as it is now, such as Command.txt or Parser.txt.
+LineFile ReadLineFile(const ProgramFolder& folder, std::string_view name);
 
 }  // namespace quarlin

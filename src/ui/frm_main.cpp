@@ -23,6 +23,8 @@
 #include "script/script_host.h"
 #include "testmodes/dialog.h"
 #include "testmodes/error_reports.h"
+#include "transmit/offered_list.h"
+#include "ui/first_files.h"
 #include "ui/form_main_object.h"
 #include "ui/version.h"
 
@@ -31,18 +33,14 @@ namespace {
 
 constexpr std::string_view bannerText = "Instrument test terminal";
 constexpr std::string_view reportFile = "Report.txt";
+constexpr std::string_view commandFile = "Command.txt";
+constexpr std::string_view parserFile = "Parser.txt";
 
 // The codes that the terminator boxes offer, as three digits.
 std::vector<std::string> CharacterCodes() {
   std::vector<std::string> codes;
   for (int code = 0; code <= 255; ++code) codes.push_back(PaddedDecimal(code, 3));
   return codes;
-}
-
-void OfferList(ComboBox& box, std::vector<std::string> entries) {
-  if (entries.empty()) return;
-  if (box.Text().empty()) box.SetText(entries.front());
-  box.SetList(std::move(entries));
 }
 
 }  // namespace
@@ -60,6 +58,7 @@ FrmMainControls::FrmMainControls(EventLoop& loop)
       test(loop),
       counters(loop),
       config(loop),
+      edit(loop),
       status(loop),
       script(loop) {}
 
@@ -71,9 +70,11 @@ struct FrmMain::Modules {
         prompts(around.loop, around.prompts),
         link(around.loop, around.devices, controls.link),
         intervals(around.loop, controls.link),
+        commands(controls.cycle.CBOSEND, around.folder, commandFile),
+        parserFormats(controls.receive.cboParser, around.folder, parserFile),
         connection(around.loop, link, controls.connection, prompts, status),
         modem(link, controls.modem),
-        sequence(around.folder.File("sequence.txt")),
+        sequence(controls.cycle, around.folder),
         expander(
             controls.macro,
             [this, &controls] {
@@ -106,9 +107,11 @@ struct FrmMain::Modules {
   TimedPrompts prompts;
   Link link;
   IntervalStatistics intervals;
+  OfferedList commands;
+  OfferedList parserFormats;
   Connection connection;
   ModemLines modem;
-  SequenceFile sequence;
+  Sequence sequence;
   Expander expander;
   Parser parser;
   RunRecord record;
@@ -134,7 +137,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   for (const ControlGroup* group : std::initializer_list<const ControlGroup*>{
            &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.framing,
            &controls.run, &controls.macro, &controls.receive, &controls.display, &controls.test,
-           &controls.counters, &controls.config, &controls.status, &controls.script}) {
+           &controls.counters, &controls.config, &controls.edit, &controls.status, &controls.script}) {
     Collection().Add(*group);
   }
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
@@ -149,6 +152,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireScript();
   WireSession();
   WireConfiguration();
+  WireFiles();
 }
 
 FrmMain::~FrmMain() = default;
@@ -273,7 +277,6 @@ void FrmMain::WireTests() {
   hooks.stopCycle = [this] { modules_->cycle.Stop(); };
   hooks.stopWithMessage = modules_->cycle.Hooks.stopWithMessage;
   hooks.giveUpString = [this] { return modules_->receive.GiveUpString(); };
-  controls.test.cmdEditDialog.OnClick = [this] { cmdEditDialog_Click(); };
   controls.test.cmdReport.OnClick = [this] { cmdReport_Click(); };
 }
 
@@ -345,8 +348,35 @@ void FrmMain::FillLists() {
     box->SetList(CharacterCodes());
   }
   modules_->connection.OfferPorts();
-  OfferList(controls.cycle.CBOSEND, ReadListFile(surroundings_.folder.File("Command.txt")));
-  OfferList(controls.receive.cboParser, ReadListFile(surroundings_.folder.File("Parser.txt")));
+  for (OfferedList* list : {&modules_->commands, &modules_->parserFormats}) {
+    Refill(*list);
+    list->ChooseFirst();
+  }
+}
+
+void FrmMain::Refill(OfferedList& list) {
+  if (const std::string trouble = list.Refill(); !trouble.empty()) Note(trouble);
+}
+
+void FrmMain::WireFiles() {
+  FolderWatch& folder = modules_->folder;
+  folder.Follow(commandFile, [this] { Refill(modules_->commands); });
+  folder.Follow(parserFile, [this] { Refill(modules_->parserFormats); });
+  folder.Follow(Sequence::fileName, [this] { modules_->sequence.FileChanged(); });
+
+  struct EditableFile {
+    CommandButton& button;
+    std::string_view name;
+    std::string firstContent;
+  };
+  EditControls& edit = controls.edit;
+  for (const EditableFile& file : std::initializer_list<EditableFile>{
+           {edit.cmdEditCommand, commandFile, std::string(firstfiles::commands)},
+           {edit.cmdEditParser, parserFile, std::string(firstfiles::parserFormats)},
+           {edit.cmdEditSequence, Sequence::fileName, std::string(firstfiles::sequence)},
+           {controls.test.cmdEditDialog, Dialog::tableName, CommentedFirstDialog()}}) {
+    file.button.OnClick = [this, name = file.name, first = file.firstContent] { EditFile(name, first); };
+  }
 }
 
 void FrmMain::WireSession() {
@@ -466,14 +496,18 @@ void FrmMain::cmdReport_Click() {
   OnFocusDisplay();
 }
 
-void FrmMain::cmdEditDialog_Click() {
-  const auto file = surroundings_.folder.File(Dialog::tableName);
+// A link that leads nowhere yet is there, too: its file is made.
+void FrmMain::EditFile(std::string_view name, std::string_view firstContent) {
+  const auto file = surroundings_.folder.File(name);
   std::error_code error;
-  if (!std::filesystem::exists(file, error)) error = WriteWholeFile(file, CommentedFirstDialog());
+  const bool isNew = !std::filesystem::exists(file, error);
+  if (isNew) error = WriteWholeFile(file, firstContent);
   if (error) {
-    modules_->status.Say(fmt::format("{} was not made: {}", Dialog::tableName, error.message()));
+    modules_->status.Say(fmt::format("{} was not made: {}", name, error.message()));
   } else if (!surroundings_.textOpener.OpenText(file)) {
-    modules_->status.Say(fmt::format("the table is {}; no program was found to edit it", file.string()));
+    modules_->status.Say(fmt::format("no program was found to edit {}", file.string()));
+  } else if (isNew) {
+    modules_->status.Say(fmt::format("{} was made, with entries to begin with", name));
   }
 }
 

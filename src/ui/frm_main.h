@@ -54,6 +54,14 @@ struct ConfigControls : ControlGroup {
   CaptionedArray<CommandButton, 2> cmdSave{*this, "cmdSave", {"Save Config", "Load Config"}};
 };
 
+// Each opens a file of the program folder in the user's editor.
+struct EditControls : ControlGroup {
+  using ControlGroup::ControlGroup;
+  CommandButton cmdEditCommand{*this, "cmdEditCommand", "Edit Command.txt"};
+  CommandButton cmdEditParser{*this, "cmdEditParser", "Edit Parser.txt"};
+  CommandButton cmdEditSequence{*this, "cmdEditSequence", "Edit sequence.txt"};
+};
+
 // The groups of the window, in the order in which the configuration file holds them.
 struct FrmMainControls {
   explicit FrmMainControls(EventLoop& loop);
@@ -70,10 +78,12 @@ struct FrmMainControls {
   TestControls test;
   Counters counters;
   ConfigControls config;
+  EditControls edit;
   StatusControls status;
   ScriptControls script;
 };
 
+class OfferedList;
 class ScriptHost;
 
 class FrmMain : public Form {
@@ -139,6 +149,7 @@ class FrmMain : public Form {
   struct Modules;
 
   void FillLists();
+  void Refill(OfferedList& list);
   void WireLink();
   void WireConnection();
   void WireNetwork();
@@ -149,6 +160,7 @@ class FrmMain : public Form {
   void WireErrorRows();
   void WireScript();
   void WireSession();
+  void WireFiles();
   void SwitchModes(const CommandLine& words);
   std::string FolderTrouble() const;
   std::string SettingTrouble() const;
@@ -158,7 +170,7 @@ class FrmMain : public Form {
   void ComputeTerminators();
   void WriteMachineResults();
   void cmdReport_Click();
-  void cmdEditDialog_Click();
+  void EditFile(std::string_view name, std::string_view firstContent);
   void LinkChanged();
   void LinkLost();
   void TellLoss(std::string_view line);

@@ -31,7 +31,7 @@ class CycleRoom : public SenderRig {
 
   CycleControls controls{loop};
   IntervalStatistics intervals{loop, linkControls};
-  SequenceFile sequence{folder / "sequence.txt"};
+  Sequence sequence{controls, ProgramFolder(folder.Path())};
   Cycle cycle{{loop, controls, run, macro, counters, link, expander, exchange, intervals, sender, traffic,
                sequence, status}};
   std::vector<RunEnd> ends;

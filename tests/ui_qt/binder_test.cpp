@@ -205,6 +205,20 @@ class BinderTest : public QObject {
     QCOMPARE(rig.form.name.text(), QString("5? ?"));
   }
 
+  void aListThatIsFilledAnewLeavesTypedAndMarkedTextAlone() {
+    Rig rig;
+    for (const auto& [box, control] : {std::pair(&rig.form.list, &rig.controls.cboList),
+                                       std::pair(&rig.form.send, &rig.controls.cboSend)}) {
+      rig.Type(*box, " AND MORE");
+      box->lineEdit()->setSelection(7, -3);
+      control->SetList({"TARE"});
+      QTRY_COMPARE(box->count(), 1);
+      QCOMPARE(box->currentText(), "READ AND MORE");
+      QCOMPARE(box->lineEdit()->selectedText(), " AN");
+      QCOMPARE(box->lineEdit()->cursorPosition(), 4);
+    }
+  }
+
   void aListKeepsTheTextThatStandsInNoEntry() {
     Rig rig;
     rig.controls.cboList.SetText("TARE");

@@ -99,9 +99,27 @@ void ComboBoxBinding::ShowValue() {
   ShowText(*widget_.lineEdit(), control_.Text());
 }
 
+// The list changes behind the back of whoever is typing or has marked a part of the text: the edit field
+// stays as it is.
 void ComboBoxBinding::Fill() {
-  const QString typed = UserTypes() ? widget_.currentText() : QString();
-  const bool typing = UserTypes();
+  const QLineEdit* edit = widget_.lineEdit();
+  const bool modified = edit != nullptr && edit->isModified();
+  const QString text = widget_.currentText();
+  const int cursor = edit != nullptr ? edit->cursorPosition() : 0;
+  const int marked = edit != nullptr && edit->hasSelectedText() ? edit->selectionLength() : 0;
+  const bool backwards = marked > 0 && cursor == edit->selectionStart();
+  FillRows();
+  if (edit == nullptr) return;
+  widget_.setEditText(text);
+  widget_.lineEdit()->setCursorPosition(cursor);
+  if (marked > 0) {
+    const int from = backwards ? cursor + marked : cursor - marked;
+    widget_.lineEdit()->setSelection(from, cursor - from);
+  }
+  widget_.lineEdit()->setModified(modified);
+}
+
+void ComboBoxBinding::FillRows() {
   bool described = false;
   widget_.clear();
   for (const std::string& entry : control_.List()) {
@@ -113,9 +131,6 @@ void ComboBoxBinding::Fill() {
   }
   if (described) ShowDescriptions();
   shownList_ = control_.ListRevision();
-  if (!typing) return;
-  widget_.setEditText(typed);
-  widget_.lineEdit()->setModified(true);
 }
 
 void ComboBoxBinding::ShowDescriptions() {

@@ -33,6 +33,7 @@ class ComboBoxBinding : public Binding {
  private:
   void ShowValue() override;
   void Fill();
+  void FillRows();
   void ShowDescriptions();
   bool UserTypes() const;
 

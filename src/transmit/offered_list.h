@@ -1,0 +1,41 @@
+// What a combo box offers: the entries of a file of the program folder, one a line, and behind them those
+// that the program has gathered itself.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/program_folder.h"
+#include "controls/controls.h"
+
+namespace quarlin {
+
+class OfferedList {
+ public:
+  static constexpr std::size_t mostEntries = 10'000;  // of the file; more could not be looked through
+
+  OfferedList(ComboBox& box, ProgramFolder folder, std::string_view name);
+
+  // Takes the file as it is now. The text of the box stays; an empty list leaves an empty box alone. Returns
+  // what is wrong with the file, or nothing.
+  std::string Refill();
+
+  // Behind the entries of the file, in this order; one that the file has as well is not offered twice.
+  void SetEntriesBehind(std::vector<std::string> entries);
+
+  // An empty box gets the first entry of the file.
+  void ChooseFirst();
+
+ private:
+  void Offer();
+
+  ComboBox& box_;
+  ProgramFolder folder_;
+  std::string name_;
+  std::vector<std::string> fromFile_;
+  std::vector<std::string> behind_;
+};
+
+}  // namespace quarlin

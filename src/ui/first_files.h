@@ -1,0 +1,30 @@
+// What an edit button writes into a file of the program folder that is not there yet: a few entries that work
+// as they stand. But for the dialog table these files know no comments, so the entries have to speak for
+// themselves.
+#pragma once
+
+#include <string_view>
+
+namespace quarlin::firstfiles {
+
+inline constexpr std::string_view commands =
+    "READ\n"
+    "TARE\n"
+    "{02}READ{03}\n"
+    "READ[CHECKSUMSYS]\n"
+    "SET [COUNTER]\n";
+
+// The number of an answer such as "ST,GS,+00012.346 kg", the beginning of any other, codes, time and text.
+inline constexpr std::string_view parserFormats =
+    "CCCCCCRRRRRRRRRR\n"
+    "RRRRRRRR\n"
+    "EEEEEEEEEEEEEEEE\n"
+    "T RRRRRRRRRRRRRRRRRRRRR\n";
+
+inline constexpr std::string_view sequence =
+    "TARE\n"
+    "READ\n"
+    "READ\n"
+    "SN\n";
+
+}  // namespace quarlin::firstfiles
