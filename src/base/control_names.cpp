@@ -24,6 +24,11 @@ std::string_view ControlName(unsigned char code) {
   return code < names.size() ? names[code] : std::string_view();
 }
 
+std::string CharacterName(unsigned char code) {
+  if (code == ' ') return "space";
+  return IsControl(code) ? std::string(ControlName(code)) : std::string(1, static_cast<char>(code));
+}
+
 std::string WithControlNames(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size());

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "base/control_names.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
@@ -346,6 +347,9 @@ void FrmMain::Load(std::string_view commandLine) {
 void FrmMain::FillLists() {
   for (ComboBox* box : {&controls.framing.Combo2, &controls.receive.Combo3, &controls.framing.Combo4}) {
     box->SetList(CharacterCodes());
+    for (int code = 0; code <= 255; ++code) {
+      box->SetItemToolTip(code, CharacterName(static_cast<unsigned char>(code)));
+    }
   }
   modules_->connection.OfferPorts();
   for (OfferedList* list : {&modules_->commands, &modules_->parserFormats}) {
@@ -511,9 +515,14 @@ void FrmMain::EditFile(std::string_view name, std::string_view firstContent) {
   }
 }
 
+bool FrmMain::LinkOpen() const {
+  return modules_->link.CommIsOpen();
+}
+
 void FrmMain::LinkChanged() {
   modules_->connection.ShowLink();
   modules_->modem.LinkChanged();
+  OnLinkChanged();
   if (!modules_->link.CommIsOpen()) return;
   modules_->session.LinkOpened();
   if (!modules_->link.State.CommNetMode) modules_->status.Clear();

@@ -115,6 +115,10 @@ class FrmMain : public Form {
   // The errors of the runs and between them, for a table.
   ErrorRows& Errors();
 
+  // The device or the socket is open. The hook is told when that has changed.
+  bool LinkOpen() const;
+  Hook<void()> OnLinkChanged;
+
   // Told when the received-text display is to have the keyboard.
   Hook<void()> OnFocusDisplay;
 

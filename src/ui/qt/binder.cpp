@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QMultiHash>
 
 #include "ui/qt/widget_text.h"
 
@@ -13,7 +14,16 @@ namespace quarlin {
 
 Binder::Binder(ControlCollection& controls, QWidget& window)
     : controls_(controls), window_(window), pacer_([this] { Frame(); }) {
-  for (Control* control : controls_.All()) Bind(*control);
+  QMultiHash<QString, QWidget*> mirrors;
+  for (QWidget* widget : window_.findChildren<QWidget*>()) {
+    const QString mirrored = widget->property("mirrors").toString();
+    if (!mirrored.isEmpty()) mirrors.insert(mirrored, widget);
+  }
+  for (Control* control : controls_.All()) {
+    const QString name = WidgetName(*control);
+    if (auto* widget = window_.findChild<QWidget*>(name)) Bind(*control, *widget);
+    for (QWidget* widget : mirrors.values(name)) Bind(*control, *widget);
+  }
   controls_.Changes().Take();  // all of it is shown by now
   controls_.Changes().onFirst = [this] { pacer_.Request(); };
   window_.installEventFilter(this);
@@ -23,9 +33,7 @@ Binder::~Binder() {
   controls_.Changes().onFirst = nullptr;
 }
 
-void Binder::Bind(Control& control) {
-  auto* widget = window_.findChild<QWidget*>(WidgetName(control));
-  if (widget == nullptr) return;
+void Binder::Bind(Control& control, QWidget& widget) {
   const UserSide user{[this](const std::function<void()>& action) {
                         CommitEdits();
                         action();
@@ -33,11 +41,11 @@ void Binder::Bind(Control& control) {
                       [this](const Control& edited, const QWidget& at) {
                         if (OnEdit) OnEdit(edited, BytesOf(CaptionBeside(at)));
                       }};
-  auto binding = MakeBinding(control, *widget, user);
+  auto binding = MakeBinding(control, widget, user);
   if (!binding) return;
-  if (qobject_cast<QComboBox*>(widget) != nullptr || qobject_cast<QAbstractSlider*>(widget) != nullptr) {
-    widget->setFocusPolicy(Qt::StrongFocus);
-    widget->installEventFilter(this);
+  if (qobject_cast<QComboBox*>(&widget) != nullptr || qobject_cast<QAbstractSlider*>(&widget) != nullptr) {
+    widget.setFocusPolicy(Qt::StrongFocus);
+    widget.installEventFilter(this);
   }
   binding->Show();
   bindings_.emplace(&control, std::move(binding));
@@ -59,8 +67,8 @@ void Binder::CommitEdits() {
 
 void Binder::Frame() {
   for (const Control* control : controls_.Changes().Take()) {
-    const auto found = bindings_.find(control);
-    if (found != bindings_.end()) found->second->Show();
+    const auto [first, end] = bindings_.equal_range(control);
+    for (auto binding = first; binding != end; ++binding) binding->second->Show();
   }
   // Painted here and now, so that the pacer knows what it costs.
   QCoreApplication::sendPostedEvents(&window_, QEvent::UpdateRequest);

@@ -18,8 +18,9 @@ class Binder : public QObject {
   Q_OBJECT
 
  public:
-  // A control without a widget of its name and kind is left out. Collection and window outlive the
-  // binder, which is the only one to look at the collection's changes.
+  // A control without a widget of its name and kind is left out. Further widgets of a control, such as a
+  // setting that is wanted on two pages, have its name in the property "mirrors". Collection and window
+  // outlive the binder, which is the only one to look at the collection's changes.
   Binder(ControlCollection& controls, QWidget& window);
   ~Binder() override;
 
@@ -33,13 +34,13 @@ class Binder : public QObject {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  void Bind(Control& control);
+  void Bind(Control& control, QWidget& widget);
   void Frame();
   QString CaptionBeside(const QWidget& widget) const;
 
   ControlCollection& controls_;
   QWidget& window_;
-  std::unordered_map<const Control*, std::unique_ptr<Binding>> bindings_;
+  std::unordered_multimap<const Control*, std::unique_ptr<Binding>> bindings_;
   FramePacer pacer_;
 };
 

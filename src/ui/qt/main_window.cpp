@@ -11,6 +11,7 @@
 
 #include "ui/qt/error_panel.h"
 #include "ui/qt/link_row.h"
+#include "ui/qt/mirror_actions.h"
 #include "ui/qt/side_panel.h"
 #include "ui/qt/traffic_panel.h"
 #include "ui/qt/widget_text.h"
@@ -68,6 +69,7 @@ MainWindow::MainWindow(FrmMain& frm)
 
 MainWindow::~MainWindow() {
   frm_.OnFocusDisplay = nullptr;
+  frm_.OnLinkChanged = nullptr;
   frm_.OnChanged = nullptr;
 }
 
@@ -85,7 +87,7 @@ void MainWindow::PutTogether() {
   sides->addWidget(side_);
   sides->setStretchFactor(0, 1);
   sides->setStretchFactor(1, 0);
-  sides->setSizes({side_->sizeHint().width() * 3, side_->sizeHint().width()});
+  sides->setSizes({width() - side_->sizeHint().width(), side_->sizeHint().width()});
 
   auto* column = new QVBoxLayout(ui_->central);
   column->setContentsMargins(8, 4, 8, 4);
@@ -120,12 +122,16 @@ void MainWindow::FillMenus() {
   ui_->menuView->insertActions(ui_->actionErrorList, traffic_->ViewActions());
   ui_->menuView->insertSeparator(ui_->actionErrorList);
   ui_->menuEdit->addActions(traffic_->FindActions());
+  AddMirrors(*this);
+  ui_->menuSend->insertAction(ui_->menuSend->actions().first(), ui_->actionCommand);
 }
 
 void MainWindow::WireMenus() {
   const std::pair<QAction*, const char*> buttons[] = {
-      {ui_->actionSave, "cmdSave_0"},   {ui_->actionLoad, "cmdSave_1"}, {ui_->actionReport, "cmdReport"},
-      {ui_->actionErrorList, "cmdErr"}, {ui_->actionStart, "Command1"},
+      {ui_->actionSave, "cmdSave_0"},
+      {ui_->actionLoad, "cmdSave_1"},
+      {ui_->actionReport, "cmdReport"},
+      {ui_->actionErrorList, "cmdErr"},
   };
   for (const auto& [action, name] : buttons) {
     connect(action, &QAction::triggered, Part<QPushButton>(*this, name), &QPushButton::click);
@@ -145,6 +151,20 @@ void MainWindow::WireMenus() {
 void MainWindow::WireDisplay() {
   connect(traffic_, &TrafficPanel::clearRequested, this, [this] { frm_.controls.display.txtric.Clear(); });
   frm_.OnFocusDisplay = [this] { traffic_->View().setFocus(); };
+  frm_.OnLinkChanged = [this] { ShowLink(); };
+  ShowLink();
+}
+
+// With no link open the display says how to begin. Who has just connected goes on with a command; a link that
+// comes back by itself takes the keyboard from nobody.
+void MainWindow::ShowLink() {
+  const bool open = frm_.LinkOpen();
+  traffic_->View().SetHint(
+      open ? QString()
+           : tr("Choose the port at the top left, or NET for a network.\n"
+                "Press Connect, or Enter in the port box.\n"
+                "Then type a command below: Enter sends it once, Start again and again."));
+  if (open && linkRow_->isAncestorOf(focusWidget())) ui_->actionCommand->trigger();
 }
 
 void MainWindow::WireErrors() {

@@ -38,6 +38,7 @@ class MainWindow : public QMainWindow {
   void WireMenus();
   void WireDisplay();
   void WireErrors();
+  void ShowLink();
   void WirePages();
   void ShowAbout();
 

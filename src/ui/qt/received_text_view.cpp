@@ -1,5 +1,6 @@
 #include "ui/qt/received_text_view.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QEvent>
 #include <QFontDatabase>
@@ -243,10 +244,22 @@ void ReceivedTextView::paintEvent(QPaintEvent* event) {
     painter_->PaintRow(painter, RowOf(line), selection_.CellsOf(line), y, columns);
   }
   painter_->Finish(painter);
+  if (Ring()->FirstLine() == Ring()->EndLine()) PaintHint(painter);
   if (hasFocus()) {
     painter.setPen(palette().color(QPalette::Highlight));
     painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
   }
+}
+
+void ReceivedTextView::SetHint(const QString& hint) {
+  hint_ = hint;
+  viewport()->update();
+}
+
+void ReceivedTextView::PaintHint(QPainter& painter) {
+  painter.setFont(QApplication::font());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, hint_);
 }
 
 bool ReceivedTextView::Find(const QString& text, bool backward, bool caseSensitive) {

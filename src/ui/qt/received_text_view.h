@@ -42,6 +42,9 @@ class ReceivedTextView : public QAbstractScrollArea {
   bool Paused() const { return paused_; }
   void SetPaused(bool paused);
 
+  // What an empty display says, in the middle; may be empty.
+  void SetHint(const QString& hint);
+
   // Time stamps before the lines, lines as hex pairs, pictures for the line ends. Each drops the selection.
   bool ShowsTimes() const { return format_.times; }
   void SetShowsTimes(bool shows);
@@ -105,6 +108,7 @@ class ReceivedTextView : public QAbstractScrollArea {
   const TextRing* Ring() const { return display_ == nullptr ? nullptr : &display_->Ring(); }
   Row RowOf(std::uint64_t line) const { return Row(display_->Ring().Line(line), format_); }
 
+  void PaintHint(QPainter& painter);
   void AdjustBars();
   void AdjustHorizontalBar();
   void AdjustVerticalBar();
@@ -127,6 +131,7 @@ class ReceivedTextView : public QAbstractScrollArea {
   DisplayText* display_ = nullptr;
   std::unique_ptr<RowPainter> painter_;
   QPushButton* strip_;
+  QString hint_;
   RowFormat format_;
   TextSelection selection_;
 

@@ -5,6 +5,7 @@
 #include <QStylePainter>
 #include <QTabBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui_config_row.h"
 #include "ui_macro_page.h"
@@ -103,6 +104,17 @@ SidePanel::SidePanel(QWidget* parent) : QWidget(parent), tabs_(new SideTabs) {
   column->setSpacing(4);
   column->addWidget(tabs_, 1);
   column->addWidget(config);
+}
+
+QSize SidePanel::sizeHint() const {
+  int widest = 0;
+  for (int i = 0; i < tabs_->count(); ++i) {
+    const auto* page = qobject_cast<const QScrollArea*>(tabs_->widget(i));
+    widest = std::max(widest, page->widget()->minimumSizeHint().width());
+  }
+  const int frame = 8;  // around the pages
+  const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  return {widest + frame + scrollBar + tabs_->tabBar()->sizeHint().width(), QWidget::sizeHint().height()};
 }
 
 void SidePanel::ShowPage(int number) {

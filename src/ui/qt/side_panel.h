@@ -23,6 +23,9 @@ class SidePanel : public QWidget {
   // Brings the page with that number (from 0) to the front, with the keyboard.
   void ShowPage(int number);
   int PageCount() const { return tabs_->count(); }
+  // Wide enough for every page, and no wider: the traffic wants the room.
+  QSize sizeHint() const override;
+
   QString PageTitle(int number) const { return tabs_->tabText(number); }
 
  private:
