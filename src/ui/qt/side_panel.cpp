@@ -1,5 +1,7 @@
 #include "ui/qt/side_panel.h"
 
+#include <QLabel>
+#include <QLineEdit>
 #include <QScrollArea>
 #include <QStyleOptionTab>
 #include <QStylePainter>
@@ -84,6 +86,19 @@ QScrollArea* MakePage(const SidePage& page) {
   return scroll;
 }
 
+// A waiting time of 0 ends never, which the number does not say.
+void TellForEver(QWidget& panel) {
+  auto* time = panel.findChild<QLineEdit*>("txtAnswerTime");
+  auto* unit = panel.findChild<QLabel*>("answerTimeUnit");
+  const QString forEver = SidePanel::tr("ms: for ever");
+  unit->setMinimumWidth(unit->fontMetrics().horizontalAdvance(forEver));
+  const auto show = [unit, forEver](const QString& text) {
+    unit->setText(text.toDouble() > 0 ? SidePanel::tr("ms") : forEver);
+  };
+  QObject::connect(time, &QLineEdit::textChanged, unit, show);
+  show(time->text());
+}
+
 }  // namespace
 
 SideTabs::SideTabs(QWidget* parent) : QTabWidget(parent) {
@@ -97,6 +112,7 @@ SidePanel::SidePanel(QWidget* parent) : QWidget(parent), tabs_(new SideTabs) {
   setMinimumWidth(narrowest);
   tabs_->setObjectName("tabs");
   for (const SidePage& page : sidePages) tabs_->addTab(MakePage(page), tr(page.title));
+  TellForEver(*tabs_);
   auto* config = new QWidget;
   Ui::ConfigRow().setupUi(config);
   auto* column = new QVBoxLayout(this);
