@@ -129,7 +129,7 @@ class KeyboardTest : public QObject {
     QCOMPARE(text("lblErrStr"), QString("1"));
 
     Press(Qt::Key_F7);
-    QTRY_VERIFY(window.findChild<QWidget*>("errorTable")->isVisible());
+    QTRY_VERIFY(window.findChild<QWidget*>("lstError")->isVisible());
     Press(Qt::Key_R, Qt::ControlModifier);
     QVERIFY(ReadWholeFile(folder / "Report.txt").has_value());
     Press(Qt::Key_S, Qt::ControlModifier);
