@@ -141,7 +141,7 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endin
   frm.OnTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
   MainWindow window(frm);
   prompts.SetWindow(&window);
-  window.show();
+  window.ShowAsLast();
   loop.Post([&] { frm.Load(arguments.commandLine); });
   const int status = loop.Run();
   PrintReason(frm, errors);

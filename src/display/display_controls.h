@@ -35,6 +35,8 @@ struct DisplayControls : ControlGroup {
   ListBox lstError{*this, "lstError"};
   CheckBox chkLog{*this, "chkLog", "Log"};               // LOG.TXT
   CheckBox chkLogPar{*this, "chkLogPar", "Log parser"};  // LOGPAR.TXT
+  ComboBox ComboFont{*this, "ComboFont"};                // without a window the list stays empty
+  Label lblfontsize{*this, "lblfontsize"};               // points
 };
 
 }  // namespace quarlin

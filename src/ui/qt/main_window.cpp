@@ -7,9 +7,16 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
+#include <QToolButton>
 #include <QVBoxLayout>
 
+#include "base/text.h"
+#include "config/window_layout.h"
+#include "script/script_host.h"
+#include "ui/qt/configuration_menu.h"
+#include "ui/qt/display_font.h"
 #include "ui/qt/error_panel.h"
+#include "ui/qt/layout_keeper.h"
 #include "ui/qt/link_row.h"
 #include "ui/qt/mirror_actions.h"
 #include "ui/qt/side_panel.h"
@@ -52,7 +59,7 @@ MainWindow::MainWindow(FrmMain& frm)
   QApplication::setCursorFlashTime(0);  // a blinking cursor would wake an idle program twice a second
   ui_->setupUi(this);
   PutTogether();
-  setWindowTitle(ShownText(frm.Caption()));
+  font_ = std::make_unique<DisplayFont>(frm.controls.display, frm.Status(), traffic_->View());
   binder_ = std::make_unique<Binder>(frm.Collection(), *this);
   binder_->OnEdit = [this](const Control& control, std::string_view caption) {
     frm_.Configuration().Edited.AboutToEdit(control, caption);
@@ -62,7 +69,8 @@ MainWindow::MainWindow(FrmMain& frm)
   WireDisplay();
   WireErrors();
   WirePages();
-  frm.OnChanged = [this] { setWindowTitle(ShownText(frm_.Caption())); };
+  WireConfiguration();
+  frm.OnChanged = [this] { ShowTitle(); };
   windows_ = std::make_unique<Windows>(frm.Forms(), *this);
   Part<QWidget>(*this, "cmdOpen")->setFocus();
 }
@@ -71,6 +79,7 @@ MainWindow::~MainWindow() {
   frm_.OnFocusDisplay = nullptr;
   frm_.OnLinkChanged = nullptr;
   frm_.OnChanged = nullptr;
+  frm_.OnClosing = nullptr;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -121,6 +130,8 @@ QWidget* MainWindow::MakeLeftSide() {
 void MainWindow::FillMenus() {
   ui_->menuView->insertActions(ui_->actionErrorList, traffic_->ViewActions());
   ui_->menuView->insertSeparator(ui_->actionErrorList);
+  ui_->menuView->insertActions(ui_->actionErrorList, font_->Actions());
+  ui_->menuView->insertSeparator(ui_->actionErrorList);
   ui_->menuEdit->addActions(traffic_->FindActions());
   AddMirrors(*this);
   ui_->menuSend->insertAction(ui_->menuSend->actions().first(), ui_->actionCommand);
@@ -128,7 +139,6 @@ void MainWindow::FillMenus() {
 
 void MainWindow::WireMenus() {
   const std::pair<QAction*, const char*> buttons[] = {
-      {ui_->actionSave, "cmdSave_0"},
       {ui_->actionLoad, "cmdSave_1"},
       {ui_->actionReport, "cmdReport"},
       {ui_->actionErrorList, "cmdErr"},
@@ -149,6 +159,8 @@ void MainWindow::WireMenus() {
 }
 
 void MainWindow::WireDisplay() {
+  Part<QToolButton>(*this, "smallerTextButton")->setDefaultAction(&font_->Smaller());
+  Part<QToolButton>(*this, "largerTextButton")->setDefaultAction(&font_->Larger());
   connect(traffic_, &TrafficPanel::clearRequested, this, [this] { frm_.controls.display.txtric.Clear(); });
   frm_.OnFocusDisplay = [this] { traffic_->View().setFocus(); };
   frm_.OnLinkChanged = [this] { ShowLink(); };
@@ -187,6 +199,59 @@ void MainWindow::WirePages() {
     });
     ui_->menuPages->addAction(show);
   }
+}
+
+void MainWindow::WireConfiguration() {
+  configurations_ = std::make_unique<ConfigurationMenu>(frm_.Configuration(), *ui_->menuFile, ui_->actionSave,
+                                                        [this] { binder_->CommitEdits(); });
+  connect(ui_->actionSave, &QAction::triggered, configurations_.get(), &ConfigurationMenu::Save);
+  connect(configurations_.get(), &ConfigurationMenu::currentChanged, this, &MainWindow::ShowTitle);
+  ShowTitle();
+}
+
+void MainWindow::ShowTitle() {
+  setWindowTitle(ShownText(frm_.Caption()) + configurations_->TitlePart());
+}
+
+void MainWindow::ShowAsLast() {
+  layout_ = std::make_unique<WindowLayout>(frm_.Folder().File("position.ini"));
+  keeper_ = std::make_unique<LayoutKeeper>(*layout_);
+  if (!layout_->Trouble().empty()) frm_.Status().Say(layout_->Trouble());
+  RestoreValues();
+  if (!keeper_->Keep(*this, frm_.Name())) {
+    const auto screens = UsableScreens();
+    const FirstPlace first = FirstPlaceOn(screens.empty() ? Place{0, 0, width(), height()} : screens.front());
+    setGeometry(first.place.x, first.place.y, first.place.width, first.place.height);
+    if (first.maximised) setWindowState(Qt::WindowMaximized);
+  }
+  windows_->OnMade = [this](QWidget& window) { keeper_->Keep(window, window.objectName().toStdString()); };
+  frm_.OnClosing = [this] { KeepLayout(); };
+  show();
+}
+
+// The font and the recent files. A configuration that is loaded later has the last word about the font.
+void MainWindow::RestoreValues() {
+  const std::string font = BytesFromUtf8(layout_->Value("Display", "Font"));
+  if (!font.empty()) frm_.controls.display.ComboFont.SetText(font);
+  const auto size = layout_->Numbers("Display", "FontSize", DisplayFont::smallest, DisplayFont::largest);
+  if (size && size->size() == 1) font_->SetSize(size->front());
+  RecentFiles& recent = frm_.Configuration().Recent;
+  for (std::size_t i = RecentFiles::most; i > 0; --i) {
+    const std::string file = layout_->Value("Recent", "File" + std::to_string(i));
+    if (!file.empty()) recent.Use(file);
+  }
+  configurations_->FillRecent();
+}
+
+void MainWindow::KeepLayout() {
+  keeper_->Remember();
+  layout_->Set("Display", "Font", Utf8FromBytes(frm_.controls.display.ComboFont.Text()));
+  layout_->Set("Display", "FontSize", std::to_string(font_->Size()));
+  const auto& recent = frm_.Configuration().Recent.Files();
+  for (std::size_t i = 0; i < RecentFiles::most; ++i) {
+    layout_->Set("Recent", "File" + std::to_string(i + 1), i < recent.size() ? recent[i].string() : "");
+  }
+  if (const auto error = layout_->Save()) frm_.OnTrouble("position.ini was not saved: " + error.message());
 }
 
 void MainWindow::ShowAbout() {

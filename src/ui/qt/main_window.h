@@ -14,10 +14,14 @@ namespace Ui {
 class MainWindow;
 }
 
+class ConfigurationMenu;
+class DisplayFont;
 class ErrorPanel;
+class LayoutKeeper;
 class LinkRow;
 class SidePanel;
 class TrafficPanel;
+class WindowLayout;
 
 class MainWindow : public QMainWindow {
   Q_OBJECT
@@ -26,6 +30,10 @@ class MainWindow : public QMainWindow {
   // The model outlives the window.
   explicit MainWindow(FrmMain& frm);
   ~MainWindow() override;
+
+  // Shows the window where it stood and as it was when the program ended last, by position.ini, and keeps
+  // that there again when it closes.
+  void ShowAsLast();
 
  protected:
   // Asks the model to end; the loop then ends the program, and the window with it.
@@ -40,6 +48,10 @@ class MainWindow : public QMainWindow {
   void WireErrors();
   void ShowLink();
   void WirePages();
+  void WireConfiguration();
+  void RestoreValues();
+  void KeepLayout();
+  void ShowTitle();
   void ShowAbout();
 
   FrmMain& frm_;
@@ -49,6 +61,10 @@ class MainWindow : public QMainWindow {
   ErrorPanel* errors_;
   SidePanel* side_;
   std::unique_ptr<Binder> binder_;
+  std::unique_ptr<DisplayFont> font_;
+  std::unique_ptr<ConfigurationMenu> configurations_;
+  std::unique_ptr<WindowLayout> layout_;  // once the window was shown as last
+  std::unique_ptr<LayoutKeeper> keeper_;
   std::unique_ptr<Windows> windows_;
 };
 
