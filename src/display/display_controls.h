@@ -30,10 +30,13 @@ class DisplayText : public Control {
 };
 
 struct DisplayControls : ControlGroup {
-  using ControlGroup::ControlGroup;
+  explicit DisplayControls(EventLoop& loop) : ControlGroup(loop) {
+    chkEcho.SetChecked(true);  // few instruments send back what they get
+  }
   DisplayText txtric{*this, "txtric"};
   ListBox lstError{*this, "lstError"};
   CheckBox chkLog{*this, "chkLog", "Log"};               // LOG.TXT
+  CheckBox chkEcho{*this, "chkEcho", "Local echo"};      // typed keys, pastes and files are shown
   CheckBox chkLogPar{*this, "chkLogPar", "Log parser"};  // LOGPAR.TXT
   ComboBox ComboFont{*this, "ComboFont"};                // without a window the list stays empty
   Label lblfontsize{*this, "lblfontsize"};               // points

@@ -20,6 +20,11 @@ void Traffic::Sent(std::string_view bytes) {
   controls_.txtric.Append(bytes, TextKind::Sent, colors::blue);
 }
 
+void Traffic::SentByHand(std::string_view bytes) {
+  if (controls_.chkEcho.Checked()) return Sent(bytes);
+  logs_.WriteTraffic(bytes);
+}
+
 void Traffic::AppendReceivedRow() {
   controls_.txtric.Append(row, TextKind::ReceivedBreak, colors::black);
   logs_.WriteTraffic(row);

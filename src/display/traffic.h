@@ -20,6 +20,10 @@ class Traffic {
   void Received(std::string_view bytes);
   void Sent(std::string_view bytes);
 
+  // What went out by hand, byte for byte: keys, pastes, files. To LOG.TXT, and to the display with "Local
+  // echo".
+  void SentByHand(std::string_view bytes);
+
   // The line break that "Append Row" puts behind them. Received ones have it in the log, too.
   void AppendReceivedRow();
   void AppendSentRow();

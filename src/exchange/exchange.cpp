@@ -19,7 +19,7 @@ void Exchange::BeginRun() {
   state_ = {};
   state_.AnswerPending = pending;
   late_ = runEndsAfter_ = false;
-  awaited_ = handled_ = errAnswer_ = 0;
+  awaited_ = awaitedByHand_ = handled_ = errAnswer_ = 0;
   answerAlarm_.Cancel();
   requests_.Begin();
   record_.Begin();
@@ -67,8 +67,18 @@ std::uint64_t Exchange::TextNotSent(std::string_view text, std::string_view fail
   return number;
 }
 
+void Exchange::TimeOutByHand(Finding finding) {
+  const std::uint64_t number = std::exchange(awaitedByHand_, 0);
+  record_.Say(number, std::move(finding));
+  record_.Close(number);
+  late_ = true;
+}
+
 // Where answers are waited for, one belongs to the request that is; else to the oldest that has none.
 std::uint64_t Exchange::TakeRequestOfAnswer() {
+  if (awaitedByHand_ != 0 && !(running_ && controls_.WaitsForAnswer())) {
+    return std::exchange(awaitedByHand_, 0);
+  }
   if (!running_ || !controls_.WaitsForAnswer()) return record_.OldestUnanswered().value_or(0);
   return std::exchange(awaited_, 0);
 }

@@ -41,6 +41,7 @@ class Exchange {
 
   const ExchangeState& State() const { return state_; }
   RequestCount& Requests() { return requests_; }
+  RunRecord& Record() { return record_; }
   const RunRecord& Record() const { return record_; }
 
   // A run, from Start to Stop. `completed`: it ended because no request was left.
@@ -72,6 +73,16 @@ class Exchange {
   // off. Returns its number in the record.
   std::uint64_t RequestNotSent(std::string_view request, std::string_view failure,
                                std::optional<std::uint64_t> displayLine = {});
+
+  // The last request was sent by hand and is waited for: while no run waits, the next answer is its own, and
+  // not that of an older one. Returns its number.
+  std::uint64_t AwaitByHand() { return awaitedByHand_ = record_.LastNumber(); }
+
+  // Nobody waits for that answer any more.
+  void EndWaitByHand() { awaitedByHand_ = 0; }
+
+  // Its time is up: the record says so, and what comes now is late.
+  void TimeOutByHand(Finding finding);
 
   // Any other text did not leave. Returns the number under which the record tells so.
   std::uint64_t TextNotSent(std::string_view text, std::string_view failure);
@@ -126,9 +137,10 @@ class Exchange {
   bool running_ = false;
   std::uint32_t run_ = 0;
   bool anyLeft_ = false;
-  bool late_ = false;            // the last request was given up; what comes now is late
-  bool runEndsAfter_ = false;    // the run ended while its last string was being handled
-  std::uint64_t awaited_ = 0;    // numbers in the record, 0 for none: the request that is waited for,
+  bool late_ = false;          // the last request was given up; what comes now is late
+  bool runEndsAfter_ = false;  // the run ended while its last string was being handled
+  std::uint64_t awaited_ = 0;  // numbers in the record, 0 for none: the request that is waited for,
+  std::uint64_t awaitedByHand_ = 0;
   std::uint64_t handled_ = 0;    // the string between BeginString and EndString,
   std::uint64_t errAnswer_ = 0;  // the answer with "ERR" whose rest is still to come
   Instant waitingSince_{};

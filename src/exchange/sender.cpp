@@ -11,7 +11,8 @@ namespace {
 // Where "hh:mm:ss" puts the time of what went out.
 enum class Stamp {
   Echo,  // in front of the echo: LOG.TXT of a test holds what was on the wire and nothing else
-  Log    // a line of its own in the log: what is played for another program is looked up there by its time
+  Log,   // a line of its own in the log: what is played for another program is looked up there by its time
+  None   // nowhere: a key is a part of a line
 };
 
 struct KindRow {
@@ -19,13 +20,16 @@ struct KindRow {
   bool request;  // counted in lblsend, and an answer may come to it
   Stamp stamp;
   bool appendsRow;  // "Append Row Tx" holds; a task's text must not look like an exchange
+  bool byHand;      // shown only with "Local echo"
 };
 
-constexpr std::array<KindRow, 4> kinds{{
-    {SendKind::Cycle, true, Stamp::Echo, true},
-    {SendKind::ByHand, true, Stamp::Echo, true},
-    {SendKind::Answer, false, Stamp::Log, true},
-    {SendKind::Task, false, Stamp::Log, false},
+constexpr std::array<KindRow, 6> kinds{{
+    {SendKind::Cycle, true, Stamp::Echo, true, false},
+    {SendKind::ByHand, true, Stamp::Echo, true, false},
+    {SendKind::Answer, false, Stamp::Log, true, false},
+    {SendKind::Task, false, Stamp::Log, false, false},
+    {SendKind::Key, false, Stamp::None, false, true},
+    {SendKind::File, false, Stamp::None, false, true},
 }};
 
 const KindRow& RowOf(SendKind kind) {
@@ -68,17 +72,27 @@ void Sender::Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run)
   if (outcome.end == SendEnd::Failed) ShowFailure(outcome, number);
 }
 
+Transfer Sender::SendSome(std::string_view bytes, SendKind kind) {
+  parts_.counters.TxLamp().SetFillColor(colors::red);
+  Hooks.leaving();
+  const Transfer taken = parts_.link.SendSome(bytes);
+  Show(bytes.substr(0, taken.bytes), kind);
+  if (taken.bytes > 0) parts_.exchange.BytesLeft();
+  return taken;
+}
+
 void Sender::Show(std::string_view taken, SendKind kind) {
   if (taken.empty()) return;
   const KindRow& row = RowOf(kind);
   if (parts_.run.chkhhmmss.Checked()) {
-    if (row.stamp == Stamp::Log) {
-      parts_.traffic.StampLog();
-    } else {
-      parts_.traffic.StampEcho();
-    }
+    if (row.stamp == Stamp::Log) parts_.traffic.StampLog();
+    if (row.stamp == Stamp::Echo) parts_.traffic.StampEcho();
   }
-  parts_.traffic.Sent(taken);
+  if (row.byHand) {
+    parts_.traffic.SentByHand(taken);
+  } else {
+    parts_.traffic.Sent(taken);
+  }
   if (row.appendsRow && parts_.framing.ChkCrLfAppTx.Checked()) parts_.traffic.AppendSentRow();
 }
 

@@ -21,7 +21,9 @@ enum class SendKind {
   Cycle,   // a request of the running cycle
   ByHand,  // a request of the Send button
   Answer,  // the dialog test plays the instrument
-  Task     // a script's periodic text
+  Task,    // a script's periodic text
+  Key,     // typed or pasted while the keyboard is on the line
+  File     // a piece of a file that goes out as it is
 };
 
 struct SenderParts {
@@ -56,6 +58,9 @@ class Sender {
   // that another has followed by then is no longer counted. Yields; may return before the end, which another
   // text may have to wait for.
   void Send(std::string bytes, SendKind kind, std::function<void(const SendOutcome&)> ended = {});
+
+  // Of a stream (see Link::BeginStream) what the link takes now: it is logged and shown like any other text.
+  Transfer SendSome(std::string_view bytes, SendKind kind);
 
   // The end of a text that somebody sent without this object, as scripts do: a failure is shown and counted.
   void TellEnd(const SendOutcome& outcome);

@@ -70,9 +70,13 @@ class Device {
   // Hands over as much as the driver takes at once; never waits.
   virtual Transfer Write(std::string_view bytes) = 0;
 
-  // Yields until the driver can take bytes again, the device is closed or fails, or the instant has
-  // passed; false in the last case.
-  virtual bool WaitWritable(Instant deadline) = 0;
+  // Yields until the driver can take bytes again, the device is closed or fails, `givenUp` says so, or the
+  // instant has passed; false in the last case.
+  virtual bool WaitWritable(Instant deadline, const std::function<bool()>& givenUp) = 0;
+
+  // From now on `room` is called from the event loop whenever the driver can take bytes, at once where it can
+  // already, until it is replaced by an empty one or the device is closed. Not called during WaitWritable.
+  virtual void CallWhileWritable(std::function<void()> room) = 0;
 
   // Yields until the last byte has left the line, or the instant has passed.
   virtual void WaitSent(Instant deadline) = 0;

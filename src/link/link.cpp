@@ -20,6 +20,9 @@ constexpr std::size_t queueSize = 1024;
 constexpr std::int32_t networkToken = 1;
 constexpr std::int32_t readSize = 1024;  // the most that one read may ask for
 constexpr std::size_t queuedTextLimit = std::size_t{1} << 20;
+constexpr std::size_t streamPiece = std::size_t{64} * 1024;
+constexpr std::size_t datagram = 1024;  // of a stream: one that no network takes apart
+constexpr Duration fullNetworkPause = std::chrono::milliseconds(1);
 
 // Where an error happened, as CommLastErrorSource shows it. Those of CommOpen are followed by the port.
 namespace sources {
@@ -80,6 +83,7 @@ Link::Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls)
       controls_(controls),
       progress_(loop, [this](std::size_t taken, std::size_t total) { Hooks.progress(taken, total); }),
       lineErrorAlarm_(loop, [this] { CountLineErrors(); }),
+      streamAlarm_(loop, [this] { OfferRoom(); }),
       network_(loop) {
   network_.OnArrival = [this] { OnArrival(); };
   network_.OnNewPeer = [this] { Hooks.newPeer(); };
@@ -201,6 +205,7 @@ std::int32_t Link::SetUp(Device& device) {
 }
 
 std::int32_t Link::CommClose() {
+  EndStream();
   if (State.CommNetMode) {
     CloseNetwork();
     return 0;
@@ -233,6 +238,7 @@ void Link::TellLost(std::size_t bytes) {
 
 void Link::Finish() {
   if (!State.CommPortOpen || std::exchange(finishing_, true)) return;
+  EndStream();
   if (State.CommNetMode) return network_.Finish(loop_.Now() + finishGrace);
   const auto device = OpenDevice();
   device->WaitSent(loop_.Now() + TimeOnTheLine(device->Unsent()) + finishGrace);
@@ -346,14 +352,73 @@ std::int32_t Link::WriteWhole(Device& device, std::string_view text, Writing& wr
     progress_.Tell(writing.taken, writing.total);
     source = sources::pendingWrite;
     const bool inTime = WaitForDriver(device, deadline);
-    if (writing.opening != openings_) return Cancel(writing);
+    if (writing.opening != openings_ || calledOff_) return Cancel(writing);
     if (!inTime) return Fail(writing, source, std::make_error_code(std::errc::timed_out));
   }
 }
 
 bool Link::WaitForDriver(Device& device, Instant deadline) {
   const ScopeFlag waiting(waitsForDriver_);
-  return device.WaitWritable(deadline);
+  return device.WaitWritable(deadline, [this] { return calledOff_; });
+}
+
+bool Link::TakesStream() const {
+  return !Scripting() && !controls_.ChkRtsTx.Checked() && !controls_.chkTerminal.Checked() &&
+         NumberOf(controls_.txtcharrit.Text()).value_or(0) == 0;
+}
+
+void Link::BeginStream(std::function<void()> room) {
+  stream_ = std::move(room);
+  const auto device = OpenDevice();
+  if (device) {
+    device->CallWhileWritable([this] { OfferRoom(); });
+  } else {
+    streamAlarm_.At(loop_.Now());
+  }
+}
+
+void Link::EndStream() {
+  if (!std::exchange(stream_, nullptr)) return;
+  streamAlarm_.Cancel();
+  if (const auto device = OpenDevice()) device->CallWhileWritable(nullptr);
+}
+
+void Link::OfferRoom() {
+  const auto stream = stream_;  // it may end in the call
+  if (stream) stream();
+}
+
+Transfer Link::SendSome(std::string_view bytes) {
+  Transfer taken;
+  if (State.CommNetMode) {
+    taken = SendSomeToPeer(bytes);
+  } else if (const auto device = OpenDevice()) {
+    taken = device->Write(bytes.substr(0, streamPiece));
+    if (taken.error) CommSetErrorFlags(sources::write, taken.error);
+  } else {
+    taken.error = BadHandle();
+  }
+  if (taken.bytes > 0) {
+    State.LastSendTime = Midnight();
+    Hooks.transmitted();
+  }
+  return taken;
+}
+
+Transfer Link::SendSomeToPeer(std::string_view bytes) {
+  if (network_.Unsent() > 0) return {};  // its end is told
+  const std::string_view piece = bytes.substr(0, target_.network.udp ? datagram : streamPiece);
+  const std::error_code error = network_.Send(piece);
+  if (error == std::errc::resource_unavailable_try_again) {
+    streamAlarm_.At(loop_.Now() + fullNetworkPause);
+    return {};
+  }
+  if (error) {
+    CommSetError(sources::sendData, error);
+    return {network_.TakenOfLastSend(), error};
+  }
+  if (stream_ && network_.Unsent() == 0) streamAlarm_.At(loop_.Now());
+  return {piece.size(), {}};
 }
 
 std::int32_t Link::WriteSlowly(Device& device, std::string_view text, Duration pause, Writing& writing) {
@@ -484,6 +549,7 @@ void Link::Send(std::string text, WhenSent whenSent) {
 
 Link::Sending Link::Transmit(std::string text, bool scripted) {
   const ScopeFlag sending(sending_);
+  calledOff_ = false;
   if (scripted) Hooks.sendString(text);
   Writing writing{text.size(), openings_};
   const std::int32_t status =
@@ -543,6 +609,7 @@ void Link::TransmitQueued() {
 void Link::NetworkQueueChanged(std::size_t taken, std::size_t total) {
   if (taken < total) return progress_.Tell(taken, total);
   progress_.End();
+  if (stream_) streamAlarm_.At(loop_.Now());
   TellFree();
 }
 

@@ -170,8 +170,8 @@ class Link {
   // A string is on its way to the driver, or some of one waits for a TCP peer to take it.
   bool Busy() const { return sending_ || !queued_.empty() || network_.Unsent() > 0; }
 
-  // For the end of the program: where a write waits for the driver, Finish and then a close. A string of which
-  // only a part has left has then failed. A second call does not wait. Yields.
+  // For the end of the program: where a write waits for the driver, Finish and then a close. A string of
+  // which only a part has left has then failed. A second call does not wait. Yields.
   void GiveUpWaiting();
 
   // "Rx only": nothing is sent by the cycle, and the receive loop leaves what arrives alone.
@@ -195,6 +195,22 @@ class Link {
   // link is closed before its turn.
   using WhenSent = std::function<void(const SendOutcome& outcome)>;
   void Send(std::string text, WhenSent whenSent);
+
+  // Calls off the write that waits for the driver, if any: its string ends as cancelled.
+  void CallOff() { calledOff_ = waitsForDriver_; }
+
+  // A stream of bytes, such as a file's: taken as the link has room, without a wait and without a yield,
+  // while all else goes on and other strings go out between. `room` is called from the event loop as long as
+  // there is some, until EndStream or the end of the link. There is one stream at a time.
+  void BeginStream(std::function<void()> room);
+  void EndStream();
+
+  // Takes what there is room for, and gives how much that was. A failure is recorded.
+  Transfer SendSome(std::string_view bytes);
+
+  // Whether bytes may go out in a stream: a script that sees what is sent, "Rts Tx", a pause between
+  // characters and "Terminal" all ask for a SendString.
+  bool TakesStream() const;
 
   // The line errors of every port since the start of the program; nothing where no driver counted them. While
   // data come they are asked for at most every 250 ms.
@@ -247,6 +263,8 @@ class Link {
   void NetworkQueueChanged(std::size_t taken, std::size_t total);
   void TellFree();
   bool WaitForDriver(Device& device, Instant deadline);
+  Transfer SendSomeToPeer(std::string_view bytes);
+  void OfferRoom();
   Duration TimeOnTheLine(std::size_t bytes) const;
   void WaitUntilSent(std::size_t bytes);
   void LetScriptSeeEach(std::string& text);
@@ -268,6 +286,7 @@ class Link {
   };
   bool finishing_ = false;       // before a close
   bool waitsForDriver_ = false;  // a write on the stack
+  bool calledOff_ = false;       // that write
   bool showsArrival_ = false;    // on the stack
   std::optional<LineErrors> errors_;
   LineErrors errorsBefore_;        // the opening in progress
@@ -278,6 +297,8 @@ class Link {
   std::size_t queuedBytes_ = 0;
   WriteProgress progress_;
   Alarm lineErrorAlarm_;
+  std::function<void()> stream_;  // whom room is offered
+  Alarm streamAlarm_;             // of the network, where nothing is ready by itself
   NetworkLink network_;
   std::map<OutputLine, bool> linesSet_;  // as they were last set, since the port was opened
 };

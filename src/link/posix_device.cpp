@@ -69,7 +69,8 @@ class PosixDevice final : public Device {
   QueueStatus Queue() override;
   Transfer Read(char* buffer, std::size_t size) override;
   Transfer Write(std::string_view bytes) override;
-  bool WaitWritable(Instant deadline) override;
+  bool WaitWritable(Instant deadline, const std::function<bool()>& givenUp) override;
+  void CallWhileWritable(std::function<void()> room) override;
   void WaitSent(Instant deadline) override;
   std::size_t Unsent() const override;
   ModemStatus Modem() override;
@@ -83,9 +84,10 @@ class PosixDevice final : public Device {
   bool Over() const { return Closed() || lost_; }
   void Fill();
   void WatchWhileThereIsRoom();
+  void WatchForRoom();
   std::error_code Verify(const SerialSettings& wanted);
   bool AllSent() const;
-  bool OutputMayBeHeld() const { return writableWatch_ || flowControl_; }
+  bool OutputMayBeHeld() const { return writableWatch_ || room_ || flowControl_; }
 
   EventLoop& loop_;
   int descriptor_;  // -1 once closed
@@ -96,6 +98,8 @@ class PosixDevice final : public Device {
   std::unique_ptr<Watch> readableWatch_;
   bool watching_ = true;
   std::unique_ptr<Watch> writableWatch_;  // during WaitWritable
+  std::function<void()> room_;            // whom CallWhileWritable calls
+  std::unique_ptr<Watch> roomWatch_;      // for it; a descriptor can be watched once only
   bool flowControl_ = false;
   Duration characterTime_{};
   Instant lineFree_{};  // when what was written can have left the line at the earliest
@@ -210,13 +214,25 @@ Transfer PosixDevice::Write(std::string_view bytes) {
   return {static_cast<std::size_t>(count), {}};
 }
 
-bool PosixDevice::WaitWritable(Instant deadline) {
+bool PosixDevice::WaitWritable(Instant deadline, const std::function<bool()>& givenUp) {
   if (Over()) return true;
   bool writable = false;
+  roomWatch_.reset();
   writableWatch_ = loop_.WatchWritable(descriptor_, [&] { writable = true; });
-  const bool ended = loop_.WaitUntil([&] { return writable || Over(); }, deadline);
+  const bool ended = loop_.WaitUntil([&] { return writable || Over() || givenUp(); }, deadline);
   writableWatch_.reset();
+  WatchForRoom();
   return ended;
+}
+
+void PosixDevice::CallWhileWritable(std::function<void()> room) {
+  room_ = std::move(room);
+  roomWatch_.reset();
+  WatchForRoom();
+}
+
+void PosixDevice::WatchForRoom() {
+  if (room_ && !writableWatch_ && !Closed()) roomWatch_ = loop_.WatchWritable(descriptor_, room_);
 }
 
 void PosixDevice::WaitSent(Instant deadline) {
@@ -296,6 +312,7 @@ std::error_code PosixDevice::Close() {
   if (OutputMayBeHeld()) tcflush(descriptor_, TCOFLUSH);
   readableWatch_.reset();
   writableWatch_.reset();
+  roomWatch_.reset();
   ioctl(descriptor_, TIOCNXCL);
   const int descriptor = std::exchange(descriptor_, -1);
   if (close(descriptor) < 0 && errno != EINTR) return LastError();

@@ -53,6 +53,9 @@ void Cycle::Command1_Click() {
 }
 
 void Cycle::Start() {
+  if (const std::string objection = Hooks.objection(); !objection.empty()) {
+    return parts_.status.Say(objection);
+  }
   parts_.intervals.Restart();
   while (parts_.expander.State.ExpandBusy) parts_.loop.DoEvents();
   Hooks.starting();

@@ -39,6 +39,7 @@ struct CycleParts {
 enum class RunEnd { Stopped, Completed };
 
 struct CycleHooks {
+  Hook<std::string()> objection;  // why no run may begin now; empty for nothing
   Hook<void(std::string_view message, std::string_view title)> stopWithMessage;
   Hook<void()> starting;  // what came before the run is none of its answers
   Hook<void(RunEnd end)> stopped;

@@ -24,6 +24,7 @@
 #include "script/script_host.h"
 #include "testmodes/dialog.h"
 #include "testmodes/error_reports.h"
+#include "transmit/by_hand.h"
 #include "transmit/offered_list.h"
 #include "ui/first_files.h"
 #include "ui/form_main_object.h"
@@ -51,6 +52,7 @@ FrmMainControls::FrmMainControls(EventLoop& loop)
       link(loop),
       modem(loop),
       cycle(loop),
+      file(loop),
       framing(loop),
       run(loop),
       macro(loop),
@@ -91,6 +93,9 @@ struct FrmMain::Modules {
         sender({link, expander, exchange, traffic, controls.run, controls.framing, controls.counters}),
         cycle({around.loop, controls.cycle, controls.run, controls.macro, controls.counters, link, expander,
                exchange, intervals, sender, traffic, sequence, status}),
+        byHand({around.loop, controls.file, controls.run, controls.counters, link, exchange, sender, traffic,
+                status},
+               controls.link, prompts),
         errors({controls.test, controls.run, controls.counters, controls.link, controls.display, traffic,
                 exchange}),
         errorRows(around.loop.Clocks(), record, controls.display.txtric),
@@ -121,6 +126,7 @@ struct FrmMain::Modules {
   Traffic traffic;
   Sender sender;
   Cycle cycle;
+  ByHand byHand;
   ErrorReports errors;
   ErrorRows errorRows;
   ReceiveLoop receive;
@@ -136,9 +142,10 @@ FrmMain::FrmMain(Surroundings surroundings)
       controls(surroundings.loop),
       surroundings_(std::move(surroundings)) {
   for (const ControlGroup* group : std::initializer_list<const ControlGroup*>{
-           &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.framing,
-           &controls.run, &controls.macro, &controls.receive, &controls.display, &controls.test,
-           &controls.counters, &controls.config, &controls.edit, &controls.status, &controls.script}) {
+           &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.file,
+           &controls.framing, &controls.run, &controls.macro, &controls.receive, &controls.display,
+           &controls.test, &controls.counters, &controls.config, &controls.edit, &controls.status,
+           &controls.script}) {
     Collection().Add(*group);
   }
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
@@ -147,6 +154,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireNetwork();
   WireExchange();
   WireCycle();
+  WireByHand();
   WireReceive();
   WireTests();
   WireErrorRows();
@@ -184,6 +192,7 @@ void FrmMain::WireConnection() {
     controls.cycle.Timer2.SetEnabled(false);
     modules_->exchange.EndWait();
     modules_->cycle.Stop();
+    modules_->byHand.LinkLost();
     modules_->dialog.LinkClosed();
     modules_->receive.DarkenLamps();
     modules_->logs.Flush();
@@ -191,6 +200,7 @@ void FrmMain::WireConnection() {
   hooks.opened = [this] { modules_->intervals.Restart(); };
   hooks.stateChanged = [this] { LinkChanged(); };
   hooks.outage = [this](std::string_view line) {
+    modules_->byHand.LinkLost();
     modules_->exchange.EndWait();  // the next request goes out when the link is back
     modules_->receive.ForgetBeginning();
     modules_->traffic.AppendError(line, "");
@@ -207,6 +217,7 @@ void FrmMain::WireConnection() {
   hooks.showLink = [this](std::string_view words) {
     controls.status.lblStatusLink.SetCaption(words);
     modules_->cycle.MaySendAgain();  // a peer may have come
+    modules_->byHand.OnLinkChanged();
   };
   hooks.whoseIsIt = [](const std::string& portName, std::int32_t error) {
     return WhoseIsIt(DevicePath(portName), error);
@@ -254,6 +265,14 @@ void FrmMain::WireCycle() {
     modules_->session.RunBegins();
   };
   hooks.stopped = [this](RunEnd end) { modules_->session.RunStopped(end); };
+}
+
+void FrmMain::WireByHand() {
+  ByHand& byHand = modules_->byHand;
+  controls.link.chkTerminal.Click = [&byHand] { byHand.OnLinkChanged(); };
+  modules_->cycle.Hooks.objection = [&byHand] {
+    return byHand.files.Active() ? "a file is being sent; cancel it before you start a cycle" : "";
+  };
 }
 
 void FrmMain::WireReceive() {
@@ -320,6 +339,10 @@ bool FrmMain::Running() const {
 
 RunRecord& FrmMain::Record() {
   return modules_->record;
+}
+
+ByHand& FrmMain::Hand() {
+  return modules_->byHand;
 }
 
 StatusNote& FrmMain::Status() {

@@ -34,6 +34,7 @@
 #include "testmodes/test_controls.h"
 #include "transmit/cycle.h"
 #include "transmit/cycle_controls.h"
+#include "transmit/file_controls.h"
 
 namespace quarlin {
 
@@ -70,6 +71,7 @@ struct FrmMainControls {
   LinkControls link;
   ModemControls modem;
   CycleControls cycle;
+  FileControls file;
   FramingControls framing;
   RunControls run;
   MacroControls macro;
@@ -85,6 +87,7 @@ struct FrmMainControls {
 
 class OfferedList;
 class ScriptHost;
+struct ByHand;
 
 class FrmMain : public Form {
  public:
@@ -93,6 +96,7 @@ class FrmMain : public Form {
 
   FrmMainControls controls;
   ScriptHost& Script();
+  ByHand& Hand();
 
   // Every window of the program, this one first.
   std::vector<Form*> Forms();
@@ -159,6 +163,7 @@ class FrmMain : public Form {
   void WireNetwork();
   void WireExchange();
   void WireCycle();
+  void WireByHand();
   void WireReceive();
   void WireTests();
   void WireErrorRows();

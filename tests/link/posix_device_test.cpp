@@ -22,6 +22,10 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 // A device on one end of a pseudo-terminal, the test on the other.
+bool Never() {
+  return false;
+}
+
 class PosixDeviceRig : public testing::Test {
  protected:
   PosixDeviceRig() {
@@ -307,7 +311,7 @@ TEST_F(PosixDeviceRig, AFullLineTakesNothingAndTheWaitEndsInTime) {
   do {
     FillOutput();
     start = loop_.Now();
-  } while (device_->WaitWritable(start + 30ms));  // the driver found room for more after all
+  } while (device_->WaitWritable(start + 30ms, Never));  // the driver found room for more after all
   EXPECT_GE(loop_.Now() - start, 30ms);
   EXPECT_LT(loop_.Now() - start, 20s);
   const Transfer refused = device_->Write("x");
@@ -315,7 +319,7 @@ TEST_F(PosixDeviceRig, AFullLineTakesNothingAndTheWaitEndsInTime) {
   EXPECT_FALSE(refused.error);
   while (!InstrumentReads().empty()) {
   }
-  EXPECT_TRUE(device_->WaitWritable(loop_.Now() + 60s));
+  EXPECT_TRUE(device_->WaitWritable(loop_.Now() + 60s, Never));
   EXPECT_EQ(device_->Write("x").bytes, 1U);
 }
 
@@ -336,7 +340,7 @@ TEST_F(PosixDeviceRig, WhateverEndsTheLineEndsTheWait) {
       user->SetEnabled(false);
     });
     const Instant start = loop_.Now();
-    EXPECT_TRUE(device_->WaitWritable(start + 60s));
+    EXPECT_TRUE(device_->WaitWritable(start + 60s, Never));
     device_->WaitSent(start + 60s);
     EXPECT_LT(loop_.Now() - start, 30s);
     device_.reset();

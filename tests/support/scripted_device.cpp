@@ -56,8 +56,19 @@ class ScriptedDevice::Handle : public Device {
     return port_.Take(bytes);
   }
 
-  bool WaitWritable(Instant deadline) override {
-    return Wait([this] { return port_.room_ > 0; }, deadline);
+  bool WaitWritable(Instant deadline, const std::function<bool()>& givenUp) override {
+    return Wait([&] { return port_.room_ > 0 || givenUp(); }, deadline);
+  }
+
+  void CallWhileWritable(std::function<void()> room) override {
+    roomCall_ = std::move(room);
+    roomAlarm_.Cancel();
+    OfferRoom();
+  }
+
+  // As a real driver, again and again while there is room.
+  void OfferRoom() {
+    if (roomCall_ && waits_ == 0 && port_.room_ > 0 && !closed_) roomAlarm_.At(port_.loop_.Now());
   }
 
   void WaitSent(Instant deadline) override {
@@ -127,11 +138,13 @@ class ScriptedDevice::Handle : public Device {
     ++waits_;
     const bool ended = port_.loop_.WaitUntil([&] { return closed_ || port_.lost_ || done(); }, deadline);
     --waits_;
+    OfferRoom();
     return ended;
   }
 
   void End() {
     closed_ = true;
+    roomAlarm_.Cancel();
     port_.handle_ = nullptr;
     port_.arrived_ = nullptr;
     port_.queue_.clear();
@@ -142,6 +155,13 @@ class ScriptedDevice::Handle : public Device {
   const LineErrors before_ = port_.lineErrors_.value_or(LineErrors());
   bool closed_ = false;
   int waits_ = 0;
+  std::function<void()> roomCall_;
+  Alarm roomAlarm_{port_.loop_, [this] {
+                     if (!roomCall_) return;
+                     const auto call = roomCall_;
+                     OfferRoom();
+                     call();
+                   }};
 };
 
 ScriptedDevice::ScriptedDevice(VirtualLoop& loop, std::string name) : loop_(loop), name_(std::move(name)) {}
@@ -235,6 +255,11 @@ void ScriptedDevice::Unplug() {
   plugged_ = false;
   lost_ = true;
   Wake();
+}
+
+void ScriptedDevice::UnblockWrites() {
+  room_ = std::string::npos;
+  if (handle_ != nullptr) handle_->OfferRoom();
 }
 
 void ScriptedDevice::ForgetWritten() {

@@ -68,7 +68,7 @@ class ScriptedDevice {
   // loop.Outside(50ms, [&] { port.UnblockWrites(); }).
   void TakeAtMost(std::size_t bytesPerWrite) { takesAtMost_ = bytesPerWrite; }
   void BlockWrites(std::size_t afterBytes = 0) { room_ = afterBytes; }
-  void UnblockWrites() { room_ = std::string::npos; }
+  void UnblockWrites();
   void HoldBack(std::size_t bytes) { held_ = bytes; }           // in the driver; a wait for them never ends
   void SendingTakes(Duration perByte) { byteTime_ = perByte; }  // what WaitSent waits for
 

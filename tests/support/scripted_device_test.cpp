@@ -48,9 +48,9 @@ TEST_F(ScriptedDeviceRig, ABlockedWriteWaitsForTheOutsideWorldOrTheDeadline) {
   Open();
   port_.BlockWrites();
   EXPECT_EQ(device_->Write("x").bytes, 0U);
-  EXPECT_FALSE(device_->WaitWritable(loop_.Now() + 1s));
+  EXPECT_FALSE(device_->WaitWritable(loop_.Now() + 1s, [] { return false; }));
   loop_.Outside(50ms, [this] { port_.UnblockWrites(); });
-  EXPECT_TRUE(device_->WaitWritable(loop_.Now() + 1s));
+  EXPECT_TRUE(device_->WaitWritable(loop_.Now() + 1s, [] { return false; }));
   EXPECT_EQ(device_->Write("x").bytes, 1U);
   EXPECT_EQ(port_.Writes().back().at, Instant(1h) + 1s + 50ms);
 }

@@ -16,9 +16,11 @@
 #include "ui/qt/configuration_menu.h"
 #include "ui/qt/display_font.h"
 #include "ui/qt/error_panel.h"
+#include "ui/qt/hand_input.h"
 #include "ui/qt/layout_keeper.h"
 #include "ui/qt/link_row.h"
 #include "ui/qt/mirror_actions.h"
+#include "ui/qt/send_file_row.h"
 #include "ui/qt/side_panel.h"
 #include "ui/qt/traffic_panel.h"
 #include "ui/qt/widget_text.h"
@@ -55,6 +57,7 @@ MainWindow::MainWindow(FrmMain& frm)
       linkRow_(new LinkRow),
       traffic_(new TrafficPanel),
       errors_(new ErrorPanel),
+      fileRow_(new SendFileRow(frm, *this)),
       side_(new SidePanel) {
   QApplication::setCursorFlashTime(0);  // a blinking cursor would wake an idle program twice a second
   ui_->setupUi(this);
@@ -123,6 +126,7 @@ QWidget* MainWindow::MakeLeftSide() {
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(6);
   column->addWidget(split, 1);
+  column->addWidget(fileRow_);
   column->addWidget(MakePart<Ui::CommandRow>());
   return left;
 }
@@ -147,6 +151,7 @@ void MainWindow::WireMenus() {
     connect(action, &QAction::triggered, Part<QPushButton>(*this, name), &QPushButton::click);
   }
   auto* command = Part<QComboBox>(*this, "CBOSEND");
+  connect(ui_->actionSendFile, &QAction::triggered, fileRow_, &SendFileRow::Choose);
   connect(ui_->actionQuit, &QAction::triggered, this, &MainWindow::close);
   connect(ui_->actionAbout, &QAction::triggered, this, &MainWindow::ShowAbout);
   connect(ui_->actionSidePanel, &QAction::toggled, side_, &QWidget::setVisible);
@@ -162,6 +167,7 @@ void MainWindow::WireDisplay() {
   Part<QToolButton>(*this, "smallerTextButton")->setDefaultAction(&font_->Smaller());
   Part<QToolButton>(*this, "largerTextButton")->setDefaultAction(&font_->Larger());
   connect(traffic_, &TrafficPanel::clearRequested, this, [this] { frm_.controls.display.txtric.Clear(); });
+  hand_ = std::make_unique<HandInput>(frm_, traffic_->View(), *Part<QComboBox>(*this, "CBOSEND"));
   frm_.OnFocusDisplay = [this] { traffic_->View().setFocus(); };
   frm_.OnLinkChanged = [this] { ShowLink(); };
   ShowLink();

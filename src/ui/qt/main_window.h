@@ -18,7 +18,9 @@ class ConfigurationMenu;
 class DisplayFont;
 class ErrorPanel;
 class LayoutKeeper;
+class HandInput;
 class LinkRow;
+class SendFileRow;
 class SidePanel;
 class TrafficPanel;
 class WindowLayout;
@@ -59,6 +61,7 @@ class MainWindow : public QMainWindow {
   LinkRow* linkRow_;
   TrafficPanel* traffic_;
   ErrorPanel* errors_;
+  SendFileRow* fileRow_;
   SidePanel* side_;
   std::unique_ptr<Binder> binder_;
   std::unique_ptr<DisplayFont> font_;
@@ -66,6 +69,7 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<WindowLayout> layout_;  // once the window was shown as last
   std::unique_ptr<LayoutKeeper> keeper_;
   std::unique_ptr<Windows> windows_;
+  std::unique_ptr<HandInput> hand_;
 };
 
 }  // namespace quarlin

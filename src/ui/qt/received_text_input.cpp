@@ -22,8 +22,31 @@ namespace {
 
 constexpr int autoScrollPause = 50;  // ms between two steps
 
-bool IsCopyOrSelectAll(const QKeyEvent& event) {
-  return event.matches(QKeySequence::Copy) || event.matches(QKeySequence::SelectAll);
+// Where Ctrl+C is a code for the line, the clipboard has these keys.
+bool IsLineCopy(const QKeyEvent& event) {
+  return event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier) && event.key() == Qt::Key_C;
+}
+
+bool IsLinePaste(const QKeyEvent& event) {
+  return event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier) && event.key() == Qt::Key_V;
+}
+
+bool IsLineLeaving(const QKeyEvent& event) {
+  return event.modifiers().testFlag(Qt::ControlModifier) &&
+         (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab);
+}
+
+bool IsEditing(const QKeyEvent& event) {
+  return event.matches(QKeySequence::Copy) || event.matches(QKeySequence::Paste) ||
+         event.matches(QKeySequence::SelectAll);
+}
+
+// Ctrl+A is 1, Ctrl+[ is 27; nothing where Ctrl is not alone.
+std::optional<char> ControlCode(const QKeyEvent& event) {
+  if (event.modifiers() != Qt::ControlModifier) return std::nullopt;
+  if (event.key() == Qt::Key_Space) return '\0';
+  if (event.key() < Qt::Key_At || event.key() > Qt::Key_Underscore) return std::nullopt;
+  return static_cast<char>(event.key() - Qt::Key_At);
 }
 
 // Text that a key means, not a command: a third-level key may come as Ctrl and Alt together.
@@ -42,15 +65,35 @@ std::size_t ColumnIn(const Row& row, double cells) {
 
 // A key of ours that is also a shortcut of the window is ours while we have the focus.
 bool ReceivedTextView::event(QEvent* event) {
-  if (event->type() == QEvent::ShortcutOverride && IsCopyOrSelectAll(*static_cast<QKeyEvent*>(event))) {
+  if (event->type() == QEvent::ShortcutOverride && IsOurs(*static_cast<QKeyEvent*>(event))) {
     event->accept();
     return true;
   }
   return QAbstractScrollArea::event(event);
 }
 
+bool ReceivedTextView::IsOurs(const QKeyEvent& event) const {
+  if (IsLineCopy(event) || IsLinePaste(event)) return true;
+  return onLine_ ? ControlCode(event) || IsTyping(event) : IsEditing(event);
+}
+
+// The Tab key is a character of the line; Shift+Tab leaves.
+bool ReceivedTextView::focusNextPrevChild(bool next) {
+  return (!onLine_ || !next) && QAbstractScrollArea::focusNextPrevChild(next);
+}
+
 void ReceivedTextView::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) {
+  if (IsLineCopy(*event)) {
+    Copy();
+  } else if (IsLinePaste(*event)) {
+    emit pasteRequested();
+  } else if (IsLineLeaving(*event)) {
+    QAbstractScrollArea::focusNextPrevChild(event->key() == Qt::Key_Tab);
+  } else if (const auto code = ControlCode(*event); onLine_ && code) {
+    emit typed(QByteArray(1, *code));
+  } else if (event->matches(QKeySequence::Paste)) {
+    emit pasteRequested();
+  } else if (event->matches(QKeySequence::Copy)) {
     Copy();
   } else if (event->matches(QKeySequence::SelectAll)) {
     SelectAll();
@@ -70,11 +113,16 @@ void ReceivedTextView::inputMethodEvent(QInputMethodEvent* event) {
   if (!event->commitString().isEmpty()) Type(event->commitString());
 }
 
-void ReceivedTextView::Type(const QString& text) {
+QByteArray ReceivedTextView::BytesOfText(const QString& text) {
   QByteArray bytes;
   for (const char32_t character : text.toStdU32String()) {
     bytes += character > 0xFF ? '?' : static_cast<char>(character);
   }
+  return bytes;
+}
+
+void ReceivedTextView::Type(const QString& text) {
+  QByteArray bytes = BytesOfText(text);
   bytes.replace("\r\n", "\r").replace('\n', '\r');
   emit typed(bytes);
 }

@@ -73,15 +73,24 @@ class ReceivedTextView : public QAbstractScrollArea {
   void Copy();
   void CopyAsHex();
 
+  // While the keyboard is on the line, keys and their control codes are `typed`; Ctrl+Shift+C and V copy and
+  // paste, Ctrl+Tab and Shift+Tab leave.
+  void SetOnLine(bool onLine) { onLine_ = onLine; }
+
+  // A text of the desktop as bytes, what is none as "?".
+  static QByteArray BytesOfText(const QString& text);
+
  signals:
   void clearRequested();
   void typed(const QByteArray& text);  // keys that are text; Enter is "\r"
+  void pasteRequested();
   void pausedChanged(bool paused);
   void showsTimesChanged(bool shows);
   void hexViewChanged(bool hex);
 
  protected:
   bool event(QEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
   void changeEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -127,6 +136,7 @@ class ReceivedTextView : public QAbstractScrollArea {
   void AutoScroll();
   void EndDrag();
   void Type(const QString& text);
+  bool IsOurs(const QKeyEvent& event) const;
 
   DisplayText* display_ = nullptr;
   std::unique_ptr<RowPainter> painter_;
@@ -143,6 +153,7 @@ class ReceivedTextView : public QAbstractScrollArea {
   bool adjusting_ = false;    // the bars are being moved by us, not by the user
   bool adjustAgain_ = false;  // a bar came or went meanwhile
 
+  bool onLine_ = false;
   bool dragging_ = false;
   Unit dragUnit_ = Unit::Character;
   QPoint dragPoint_;
