@@ -10,8 +10,8 @@ constexpr std::string_view row = "\r\n";
 
 }  // namespace
 
-void Traffic::Received(std::string_view bytes) {
-  controls_.txtric.Append(bytes, TextKind::Received, colors::black);
+void Traffic::Received(std::string_view bytes, std::string_view shown) {
+  controls_.txtric.Append(shown, TextKind::Received, colors::black);
   logs_.WriteTraffic(bytes);
 }
 

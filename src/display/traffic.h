@@ -17,12 +17,15 @@ class Traffic {
       : loop_(loop), controls_(controls), logs_(logs) {}
 
   // Bytes of the wire, in their order: to LOG.TXT, and to the display in black and in blue.
-  void Received(std::string_view bytes);
+  void Received(std::string_view bytes) { Received(bytes, bytes); }
   void Sent(std::string_view bytes);
 
   // What went out by hand, byte for byte: keys, pastes, files. To LOG.TXT, and to the display with "Local
   // echo".
   void SentByHand(std::string_view bytes);
+
+  // Received bytes for which the display shows something else.
+  void Received(std::string_view bytes, std::string_view shown);
 
   // The line break that "Append Row" puts behind them. Received ones have it in the log, too.
   void AppendReceivedRow();

@@ -29,7 +29,11 @@ struct ReceiveControls : ControlGroup {
       *this,
       "chkStopif",
       {"Stop if found string", "Stop if found string", "Stop if found string", "Stop if found string"}};
+  CheckBox chkConvert{*this, "chkConvert", "Convert characters"};  // by Conversion.txt
+  OptionArray<2> optConvert{*this, "optConvert", {"Display only", "Checks, too"}, 0};
   CheckBox chkDialog{*this, "chkDialog", "Dialog.txt"};
+
+  bool ConvertsForChecks() const { return optConvert[1].Value(); }
 };
 
 }  // namespace quarlin

@@ -134,7 +134,7 @@ void ReceiveLoop::ShowPending() {
   const std::string_view fresh = std::string_view(assembler_.State().RxPending).substr(shownPending_);
   if (fresh.empty()) return;
   if (shownPending_ == 0 && assembler_.State().RxBuffer.empty() && !assembler_.Discarding()) StampPause();
-  parts_.traffic.Received(fresh);
+  parts_.traffic.Received(fresh, parts_.conversion.ForDisplay(fresh));
   shownPending_ += fresh.size();
 }
 
@@ -187,7 +187,8 @@ void ReceiveLoop::HandleArrival(Assembly assembly) {
 
 void ReceiveLoop::AnswerAsDialog(const std::string& text) {
   if (!parts_.controls.chkDialog.Checked()) return;
-  const std::string request(assembler_.StripRxTerminator(text));
+  std::string request(assembler_.StripRxTerminator(text));
+  parts_.conversion.ForChecks(request, 0);
   assembler_.Clear();
   Hooks.dialog(request);
 }
@@ -269,6 +270,7 @@ void ReceiveLoop::Handle(std::string text) {
   const bool late = parts_.exchange.BeginString(text, assembler_.FirstByte());
   parts_.counters.lblrxpersecond.SetCaption(DecimalText(RxIntervalSeconds()));
   if (parts_.controls.chkTimerDiff.Checked()) ShowTimeDifference();
+  ConvertForChecks(text);
   if (Hooks.scripting()) Hooks.receiveString(text);
   if (late) parts_.status.Mention("late answer");
   // A script, or somebody at a box, may have begun another run, of which this is no answer.
@@ -277,6 +279,11 @@ void ReceiveLoop::Handle(std::string text) {
   if (!runIsOver()) CheckChecksum(parsed.value_or(text));
   assembler_.Clear();
   parts_.exchange.EndString();
+}
+
+// Its terminator has been recognised, and those who look at the string expect it at its end.
+void ReceiveLoop::ConvertForChecks(std::string& text) {
+  parts_.conversion.ForChecks(text, text.size() - assembler_.StripRxTerminator(text).size());
 }
 
 float ReceiveLoop::RxIntervalSeconds() {

@@ -20,6 +20,7 @@
 #include "link/link.h"
 #include "macro/expander.h"
 #include "receive/assembler.h"
+#include "receive/character_conversion.h"
 #include "receive/parser.h"
 #include "receive/receive_controls.h"
 
@@ -34,6 +35,7 @@ struct ReceiveParts {
   Link& link;
   Expander& expander;
   Parser& parser;
+  CharacterConversion& conversion;
   Exchange& exchange;
   Traffic& traffic;
   StatusNote& status;
@@ -111,6 +113,7 @@ class ReceiveLoop {
   Assembly TakeArrival();
   void StampPause();
   void HandleArrival(Assembly assembly);
+  void ConvertForChecks(std::string& text);
   void AnswerAsDialog(const std::string& text);
   void CountErr(bool complete);
   void AwaitQuiet();

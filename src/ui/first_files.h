@@ -27,4 +27,12 @@ inline constexpr std::string_view sequence =
     "READ\n"
     "SN\n";
 
+// Code or range of codes, and the text for it.
+inline constexpr std::string_view conversion =
+    "002\t<STX>\n"
+    "003\t<ETX>\n"
+    "&H06\t<ACK>\n"
+    "&H15\t<NAK>\n"
+    "128-159\t.\n";
+
 }  // namespace quarlin::firstfiles

@@ -85,6 +85,7 @@ struct FrmMain::Modules {
             },
             around.random),
         parser(around.loop.Clocks()),
+        conversion(controls.receive, around.folder, status),
         record(around.loop.Clocks()),
         exchange(around.loop, controls.run, record),
         logs(around.loop, controls.display, around.folder,
@@ -100,7 +101,7 @@ struct FrmMain::Modules {
                 exchange}),
         errorRows(around.loop.Clocks(), record, controls.display.txtric),
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
-                 expander, parser, exchange, traffic, status}),
+                 expander, parser, conversion, exchange, traffic, status}),
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
         script({around.loop, controls.script, around.folder, prompts, around.engines, status,
                 [this](std::string_view text, Color color) { traffic.Append(text, color); }}),
@@ -120,6 +121,7 @@ struct FrmMain::Modules {
   Sequence sequence;
   Expander expander;
   Parser parser;
+  CharacterConversion conversion;
   RunRecord record;
   Exchange exchange;
   TrafficLogs logs;
@@ -390,6 +392,7 @@ void FrmMain::WireFiles() {
   folder.Follow(commandFile, [this] { Refill(modules_->commands); });
   folder.Follow(parserFile, [this] { Refill(modules_->parserFormats); });
   folder.Follow(Sequence::fileName, [this] { modules_->sequence.FileChanged(); });
+  folder.Follow(CharacterConversion::fileName, [this] { modules_->conversion.FileChanged(); });
 
   struct EditableFile {
     CommandButton& button;
@@ -401,6 +404,7 @@ void FrmMain::WireFiles() {
            {edit.cmdEditCommand, commandFile, std::string(firstfiles::commands)},
            {edit.cmdEditParser, parserFile, std::string(firstfiles::parserFormats)},
            {edit.cmdEditSequence, Sequence::fileName, std::string(firstfiles::sequence)},
+           {edit.cmdEditConversion, CharacterConversion::fileName, std::string(firstfiles::conversion)},
            {controls.test.cmdEditDialog, Dialog::tableName, CommentedFirstDialog()}}) {
     file.button.OnClick = [this, name = file.name, first = file.firstContent] { EditFile(name, first); };
   }

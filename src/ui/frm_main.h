@@ -61,6 +61,7 @@ struct EditControls : ControlGroup {
   CommandButton cmdEditCommand{*this, "cmdEditCommand", "Edit Command.txt"};
   CommandButton cmdEditParser{*this, "cmdEditParser", "Edit Parser.txt"};
   CommandButton cmdEditSequence{*this, "cmdEditSequence", "Edit sequence.txt"};
+  CommandButton cmdEditConversion{*this, "cmdEditConversion", "Edit Conversion.txt"};
 };
 
 // The groups of the window, in the order in which the configuration file holds them.

@@ -107,5 +107,32 @@ TEST_F(FilesRig, ASequenceBeginsAtTheChosenLineAndShowsItsPlace) {
   EXPECT_EQ(scale.Written().substr(12), "Y\r\n");
 }
 
+TEST_F(FilesRig, ConvertedCharactersAreForTheEyeOrForTheChecksAndNeverForTheLog) {
+  Start();
+  controls().display.chkLog.SetChecked(true);
+  controls().receive.chkConvert.SetChecked(true);
+  EXPECT_EQ(Note(), "there is no Conversion.txt yet: nothing is converted");
+  controls().edit.cmdEditConversion.Click();
+  TakeUp();
+  Save("Conversion.txt", "065\t<a>\n013\t<CR>\n000\t\nbad\tX\n");
+  Pass(StatusNote::shownAtLeast);
+  EXPECT_EQ(Note(), "Conversion.txt, line 4: bad is no code from 000 to 255");
+
+  Connect();
+  const std::string answer("A\0B\r\n", 5);
+  struct {
+    std::size_t choice;
+    std::string parsed;
+  } const rows[]{{0, answer}, {1, "<a>B\r\n"}};
+  for (const auto& row : rows) {
+    controls().receive.optConvert[row.choice].SetValue(true);
+    scale.Receive(answer);
+    Pass(100ms);
+    EXPECT_EQ(controls().receive.txtparser.Text(), row.parsed);
+    EXPECT_EQ(Shown().at(row.choice), "<a>B<CR>");
+  }
+  EXPECT_EQ(FileText("LOG.TXT"), answer + answer);
+}
+
 }  // namespace
 }  // namespace quarlin
