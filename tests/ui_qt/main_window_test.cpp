@@ -58,7 +58,7 @@ class SilentTextOpener : public TextOpener {
 struct Rig {
   Rig() {
     frm.Load("");
-    window.resize(1024, 700);
+    window.resize(1024, 680);
     window.show();
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
@@ -242,7 +242,7 @@ class MainWindowTest : public QObject {
     Rig rig;
     rig.frm.controls.test.cmdErr.Click();
     rig.OnEachTab([&](const QString& title) {
-      QCOMPARE(rig.window.size(), QSize(1024, 700));
+      QCOMPARE(rig.window.size(), QSize(1024, 680));
       for (const QWidget* widget : rig.window.findChildren<QWidget*>()) {
         const bool hasText = qobject_cast<const QLabel*>(widget) ||
                              qobject_cast<const QAbstractButton*>(widget) ||
