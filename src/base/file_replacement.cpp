@@ -39,6 +39,15 @@ std::error_code ErrorUnless(bool worked) {
   return worked ? std::error_code() : LastError();
 }
 
+std::error_code WritePieces(int descriptor, const FillFile& fill) {
+  std::error_code error;
+  fill([&](std::string_view piece) {
+    error = WriteAll(descriptor, piece);
+    return !error;
+  });
+  return error;
+}
+
 // A file beside the one that it is to replace, removed again unless it took the other's place.
 class Newcomer {
  public:
@@ -67,8 +76,8 @@ class Newcomer {
     return ErrorUnless(fchmod(handle_.Get(), other.st_mode & ALLPERMS) == 0);
   }
 
-  std::error_code Fill(std::string_view content) const {
-    if (const std::error_code error = WriteAll(handle_.Get(), content)) return error;
+  std::error_code Fill(const FillFile& fill) const {
+    if (const std::error_code error = WritePieces(handle_.Get(), fill)) return error;
     return ErrorUnless(fsync(handle_.Get()) == 0);
   }
 
@@ -127,29 +136,33 @@ std::error_code FileReplacement::ReadBehind(std::size_t position, std::string& c
   }
 }
 
-std::error_code FileReplacement::Write(std::string_view content) const {
+std::error_code FileReplacement::Write(const FillFile& fill) const {
   if (refusal_) return refusal_;
   const bool hasOtherNames = Exists() && status_.st_nlink > 1;
-  if (hasOtherNames) return WriteInPlace(content);
-  const std::error_code error = WriteBeside(content);
-  return Exists() && ForbidsReplacing(error) ? WriteInPlace(content) : error;
+  if (hasOtherNames) return WriteInPlace(fill);
+  const std::error_code error = WriteBeside(fill);
+  return Exists() && ForbidsReplacing(error) ? WriteInPlace(fill) : error;
 }
 
-std::error_code FileReplacement::WriteBeside(std::string_view content) const {
+std::error_code FileReplacement::WriteBeside(const FillFile& fill) const {
   Newcomer newcomer(FolderOf(file_));
   std::error_code error = newcomer.Make();
   if (!error && Exists()) error = newcomer.BelongLike(status_);
-  if (!error) error = newcomer.Fill(content);
+  if (!error) error = newcomer.Fill(fill);
   return error ? error : newcomer.TakePlaceOf(file_);
 }
 
-std::error_code FileReplacement::WriteInPlace(std::string_view content) const {
-  const auto size = static_cast<off_t>(content.size());
+std::error_code FileReplacement::WriteInPlace(const FillFile& fill) const {
+  off_t size = 0;
+  fill([&](std::string_view piece) {
+    size += static_cast<off_t>(piece.size());
+    return true;
+  });
   if (const int failure = size == 0 ? 0 : posix_fallocate(old_.Get(), 0, size)) {
     static_cast<void>(!ftruncate(old_.Get(), status_.st_size));  // it can only be too long
     return SystemError(failure);
   }
-  if (const std::error_code error = WriteAll(old_.Get(), content)) return error;
+  if (const std::error_code error = WritePieces(old_.Get(), fill)) return error;
   return ErrorUnless(ftruncate(old_.Get(), size) == 0 && fsync(old_.Get()) == 0);
 }
 

@@ -4,11 +4,13 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "base/file_handle.h"
+#include "base/files.h"
 
 namespace quarlin {
 
@@ -21,12 +23,12 @@ class FileReplacement {
   std::error_code ReadBehind(std::size_t position, std::string& content) const;
 
   // Once.
-  std::error_code Write(std::string_view content) const;
+  std::error_code Write(const FillFile& fill) const;
 
  private:
   bool Exists() const { return old_.Get() >= 0; }
-  std::error_code WriteBeside(std::string_view content) const;
-  std::error_code WriteInPlace(std::string_view content) const;
+  std::error_code WriteBeside(const FillFile& fill) const;
+  std::error_code WriteInPlace(const FillFile& fill) const;
 
   std::filesystem::path file_;
   struct stat status_ {};    // of the file that is there

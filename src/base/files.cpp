@@ -67,14 +67,18 @@ FileContent ReadFileUpTo(const fs::path& file, std::size_t most) {
 }
 
 std::error_code WriteWholeFile(const fs::path& file, std::string_view content) {
-  return FileReplacement(file).Write(content);
+  return WriteWholeFile(file, [content](const TakePiece& take) { take(content); });
+}
+
+std::error_code WriteWholeFile(const fs::path& file, const FillFile& fill) {
+  return FileReplacement(file).Write(fill);
 }
 
 std::error_code OverwriteFile(const fs::path& file, std::string_view content) {
   const FileReplacement replacement(file);
   std::string whole(content);
   if (const std::error_code error = replacement.ReadBehind(content.size(), whole)) return error;
-  return replacement.Write(whole);
+  return replacement.Write([&](const TakePiece& take) { take(whole); });
 }
 
 std::error_code AppendToFile(const fs::path& file, std::string_view content, std::size_t& written) {

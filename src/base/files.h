@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,6 +32,12 @@ FileContent ReadFileUpTo(const std::filesystem::path& file, std::size_t most);
 // and one that cannot be renamed over, because its folder takes no new file or something is mounted on it.
 // Room for the content is made first, so that a full disk still leaves it as it was; a power cut may not.
 std::error_code WriteWholeFile(const std::filesystem::path& file, std::string_view content);
+
+// The same for content that need not be in memory as a whole: `fill` hands its pieces to `take`, in order,
+// and stops where that returns false. It may be called twice, and then hands over the same again.
+using TakePiece = std::function<bool(std::string_view piece)>;
+using FillFile = std::function<void(const TakePiece& take)>;
+std::error_code WriteWholeFile(const std::filesystem::path& file, const FillFile& fill);
 
 // Puts `content` in the place of as many bytes at the beginning of the file, in the way of WriteWholeFile;
 // what stands behind them stays.

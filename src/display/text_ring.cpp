@@ -95,6 +95,12 @@ Source SourceOf(TextKind kind) {
   return Source::Own;
 }
 
+const ColorRun& TextLine::RunAt(std::size_t byte) const {
+  const auto after = std::upper_bound(runs.begin() + 1, runs.end(), byte,
+                                      [](std::size_t at, const ColorRun& run) { return at < run.begin; });
+  return *std::prev(after);
+}
+
 TextRing::TextRing(Limits limits)
     : limits_(Sound(limits)), bytes_(limits_.bytes), lines_(limits_.lines), colors_(MostColors(limits_)) {}
 

@@ -54,6 +54,7 @@ struct TextLine {
   std::vector<ColorRun> runs;  // at least one; the first begins at 0
 
   Source Whose() const { return SourceOf(runs.front().kind); }
+  const ColorRun& RunAt(std::size_t byte) const;
 };
 
 class TextRing {

@@ -47,9 +47,14 @@ struct ReceivedTextRig {
   int ScrollEnd() const { return view.verticalScrollBar()->maximum(); }
   void ScrollTo(int value) { view.verticalScrollBar()->setValue(value); }
 
-  // The left edge of a cell, counted from what is visible.
+  // How many cells of text a row has.
+  int Cells() const {
+    return (view.viewport()->width() - 2 * RowPainter::margin) / cells.CellWidth() - gutter;
+  }
+
+  // The left edge of a cell of the text, counted from what is visible.
   QPoint At(int row, int column) const {
-    return {RowPainter::margin + column * cells.CellWidth() + 1,
+    return {RowPainter::margin + (gutter + column) * cells.CellWidth() + 1,
             row * cells.RowHeight() + cells.RowHeight() / 2};
   }
 
@@ -101,6 +106,8 @@ struct ReceivedTextRig {
     }
     return count;
   }
+
+  static constexpr int gutter = 2;  // cells, without times
 
   VirtualLoop loop;
   DisplayControls display{loop};

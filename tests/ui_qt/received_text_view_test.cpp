@@ -1,21 +1,26 @@
 #include "ui/qt/received_text_view.h"
 
-#include <QAction>
 #include <QClipboard>
-#include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <algorithm>
 #include <memory>
+#include <string>
 #include <utility>
 
+#include "base/files.h"
+#include "display/line_times.h"
+#include "support/temp_folder.h"
 #include "ui_qt/received_text_rig.h"
 
 namespace quarlin {
 namespace {
+
+using namespace std::chrono_literals;
 
 constexpr int mostLines = 100'000;
 
@@ -175,39 +180,44 @@ class ReceivedTextViewTest : public QObject {
     rig->view.CopyAsHex();
     QCOMPARE(clipboard->text(), QString("41 1B E9 0D 0A\n42 43"));
 
-    rig->view.SetHexView(true);
-    QCOMPARE(rig->view.SelectedText(), QString());
-    rig->view.SelectAll();
-    QCOMPARE(rig->view.SelectedText(), QString::fromLatin1("41 1B E9 0D 0A  |A\x1B\xE9|\n42 43 0D  |BC|"));
-    rig->view.CopyAsHex();
-    QCOMPARE(clipboard->text(), QString("41 1B E9 0D 0A\n42 43 0D"));
+    rig->view.SetShowsCodes(true);  // what is selected stays so
+    rig->view.CopyAsShown();
+    QCOMPARE(clipboard->text(), QString("← A<ESC>é<CR><LF>\n← BC<CR>\n"));
   }
 
   void findShowsAndSelectsOneMatchAfterTheOther() {
     rig->AddLines(5000);
+    using enum SearchDirection;
     struct Step {
       const char* text;
-      bool backward;
+      SearchDirection direction;
       bool caseSensitive;
-      bool found;
-      const char* rowText;  // of the line that shows the match
+      const char* found;  // the line of the match
+      std::uint64_t number;
     };
     const Step steps[] = {
-        {"LINE 77", false, false, true, "line 77"},  // wraps from the end, where the view stood
-        {"LINE 77", false, false, true, "line 770"},   {"LINE 77", false, false, true, "line 771"},
-        {"LINE 77", true, false, true, "line 770"},    {"LINE 77", true, false, true, "line 77"},
-        {"LINE 77", true, false, true, "line 779"},    {"LINE 77", false, true, false, "line 779"},
-        {"line 7795", false, true, false, "line 779"}, {"", false, false, false, "line 779"},
-        {"\u20AC", false, false, false, "line 779"},   {"line 77", false, true, true, "line 77"},
-        {"line 778", false, true, true, "line 778"},  // typed on: begins at the present match
+        {"LINE 77", Forward, false, "line 77", 1},  // wraps from the end, where the view stood
+        {"LINE 77", Forward, false, "line 770", 2},
+        {"LINE 77", Forward, false, "line 771", 3},
+        {"LINE 77", Backward, false, "line 770", 2},
+        {"LINE 77", Backward, false, "line 77", 1},
+        {"LINE 77", Backward, false, "line 779", 11},
+        {"LINE 77", Forward, true, nullptr, 0},
+        {"line 7795", Forward, true, nullptr, 0},
+        {"", Forward, false, nullptr, 0},
+        {"line 77", Forward, true, "line 77", 1},
+        {"line 778", Forward, true, "line 778", 1},  // typed on: begins at the present match
     };
     for (const Step& step : steps) {
       const QString text = QString::fromUtf8(step.text);
-      QCOMPARE(rig->view.Find(text, step.backward, step.caseSensitive), step.found);
-      const QString line = QString::fromUtf8(step.rowText);
-      QCOMPARE(rig->view.SelectedText(), step.found ? text.toLower() : line.left(7));
-      const int row = line.mid(5).toInt() - rig->Scroll();
-      QVERIFY2(row >= 0 && row < rig->view.verticalScrollBar()->pageStep(), step.rowText);
+      rig->view.SetSearch({text, step.caseSensitive});
+      QCOMPARE(rig->view.FindNext(step.direction), step.found != nullptr);
+      if (step.found == nullptr) continue;
+      QCOMPARE(rig->view.SelectedText(), text.toLower());
+      QTRY_VERIFY(rig->view.Search().counted);
+      QCOMPARE(rig->view.Search().number, step.number);
+      const int row = QString(step.found).mid(5).toInt() - rig->Scroll();
+      QVERIFY2(row >= 0 && row < rig->view.verticalScrollBar()->pageStep(), step.found);
       QVERIFY(!rig->view.Following());
     }
   }
@@ -216,7 +226,8 @@ class ReceivedTextViewTest : public QObject {
     rig->Add(std::string(300, '.') + "needle" + std::string(300, '.'));
     rig->view.Refresh();
     QVERIFY(rig->view.horizontalScrollBar()->isVisible());
-    QVERIFY(rig->view.Find("NEEDLE", false, false));
+    rig->view.SetSearch({"NEEDLE"});
+    QVERIFY(rig->view.FindNext(SearchDirection::Forward));
     const int first = rig->view.horizontalScrollBar()->value();
     QVERIFY(first <= 300 && first + rig->view.horizontalScrollBar()->pageStep() >= 306);
     QVERIFY(rig->Pixels(QColor(0, 120, 0)) > 0);
@@ -272,7 +283,8 @@ class ReceivedTextViewTest : public QObject {
     QCOMPARE(rig->Pixels(Qt::black), 0);
     QCOMPARE(rig->ScrollEnd(), 0);
     QVERIFY(!rig->view.horizontalScrollBar()->isVisible());
-    QVERIFY(!rig->view.Find("line", false, false));
+    rig->view.SetSearch({"line"});
+    QVERIFY(!rig->view.FindNext(SearchDirection::Forward));
     rig->Drag(rig->At(0, 0), rig->At(3, 3));
     QCOMPARE(rig->view.SelectedText(), QString());
     rig->AddLines(100);
@@ -293,18 +305,104 @@ class ReceivedTextViewTest : public QObject {
     QCOMPARE(all, QByteArray("a\r\xE9?"));
   }
 
-  void theMenuClearsAndSwitches() {
-    QSignalSpy cleared(&rig->view, &ReceivedTextView::clearRequested);
-    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint(5, 5));
-    QCoreApplication::sendEvent(rig->view.viewport(), &event);
-    auto* menu = rig->view.findChild<QMenu*>();
-    QVERIFY(menu != nullptr);
-    for (QAction* action : menu->actions()) {
-      if (action->text() == "C&lear" || action->isCheckable()) action->trigger();
+  // Long lines in several rows: scrolling goes by rows, the line at the top stays, and all of it is there.
+  void wrapsLongLines() {
+    const std::size_t cells = static_cast<std::size_t>(rig->Cells());
+    for (int i = 0; i < 100; ++i)
+      rig->Add(std::string(2 * cells + 1, static_cast<char>('A' + i % 26)) + "\r\n");
+    rig->view.Refresh();
+    rig->ScrollTo(10);
+    rig->view.SetWraps(true);
+    QCOMPARE(rig->Scroll(), 30);
+    QCOMPARE(rig->ScrollEnd(), 300 - static_cast<int>(rig->view.verticalScrollBar()->pageStep()));
+    QVERIFY(!rig->view.horizontalScrollBar()->isVisible());
+    QCOMPARE(rig->LineInRow(2), QString(static_cast<int>(2 * cells + 1), 'K'));
+    rig->Drag(rig->At(2, 0), rig->At(3, 2));
+    QCOMPARE(rig->view.SelectedText(), QString("K\nLL"));
+    rig->view.resize(rig->view.width() * 2, rig->view.height());
+    QCOMPARE(rig->LineInRow(0).at(0), QChar('K'));
+    rig->view.SetWraps(false);
+    QCOMPARE(rig->Scroll(), 10);
+  }
+
+  // An error with the exchange that it is about; what comes later joins it.
+  void showsErrorsOnlyWithTheirExchanges() {
+    const auto exchange = [&](int number, bool fails) {
+      rig->Add("READ " + std::to_string(number) + "\r\n", TextKind::Sent);
+      rig->Add("12.5\r\n");
+      if (fails) rig->Add("ERROR CHECKSUM\r\n", TextKind::Error, colors::red);
+    };
+    for (int i = 0; i < 100; ++i) exchange(i, i % 50 == 7);
+    rig->view.SetErrorsOnly(true);
+    QCOMPARE(rig->LineInRow(0), QString("READ 7"));
+    QCOMPARE(rig->LineInRow(3), QString("READ 57"));
+    QCOMPARE(rig->LineInRow(5), QString("ERROR CHECKSUM"));
+    exchange(100, false);
+    exchange(101, true);
+    rig->view.Refresh();
+    QCOMPARE(rig->LineInRow(6), QString("READ 101"));
+
+    QVERIFY(rig->view.ShowLine(20));  // not among them
+    QVERIFY(!rig->view.ErrorsOnly());
+    QCOMPARE(rig->view.SelectedText(), QString("12.5"));
+    QVERIFY(!rig->view.ShowLine(1'000'000));
+  }
+
+  void showsTheLineOfATime() {
+    rig->loop.SetLocal(std::chrono::local_days(std::chrono::year(2026) / 2 / 3) + 19h);
+    for (int i = 0; i < 100; ++i) {
+      rig->AddLines(1);
+      rig->loop.Pass(10s);
     }
-    menu->close();
-    QCOMPARE(cleared.count(), 1);
-    QVERIFY(rig->view.Paused() && rig->view.ShowsTimes() && rig->view.HexView());
+    struct Case {
+      const char* time;
+      const char* line;  // none: not kept
+    };
+    const Case cases[] = {{"19:00:00", "line 0"},  {"19:05:14.9", "line 31"}, {"19:05:15.1", "line 32"},
+                          {"19:16:30", "line 99"}, {"19:16:31", nullptr},     {"18:59:59", nullptr}};
+    for (const Case& row : cases) {
+      QCOMPARE(rig->view.ShowTime(*TimeOfDay(row.time)), row.line != nullptr);
+      if (row.line != nullptr) QCOMPARE(rig->view.SelectedText(), QString(row.line));
+    }
+    for (const char* text : {"", "19", "24:00", "19:60", "19:00:00.", "19:00:61", "19:00x"}) {
+      QVERIFY2(!TimeOfDay(text), text);
+    }
+  }
+
+  void savesWhatItShows() {
+    TempFolder folder;
+    const auto file = folder.Path() / "display.txt";
+    rig->AddLines(20'000);
+    std::uint64_t lines = 0;
+    QVERIFY(!rig->view.Save(file, lines));
+    QCOMPARE(lines, 20'000U);
+    const std::string text = *ReadWholeFile(file);
+    QVERIFY(text.starts_with("← line 0\n← line 1\n"));
+    QVERIFY(text.ends_with("← line 19999\n"));
+    QCOMPARE(std::count(text.begin(), text.end(), '\n'), 20'000);
+    QVERIFY(rig->view.Save(folder.Path(), lines));
+  }
+
+  // 100,000 lines: what a click or a key asks for is there at once.
+  void isQuickWithAFullDisplay() {
+    for (int i = 0; i < mostLines; ++i)
+      rig->Add("ST,GS,+00012.345 kg and more of it " + std::to_string(i) + "\r\n");
+    rig->view.Refresh();
+    const auto taken = [](auto action) {
+      QElapsedTimer timer;
+      timer.start();
+      action();
+      return timer.elapsed();
+    };
+    rig->view.SetSearch({"nowhere"});
+    const qint64 search = taken([&] { rig->view.FindNext(SearchDirection::Forward); });
+    qint64 slowest = 0;
+    for (const auto set : {&ReceivedTextView::SetWraps, &ReceivedTextView::SetShowsCodes,
+                           &ReceivedTextView::SetHexView, &ReceivedTextView::SetErrorsOnly}) {
+      slowest = std::max(slowest, taken([&] { (rig->view.*set)(true); }));
+    }
+    qInfo("find %lld ms, slowest view %lld ms", search, slowest);
+    QVERIFY(search < 1000 && slowest < 2000);  // ten times what is wanted: the machine may be busy
   }
 
  private:

@@ -1,5 +1,6 @@
 #include "ui/qt/glyph_table.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QGlyphRun>
 #include <QTextLayout>
@@ -43,20 +44,19 @@ int WholeCell(double advance) {
 
 }  // namespace
 
-GlyphTable::GlyphTable(const QFont& font) {
+GlyphTable::GlyphTable(const QFont& font) : fixedPitch_(QFontInfo(font).fixedPitch()) {
   const QFontMetricsF metrics(font);
   cellWidth_ = WholeCell(metrics.horizontalAdvance(QLatin1Char('M')));
   ascent_ = static_cast<int>(std::ceil(metrics.ascent()));
   rowHeight_ = ascent_ + static_cast<int>(std::ceil(metrics.descent())) + 1;
   fonts_.push_back(QRawFont::fromFont(font));
-  for (unsigned code = 0; code < characters_.size(); ++code) {
+  for (unsigned code = 0; code < firstSign; ++code) {
     IsControl(code) ? AddControl(font, code) : AddPrintable(font, code);
   }
-}
-
-std::span<const GlyphTable::Mark> GlyphTable::Marks(char character) const {
-  const Character& found = characters_[static_cast<unsigned char>(character)];
-  return {found.marks.data(), found.count};
+  constexpr std::array<char16_t, signs> signCharacters{u'\u2192', u'\u2190', u'\u21B5'};
+  for (unsigned sign = 0; sign < signs; ++sign) {
+    AddCentred(firstSign + sign, QString(QChar(signCharacters[sign])), font);
+  }
 }
 
 void GlyphTable::AddPrintable(const QFont& font, unsigned code) {
@@ -65,7 +65,8 @@ void GlyphTable::AddPrintable(const QFont& font, unsigned code) {
   const QChar character(code);
   quint32 glyph = 0;
   int count = 1;
-  const bool known = fonts_.front().glyphIndexesForChars(&character, 1, &glyph, &count) && glyph != 0;
+  const bool known =
+      fixedPitch_ && fonts_.front().glyphIndexesForChars(&character, 1, &glyph, &count) && glyph != 0;
   known ? AddMark(code, fonts_.front(), glyph, {}) : AddCentred(code, QString(character), font);
 }
 

@@ -1,6 +1,7 @@
 // The shapes of the 256 characters in one font, looked up once, so that painting a row is placing glyphs
 // and no text is laid out again. A control character has the small picture of its name, or, where no
-// font has those, two small letters in a falling line: C over R for the carriage return.
+// font has those, two small letters in a falling line: C over R for the carriage return. In a font of any
+// pitch each character has the middle of a cell of the same width.
 #pragma once
 
 #include <QFont>
@@ -24,6 +25,9 @@ class GlyphTable {
     QPointF offset;
   };
 
+  // Signs that are no characters of the text.
+  enum class Sign : std::uint8_t { Sent, Received, Break };
+
   explicit GlyphTable(const QFont& font);
 
   int CellWidth() const { return cellWidth_; }  // logical pixels
@@ -31,7 +35,8 @@ class GlyphTable {
   int Ascent() const { return ascent_; }
 
   // None for a blank.
-  std::span<const Mark> Marks(char character) const;
+  std::span<const Mark> Marks(char character) const { return MarksOf(static_cast<unsigned char>(character)); }
+  std::span<const Mark> Marks(Sign sign) const { return MarksOf(firstSign + static_cast<unsigned>(sign)); }
   const QRawFont& FontOf(std::uint32_t font) const { return fonts_[font]; }
 
  private:
@@ -40,6 +45,12 @@ class GlyphTable {
     std::size_t count = 0;
   };
 
+  static constexpr unsigned firstSign = 256;
+  static constexpr std::size_t signs = 3;
+
+  std::span<const Mark> MarksOf(unsigned code) const {
+    return {characters_[code].marks.data(), characters_[code].count};
+  }
   void AddPrintable(const QFont& font, unsigned code);
   void AddControl(const QFont& font, unsigned code);
   void AddShaped(unsigned code, const QString& text, const QFont& font, QPointF offset);
@@ -50,7 +61,8 @@ class GlyphTable {
   int rowHeight_;
   int ascent_;
   std::vector<QRawFont> fonts_;
-  std::array<Character, 256> characters_;
+  std::array<Character, firstSign + signs> characters_;
+  bool fixedPitch_;
 };
 
 // Glyphs waiting to be drawn, gathered by colour, so that a whole view takes a few calls.

@@ -137,6 +137,9 @@ void MainWindow::FillMenus() {
   ui_->menuView->insertActions(ui_->actionErrorList, font_->Actions());
   ui_->menuView->insertSeparator(ui_->actionErrorList);
   ui_->menuEdit->addActions(traffic_->FindActions());
+  ui_->menuEdit->addSeparator();
+  ui_->menuEdit->addActions(traffic_->CopyActions());
+  ui_->menuFile->insertAction(ui_->actionReport, traffic_->SaveAction());
   AddMirrors(*this);
   ui_->menuSend->insertAction(ui_->menuSend->actions().first(), ui_->actionCommand);
 }
@@ -168,6 +171,8 @@ void MainWindow::WireDisplay() {
   Part<QToolButton>(*this, "largerTextButton")->setDefaultAction(&font_->Larger());
   connect(traffic_, &TrafficPanel::clearRequested, this, [this] { frm_.controls.display.txtric.Clear(); });
   hand_ = std::make_unique<HandInput>(frm_, traffic_->View(), *Part<QComboBox>(*this, "CBOSEND"));
+  connect(traffic_, &TrafficPanel::told, this,
+          [this](const QString& words) { frm_.Status().Say(BytesOf(words)); });
   frm_.OnFocusDisplay = [this] { traffic_->View().setFocus(); };
   frm_.OnLinkChanged = [this] { ShowLink(); };
   ShowLink();

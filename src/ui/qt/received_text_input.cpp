@@ -56,11 +56,6 @@ bool IsTyping(const QKeyEvent& event) {
          (commands == Qt::NoModifier || commands == (Qt::ControlModifier | Qt::AltModifier));
 }
 
-// The part of a row that a coordinate of the pointer hits, with what lies left of the text at 0.
-std::size_t ColumnIn(const Row& row, double cells) {
-  return static_cast<std::size_t>(std::clamp(cells, 0.0, static_cast<double>(row.Length())));
-}
-
 }  // namespace
 
 // A key of ours that is also a shortcut of the window is ours while we have the focus.
@@ -139,30 +134,26 @@ void ReceivedTextView::focusOutEvent(QFocusEvent* event) {
 
 // Above the text is its first line, below it the end of its last; nothing only for an empty display.
 std::optional<ReceivedTextView::Hit> ReceivedTextView::HitAt(QPoint point) const {
-  if (Ring() == nullptr || Ring()->FirstLine() == Ring()->EndLine()) return std::nullopt;
-  const auto first = static_cast<std::int64_t>(Ring()->FirstLine());
-  const auto last = static_cast<std::int64_t>(Ring()->EndLine()) - 1;
-  const int rowHeight = painter_->RowHeight();
-  const int rows = point.y() >= 0 ? point.y() / rowHeight : -1;
+  if (Ring() == nullptr || map_.FirstRow() == map_.EndRow()) return std::nullopt;
+  const int rows = point.y() >= 0 ? point.y() / painter_->RowHeight() : -1;
   const std::int64_t wanted = static_cast<std::int64_t>(top_) + rows;
-  const auto line = static_cast<std::uint64_t>(std::clamp(wanted, first, last));
-  const Row row = RowOf(line);
-  if (wanted > last) return Hit{{line, row.Length()}, {line, row.Length()}};
-  const double cells = horizontalScrollBar()->value() +
-                       static_cast<double>(point.x() - RowPainter::margin) / painter_->CellWidth();
-  return Hit{{line, ColumnIn(row, std::round(cells))}, {line, ColumnIn(row, std::floor(cells))}};
+  const RowPlace place = map_.PlaceOf(static_cast<std::uint64_t>(std::max<std::int64_t>(wanted, 0)));
+  const TextLine line = Ring()->Line(place.line);
+  if (wanted >= static_cast<std::int64_t>(map_.EndRow())) {
+    return Hit{{place.line, line.visible}, {place.line, line.visible}};
+  }
+  const double cells =
+      horizontalScrollBar()->value() + static_cast<double>(point.x() - TextLeft()) / painter_->CellWidth();
+  const LineRows laid(line, format_);
+  return Hit{{place.line, laid.EdgeAt(place.row, cells)}, {place.line, laid.ByteAt(place.row, cells)}};
 }
 
 TextSpan ReceivedTextView::UnitAt(const Hit& hit) const {
-  switch (dragUnit_) {
-    case Unit::Word:
-      return WordAt(RowOf(hit.cell.line), hit.cell);
-    case Unit::Line:
-      return {{hit.cell.line, 0}, {hit.cell.line, RowOf(hit.cell.line).Length()}};
-    case Unit::Character:
-      break;
-  }
-  return {hit.edge, hit.edge};
+  if (dragUnit_ == Unit::Character) return {hit.edge, hit.edge};
+  const std::uint64_t number = hit.byte.line;
+  const TextLine line = Ring()->Line(number);
+  if (dragUnit_ == Unit::Line) return {{number, 0}, {number, line.visible}};
+  return WordAt(std::string_view(line.text).substr(0, line.visible), hit.byte);
 }
 
 void ReceivedTextView::StartSelection(QPoint point, Unit unit) {
@@ -234,8 +225,13 @@ void ReceivedTextView::EndDrag() {
 }
 
 void ReceivedTextView::timerEvent(QTimerEvent* event) {
-  if (event->timerId() != autoScroll_.timerId()) return QAbstractScrollArea::timerEvent(event);
-  AutoScroll();
+  if (event->timerId() == autoScroll_.timerId()) {
+    AutoScroll();
+  } else if (event->timerId() == countOn_.timerId()) {
+    CountMatches();
+  } else {
+    QAbstractScrollArea::timerEvent(event);
+  }
 }
 
 // The farther outside the pointer is, the faster.
@@ -255,21 +251,12 @@ void ReceivedTextView::contextMenuEvent(QContextMenuEvent* event) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const auto add = [&](const QString& text, auto action) { return menu->addAction(text, this, action); };
-  const auto addSwitch = [&](const QString& text, bool on, void (ReceivedTextView::*set)(bool)) {
-    QAction* action = menu->addAction(text);
-    action->setCheckable(true);
-    action->setChecked(on);
-    connect(action, &QAction::toggled, this, set);
-  };
   add(tr("&Copy"), &ReceivedTextView::Copy)->setEnabled(!selection_.Empty());
-  add(tr("Copy as &hex"), &ReceivedTextView::CopyAsHex)->setEnabled(!selection_.Empty());
+  add(tr("Copy as sho&wn"), &ReceivedTextView::CopyAsShown)->setEnabled(!selection_.Empty());
+  add(tr("Copy &bytes as hex"), &ReceivedTextView::CopyAsHex)->setEnabled(!selection_.Empty());
   add(tr("Select &all"), &ReceivedTextView::SelectAll);
   menu->addSeparator();
-  add(tr("C&lear"), &ReceivedTextView::clearRequested);
-  menu->addSeparator();
-  addSwitch(tr("&Pause"), paused_, &ReceivedTextView::SetPaused);
-  addSwitch(tr("&Time stamps"), format_.times, &ReceivedTextView::SetShowsTimes);
-  addSwitch(tr("He&x view"), format_.hex, &ReceivedTextView::SetHexView);
+  menu->addActions(actions());
   menu->popup(event->globalPos());
 }
 

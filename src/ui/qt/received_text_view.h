@@ -1,6 +1,6 @@
-// The received-text display: a window onto the control's ring of lines. It paints the lines that are
-// visible and keeps no text of its own, so what scrolls by unseen costs nothing and switching the view
-// converts nothing.
+// The received-text display: a window onto the control's ring of lines. It paints the rows that are visible
+// and keeps no text of its own, so what scrolls by unseen costs nothing and switching the view converts
+// nothing. To the left of the text a gutter tells the time and the direction of each line.
 //
 // While its end is visible the view follows the traffic; scrolled up, or paused, it stays on its lines
 // until they leave the ring, and a strip below says how to get back.
@@ -12,11 +12,16 @@
 #include <QPoint>
 #include <QString>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <system_error>
+#include <vector>
 
 #include "display/display_controls.h"
+#include "display/row_map.h"
 #include "ui/qt/row_text.h"
+#include "ui/qt/text_search.h"
 #include "ui/qt/text_selection.h"
 
 class QPushButton;
@@ -45,13 +50,20 @@ class ReceivedTextView : public QAbstractScrollArea {
   // What an empty display says, in the middle; may be empty.
   void SetHint(const QString& hint);
 
-  // Time stamps before the lines, lines as hex pairs, pictures for the line ends. Each drops the selection.
-  bool ShowsTimes() const { return format_.times; }
-  void SetShowsTimes(bool shows);
-  bool HexView() const { return format_.hex; }
+  // What stands in the time column, lines as hex, control codes by their names, long lines in several rows.
+  // The lines in view stay in view, and what is selected stays selected.
+  TimeColumn Times() const { return times_; }
+  void SetTimes(TimeColumn times);
+  bool HexView() const { return hex_; }
   void SetHexView(bool hex);
-  bool ShowsLineEnds() const { return format_.lineEnds; }
-  void SetShowsLineEnds(bool shows);
+  bool ShowsCodes() const { return codes_; }
+  void SetShowsCodes(bool shows);
+  bool Wraps() const { return wraps_; }
+  void SetWraps(bool wraps);
+
+  // Only lines that tell errors, each with the exchange before it.
+  bool ErrorsOnly() const { return errorsOnly_; }
+  void SetErrorsOnly(bool only);
 
   // Any font, from the next frame on. Each character has a cell of its own, so columns stay straight in a
   // proportional font, too.
@@ -60,18 +72,46 @@ class ReceivedTextView : public QAbstractScrollArea {
   bool Following() const { return following_ && !paused_; }
   void JumpToEnd();  // ends a pause, too
 
-  // Brings a line of the ring into view, selected, and stops following. False when the ring does not keep it.
+  // Brings a line of the ring into view, selected, and stops following; where only errors are shown and it is
+  // none of them, all lines are shown again. False when the ring does not keep it.
   bool ShowLine(std::uint64_t line);
 
-  // Looks through the kept lines as they are shown, from the selection (else from the visible lines) on
-  // and round the end; selects and shows the next place that matches. False when there is none.
-  bool Find(const QString& text, bool backward, bool caseSensitive);
+  // The same for the line that came nearest to a time of day. False when none is kept from then.
+  bool ShowTime(Duration timeOfDay);
+
+  struct TimeRange {
+    QString first;
+    QString last;
+  };
+  // The times of the first and the last kept line, "19:04:14.776"; nothing for an empty display.
+  std::optional<TimeRange> KeptTimes() const;
+
+  // What is looked for from now on: its places are marked, and counted while the window lives on.
+  void SetSearch(const TextQuery& query);
+
+  // Goes from the selection (else from the visible lines) on and round the end; selects and shows the next
+  // place that matches. False when there is none.
+  bool FindNext(SearchDirection direction);
+
+  struct SearchState {
+    QString error;             // why nothing can be found, for the user
+    std::uint64_t count = 0;   // places in the kept lines
+    std::uint64_t number = 0;  // of the one that is selected, from 1; 0 for none
+    bool counted = true;       // all lines have been looked at
+    bool operator==(const SearchState&) const = default;
+  };
+  const SearchState& Search() const { return search_; }
 
   // The selection as text: control characters as they are, line ends as "\n". Empty without one.
   QString SelectedText() const;
   void SelectAll();
   void Copy();
-  void CopyAsHex();
+  void CopyAsShown();  // the whole lines that it touches, with time, direction and the names of codes
+  void CopyAsHex();    // bytes of the wire only
+
+  // Writes all lines, only those with errors where only they are shown, as they are shown, in UTF-8. The file
+  // is replaced as a whole or left as it was; `lines` counts what was written.
+  std::error_code Save(const std::filesystem::path& file, std::uint64_t& lines) const;
 
   // While the keyboard is on the line, keys and their control codes are `typed`; Ctrl+Shift+C and V copy and
   // paste, Ctrl+Tab and Shift+Tab leave.
@@ -85,8 +125,10 @@ class ReceivedTextView : public QAbstractScrollArea {
   void typed(const QByteArray& text);  // keys that are text; Enter is "\r"
   void pasteRequested();
   void pausedChanged(bool paused);
-  void showsTimesChanged(bool shows);
+  void timesChanged(TimeColumn times);
   void hexViewChanged(bool hex);
+  void errorsOnlyChanged(bool only);
+  void searchChanged();
 
  protected:
   bool event(QEvent* event) override;
@@ -110,12 +152,14 @@ class ReceivedTextView : public QAbstractScrollArea {
   enum class Unit { Character, Word, Line };  // what a drag selects by
 
   struct Hit {
-    TextPosition edge;  // the nearest edge between two cells
-    TextPosition cell;  // the cell itself
+    TextPosition edge;  // the nearest edge between two bytes
+    TextPosition byte;  // the byte itself
   };
 
   const TextRing* Ring() const { return display_ == nullptr ? nullptr : &display_->Ring(); }
-  Row RowOf(std::uint64_t line) const { return Row(display_->Ring().Line(line), format_); }
+  std::optional<LocalTime> TimeBefore(std::uint64_t line) const;
+  bool IsShown(std::uint64_t line) const { return map_.RowOf(line) != map_.RowOf(line + 1); }
+  QString ShownText(std::uint64_t line) const;
 
   void PaintHint(QPainter& painter);
   void AdjustBars();
@@ -124,10 +168,20 @@ class ReceivedTextView : public QAbstractScrollArea {
   void SetFollowing(bool following);
   void UpdateStrip();
   void PlaceStrip();
-  void SetFormat(RowFormat format);
+  void LayRows();
+  void LayWhenWidthChanged();
+  RowFormat FormatForWidth() const;
+  void PaintRows(QPainter& painter, std::uint64_t first, std::uint64_t end);
+  void PaintLine(QPainter& painter, const LineRows& rows, RowPlace place, std::uint64_t row);
+  std::size_t WidestOf(std::uint64_t first, std::uint64_t end);
+  void ScrollSideways(int begin, int end);
   void MakeVisible(const TextSpan& span);
   std::uint64_t VisibleRows() const;  // that are whole, at least 1
-  int VisibleColumns() const;
+  std::size_t TimeCells() const;
+  int TextLeft() const;
+  std::size_t VisibleCells() const;  // of the text
+  void CountMatches();
+  void ShowSearch(SearchState state);
 
   std::optional<Hit> HitAt(QPoint point) const;
   TextSpan UnitAt(const Hit& hit) const;
@@ -142,12 +196,25 @@ class ReceivedTextView : public QAbstractScrollArea {
   std::unique_ptr<RowPainter> painter_;
   QPushButton* strip_;
   QString hint_;
-  RowFormat format_;
+  TimeColumn times_ = TimeColumn::Off;
+  bool hex_ = false;
+  bool codes_ = false;
+  bool wraps_ = false;
+  bool errorsOnly_ = false;
+  RowFormat format_;  // what follows from these and the width
+  RowMap map_;
   TextSelection selection_;
 
-  std::uint64_t top_ = 0;       // the line in the first row
-  std::uint64_t barFirst_ = 0;  // the line for which the scroll bar stands at 0
-  std::uint64_t shownEnd_ = 0;  // the ring's end when the view was last brought up to date
+  TextLine read_;  // memory that is used again, as matches_ is
+  std::vector<ByteRange> matches_;
+  TextMatcher matcher_;
+  MatchCount matchCount_;
+  SearchState search_;
+  QBasicTimer countOn_;  // while lines are left to be looked at
+
+  std::uint64_t top_ = 0;       // the first row
+  std::uint64_t barFirst_ = 0;  // the row for which the scroll bar stands at 0
+  std::uint64_t shownEnd_ = 0;  // behind the last row when the view was last brought up to date
   bool following_ = true;
   bool paused_ = false;
   bool adjusting_ = false;    // the bars are being moved by us, not by the user

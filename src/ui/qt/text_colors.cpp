@@ -50,6 +50,7 @@ QColor ReadableColor(Color color, const QColor& base) {
 TextColors::TextColors(const QPalette& palette)
     : base_(palette.color(QPalette::Base)),
       text_(ShadesOf(palette.color(QPalette::Text), base_)),
+      found_(Mixed(QColor(255, 200, 0), base_, 0.4).rgb()),
       highlight_(palette.color(QPalette::Highlight).rgb()),
       highlightedText_(palette.color(QPalette::HighlightedText).rgb()) {}
 

@@ -25,12 +25,14 @@ class TextColors {
   const Shades& Of(Color color);
 
   QRgb Dimmed() const { return text_.dimmed; }  // time stamps, bars
+  QRgb Found() const { return found_; }         // behind what a search finds
   QRgb Highlight() const { return highlight_; }
   QRgb HighlightedText() const { return highlightedText_; }
 
  private:
   QColor base_;
   Shades text_;
+  QRgb found_ = 0;
   QRgb highlight_ = 0;
   QRgb highlightedText_ = 0;
   std::vector<std::pair<Color, Shades>> known_;  // some seven in all

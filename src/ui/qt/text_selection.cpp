@@ -18,14 +18,16 @@ CharClass ClassOf(char cell) {
   return code == ' ' || code == '\t' ? CharClass::Blank : CharClass::Other;
 }
 
-// Hands each selected row with its selected cells to `take`, lines in order.
+// Hands each selected line with its selected bytes to `take`, lines in order.
 template <typename Take>
-void ForEachRow(const TextRing& ring, RowFormat format, const TextSelection& selection, Take take) {
+void ForEachLine(const TextRing& ring, const TextSelection& selection, Take take) {
   if (selection.Empty()) return;
   const std::uint64_t first = std::max(selection.Span().begin.line, ring.FirstLine());
   const std::uint64_t end = std::min(selection.Span().end.line + 1, ring.EndLine());
-  for (std::uint64_t line = first; line < end; ++line) {
-    take(Row(ring.Line(line), format), selection.CellsOf(line), line == first);
+  TextLine line;
+  for (std::uint64_t number = first; number < end; ++number) {
+    ring.Read(number, line);
+    take(line, selection.BytesOf(number));
   }
 }
 
@@ -53,46 +55,49 @@ void TextSelection::KeepFrom(std::uint64_t firstLine) {
   if (origin_) clamp(*origin_);
 }
 
-TextSelection::Cells TextSelection::CellsOf(std::uint64_t line) const {
+ByteRange TextSelection::BytesOf(std::uint64_t line) const {
   if (Empty() || line < span_.begin.line || line > span_.end.line) return {};
-  return {line == span_.begin.line ? span_.begin.column : 0,
-          line == span_.end.line ? span_.end.column : Row::throughLineEnd};
+  return {line == span_.begin.line ? span_.begin.byte : 0,
+          line == span_.end.line ? span_.end.byte : ByteRange::throughLineEnd};
 }
 
-TextSpan WordAt(const Row& row, TextPosition cell) {
-  const std::string& cells = row.Cells();
-  if (cells.empty()) return {cell, cell};
-  const std::size_t hit = std::min(cell.column, cells.size() - 1);
+TextSpan WordAt(std::string_view text, TextPosition byte) {
+  if (text.empty()) return {byte, byte};
+  const std::size_t hit = std::min(byte.byte, text.size() - 1);
   std::size_t begin = hit;
   std::size_t end = hit + 1;
-  while (begin > 0 && ClassOf(cells[begin - 1]) == ClassOf(cells[hit])) --begin;
-  while (end < cells.size() && ClassOf(cells[end]) == ClassOf(cells[hit])) ++end;
-  return {{cell.line, begin}, {cell.line, end}};
+  while (begin > 0 && ClassOf(text[begin - 1]) == ClassOf(text[hit])) --begin;
+  while (end < text.size() && ClassOf(text[end]) == ClassOf(text[hit])) ++end;
+  return {{byte.line, begin}, {byte.line, end}};
 }
 
-TextSpan WholeText(const TextRing& ring, RowFormat format) {
+TextSpan WholeText(const TextRing& ring) {
   const TextPosition begin{ring.FirstLine(), 0};
   if (ring.FirstLine() == ring.EndLine()) return {begin, begin};
   const std::uint64_t last = ring.EndLine() - 1;
-  return {begin, {last, Row(ring.Line(last), format).Length()}};
+  return {begin, {last, ring.Line(last).visible}};
 }
 
-std::string SelectedText(const TextRing& ring, RowFormat format, const TextSelection& selection) {
+std::string SelectedText(const TextRing& ring, const TextSelection& selection) {
   std::string text;
-  ForEachRow(ring, format, selection, [&](const Row& row, TextSelection::Cells cells, bool first) {
-    if (!first) text += '\n';
-    text += row.CopiedText(cells.begin, cells.end);
+  const char* gap = "";
+  ForEachLine(ring, selection, [&](const TextLine& line, ByteRange bytes) {
+    text += gap;
+    gap = "\n";
+    const std::size_t end = std::min(bytes.end, line.visible);
+    if (bytes.begin < end) text.append(line.text, bytes.begin, end - bytes.begin);
   });
   return text;
 }
 
-std::string SelectedHex(const TextRing& ring, RowFormat format, const TextSelection& selection) {
+std::string SelectedHex(const TextRing& ring, const TextSelection& selection) {
   std::string text;
-  ForEachRow(ring, format, selection, [&](const Row& row, TextSelection::Cells cells, bool first) {
-    if (!first) text += '\n';
-    const char* gap = "";
-    for (const char byte : row.CopiedBytes(cells.begin, cells.end)) {
-      fmt::format_to(std::back_inserter(text), "{}{:02X}", gap, static_cast<unsigned char>(byte));
+  ForEachLine(ring, selection, [&](const TextLine& line, ByteRange bytes) {
+    const char* gap = text.empty() ? "" : "\n";
+    const std::size_t end = std::min(bytes.end, line.text.size());
+    for (std::size_t byte = bytes.begin; byte < end; ++byte) {
+      if (!IsOfWire(line.RunAt(byte).kind)) continue;
+      fmt::format_to(std::back_inserter(text), "{}{:02X}", gap, static_cast<unsigned char>(line.text[byte]));
       gap = " ";
     }
   });

@@ -1,22 +1,24 @@
-// What is selected in the view: a stretch between two edges of cells, held by line numbers, so that it
-// stays on its text while lines come and go.
+// What is selected in the view: a stretch between two edges of bytes, held by line numbers, so that it stays
+// on its text while lines come and go and however they are shown.
 #pragma once
 
+#include <QString>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "display/text_ring.h"
 #include "ui/qt/row_text.h"
 
 namespace quarlin {
 
-// The edge before the cell `column` of a line's row.
+// The edge before a byte of a line.
 struct TextPosition {
   std::uint64_t line = 0;
-  std::size_t column = 0;
+  std::size_t byte = 0;
   auto operator<=>(const TextPosition&) const = default;
 };
 
@@ -25,6 +27,17 @@ struct TextSpan {
   TextPosition end;
   bool Empty() const { return begin == end; }
   bool operator==(const TextSpan&) const = default;
+};
+
+// Bytes of a line from `begin` to before `end`.
+struct ByteRange {
+  // The end of a stretch that goes on in the next line, so that the line end is part of it.
+  static constexpr std::size_t throughLineEnd = std::string::npos;
+
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  bool Empty() const { return begin == end; }
+  bool Has(std::size_t byte) const { return byte >= begin && byte < end; }
 };
 
 class TextSelection {
@@ -40,27 +53,25 @@ class TextSelection {
   const TextSpan& Span() const { return span_; }
   bool Empty() const { return span_.Empty(); }
 
-  // The selected cells of a row: [begin, end), where an end of Row::throughLineEnd means that the selection
-  // goes on in the next line. Both 0 when there are none.
-  struct Cells {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-  };
-  Cells CellsOf(std::uint64_t line) const;
+  // What of a line is selected.
+  ByteRange BytesOf(std::uint64_t line) const;
 
  private:
   std::optional<TextSpan> origin_;
   TextSpan span_;
 };
 
-// The word, or the gap between two words, in which the cell stands.
-TextSpan WordAt(const Row& row, TextPosition cell);
+// The word, or the gap between two words, in which the byte stands; `text` is what its line shows.
+TextSpan WordAt(std::string_view text, TextPosition byte);
 
 // All that the ring keeps.
-TextSpan WholeText(const TextRing& ring, RowFormat format);
+TextSpan WholeText(const TextRing& ring);
 
-// The text of the selection, lines joined by "\n"; and its bytes as pairs of hex digits, a row for a line.
-std::string SelectedText(const TextRing& ring, RowFormat format, const TextSelection& selection);
-std::string SelectedHex(const TextRing& ring, RowFormat format, const TextSelection& selection);
+// The selected text, lines joined by "\n", control characters as they are.
+std::string SelectedText(const TextRing& ring, const TextSelection& selection);
+
+// Its bytes as pairs of hex digits, a row for a line. Bytes of the wire alone: neither lines of the program's
+// own nor what "Append Row" has put behind a string.
+std::string SelectedHex(const TextRing& ring, const TextSelection& selection);
 
 }  // namespace quarlin
