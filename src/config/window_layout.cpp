@@ -49,8 +49,7 @@ WindowLayout::WindowLayout(std::filesystem::path file) : file_(std::move(file)) 
   isNew_ = read.missing;
   read_ = ProfileText(read.text);
   if (read.trouble.empty()) return;
-  trouble_ = fmt::format("{}: {}; the windows stand where they do at a first start",
-                         BytesFromUtf8(file_.filename().string()), read.trouble);
+  trouble_ = fmt::format("{} was passed over: {}", BytesFromUtf8(file_.filename().string()), read.trouble);
 }
 
 std::string WindowLayout::Value(std::string_view section, std::string_view key) const {

@@ -62,7 +62,7 @@ TEST_F(WindowLayoutTest, AFileThatIsNoLayoutIsToldAndReplaced) {
         "\x7F"
         "ELF\x02\x01"s}) {
     WindowLayout layout = Read(content);
-    EXPECT_NE(layout.Trouble().find("position.ini: it "), std::string::npos) << layout.Trouble();
+    EXPECT_NE(layout.Trouble().find("position.ini was passed over: it "), std::string::npos) << layout.Trouble();
     EXPECT_EQ(layout.Value("Window", "Place"), "");
     layout.Set("Window", "Place", "2");
     EXPECT_FALSE(layout.Save());

@@ -24,7 +24,7 @@ QString EntryText(const std::filesystem::path& path) {
 
 }  // namespace
 
-ConfigurationMenu::ConfigurationMenu(Configurations& configurations, QMenu& menu, QAction* before,
+ConfigurationMenu::ConfigurationMenu(Configurations& configurations, QMenu& menu, QAction& save,
                                      std::function<void()> commitEdits)
     : configurations_(configurations),
       window_(*menu.parentWidget()->window()),
@@ -36,8 +36,13 @@ ConfigurationMenu::ConfigurationMenu(Configurations& configurations, QMenu& menu
   auto* saveAs = new QAction(tr("Save configuration &as\u2026"), &menu);
   saveAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
   connect(saveAs, &QAction::triggered, this, [this] { AskForFile(true); });
-  menu.insertActions(before, {open, saveAs});
-  menu.insertMenu(before, recent_);
+  connect(&save, &QAction::triggered, this, [this] {
+    commitEdits_();
+    configurations_.Save();
+  });
+  menu.insertAction(&save, open);
+  menu.insertMenu(&save, recent_);
+  menu.insertAction(menu.actions().value(menu.actions().indexOf(&save) + 1), saveAs);
   configurations_.Hooks.currentChanged = [this] {
     FillRecent();
     emit currentChanged();
@@ -52,11 +57,6 @@ ConfigurationMenu::~ConfigurationMenu() {
 QString ConfigurationMenu::TitlePart() const {
   if (configurations_.IsDefault()) return {};
   return QStringLiteral(" \u2013 ") + PathText(configurations_.Current().filename());
-}
-
-void ConfigurationMenu::Save() {
-  commitEdits_();
-  configurations_.Save();
 }
 
 // The dialog stands open beside the traffic. What the user chose is done when it has gone, for there may be

@@ -16,16 +16,14 @@ class ConfigurationMenu : public QObject {
   Q_OBJECT
 
  public:
-  // Puts its entries in front of `before`. `commitEdits` makes what is being typed take effect. All of them
-  // outlive this object.
-  ConfigurationMenu(Configurations& configurations, QMenu& menu, QAction* before,
+  // Puts its entries around `save`, which saves from now on. `commitEdits` makes what is being typed take
+  // effect. All of them outlive this object.
+  ConfigurationMenu(Configurations& configurations, QMenu& menu, QAction& save,
                     std::function<void()> commitEdits);
   ~ConfigurationMenu() override;
 
   // What a window's title adds for the configuration; empty for config.cfg.
   QString TitlePart() const;
-
-  void Save();
 
   // Takes over the list of recent files.
   void FillRecent();

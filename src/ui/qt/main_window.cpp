@@ -213,9 +213,8 @@ void MainWindow::WirePages() {
 }
 
 void MainWindow::WireConfiguration() {
-  configurations_ = std::make_unique<ConfigurationMenu>(frm_.Configuration(), *ui_->menuFile, ui_->actionSave,
-                                                        [this] { binder_->CommitEdits(); });
-  connect(ui_->actionSave, &QAction::triggered, configurations_.get(), &ConfigurationMenu::Save);
+  configurations_ = std::make_unique<ConfigurationMenu>(frm_.Configuration(), *ui_->menuFile,
+                                                        *ui_->actionSave, [this] { binder_->CommitEdits(); });
   connect(configurations_.get(), &ConfigurationMenu::currentChanged, this, &MainWindow::ShowTitle);
   ShowTitle();
 }
