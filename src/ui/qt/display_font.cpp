@@ -22,15 +22,16 @@ QFont DesktopFont() {
 }  // namespace
 
 DisplayFont::DisplayFont(DisplayControls& controls, StatusNote& status, ReceivedTextView& view)
-    : controls_(controls),
+    : QObject(&view),
+      controls_(controls),
       status_(status),
       view_(view),
       ordinaryFont_(DesktopFont()),
       family_(QFontInfo(ordinaryFont_).family()),
       size_(std::clamp(QFontInfo(ordinaryFont_).pointSize(), smallest, largest)),
-      larger_(tr("La&rger text")),
-      smaller_(tr("S&maller text")),
-      ordinary_(tr("&Ordinary text size")) {
+      larger_(tr("La&rger text"), this),
+      smaller_(tr("S&maller text"), this),
+      ordinary_(tr("&Ordinary text size"), this) {
   OfferFonts();
   WireActions();
   controls_.ComboFont.Change = [this] { Choose(); };
