@@ -33,6 +33,10 @@ void ErrorPanel::Show(ErrorRows& rows) {
   ShowCount();
 }
 
+int ErrorPanel::OpenHeight() const {
+  return ui_->lstError->isVisible() ? height() : height_;
+}
+
 void ErrorPanel::Refresh() {
   ShowCount();
   if (ui_->lstError->isVisible()) ui_->lstError->Refresh();  // else when it comes into sight

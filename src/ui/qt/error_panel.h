@@ -25,6 +25,10 @@ class ErrorPanel : public QWidget {
   // Once. `rows` outlives the panel.
   void Show(ErrorRows& rows);
 
+  // How high the panel is while its table is open, in the toolkit's pixels; 0 for some rows.
+  int OpenHeight() const;
+  void SetOpenHeight(int height) { height_ = height; }
+
  signals:
   // The user wants to see the exchange that begins in that line of the display's ring.
   void lineWanted(std::uint64_t line);

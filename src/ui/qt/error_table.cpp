@@ -114,12 +114,11 @@ void ErrorTable::ShareWidth() {
   setColumnWidth(gotColumn, rest - expected);
 }
 
-void ErrorTable::ColumnResized(int column) {
+void ErrorTable::ColumnResized() {
   if (sharing_) return;
   const int expected = columnWidth(expectedColumn);
   const int both = expected + columnWidth(gotColumn);
-  if (column == expectedColumn || column == gotColumn)
-    shareOfExpected_ = static_cast<double>(expected) / both;
+  shareOfExpected_ = static_cast<double>(expected) / both;
   ShareWidth();
 }
 

@@ -47,7 +47,7 @@ class ErrorTable : public QTableView {
  private:
   void SetUpRows();
   void ShareWidth();
-  void ColumnResized(int column);
+  void ColumnResized();
   void ShowPlace(const QModelIndex& index);
   std::vector<int> ChosenRows() const;
 

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QSignalBlocker>
 #include <QTableView>
 #include <QTreeView>
 #include <algorithm>
@@ -47,6 +48,21 @@ QString TitleOf(const QTabWidget& tabs, int page) {
 
 Place PlaceOf(const QRect& rect) {
   return {rect.x(), rect.y(), rect.width(), rect.height()};
+}
+
+// A table that shares its room among the columns is told once, when all of them have their width: after the
+// first one it would share by the old widths of the others.
+void RestoreWidths(QHeaderView& header, const std::vector<int>& widths) {
+  const int count = header.count();
+  const int before = header.sectionSize(0);
+  for (int i = 0; i < count; ++i) {
+    const int width = widths[static_cast<std::size_t>(i)];
+    const QSignalBlocker blocker(header);
+    header.setSectionHidden(i, width == hiddenColumn);
+    if (width > 0) header.resizeSection(i, std::max(width, header.minimumSectionSize()));
+  }
+  if (header.hiddenSectionCount() == count) header.setSectionHidden(0, false);
+  emit header.sectionResized(0, before, header.sectionSize(0));
 }
 
 }  // namespace
@@ -117,12 +133,7 @@ void LayoutKeeper::RestoreColumns(QHeaderView& header, const std::string& sectio
   const int count = header.count();
   const auto widths = layout_.Numbers(section, name, hiddenColumn, farthest);
   if (!widths || static_cast<int>(widths->size()) != count) return;
-  for (int i = 0; i < count; ++i) {
-    const int width = (*widths)[static_cast<std::size_t>(i)];
-    header.setSectionHidden(i, width == hiddenColumn);
-    if (width > 0) header.resizeSection(i, std::max(width, header.minimumSectionSize()));
-  }
-  if (header.hiddenSectionCount() == count) header.setSectionHidden(0, false);
+  RestoreWidths(header, *widths);
   const auto order = layout_.Numbers(section, name + ".order", 0, count - 1);
   if (order && static_cast<int>(std::set<int>(order->begin(), order->end()).size()) == count) {
     for (int i = 0; i < count; ++i) {

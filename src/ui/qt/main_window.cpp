@@ -33,6 +33,8 @@ namespace quarlin {
 
 namespace {
 
+constexpr int mostErrorListHeight = 10'000;  // pixels; the window allows less
+
 // A part that is a form and nothing more.
 template <typename Form>
 QWidget* MakePart() {
@@ -239,12 +241,16 @@ void MainWindow::ShowAsLast() {
   show();
 }
 
-// The font and the recent files. A configuration that is loaded later has the last word about the font.
+// The font, the error list and the recent files. A configuration that is loaded later has the last word about
+// the font.
 void MainWindow::RestoreValues() {
   const std::string font = BytesFromUtf8(layout_->Value("Display", "Font"));
   if (!font.empty()) frm_.controls.display.ComboFont.SetText(font);
   const auto size = layout_->Numbers("Display", "FontSize", DisplayFont::smallest, DisplayFont::largest);
   if (size && size->size() == 1) font_->SetSize(size->front());
+  const auto height = layout_->Numbers("ErrorList", "Height", 0, mostErrorListHeight);
+  if (height && height->size() == 1) errors_->SetOpenHeight(height->front());
+  if (layout_->Value("ErrorList", "Open") == "1") frm_.controls.test.cmdErr.Click();
   RecentFiles& recent = frm_.Configuration().Recent;
   for (std::size_t i = RecentFiles::most; i > 0; --i) {
     const std::string file = layout_->Value("Recent", "File" + std::to_string(i));
@@ -257,6 +263,8 @@ void MainWindow::KeepLayout() {
   keeper_->Remember();
   layout_->Set("Display", "Font", Utf8FromBytes(frm_.controls.display.ComboFont.Text()));
   layout_->Set("Display", "FontSize", std::to_string(font_->Size()));
+  layout_->Set("ErrorList", "Open", frm_.controls.display.lstError.Visible() ? "1" : "0");
+  layout_->Set("ErrorList", "Height", std::to_string(errors_->OpenHeight()));
   const auto& recent = frm_.Configuration().Recent.Files();
   for (std::size_t i = 0; i < RecentFiles::most; ++i) {
     layout_->Set("Recent", "File" + std::to_string(i + 1), i < recent.size() ? recent[i].string() : "");
