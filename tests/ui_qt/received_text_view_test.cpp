@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QPaintEvent>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -38,13 +39,19 @@ class PaintCounter : public QObject {
     return std::exchange(count_, 0);
   }
 
+  // How far to the right it was painted last.
+  int Right() const { return right_; }
+
   bool eventFilter(QObject*, QEvent* event) override {
-    count_ += event->type() == QEvent::Paint;
+    if (event->type() != QEvent::Paint) return false;
+    ++count_;
+    right_ = static_cast<QPaintEvent*>(event)->rect().right();
     return false;
   }
 
  private:
   int count_ = 0;
+  int right_ = 0;
 };
 
 }  // namespace
@@ -265,6 +272,28 @@ class ReceivedTextViewTest : public QObject {
     rig->display.txtric.Clear();
     rig->view.Refresh();
     QVERIFY(painted.Take() > 0);
+  }
+
+  // Only what text covers is painted anew; what a long line has left behind goes with it.
+  void paintsAsFarAsTextReaches() {
+    rig->AddLines(100);
+    PaintCounter painted(*rig->view.viewport());
+    for (int i = 0; i < 2; ++i) {  // after the first the empty display's hint is gone
+      rig->AddLines(1);
+      painted.Take();
+    }
+    QVERIFY(painted.Right() > rig->At(0, 8).x());  // "line 100"
+    QVERIFY(painted.Right() < rig->At(0, 20).x());
+    rig->Add(std::string(static_cast<std::size_t>(rig->Cells()), 'x') + "\r\n");
+    rig->view.Refresh();
+    painted.Take();
+    QVERIFY(painted.Right() > rig->At(0, rig->Cells() - 1).x());
+    rig->AddLines(100);
+    painted.Take();
+    QVERIFY(painted.Right() > rig->At(0, rig->Cells() - 1).x());
+    rig->AddLines(1);
+    painted.Take();
+    QVERIFY(painted.Right() < rig->At(0, 20).x());
   }
 
   void aClearedDisplayIsEmptyAndFollows() {

@@ -1,9 +1,12 @@
 #include "ui/qt/edit_bindings.h"
 
 #include <QAbstractItemView>
+#include <QEvent>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <functional>
+#include <utility>
 
 #include "ui/qt/widget_text.h"
 
@@ -25,6 +28,23 @@ void ShowText(QLineEdit& edit, std::string_view text) {
   edit.setModified(false);
 }
 
+// Calls `shown` when a page that holds the widget comes into view.
+class WhenShown : public QObject {
+ public:
+  WhenShown(QWidget& widget, QObject& parent, std::function<void()> shown)
+      : QObject(&parent), shown_(std::move(shown)) {
+    widget.installEventFilter(this);
+  }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Show) shown_();
+    return false;
+  }
+
+ private:
+  std::function<void()> shown_;
+};
+
 // A row of the list shows what its tool tip tells as well; the entry itself stays as it is.
 class DescribedRow : public QStyledItemDelegate {
  public:
@@ -43,6 +63,9 @@ class DescribedRow : public QStyledItemDelegate {
 TextBoxBinding::TextBoxBinding(TextBox& control, QLineEdit& widget, const UserSide& user)
     : Binding(control, widget), control_(control), widget_(widget), user_(user) {
   QObject::connect(&widget, &QLineEdit::editingFinished, &Context(), [this] { Commit(); });
+  new WhenShown(widget, Context(), [this] {
+    if (std::exchange(waits_, false)) ShowValue();
+  });
 }
 
 void TextBoxBinding::Commit() {
@@ -54,6 +77,9 @@ void TextBoxBinding::Commit() {
 }
 
 void TextBoxBinding::ShowValue() {
+  const bool onHiddenPage = !widget_.isVisible() && widget_.window()->isVisible() && !widget_.isHidden();
+  waits_ = onHiddenPage;
+  if (onHiddenPage) return;
   if (!IsBeingTyped(widget_)) ShowText(widget_, control_.Text());
 }
 

@@ -12,6 +12,8 @@
 
 namespace quarlin {
 
+// On a page that is not shown it waits: what changes with every string that comes is laid out when somebody
+// can see it.
 class TextBoxBinding : public Binding {
  public:
   TextBoxBinding(TextBox& control, QLineEdit& widget, const UserSide& user);
@@ -23,6 +25,7 @@ class TextBoxBinding : public Binding {
   TextBox& control_;
   QLineEdit& widget_;
   UserSide user_;
+  bool waits_ = false;
 };
 
 class ComboBoxBinding : public Binding {

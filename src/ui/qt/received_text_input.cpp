@@ -124,12 +124,12 @@ void ReceivedTextView::Type(const QString& text) {
 
 void ReceivedTextView::focusInEvent(QFocusEvent* event) {
   QAbstractScrollArea::focusInEvent(event);
-  viewport()->update();
+  UpdateAll();
 }
 
 void ReceivedTextView::focusOutEvent(QFocusEvent* event) {
   QAbstractScrollArea::focusOutEvent(event);
-  viewport()->update();
+  UpdateAll();
 }
 
 // Above the text is its first line, below it the end of its last; nothing only for an empty display.
@@ -162,7 +162,7 @@ void ReceivedTextView::StartSelection(QPoint point, Unit unit) {
   dragPoint_ = point;
   const auto hit = HitAt(point);
   hit ? selection_.Start(UnitAt(*hit)) : selection_.Clear();
-  viewport()->update();
+  UpdateAll();
 }
 
 void ReceivedTextView::ExtendSelection(QPoint point) {
@@ -171,7 +171,7 @@ void ReceivedTextView::ExtendSelection(QPoint point) {
   if (!hit) return;
   selection_.KeepFrom(Ring()->FirstLine());
   selection_.ExtendTo(UnitAt(*hit));
-  viewport()->update();
+  UpdateAll();
 }
 
 void ReceivedTextView::mousePressEvent(QMouseEvent* event) {
@@ -217,7 +217,7 @@ void ReceivedTextView::EndDrag() {
   dragging_ = false;
   autoScroll_.stop();
   AdjustBars();  // the traffic has gone on meanwhile
-  viewport()->update();
+  UpdateAll();
   QClipboard* clipboard = QGuiApplication::clipboard();
   if (clipboard->supportsSelection() && !selection_.Empty()) {
     clipboard->setText(SelectedText(), QClipboard::Selection);

@@ -63,7 +63,7 @@ void ReceivedTextView::Show(DisplayText& display) {
   SetFollowing(true);
   matchCount_.Restart();
   LayRows();
-  viewport()->update();
+  UpdateAll();
 }
 
 void ReceivedTextView::Refresh() {
@@ -71,11 +71,31 @@ void ReceivedTextView::Refresh() {
   const std::uint64_t oldTop = top_;
   // Growth below the last row changes nothing that is seen.
   const bool lastRowSeen = shownEnd_ <= oldTop + VisibleRows() + 1;
+  const bool wasEmpty = shownEnd_ == barFirst_;
   map_.Update(*Ring());
   AdjustBars();
   selection_.KeepFrom(Ring()->FirstLine());
-  if (top_ != oldTop || lastRowSeen) viewport()->update();
+  const bool hint = wasEmpty || shownEnd_ == barFirst_;
+  if (hint) UpdateAll();
+  if (!hint && (top_ != oldTop || lastRowSeen)) UpdateText();
   if (matcher_.Usable()) CountMatches();
+}
+
+// What text was painted over, and what it will be: mostly lines are short, and what lies beside them costs
+// more to clear and to hand to the screen than they do.
+void ReceivedTextView::UpdateText() {
+  const std::size_t scrolled = static_cast<std::size_t>(horizontalScrollBar()->value());
+  const std::size_t cells = std::max(widest_, scrolled) - scrolled + 1;  // one for the end of a selection
+  const int right =
+      TextLeft() + static_cast<int>(std::min(cells, VisibleCells() + 1)) * painter_->CellWidth();
+  viewport()->update(0, 0, std::max(right, paintedTo_), viewport()->height());
+  paintedTo_ = right;
+}
+
+// Everything else that changes what is seen.
+void ReceivedTextView::UpdateAll() {
+  paintedTo_ = viewport()->width();
+  viewport()->update();
 }
 
 void ReceivedTextView::SetPaused(bool paused) {
@@ -84,7 +104,7 @@ void ReceivedTextView::SetPaused(bool paused) {
   if (!paused) following_ = true;
   UpdateStrip();
   AdjustBars();
-  viewport()->update();
+  UpdateAll();
   emit pausedChanged(paused);
 }
 
@@ -92,7 +112,7 @@ void ReceivedTextView::JumpToEnd() {
   SetPaused(false);
   SetFollowing(true);
   AdjustBars();
-  viewport()->update();
+  UpdateAll();
 }
 
 void ReceivedTextView::SetFollowing(bool following) {
@@ -150,7 +170,7 @@ void ReceivedTextView::LayRows() {
   map_.Update(*Ring());
   top_ = map_.RowOf(top.line) + top.row;
   AdjustBars();
-  viewport()->update();
+  UpdateAll();
 }
 
 void ReceivedTextView::LayWhenWidthChanged() {
@@ -216,12 +236,12 @@ void ReceivedTextView::AdjustHorizontalBar() {
   const std::uint64_t end = std::min(map_.EndRow(), top_ + mostRows);
   const std::uint64_t room = std::min(mostRows, end - map_.FirstRow());
   const std::uint64_t first = Following() ? end - room : std::max(top_, map_.FirstRow());
-  const std::size_t widest = wraps_ || first == end ? 0 : WidestOf(first, end);
+  widest_ = first == end ? 0 : WidestOf(first, end);
 
   QScrollBar* bar = horizontalScrollBar();
   const auto columns = static_cast<int>(VisibleCells());
   const int scrolledTo = end == first || wraps_ ? 0 : bar->value();
-  const int most = std::max(static_cast<int>(widest) - columns, scrolledTo);
+  const int most = wraps_ ? 0 : std::max(static_cast<int>(widest_) - columns, scrolledTo);
   bar->setPageStep(columns);
   bar->setRange(0, most);
   // Said outright: left to itself, a bar whose range changes while it is being laid out may stay.
@@ -240,8 +260,8 @@ std::size_t ReceivedTextView::WidestOf(std::uint64_t first, std::uint64_t end) {
   return widest;
 }
 
-void ReceivedTextView::scrollContentsBy(int, int dy) {
-  viewport()->update();
+void ReceivedTextView::scrollContentsBy(int dx, int dy) {
+  if (!adjusting_ || dx != 0) UpdateAll();
   if (adjusting_ || Ring() == nullptr) return;
   const QScrollBar* bar = verticalScrollBar();
   if (dy != 0) {
@@ -277,7 +297,7 @@ void ReceivedTextView::changeEvent(QEvent* event) {
   if (!looksChanged || painter_ == nullptr) return;
   painter_ = std::make_unique<RowPainter>(font(), palette());
   LayRows();
-  viewport()->update();
+  UpdateAll();
 }
 
 void ReceivedTextView::paintEvent(QPaintEvent* event) {
@@ -297,7 +317,7 @@ void ReceivedTextView::paintEvent(QPaintEvent* event) {
 
 void ReceivedTextView::SetHint(const QString& hint) {
   hint_ = hint;
-  viewport()->update();
+  UpdateAll();
 }
 
 void ReceivedTextView::PaintHint(QPainter& painter) {
@@ -319,165 +339,163 @@ void ReceivedTextView::PaintRows(QPainter& painter, std::uint64_t first, std::ui
   }
 }
 
-  // The rows of the line in `read_`, from the place on, which is the view's row `row`.
-  void ReceivedTextView::PaintLine(QPainter & painter, const LineRows& rows, RowPlace place,
-                                   std::uint64_t row) {
-    matcher_.Find(read_, matches_);
-    const RowPainter::Marked marked{selection_.BytesOf(place.line), matches_};
-    RowPainter::Frame frame{TextLeft(), 0, static_cast<std::size_t>(horizontalScrollBar()->value()),
-                            VisibleCells() + 1};
-    for (std::size_t part = place.row; part < rows.Count(); ++part, ++row) {
-      frame.top = static_cast<int>(row - top_) * painter_->RowHeight();
-      if (frame.top >= viewport()->height()) return;
-      if (part == 0) {
-        painter_->PaintGutter(read_, TimeColumnText(read_, times_, TimeBefore(place.line)), TimeCells(),
-                              frame.top);
-      }
-      painter_->PaintRow(painter, read_, rows, part, marked, frame);
+// The rows of the line in `read_`, from the place on, which is the view's row `row`.
+void ReceivedTextView::PaintLine(QPainter& painter, const LineRows& rows, RowPlace place, std::uint64_t row) {
+  matcher_.Find(read_, matches_);
+  const RowPainter::Marked marked{selection_.BytesOf(place.line), matches_};
+  RowPainter::Frame frame{TextLeft(), 0, static_cast<std::size_t>(horizontalScrollBar()->value()),
+                          VisibleCells() + 1};
+  for (std::size_t part = place.row; part < rows.Count(); ++part, ++row) {
+    frame.top = static_cast<int>(row - top_) * painter_->RowHeight();
+    if (frame.top >= viewport()->height()) return;
+    if (part == 0) {
+      painter_->PaintGutter(read_, TimeColumnText(read_, times_, TimeBefore(place.line)), TimeCells(),
+                            frame.top);
     }
+    painter_->PaintRow(painter, read_, rows, part, marked, frame);
   }
+}
 
-  std::optional<LocalTime> ReceivedTextView::TimeBefore(std::uint64_t line) const {
-    if (times_ != TimeColumn::SinceRow || line == 0 || !Ring()->Keeps(line - 1)) return std::nullopt;
-    return Ring()->TimeOf(line - 1);
+std::optional<LocalTime> ReceivedTextView::TimeBefore(std::uint64_t line) const {
+  if (times_ != TimeColumn::SinceRow || line == 0 || !Ring()->Keeps(line - 1)) return std::nullopt;
+  return Ring()->TimeOf(line - 1);
+}
+
+void ReceivedTextView::SetSearch(const TextQuery& query) {
+  matcher_ = TextMatcher(query);
+  matchCount_.Restart();
+  ShowSearch({matcher_.Error(), 0, 0, true});
+  if (matcher_.Usable()) CountMatches();
+  UpdateAll();
+}
+
+bool ReceivedTextView::FindNext(SearchDirection direction) {
+  if (Ring() == nullptr || !matcher_.Usable()) return false;
+  const bool backward = direction == SearchDirection::Backward;
+  TextSpan from{{map_.PlaceOf(top_).line, 0}, {map_.PlaceOf(top_ + VisibleRows()).line, 0}};
+  selection_.KeepFrom(Ring()->FirstLine());
+  if (!selection_.Empty()) {
+    from = selection_.Span();
+    // A match is passed over; anything else that is selected may hold or begin one.
+    if (IsMatch(*Ring(), matcher_, from)) std::swap(from.begin, from.end);
   }
+  const auto match = FindText(*Ring(), matcher_, backward ? from.end : from.begin, direction, searchPatience);
+  if (!match) return false;
+  selection_.Start(*match);
+  MakeVisible(*match);
+  CountMatches();
+  return true;
+}
 
-  void ReceivedTextView::SetSearch(const TextQuery& query) {
-    matcher_ = TextMatcher(query);
-    matchCount_.Restart();
-    ShowSearch({matcher_.Error(), 0, 0, true});
-    if (matcher_.Usable()) CountMatches();
-    viewport()->update();
+void ReceivedTextView::CountMatches() {
+  if (Ring() == nullptr) return;
+  const bool counted = matchCount_.Update(*Ring(), matcher_, countBudget);
+  counted ? countOn_.stop() : countOn_.start(0, this);
+  const std::uint64_t number =
+      selection_.Empty() ? 0 : matchCount_.NumberOf(*Ring(), matcher_, selection_.Span());
+  ShowSearch({QString(), matchCount_.Count(), number, counted});
+}
+
+void ReceivedTextView::ShowSearch(SearchState state) {
+  if (search_ == state) return;
+  search_ = std::move(state);
+  emit searchChanged();
+}
+
+bool ReceivedTextView::ShowLine(std::uint64_t line) {
+  if (Ring() == nullptr || !Ring()->Keeps(line)) return false;
+  const TextSpan span{{line, 0}, {line, Ring()->Line(line).visible}};
+  selection_.Start(span);
+  MakeVisible(span);
+  return true;
+}
+
+bool ReceivedTextView::ShowTime(Duration timeOfDay) {
+  const auto line = Ring() == nullptr ? std::nullopt : LineNearest(*Ring(), timeOfDay);
+  return line && ShowLine(*line);
+}
+
+std::optional<ReceivedTextView::TimeRange> ReceivedTextView::KeptTimes() const {
+  if (Ring() == nullptr || Ring()->FirstLine() == Ring()->EndLine()) return std::nullopt;
+  const auto text = [&](std::uint64_t line) {
+    return QString::fromStdString(ClockText(Ring()->TimeOf(line)));
+  };
+  return TimeRange{text(Ring()->FirstLine()), text(Ring()->EndLine() - 1)};
+}
+
+void ReceivedTextView::MakeVisible(const TextSpan& span) {
+  SetFollowing(false);
+  map_.Update(*Ring());
+  const std::uint64_t line = span.begin.line;
+  if (!IsShown(line)) SetErrorsOnly(false);
+  const LineRows rows(Ring()->Line(line), format_);
+  const LineRows::Place begin = rows.PlaceOf(span.begin.byte);
+  const std::uint64_t row = map_.RowOf(line) + begin.row;
+  const std::uint64_t visible = VisibleRows();
+  if (row < top_ || row >= top_ + visible) top_ = row - std::min(row - map_.FirstRow(), visible / 2);
+  AdjustBars();
+  const LineRows::Place end = rows.PlaceOf(span.end.byte);
+  ScrollSideways(static_cast<int>(begin.cell),
+                 static_cast<int>(end.row == begin.row ? end.cell : begin.cell));
+  UpdateAll();
+}
+
+void ReceivedTextView::ScrollSideways(int begin, int end) {
+  const auto columns = static_cast<int>(VisibleCells());
+  QScrollBar* bar = horizontalScrollBar();
+  if (end > bar->value() + columns) bar->setValue(end - columns + columns / 4);
+  if (begin < bar->value()) bar->setValue(begin);
+}
+
+QString ReceivedTextView::SelectedText() const {
+  return Ring() == nullptr ? QString() : TextOf(quarlin::SelectedText(*Ring(), selection_));
+}
+
+void ReceivedTextView::SelectAll() {
+  if (Ring() == nullptr) return;
+  selection_.Start(WholeText(*Ring()));
+  UpdateAll();
+}
+
+void ReceivedTextView::Copy() {
+  if (!selection_.Empty()) QGuiApplication::clipboard()->setText(SelectedText());
+}
+
+void ReceivedTextView::CopyAsShown() {
+  if (selection_.Empty()) return;
+  const std::uint64_t first = std::max(selection_.Span().begin.line, Ring()->FirstLine());
+  const std::uint64_t end = std::min(selection_.Span().end.line + 1, Ring()->EndLine());
+  QString text;
+  for (std::uint64_t line = first; line < end; ++line) {
+    if (IsShown(line)) text += ShownText(line) + QChar('\n');
   }
+  QGuiApplication::clipboard()->setText(text);
+}
 
-  bool ReceivedTextView::FindNext(SearchDirection direction) {
-    if (Ring() == nullptr || !matcher_.Usable()) return false;
-    const bool backward = direction == SearchDirection::Backward;
-    TextSpan from{{map_.PlaceOf(top_).line, 0}, {map_.PlaceOf(top_ + VisibleRows()).line, 0}};
-    selection_.KeepFrom(Ring()->FirstLine());
-    if (!selection_.Empty()) {
-      from = selection_.Span();
-      // A match is passed over; anything else that is selected may hold or begin one.
-      if (IsMatch(*Ring(), matcher_, from)) std::swap(from.begin, from.end);
+void ReceivedTextView::CopyAsHex() {
+  if (selection_.Empty()) return;
+  QGuiApplication::clipboard()->setText(TextOf(SelectedHex(*Ring(), selection_)));
+}
+
+std::error_code ReceivedTextView::Save(const std::filesystem::path& file, std::uint64_t& lines) const {
+  constexpr qsizetype pieceSize = 65'536;
+  return WriteWholeFile(file, [&](const TakePiece& take) {
+    lines = 0;
+    QByteArray piece;
+    for (std::uint64_t line = Ring()->FirstLine(); line < Ring()->EndLine(); ++line) {
+      if (!IsShown(line)) continue;
+      piece += ShownText(line).toUtf8() + '\n';
+      ++lines;
+      if (piece.size() < pieceSize) continue;
+      if (!take({piece.data(), static_cast<std::size_t>(piece.size())})) return;
+      piece.clear();
     }
-    const auto match =
-        FindText(*Ring(), matcher_, backward ? from.end : from.begin, direction, searchPatience);
-    if (!match) return false;
-    selection_.Start(*match);
-    MakeVisible(*match);
-    CountMatches();
-    return true;
-  }
+    take({piece.data(), static_cast<std::size_t>(piece.size())});
+  });
+}
 
-  void ReceivedTextView::CountMatches() {
-    if (Ring() == nullptr) return;
-    const bool counted = matchCount_.Update(*Ring(), matcher_, countBudget);
-    counted ? countOn_.stop() : countOn_.start(0, this);
-    const std::uint64_t number =
-        selection_.Empty() ? 0 : matchCount_.NumberOf(*Ring(), matcher_, selection_.Span());
-    ShowSearch({QString(), matchCount_.Count(), number, counted});
-  }
-
-  void ReceivedTextView::ShowSearch(SearchState state) {
-    if (search_ == state) return;
-    search_ = std::move(state);
-    emit searchChanged();
-  }
-
-  bool ReceivedTextView::ShowLine(std::uint64_t line) {
-    if (Ring() == nullptr || !Ring()->Keeps(line)) return false;
-    const TextSpan span{{line, 0}, {line, Ring()->Line(line).visible}};
-    selection_.Start(span);
-    MakeVisible(span);
-    return true;
-  }
-
-  bool ReceivedTextView::ShowTime(Duration timeOfDay) {
-    const auto line = Ring() == nullptr ? std::nullopt : LineNearest(*Ring(), timeOfDay);
-    return line && ShowLine(*line);
-  }
-
-  std::optional<ReceivedTextView::TimeRange> ReceivedTextView::KeptTimes() const {
-    if (Ring() == nullptr || Ring()->FirstLine() == Ring()->EndLine()) return std::nullopt;
-    const auto text = [&](std::uint64_t line) {
-      return QString::fromStdString(ClockText(Ring()->TimeOf(line)));
-    };
-    return TimeRange{text(Ring()->FirstLine()), text(Ring()->EndLine() - 1)};
-  }
-
-  void ReceivedTextView::MakeVisible(const TextSpan& span) {
-    SetFollowing(false);
-    map_.Update(*Ring());
-    const std::uint64_t line = span.begin.line;
-    if (!IsShown(line)) SetErrorsOnly(false);
-    const LineRows rows(Ring()->Line(line), format_);
-    const LineRows::Place begin = rows.PlaceOf(span.begin.byte);
-    const std::uint64_t row = map_.RowOf(line) + begin.row;
-    const std::uint64_t visible = VisibleRows();
-    if (row < top_ || row >= top_ + visible) top_ = row - std::min(row - map_.FirstRow(), visible / 2);
-    AdjustBars();
-    const LineRows::Place end = rows.PlaceOf(span.end.byte);
-    ScrollSideways(static_cast<int>(begin.cell),
-                   static_cast<int>(end.row == begin.row ? end.cell : begin.cell));
-    viewport()->update();
-  }
-
-  void ReceivedTextView::ScrollSideways(int begin, int end) {
-    const auto columns = static_cast<int>(VisibleCells());
-    QScrollBar* bar = horizontalScrollBar();
-    if (end > bar->value() + columns) bar->setValue(end - columns + columns / 4);
-    if (begin < bar->value()) bar->setValue(begin);
-  }
-
-  QString ReceivedTextView::SelectedText() const {
-    return Ring() == nullptr ? QString() : TextOf(quarlin::SelectedText(*Ring(), selection_));
-  }
-
-  void ReceivedTextView::SelectAll() {
-    if (Ring() == nullptr) return;
-    selection_.Start(WholeText(*Ring()));
-    viewport()->update();
-  }
-
-  void ReceivedTextView::Copy() {
-    if (!selection_.Empty()) QGuiApplication::clipboard()->setText(SelectedText());
-  }
-
-  void ReceivedTextView::CopyAsShown() {
-    if (selection_.Empty()) return;
-    const std::uint64_t first = std::max(selection_.Span().begin.line, Ring()->FirstLine());
-    const std::uint64_t end = std::min(selection_.Span().end.line + 1, Ring()->EndLine());
-    QString text;
-    for (std::uint64_t line = first; line < end; ++line) {
-      if (IsShown(line)) text += ShownText(line) + QChar('\n');
-    }
-    QGuiApplication::clipboard()->setText(text);
-  }
-
-  void ReceivedTextView::CopyAsHex() {
-    if (selection_.Empty()) return;
-    QGuiApplication::clipboard()->setText(TextOf(SelectedHex(*Ring(), selection_)));
-  }
-
-  std::error_code ReceivedTextView::Save(const std::filesystem::path& file, std::uint64_t& lines) const {
-    constexpr qsizetype pieceSize = 65'536;
-    return WriteWholeFile(file, [&](const TakePiece& take) {
-      lines = 0;
-      QByteArray piece;
-      for (std::uint64_t line = Ring()->FirstLine(); line < Ring()->EndLine(); ++line) {
-        if (!IsShown(line)) continue;
-        piece += ShownText(line).toUtf8() + '\n';
-        ++lines;
-        if (piece.size() < pieceSize) continue;
-        if (!take({piece.data(), static_cast<std::size_t>(piece.size())})) return;
-        piece.clear();
-      }
-      take({piece.data(), static_cast<std::size_t>(piece.size())});
-    });
-  }
-
-  QString ReceivedTextView::ShownText(std::uint64_t line) const {
-    return Ring() == nullptr ? QString() : ShownLine(Ring()->Line(line), format_, times_, TimeBefore(line));
-  }
+QString ReceivedTextView::ShownText(std::uint64_t line) const {
+  return Ring() == nullptr ? QString() : ShownLine(Ring()->Line(line), format_, times_, TimeBefore(line));
+}
 
 }  // namespace quarlin

@@ -168,6 +168,8 @@ class ReceivedTextView : public QAbstractScrollArea {
   void SetFollowing(bool following);
   void UpdateStrip();
   void PlaceStrip();
+  void UpdateText();
+  void UpdateAll();
   void LayRows();
   void LayWhenWidthChanged();
   RowFormat FormatForWidth() const;
@@ -214,6 +216,8 @@ class ReceivedTextView : public QAbstractScrollArea {
 
   std::uint64_t top_ = 0;       // the first row
   std::uint64_t barFirst_ = 0;  // the row for which the scroll bar stands at 0
+  std::size_t widest_ = 0;      // cells of the widest line that is seen
+  int paintedTo_ = 0;           // text was painted to the left of this alone
   std::uint64_t shownEnd_ = 0;  // behind the last row when the view was last brought up to date
   bool following_ = true;
   bool paused_ = false;

@@ -5,15 +5,19 @@
 namespace quarlin {
 namespace {
 
-bool IsMatched(const RowPainter::Marked& marked, std::size_t byte) {
-  return std::any_of(marked.matches.begin(), marked.matches.end(),
-                     [byte](const ByteRange& match) { return match.Has(byte); });
+// A gap goes with the pairs on both of its sides.
+bool Covers(const ByteRange& range, const Cell& cell) {
+  if (cell.byte == Cell::noByte || !range.Has(cell.byte)) return false;
+  return cell.look != Cell::Look::Gap || range.Has(cell.byte + std::size_t{1});
 }
 
-// A gap shows as selected between two selected pairs only.
 bool IsSelected(const RowPainter::Marked& marked, const Cell& cell) {
-  if (cell.byte == Cell::noByte || !marked.selected.Has(cell.byte)) return false;
-  return cell.look != Cell::Look::Gap || marked.selected.Has(cell.byte + std::size_t{1});
+  return Covers(marked.selected, cell);
+}
+
+bool IsFound(const RowPainter::Marked& marked, const Cell& cell) {
+  return std::any_of(marked.matches.begin(), marked.matches.end(),
+                     [&](const ByteRange& match) { return Covers(match, cell); });
 }
 
 }  // namespace
@@ -50,7 +54,7 @@ void RowPainter::PaintBackground(QPainter& painter, std::span<const Cell> cells,
     const Cell& cell = cells[at];
     if (IsSelected(marked, cell)) {
       fill(at, CellWidth(), colors_.Highlight());
-    } else if (cell.byte != Cell::noByte && IsMatched(marked, cell.byte)) {
+    } else if (IsFound(marked, cell)) {
       fill(at, CellWidth(), colors_.Found());
     }
   }

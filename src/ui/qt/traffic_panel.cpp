@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QMenu>
+#include <QShortcut>
 #include <QToolButton>
 #include <cstdint>
 #include <filesystem>
@@ -116,6 +117,11 @@ void TrafficPanel::WireFind() {
   connect(ui_->txtric, &ReceivedTextView::searchChanged, this, &TrafficPanel::ShowSearch);
   connect(ui_->actionGoToTime, &QAction::triggered, this, &TrafficPanel::AskForTime);
   ui_->findCount->hide();
+  auto* leave = new QShortcut(Qt::Key_Escape, ui_->findText, nullptr, nullptr, Qt::WidgetShortcut);
+  connect(leave, &QShortcut::activated, this, [this] {
+    ui_->findText->clear();
+    ui_->txtric->setFocus();
+  });
 }
 
 void TrafficPanel::SetSearch() {
