@@ -38,8 +38,15 @@ struct DisplayControls : ControlGroup {
   CheckBox chkLog{*this, "chkLog", "Log"};               // LOG.TXT
   CheckBox chkEcho{*this, "chkEcho", "Local echo"};      // typed keys, pastes and files are shown
   CheckBox chkLogPar{*this, "chkLogPar", "Log parser"};  // LOGPAR.TXT
-  ComboBox ComboFont{*this, "ComboFont"};                // without a window the list stays empty
-  Label lblfontsize{*this, "lblfontsize"};               // points
+  TextBox txtLogName{*this, "txtLogName", "LOG.TXT"};    // with macros, see LogName
+  CheckBox chkLogNew{*this, "chkLogNew", "New file at each start"};
+  CheckBox chkLogDay{*this, "chkLogDay", "New file each day"};
+  TextBox txtLogSize{*this, "txtLogSize", "0"};                      // KiB of a file; 0 for any
+  TextBox txtLogKeep{*this, "txtLogKeep", "0"};                      // files; 0 for all
+  CheckBox chkLogRows{*this, "chkLogRows", "Times and directions"};  // rows; else byte for byte
+  Label lblLogFile{*this, "lblLogFile"};                             // the present file
+  ComboBox ComboFont{*this, "ComboFont"};                            // without a window the list stays empty
+  Label lblfontsize{*this, "lblfontsize"};                           // points
 };
 
 }  // namespace quarlin

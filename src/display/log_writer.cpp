@@ -17,10 +17,9 @@ constexpr auto retryPause = std::chrono::seconds(1);
 
 }  // namespace
 
-LogWriter::LogWriter(EventLoop& loop, std::filesystem::path file,
-                     std::function<void(std::string_view)> trouble)
+LogWriter::LogWriter(EventLoop& loop, LogFiles files, std::function<void(std::string_view)> trouble)
     : loop_(loop),
-      file_(std::move(file)),
+      files_(std::move(files)),
       trouble_(std::move(trouble)),
       flushAlarm_(loop, [this] { Flush(); }) {}
 
@@ -31,6 +30,7 @@ LogWriter::~LogWriter() {
 
 void LogWriter::Write(std::string_view text) {
   if (text.empty()) return;
+  if (!failing_) files_.Present(loop_.Local());  // of the time of the text, not of the flush
   pending_ += text;
   if (!flushAlarm_.IsSet()) flushAlarm_.At(loop_.Now() + flushDelay);
   if (!failing_ && pending_.size() >= flushSize) Flush();
@@ -47,28 +47,55 @@ void LogWriter::DropExcess() {
 void LogWriter::Flush() {
   flushAlarm_.Cancel();
   if (pending_.empty()) return;
+  LogFiles::Place place = files_.Present(loop_.Local());
   std::size_t written = 0;
-  const std::error_code error = AppendToFile(file_, pending_, written);
-  pending_.erase(0, written);
+  if (place.fault.empty()) {
+    const std::error_code error = AppendToFile(place.file, pending_, written);
+    if (error) place.fault = fmt::format("{} cannot be written: {}", Name(), error.message());
+    pending_.erase(0, written);
+    files_.Grew(written);
+  }
   if (!pending_.empty()) flushAlarm_.At(loop_.Now() + retryPause);
-  if (error) {
-    BeginTrouble(error);
+  if (!place.fault.empty()) {
+    BeginTrouble(place.fault);
   } else {
     EndTrouble();
   }
 }
 
-void LogWriter::BeginTrouble(std::error_code error) {
+bool LogWriter::LeaveFor(std::size_t bytes, std::string_view ending) {
+  if (failing_ || !files_.Leaves(pending_.size(), bytes, loop_.Local())) return false;
+  pending_ += ending;
+  Flush();
+  if (pending_.empty()) files_.Leave();
+  return true;
+}
+
+void LogWriter::SetRules(LogRules rules) {
+  Flush();
+  files_.SetRules(std::move(rules));
+}
+
+void LogWriter::Restart() {
+  Flush();
+  files_.Restart();
+}
+
+std::string LogWriter::Name() const {
+  return files_.Name(loop_.Local());
+}
+
+void LogWriter::BeginTrouble(std::string_view what) {
   if (std::exchange(failing_, true)) return;
   lostBefore_ = lostBytes_;
-  Tell(fmt::format("{} cannot be written: {}; the run goes on", file_.filename().string(), error.message()));
+  Tell(fmt::format("{}; the run goes on", what));
 }
 
 void LogWriter::EndTrouble() {
   if (!std::exchange(failing_, false)) return;
   const std::uint64_t lost = lostBytes_ - lostBefore_;
   const std::string gap = lost == 0 ? "" : fmt::format(", {} bytes are missing", lost);
-  Tell(fmt::format("{} is written again{}", file_.filename().string(), gap));
+  Tell(fmt::format("{} is written again{}", Name(), gap));
 }
 
 void LogWriter::Tell(std::string_view message) const {

@@ -12,22 +12,22 @@ constexpr std::string_view row = "\r\n";
 
 void Traffic::Received(std::string_view bytes, std::string_view shown) {
   controls_.txtric.Append(shown, TextKind::Received, colors::black);
-  logs_.WriteTraffic(bytes);
+  logs_.WriteTraffic(Direction::Received, bytes);
 }
 
 void Traffic::Sent(std::string_view bytes) {
-  logs_.WriteTraffic(bytes);
+  logs_.WriteTraffic(Direction::Sent, bytes);
   controls_.txtric.Append(bytes, TextKind::Sent, colors::blue);
 }
 
 void Traffic::SentByHand(std::string_view bytes) {
   if (controls_.chkEcho.Checked()) return Sent(bytes);
-  logs_.WriteTraffic(bytes);
+  logs_.WriteTraffic(Direction::Sent, bytes);
 }
 
 void Traffic::AppendReceivedRow() {
   controls_.txtric.Append(row, TextKind::ReceivedBreak, colors::black);
-  logs_.WriteTraffic(row);
+  logs_.WriteRowEnd();
 }
 
 void Traffic::AppendSentRow() {

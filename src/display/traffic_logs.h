@@ -1,4 +1,5 @@
-// LOG.TXT and LOGPAR.TXT, each written while its box is checked.
+// The log of the traffic, LOG.TXT unless it is called otherwise, and that of the parser, LOGPAR.TXT, each
+// written while its box is checked.
 #pragma once
 
 #include <functional>
@@ -7,6 +8,7 @@
 
 #include "base/program_folder.h"
 #include "display/display_controls.h"
+#include "display/log_rows.h"
 #include "display/log_writer.h"
 
 namespace quarlin {
@@ -16,11 +18,14 @@ class TrafficLogs {
   TrafficLogs(EventLoop& loop, DisplayControls& controls, const ProgramFolder& folder,
               const std::function<void(std::string_view)>& trouble);
 
-  void WriteTraffic(std::string_view text);  // LOG.TXT: both directions, byte for byte
-  void WriteParser(std::string_view text);   // LOGPAR.TXT: the parser's output
+  // Both directions of the wire: byte for byte, or as rows with their time and direction.
+  void WriteTraffic(Direction direction, std::string_view bytes);
 
-  // The line "-->dd/mm/yy hh:mm:ss" in LOG.TXT.
+  // The line break that "Append Row" adds, and the line "-->dd/mm/yy hh:mm:ss". Rows have no need of either.
+  void WriteRowEnd();
   void WriteStamp(LocalTime now);
+
+  void WriteParser(std::string_view text);  // the parser's output
   void Flush();
 
   // Asked after the last Flush: what the files have not got, as "LOG.TXT lacks 12 bytes"; empty when they
@@ -28,8 +33,17 @@ class TrafficLogs {
   std::string Missing() const;
 
  private:
+  void WriteRaw(std::string_view text);
+  void WriteRows(Direction direction, std::string_view bytes);
+  void chkLog_Click();
+  void TakeRules();
+  LogRules Rules() const;
+
+  EventLoop& loop_;
   DisplayControls& controls_;
+  std::function<void(std::string_view)> trouble_;
   LogWriter traffic_;
+  LogRows rows_;
   LogWriter parser_;
 };
 

@@ -21,7 +21,7 @@ constexpr std::size_t mebibyte = std::size_t{1} << 20;
 class LogWriterRig : public testing::Test {
  protected:
   void Open() {
-    log_ = std::make_unique<LogWriter>(loop_, file_,
+    log_ = std::make_unique<LogWriter>(loop_, LogFiles(ProgramFolder(folder_.Path()), {"LOG.TXT"}),
                                        [this](std::string_view words) { told_.emplace_back(words); });
   }
   void SetUp() override { Open(); }

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "ui_config_row.h"
+#include "ui_log_page.h"
 #include "ui_macro_page.h"
 #include "ui_receive_page.h"
 #include "ui_script_page.h"
@@ -39,6 +40,7 @@ constexpr SidePage sidePages[] = {
     {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Macro"), &Fill<Ui::MacroPage>},
     {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Test"), &Fill<Ui::TestPage>},
     {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Script"), &Fill<Ui::ScriptPage>},
+    {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Logs"), &Fill<Ui::LogPage>},
 };
 
 // A column of names at the right edge, written as one reads.
