@@ -11,6 +11,9 @@
 namespace quarlin {
 namespace {
 
+// In a font whose characters have widths of their own a cell is for its digits; what is wider is condensed.
+constexpr double roomAroundDigits = 1.15;
+
 constexpr unsigned deleteCode = 0x7F;
 constexpr unsigned pictures = 0x2400;  // of the codes below 32, in order
 constexpr unsigned deletePicture = 0x2421;
@@ -26,6 +29,11 @@ QString ShortName(unsigned code) {
 
 bool IsControl(unsigned code) {
   return code < 0x20 || (code >= deleteCode && code < 0xA0);
+}
+
+QFont Condensed(QFont font, double factor) {
+  font.setStretch(std::max(1, static_cast<int>(100 * factor)));
+  return font;
 }
 
 QFont Scaled(QFont font, double factor) {
@@ -46,7 +54,8 @@ int WholeCell(double advance) {
 
 GlyphTable::GlyphTable(const QFont& font) : fixedPitch_(QFontInfo(font).fixedPitch()) {
   const QFontMetricsF metrics(font);
-  cellWidth_ = WholeCell(metrics.horizontalAdvance(QLatin1Char('M')));
+  cellWidth_ = WholeCell(fixedPitch_ ? metrics.horizontalAdvance(QLatin1Char('M'))
+                                     : roomAroundDigits * metrics.horizontalAdvance(QLatin1Char('0')));
   ascent_ = static_cast<int>(std::ceil(metrics.ascent()));
   rowHeight_ = ascent_ + static_cast<int>(std::ceil(metrics.descent())) + 1;
   fonts_.push_back(QRawFont::fromFont(font));
@@ -96,7 +105,7 @@ void GlyphTable::AddShaped(unsigned code, const QString& text, const QFont& font
 
 void GlyphTable::AddCentred(unsigned code, const QString& text, const QFont& font) {
   const double width = QFontMetricsF(font).horizontalAdvance(text);
-  const QFont fitting = width > cellWidth_ ? Scaled(font, cellWidth_ / width) : font;
+  const QFont fitting = width > cellWidth_ ? Condensed(font, cellWidth_ / width) : font;
   const double rest = cellWidth_ - QFontMetricsF(fitting).horizontalAdvance(text);
   AddShaped(code, text, fitting, {rest / 2, 0});
 }

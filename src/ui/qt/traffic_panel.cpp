@@ -2,7 +2,6 @@
 
 #include <QActionGroup>
 #include <QFileDialog>
-#include <QLabel>
 #include <QMenu>
 #include <QShortcut>
 #include <QToolButton>
@@ -11,7 +10,6 @@
 
 #include "display/line_times.h"
 #include "ui/qt/time_prompt.h"
-#include "ui/qt/tint.h"
 #include "ui_traffic_panel.h"
 
 namespace quarlin {
@@ -116,7 +114,6 @@ void TrafficPanel::WireFind() {
   }
   connect(ui_->txtric, &ReceivedTextView::searchChanged, this, &TrafficPanel::ShowSearch);
   connect(ui_->actionGoToTime, &QAction::triggered, this, &TrafficPanel::AskForTime);
-  ui_->findCount->hide();
   auto* leave = new QShortcut(Qt::Key_Escape, ui_->findText, nullptr, nullptr, Qt::WidgetShortcut);
   connect(leave, &QShortcut::activated, this, [this] {
     ui_->findText->clear();
@@ -131,21 +128,15 @@ void TrafficPanel::SetSearch() {
   ShowSearch();
 }
 
-// "3/17" behind the box; in the box's own place what is wrong with an expression.
 void TrafficPanel::ShowSearch() {
   const ReceivedTextView::SearchState& search = ui_->txtric->Search();
-  const bool failed = !search.error.isEmpty();
-  const bool found = search.count > 0 || !search.counted;
-  QString text = search.error;
-  if (!failed && found) {
-    text = tr("%1/%2%3").arg(search.number).arg(search.count).arg(search.counted ? "" : "…");
-  } else if (!failed) {
-    text = tr("none");
-  }
-  ui_->findCount->setText(text);
-  ui_->findCount->setVisible(!ui_->findText->text().isEmpty());
-  const bool vain = failed || (!found && !ui_->findText->text().isEmpty());
-  ui_->findText->setPalette(vain ? Tinted(*ui_->findText, colors::red, std::nullopt) : QPalette());
+  const bool looks = !ui_->findText->text().isEmpty() && search.error.isEmpty();
+  const bool vain = looks && search.counted && search.count == 0;
+  QString note;
+  if (looks) note = tr("%1/%2%3").arg(search.number).arg(search.count).arg(search.counted ? "" : "…");
+  ui_->findText->SetNote(vain ? tr("none") : note);
+  ui_->findText->SetError(search.error);
+  ui_->findText->SetInVain(vain || !search.error.isEmpty());
 }
 
 void TrafficPanel::Find(SearchDirection direction) {
