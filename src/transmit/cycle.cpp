@@ -67,6 +67,7 @@ void Cycle::Start() {
   state.CounterWrapped = false;
   state.CounterStop = false;
   parts_.sequence.Begin();
+  if (!SendsSequence()) Hooks.commandUsed(parts_.controls.CBOSEND.Text());
   SetRunning(true);
   ClearCounters();
   started_ = parts_.loop.Now();
@@ -176,12 +177,14 @@ std::string Cycle::Counted(std::string command) const {
 }
 
 void Cycle::cmdSend_Click() {
-  if (!parts_.link.CommIsOpen()) return;
-  const Sender::Expansion expansion = parts_.sender.Expand(Counted(parts_.controls.CBOSEND.Text()));
+  if (!parts_.link.CommIsOpen()) return parts_.status.Say("not connected; nothing was sent");
+  const std::string command = parts_.controls.CBOSEND.Text();
+  const Sender::Expansion expansion = parts_.sender.Expand(Counted(command));
   if (expansion.pastMaximum) {
     parts_.status.Say("the counter has passed its maximum; nothing was sent");
     return;
   }
+  Hooks.commandUsed(command);
   parts_.sender.Send(parts_.sender.Frame.Framed(expansion.text), SendKind::ByHand);
 }
 

@@ -41,7 +41,8 @@ enum class RunEnd { Stopped, Completed };
 struct CycleHooks {
   Hook<std::string()> objection;  // why no run may begin now; empty for nothing
   Hook<void(std::string_view message, std::string_view title)> stopWithMessage;
-  Hook<void()> starting;  // what came before the run is none of its answers
+  Hook<void(std::string_view command)> commandUsed;  // it was sent, or a run began with it
+  Hook<void()> starting;                             // what came before the run is none of its answers
   Hook<void(RunEnd end)> stopped;
 };
 

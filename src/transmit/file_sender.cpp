@@ -337,6 +337,7 @@ void FileSender::End(std::string_view words) {
   parts_.traffic.Flush();
   if (chosen_.empty()) parts_.controls.fraFile.SetVisible(false);  // a paste has come to its end
   ShowButtons();
+  OnEnd();
 }
 
 void FileSender::ShowButtons() {

@@ -43,6 +43,9 @@ class FileSender {
   // Of what is being sent, in thousandths, for a bar that shows it.
   Hook<void(int thousandths)> OnProgress;
 
+  // Told when Active ends.
+  Hook<void()> OnEnd;
+
   // Offers the file: its name and size are shown, and cmdFile sends it as the boxes say. One that cannot be
   // read is said in the status bar.
   void Choose(const std::filesystem::path& file);

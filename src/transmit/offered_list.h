@@ -1,10 +1,12 @@
 // What a combo box offers: the entries of a file of the program folder, one a line, and behind them those
-// that the program has gathered itself.
+// that the program has gathered itself. What a script adds stands between the two, and what it removes stays
+// away until the file changes.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "base/program_folder.h"
@@ -29,13 +31,16 @@ class OfferedList {
   void ChooseFirst();
 
  private:
-  void Offer();
+  void Offer(const std::vector<std::string>& foreign);
+  std::vector<std::string> TakeForeign();
 
   ComboBox& box_;
   ProgramFolder folder_;
   std::string name_;
   std::vector<std::string> fromFile_;
   std::vector<std::string> behind_;
+  std::vector<std::string> offered_;         // by us, and still there as far as we know
+  std::unordered_set<std::string> removed_;  // by somebody else
 };
 
 }  // namespace quarlin

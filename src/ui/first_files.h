@@ -35,4 +35,10 @@ inline constexpr std::string_view conversion =
     "&H15\t<NAK>\n"
     "128-159\t.\n";
 
+// Name, command, whether it waits, time-out, key, how often it is repeated.
+inline constexpr std::string_view quickSends =
+    "Read\tREAD\t1\t1000\t\t5000\n"
+    "Tare\tTARE\t0\t1000\t\t0\n"
+    "Serial number\tSN\t1\t1000\tCtrl+F2\t0\n";
+
 }  // namespace quarlin::firstfiles

@@ -96,7 +96,7 @@ struct FrmMain::Modules {
                exchange, intervals, sender, traffic, sequence, status}),
         byHand({around.loop, controls.file, controls.run, controls.counters, link, exchange, sender, traffic,
                 status},
-               controls.link, prompts),
+               controls.link, prompts, around.folder, [&frm](std::string_view text) { frm.Trouble(text); }),
         errors({controls.test, controls.run, controls.counters, controls.link, controls.display, traffic,
                 exchange}),
         errorRows(around.loop.Clocks(), record, controls.display.txtric),
@@ -219,7 +219,7 @@ void FrmMain::WireConnection() {
   hooks.showLink = [this](std::string_view words) {
     controls.status.lblStatusLink.SetCaption(words);
     modules_->cycle.MaySendAgain();  // a peer may have come
-    modules_->byHand.OnLinkChanged();
+    modules_->byHand.LinkChanged();
   };
   hooks.whoseIsIt = [](const std::string& portName, std::int32_t error) {
     return WhoseIsIt(DevicePath(portName), error);
@@ -266,12 +266,21 @@ void FrmMain::WireCycle() {
     modules_->receive.DropBeginning();
     modules_->session.RunBegins();
   };
-  hooks.stopped = [this](RunEnd end) { modules_->session.RunStopped(end); };
+  hooks.stopped = [this](RunEnd end) {
+    modules_->session.RunStopped(end);
+    modules_->byHand.quick.MayGoOn();
+  };
 }
 
 void FrmMain::WireByHand() {
   ByHand& byHand = modules_->byHand;
-  controls.link.chkTerminal.Click = [&byHand] { byHand.OnLinkChanged(); };
+  controls.link.chkTerminal.Click = [&byHand] { byHand.LinkChanged(); };
+  if (!surroundings_.headless) {
+    modules_->cycle.Hooks.commandUsed = [&byHand](std::string_view command) { byHand.history.Add(command); };
+  }
+  byHand.history.OnChanged = [this] {
+    modules_->commands.SetEntriesBehind(modules_->byHand.history.Entries());
+  };
   modules_->cycle.Hooks.objection = [&byHand] {
     return byHand.files.Active() ? "a file is being sent; cancel it before you start a cycle" : "";
   };
@@ -381,6 +390,9 @@ void FrmMain::FillLists() {
     Refill(*list);
     list->ChooseFirst();
   }
+  modules_->byHand.quick.TakeUp();
+  if (surroundings_.headless) return;  // a test run leaves nobody's history behind
+  if (const std::string trouble = modules_->byHand.history.Load(); !trouble.empty()) Note(trouble);
 }
 
 void FrmMain::Refill(OfferedList& list) {
@@ -391,6 +403,7 @@ void FrmMain::WireFiles() {
   FolderWatch& folder = modules_->folder;
   folder.Follow(commandFile, [this] { Refill(modules_->commands); });
   folder.Follow(parserFile, [this] { Refill(modules_->parserFormats); });
+  folder.Follow(QuickList::fileName, [this] { modules_->byHand.quick.TakeUp(); });
   folder.Follow(Sequence::fileName, [this] { modules_->sequence.FileChanged(); });
   folder.Follow(CharacterConversion::fileName, [this] { modules_->conversion.FileChanged(); });
 
@@ -404,6 +417,7 @@ void FrmMain::WireFiles() {
            {edit.cmdEditCommand, commandFile, std::string(firstfiles::commands)},
            {edit.cmdEditParser, parserFile, std::string(firstfiles::parserFormats)},
            {edit.cmdEditSequence, Sequence::fileName, std::string(firstfiles::sequence)},
+           {edit.cmdEditQuick, QuickList::fileName, std::string(firstfiles::quickSends)},
            {edit.cmdEditConversion, CharacterConversion::fileName, std::string(firstfiles::conversion)},
            {controls.test.cmdEditDialog, Dialog::tableName, CommentedFirstDialog()}}) {
     file.button.OnClick = [this, name = file.name, first = file.firstContent] { EditFile(name, first); };
@@ -593,6 +607,7 @@ void FrmMain::RequestUnload() {
 
 void FrmMain::CloseWindow() {
   OnClosing();
+  modules_->byHand.history.Save();
   modules_->script.Panel().SetVisible(false);
   controls.run.Command1.SetCaption("Stop");
   modules_->script.EndTask();

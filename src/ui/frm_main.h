@@ -61,6 +61,7 @@ struct EditControls : ControlGroup {
   CommandButton cmdEditCommand{*this, "cmdEditCommand", "Edit Command.txt"};
   CommandButton cmdEditParser{*this, "cmdEditParser", "Edit Parser.txt"};
   CommandButton cmdEditSequence{*this, "cmdEditSequence", "Edit sequence.txt"};
+  CommandButton cmdEditQuick{*this, "cmdEditQuick", "Edit Quick.txt"};
   CommandButton cmdEditConversion{*this, "cmdEditConversion", "Edit Conversion.txt"};
 };
 

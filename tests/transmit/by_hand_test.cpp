@@ -34,7 +34,11 @@ class HandRoom : public SenderRig {
 
   FileControls file{loop};
   ListedPrompts prompts;
-  ByHand hand{{loop, file, run, counters, link, exchange, sender, traffic, status}, linkControls, prompts};
+  ByHand hand{{loop, file, run, counters, link, exchange, sender, traffic, status},
+              linkControls,
+              prompts,
+              ProgramFolder(folder.Path()),
+              [](std::string_view) {}};
 };
 
 TEST_F(HandRoom, KeysGoOutAsTheyAreTypedAndCountNowhere) {

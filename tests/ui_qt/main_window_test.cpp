@@ -168,9 +168,10 @@ class MainWindowTest : public QObject {
  private slots:
   void formAndModelHoldTheSameControls() {
     Rig rig;
-    std::set<QString> names = {"findText",         "sidePanelButton",   "errorKindBox",
-                               "copyErrorsButton", "clearErrorsButton", "smallerTextButton",
-                               "largerTextButton"};
+    std::set<QString> names = {
+        "findText",          "sidePanelButton",  "errorKindBox",    "copyErrorsButton", "clearErrorsButton",
+        "smallerTextButton", "largerTextButton", "quickSendButton", "quickAddButton",   "quickTable",
+        "quickRemoveButton", "quickUpButton",    "quickDownButton"};
     // Saved with a configuration, but without a use.
     const std::set<QString> outOfSight = {"txtConv_1", "txtConv_3", "txtConv_5", "txtConv_7"};
     for (const Control* control : rig.frm.Collection().All()) {

@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
 
@@ -14,6 +15,8 @@ HandInput::HandInput(FrmMain& frm, ReceivedTextView& view, QComboBox& command)
     : frm_(frm), view_(view), command_(command), frame_(new LineFrame(view)) {
   connect(&view, &ReceivedTextView::typed, this, &HandInput::Typed);
   connect(&view, &ReceivedTextView::pasteRequested, this, &HandInput::Paste);
+  command.installEventFilter(this);
+  command.lineEdit()->installEventFilter(this);
   frm_.Hand().OnLinkChanged = [this] { ShowOnLine(); };
   ShowOnLine();
 }
@@ -26,6 +29,24 @@ void HandInput::ShowOnLine() {
   const bool onLine = frm_.Hand().typing.OnLine();
   view_.SetOnLine(onLine);
   frame_->SetOnLine(onLine);
+}
+
+bool HandInput::eventFilter(QObject*, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return false;
+  const auto* key = static_cast<QKeyEvent*>(event);
+  const bool alone = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (!alone || (key->key() != Qt::Key_Up && key->key() != Qt::Key_Down)) return false;
+  Walk(key->key() == Qt::Key_Up);
+  return true;
+}
+
+void HandInput::Walk(bool older) {
+  CommandHistory& history = frm_.Hand().history;
+  const std::string shown = BytesOf(command_.currentText());
+  const auto next = older ? history.Older(shown) : history.Newer(shown);
+  if (!next) return;
+  command_.setEditText(EditText(*next));
+  frm_.controls.cycle.CBOSEND.SetText(*next);
 }
 
 void HandInput::Typed(const QByteArray& keys) {

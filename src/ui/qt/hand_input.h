@@ -19,9 +19,14 @@ class HandInput : public QObject {
   HandInput(FrmMain& frm, ReceivedTextView& view, QComboBox& command);
   ~HandInput() override;
 
+ protected:
+  // Up and Down in the command box walk through the history.
+  bool eventFilter(QObject* object, QEvent* event) override;
+
  private:
   void ShowOnLine();
   void Typed(const QByteArray& keys);
+  void Walk(bool older);
   void Paste();
   void PutIntoCommand(const QString& text);
 

@@ -20,6 +20,7 @@
 #include "ui/qt/layout_keeper.h"
 #include "ui/qt/link_row.h"
 #include "ui/qt/mirror_actions.h"
+#include "ui/qt/quick_page.h"
 #include "ui/qt/send_file_row.h"
 #include "ui/qt/side_panel.h"
 #include "ui/qt/traffic_panel.h"
@@ -175,6 +176,7 @@ void MainWindow::WireDisplay() {
   hand_ = std::make_unique<HandInput>(frm_, traffic_->View(), *Part<QComboBox>(*this, "CBOSEND"));
   connect(traffic_, &TrafficPanel::told, this,
           [this](const QString& words) { frm_.Status().Say(BytesOf(words)); });
+  quick_ = std::make_unique<QuickPage>(*this, frm_);
   frm_.OnFocusDisplay = [this] { traffic_->View().setFocus(); };
   frm_.OnLinkChanged = [this] { ShowLink(); };
   ShowLink();

@@ -20,6 +20,7 @@ class ErrorPanel;
 class LayoutKeeper;
 class HandInput;
 class LinkRow;
+class QuickPage;
 class SendFileRow;
 class SidePanel;
 class TrafficPanel;
@@ -70,6 +71,7 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<LayoutKeeper> keeper_;
   std::unique_ptr<Windows> windows_;
   std::unique_ptr<HandInput> hand_;
+  std::unique_ptr<QuickPage> quick_;
 };
 
 }  // namespace quarlin

@@ -12,6 +12,7 @@
 #include "ui_config_row.h"
 #include "ui_log_page.h"
 #include "ui_macro_page.h"
+#include "ui_quick_page.h"
 #include "ui_receive_page.h"
 #include "ui_script_page.h"
 #include "ui_test_page.h"
@@ -39,6 +40,7 @@ constexpr SidePage sidePages[] = {
     {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Receive"), &Fill<Ui::ReceivePage>},
     {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Macro"), &Fill<Ui::MacroPage>},
     {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Test"), &Fill<Ui::TestPage>},
+    {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Quick"), &Fill<Ui::QuickPageForm>},
     {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Script"), &Fill<Ui::ScriptPage>},
     {QT_TRANSLATE_NOOP("quarlin::SidePanel", "Logs"), &Fill<Ui::LogPage>},
 };

@@ -1,0 +1,150 @@
+#include "transmit/quick_list.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <utility>
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+
+namespace quarlin {
+namespace {
+
+constexpr std::size_t fieldCount = 6;
+
+// Missing ones are empty.
+std::array<std::string_view, fieldCount> Fields(std::string_view line) {
+  std::array<std::string_view, fieldCount> fields;
+  for (std::string_view& field : fields) {
+    const std::size_t end = line.find('\t');
+    field = line.substr(0, end);
+    if (end == std::string_view::npos) break;
+    line.remove_prefix(end + 1);
+  }
+  return fields;
+}
+
+int MillisecondsOf(std::string_view field, int otherwise) {
+  return field.empty() ? otherwise : std::max(IntegerOf(field), 0);
+}
+
+// Tabs and line ends would be taken for the ends of fields and lines.
+std::string FieldText(std::string_view text) {
+  return CodedText(text, std::string_view::npos);
+}
+
+}  // namespace
+
+std::optional<QuickSend> QuickSendFromLine(std::string_view line) {
+  if (TrimBlanks(line).empty()) return std::nullopt;
+  const auto fields = Fields(line);
+  QuickSend row;
+  row.name = fields[0];
+  row.command = line.find('\t') == std::string_view::npos ? fields[0] : fields[1];
+  row.waits = IntegerOf(fields[2]) != 0;
+  row.timeOut = MillisecondsOf(fields[3], row.timeOut);
+  row.key = TrimBlanks(fields[4]);
+  row.every = MillisecondsOf(fields[5], 0);
+  return row;
+}
+
+std::string LineOf(const QuickSend& row) {
+  return fmt::format("{}\t{}\t{}\t{}\t{}\t{}", FieldText(row.name), FieldText(row.command), row.waits ? 1 : 0,
+                     row.timeOut, FieldText(row.key), row.every);
+}
+
+std::string QuickList::TakeUp() {
+  const std::filesystem::path file = folder_.File(fileName);
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(file, error);
+  const bool missing = error == std::errc::no_such_file_or_directory;
+  if (error && !missing) return fmt::format("{} cannot be read: {}", fileName, error.message());
+  if (!missing && size > largestFile) return fmt::format("{} is too large and was left alone", fileName);
+  const auto content = missing ? std::string() : ReadWholeFile(file);
+  if (!content) return fmt::format("{} cannot be read", fileName);
+  if (*content == known_) return {};
+  std::vector<QuickSend> rows;
+  for (const std::string& line : SplitLines(BytesFromFileText(*content))) {
+    if (auto row = QuickSendFromLine(line)) rows.push_back(std::move(*row));
+  }
+  if (rows.size() > mostRows) {
+    return fmt::format("{} has more than {} lines and was left alone", fileName, mostRows);
+  }
+  known_ = *content;
+  rows_ = std::move(rows);
+  OnChanged();
+  return {};
+}
+
+std::string QuickList::Edit(const std::function<void(std::vector<QuickSend>& rows)>& change) {
+  if (std::string trouble = TakeUp(); !trouble.empty()) return trouble;
+  std::vector<QuickSend> rows = rows_;
+  change(rows);
+  if (rows.size() > mostRows) return fmt::format("{} quick sends are the most", mostRows);
+  if (rows == rows_) return {};
+  rows_ = std::move(rows);
+  std::string trouble = Write();
+  OnChanged();
+  return trouble;
+}
+
+std::string QuickList::Write() {
+  std::string content;
+  for (const QuickSend& row : rows_) content += Utf8FromBytes(LineOf(row)) + "\n";
+  if (const auto error = WriteWholeFile(folder_.File(fileName), content)) {
+    return fmt::format("{} was not written: {}", fileName, error.message());
+  }
+  known_ = std::move(content);
+  return {};
+}
+
+// Where the row stands now: at its old place, or at the first where there is one like it.
+std::optional<std::size_t> QuickList::Place(const std::vector<QuickSend>& rows, const QuickSend& row,
+                                            std::size_t index) const {
+  if (index < rows.size() && rows[index] == row) return index;
+  const auto found = std::find(rows.begin(), rows.end(), row);
+  if (found == rows.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - rows.begin());
+}
+
+std::string QuickList::Add(QuickSend row) {
+  return Edit([&](std::vector<QuickSend>& rows) { rows.push_back(std::move(row)); });
+}
+
+std::string QuickList::Set(std::size_t index, QuickSend row) {
+  if (index >= rows_.size()) return {};
+  const QuickSend before = rows_[index];
+  return Edit([&](std::vector<QuickSend>& rows) {
+    const auto place = Place(rows, before, index);
+    if (place) rows[*place] = std::move(row);
+    if (!place && before != row) rows.push_back(std::move(row));
+  });
+}
+
+std::string QuickList::Remove(std::size_t index) {
+  if (index >= rows_.size()) return {};
+  const QuickSend before = rows_[index];
+  return Edit([&](std::vector<QuickSend>& rows) {
+    if (const auto place = Place(rows, before, index)) {
+      rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(*place));
+    }
+  });
+}
+
+std::string QuickList::Move(std::size_t from, std::size_t to) {
+  if (from >= rows_.size()) return {};
+  const QuickSend moved = rows_[from];
+  return Edit([&](std::vector<QuickSend>& rows) {
+    const auto place = Place(rows, moved, from);
+    if (!place) return;
+    rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(*place));
+    const std::size_t behind = to > *place ? to - 1 : to;
+    rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(std::min(behind, rows.size())), moved);
+  });
+}
+
+}  // namespace quarlin
