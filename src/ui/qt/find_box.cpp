@@ -44,7 +44,9 @@ void FindBox::paintEvent(QPaintEvent* event) {
   QLineEdit::paintEvent(event);
   if (note_.isEmpty()) return;
   QPainter painter(this);
-  painter.setPen(palette().color(QPalette::PlaceholderText));
+  QColor faint = palette().color(QPalette::Text);
+  faint.setAlphaF(0.6F);
+  painter.setPen(faint);
   painter.drawText(rect().adjusted(0, 0, -clearButton, 0), Qt::AlignRight | Qt::AlignVCenter, note_);
 }
 

@@ -251,7 +251,7 @@ void ReceivedTextView::contextMenuEvent(QContextMenuEvent* event) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const auto add = [&](const QString& text, auto action) { return menu->addAction(text, this, action); };
-  add(tr("&Copy"), &ReceivedTextView::Copy)->setEnabled(!selection_.Empty());
+  add(tr("Cop&y"), &ReceivedTextView::Copy)->setEnabled(!selection_.Empty());
   add(tr("Copy as sho&wn"), &ReceivedTextView::CopyAsShown)->setEnabled(!selection_.Empty());
   add(tr("Copy &bytes as hex"), &ReceivedTextView::CopyAsHex)->setEnabled(!selection_.Empty());
   add(tr("Select &all"), &ReceivedTextView::SelectAll);

@@ -323,7 +323,9 @@ void ReceivedTextView::SetHint(const QString& hint) {
 void ReceivedTextView::PaintHint(QPainter& painter) {
   const bool filtered = Ring()->FirstLine() != Ring()->EndLine();
   painter.setFont(QApplication::font());
-  painter.setPen(palette().color(QPalette::PlaceholderText));
+  QColor faint = palette().color(QPalette::Text);
+  faint.setAlphaF(0.6F);
+  painter.setPen(faint);
   painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
                    filtered ? tr("No errors in the lines that are kept") : hint_);
 }

@@ -25,8 +25,12 @@ QColor Mixed(const QColor& color, const QColor& base, double share) {
   return {mix(color.red(), base.red()), mix(color.green(), base.green()), mix(color.blue(), base.blue())};
 }
 
+bool IsDark(const QColor& color) {
+  return Luminance(color) < 0.18;
+}
+
 TextColors::Shades ShadesOf(const QColor& color, const QColor& base) {
-  constexpr double dimmedShare = 0.65;
+  const double dimmedShare = IsDark(base) ? 0.8 : 0.65;  // on dark a colour sinks sooner
   return {color.rgb(), Mixed(color, base, dimmedShare).rgb()};
 }
 
@@ -38,7 +42,7 @@ QColor ReadableColor(Color color, const QColor& base) {
                      static_cast<int>(value >> 16 & 255));
   // Saturated colours glare on dark, so they are brought further than on light, where red and magenta
   // are to stay what they are.
-  const bool onDark = Luminance(base) < 0.18;
+  const bool onDark = IsDark(base);
   const double wanted = onDark ? 4.5 : 3.0;
   QColor readable = given;
   for (int step = 1; step <= 20 && Contrast(readable, base) < wanted; ++step) {
