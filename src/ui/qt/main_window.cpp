@@ -78,7 +78,7 @@ MainWindow::MainWindow(FrmMain& frm)
   WireConfiguration();
   frm.OnChanged = [this] { ShowTitle(); };
   windows_ = std::make_unique<Windows>(frm.Forms(), *this);
-  Part<QWidget>(*this, "cmdOpen")->setFocus();
+  Part<QWidget>(*this, "cboSerial")->setFocus();
 }
 
 MainWindow::~MainWindow() {
