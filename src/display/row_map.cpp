@@ -44,8 +44,7 @@ void RowMap::AddLine(const TextRing& ring, std::uint64_t line) {
 }
 
 void RowMap::ShowExchangeBefore(const TextRing& ring, std::uint64_t line) {
-  constexpr std::uint64_t farOff = 50;
-  const std::uint64_t lowest = std::max(sums_->FirstLine(), line - std::min(line, farOff));
+  const std::uint64_t lowest = std::max(sums_->FirstLine(), line - std::min(line, farthestBefore));
   std::uint64_t from = line;
   bool found = false;
   while (from > lowest && !found && sums_->Of(from - 1) == 0) {
@@ -62,6 +61,11 @@ void RowMap::ShowExchangeBefore(const TextRing& ring, std::uint64_t line) {
 
 std::uint64_t RowMap::EndRow() const {
   return Plain() ? endLine_ : firstRow_ + sums_->Total();
+}
+
+bool RowMap::Shows(std::uint64_t line) const {
+  if (Plain()) return true;
+  return line >= sums_->FirstLine() && line < sums_->EndLine() && sums_->Of(line) > 0;
 }
 
 RowPlace RowMap::PlaceOf(std::uint64_t row) const {

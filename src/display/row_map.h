@@ -41,6 +41,12 @@ class RowMap {
   // The first row of a line; of one that is not shown, the row behind the place where it would be.
   std::uint64_t RowOf(std::uint64_t line) const;
 
+  // Whether a line of the ring is shown at all, as far as it was taken in.
+  bool Shows(std::uint64_t line) const;
+
+  // An error shows lines before it, so many at the most.
+  static constexpr std::uint64_t farthestBefore = 50;
+
   // Whether every line is a row.
   bool Plain() const { return sums_ == nullptr; }
 

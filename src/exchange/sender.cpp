@@ -64,8 +64,9 @@ void Sender::Send(std::string bytes, SendKind kind, std::function<void(const Sen
 }
 
 void Sender::Ended(const SendOutcome& outcome, SendKind kind, std::uint32_t run) {
-  const std::uint64_t displayLine = parts_.traffic.NextLine();
+  const std::uint64_t next = parts_.traffic.NextLine();
   Show(std::string_view(outcome.text).substr(0, outcome.taken), kind);
+  const std::uint64_t displayLine = outcome.taken > 0 ? parts_.traffic.SentLine() : next;
   const bool ofAnotherRun = kind == SendKind::Cycle && run != parts_.exchange.Run();
   if (!RowOf(kind).request || ofAnotherRun) return TellEnd(outcome);
   const std::uint64_t number = CountRequest(outcome, kind, displayLine);

@@ -371,6 +371,16 @@ class ReceivedTextViewTest : public QObject {
     rig->view.Refresh();
     QCOMPARE(rig->LineInRow(6), QString("READ 101"));
 
+    rig->view.SetSearch({"read 1"});
+    for (const char* found : {"101", "101"}) {  // in the lines that are shown
+      QVERIFY(rig->view.FindNext(SearchDirection::Forward));
+      rig->TripleClick(rig->At(6, 2));
+      QCOMPARE(rig->view.SelectedText(), "READ " + QString(found));
+    }
+    QCOMPARE(rig->view.Search().count, 1U);
+    rig->Drag(rig->At(5, 0), rig->At(7, 2));
+    QCOMPARE(rig->view.SelectedText(), QString("ERROR CHECKSUM\nREAD 101\n12"));
+
     QVERIFY(rig->view.ShowLine(20));  // not among them
     QVERIFY(!rig->view.ErrorsOnly());
     QCOMPARE(rig->view.SelectedText(), QString("12.5"));

@@ -194,7 +194,8 @@ class RowTextTest : public QObject {
         {{"(", false, true}, Forward, {1, 0}, std::nullopt},
     };
     for (const Case& search : cases) {
-      const auto match = FindText(ring, TextMatcher(search.query), search.from, search.direction, 10s);
+      const auto match =
+          FindText(ring, RowMap(), TextMatcher(search.query), search.from, search.direction, 10s);
       QVERIFY2(match.has_value() == search.begin.has_value(), qPrintable(search.query.text));
       if (match) QCOMPARE(match->begin, *search.begin);
     }
@@ -208,7 +209,7 @@ class RowTextTest : public QObject {
     MatchCount count;
     const auto add = [&](std::string_view text) {
       ring.Append(text, TextKind::Received, colors::black, LocalTime(0s));
-      return count.Update(ring, matcher, 10s) ? count.Count() : 0;
+      return count.Update(ring, RowMap(), matcher, 10s) ? count.Count() : 0;
     };
     QCOMPARE(add("abab\r\nxa"), 2U);
     QCOMPARE(add("b\r\n"), 3U);  // the line has grown
@@ -228,7 +229,8 @@ class RowTextTest : public QObject {
     }
     QElapsedTimer taken;
     taken.start();
-    QVERIFY(!FindText(ring, TextMatcher({"(a|aa)+$x", false, true}), {}, SearchDirection::Forward, 100ms));
+    QVERIFY(!FindText(ring, RowMap(), TextMatcher({"(a|aa)+$x", false, true}), {}, SearchDirection::Forward,
+                      100ms));
     QVERIFY(taken.elapsed() < 5000);
   }
 };

@@ -147,6 +147,8 @@ void ReceivedTextView::SetWraps(bool wraps) {
 void ReceivedTextView::SetErrorsOnly(bool only) {
   if (std::exchange(errorsOnly_, only) == only) return;
   LayRows();
+  matchCount_.Restart();
+  if (matcher_.Usable()) CountMatches();
   emit errorsOnlyChanged(only);
 }
 
@@ -381,7 +383,8 @@ bool ReceivedTextView::FindNext(SearchDirection direction) {
     // A match is passed over; anything else that is selected may hold or begin one.
     if (IsMatch(*Ring(), matcher_, from)) std::swap(from.begin, from.end);
   }
-  const auto match = FindText(*Ring(), matcher_, backward ? from.end : from.begin, direction, searchPatience);
+  const auto match =
+      FindText(*Ring(), map_, matcher_, backward ? from.end : from.begin, direction, searchPatience);
   if (!match) return false;
   selection_.Start(*match);
   MakeVisible(*match);
@@ -391,7 +394,7 @@ bool ReceivedTextView::FindNext(SearchDirection direction) {
 
 void ReceivedTextView::CountMatches() {
   if (Ring() == nullptr) return;
-  const bool counted = matchCount_.Update(*Ring(), matcher_, countBudget);
+  const bool counted = matchCount_.Update(*Ring(), map_, matcher_, countBudget);
   counted ? countOn_.stop() : countOn_.start(0, this);
   const std::uint64_t number =
       selection_.Empty() ? 0 : matchCount_.NumberOf(*Ring(), matcher_, selection_.Span());
@@ -429,7 +432,7 @@ void ReceivedTextView::MakeVisible(const TextSpan& span) {
   SetFollowing(false);
   map_.Update(*Ring());
   const std::uint64_t line = span.begin.line;
-  if (!IsShown(line)) SetErrorsOnly(false);
+  if (!map_.Shows(line)) SetErrorsOnly(false);
   const LineRows rows(Ring()->Line(line), format_);
   const LineRows::Place begin = rows.PlaceOf(span.begin.byte);
   const std::uint64_t row = map_.RowOf(line) + begin.row;
@@ -450,7 +453,7 @@ void ReceivedTextView::ScrollSideways(int begin, int end) {
 }
 
 QString ReceivedTextView::SelectedText() const {
-  return Ring() == nullptr ? QString() : TextOf(quarlin::SelectedText(*Ring(), selection_));
+  return Ring() == nullptr ? QString() : TextOf(quarlin::SelectedText(*Ring(), map_, selection_));
 }
 
 void ReceivedTextView::SelectAll() {
@@ -469,14 +472,14 @@ void ReceivedTextView::CopyAsShown() {
   const std::uint64_t end = std::min(selection_.Span().end.line + 1, Ring()->EndLine());
   QString text;
   for (std::uint64_t line = first; line < end; ++line) {
-    if (IsShown(line)) text += ShownText(line) + QChar('\n');
+    if (map_.Shows(line)) text += ShownText(line) + QChar('\n');
   }
   QGuiApplication::clipboard()->setText(text);
 }
 
 void ReceivedTextView::CopyAsHex() {
   if (selection_.Empty()) return;
-  QGuiApplication::clipboard()->setText(TextOf(SelectedHex(*Ring(), selection_)));
+  QGuiApplication::clipboard()->setText(TextOf(SelectedHex(*Ring(), map_, selection_)));
 }
 
 std::error_code ReceivedTextView::Save(const std::filesystem::path& file, std::uint64_t& lines) const {
@@ -485,7 +488,7 @@ std::error_code ReceivedTextView::Save(const std::filesystem::path& file, std::u
     lines = 0;
     QByteArray piece;
     for (std::uint64_t line = Ring()->FirstLine(); line < Ring()->EndLine(); ++line) {
-      if (!IsShown(line)) continue;
+      if (!map_.Shows(line)) continue;
       piece += ShownText(line).toUtf8() + '\n';
       ++lines;
       if (piece.size() < pieceSize) continue;

@@ -158,7 +158,6 @@ class ReceivedTextView : public QAbstractScrollArea {
 
   const TextRing* Ring() const { return display_ == nullptr ? nullptr : &display_->Ring(); }
   std::optional<LocalTime> TimeBefore(std::uint64_t line) const;
-  bool IsShown(std::uint64_t line) const { return map_.RowOf(line) != map_.RowOf(line + 1); }
   QString ShownText(std::uint64_t line) const;
 
   void PaintHint(QPainter& painter);

@@ -73,7 +73,7 @@ void RowPainter::PaintBoxes(QPainter& painter, const TextLine& line, std::span<c
     if (cells[at].look != Cell::Look::Code || cells[at].character != '<') continue;
     const std::size_t begin = at;
     while (cells[at].character != '>') ++at;
-    if (at < frame.firstCell) continue;
+    if (begin < frame.firstCell) continue;  // its name alone shows where it is cut
     const QRgb color =
         IsSelected(marked, cells[begin]) ? colors_.HighlightedText() : ColorOf(line, cells[begin]);
     const QPixmap& box = BoxOf(at + 1 - begin, color, painter.device()->devicePixelRatioF());

@@ -127,11 +127,12 @@ namespace {
 
 class Searcher {
  public:
-  Searcher(const TextRing& ring, const TextMatcher& matcher, SearchDirection direction)
-      : ring_(ring), matcher_(matcher), direction_(direction) {}
+  Searcher(const TextRing& ring, const RowMap& map, const TextMatcher& matcher, SearchDirection direction)
+      : ring_(ring), map_(map), matcher_(matcher), direction_(direction) {}
 
   // In one line: the first match at or after `from`, or the last that ends at or before it.
   std::optional<TextSpan> InLine(std::uint64_t number, std::size_t from) {
+    if (!map_.Shows(number)) return std::nullopt;
     ring_.Read(number, line_);
     matcher_.Find(line_, matches_);
     std::optional<TextSpan> found;
@@ -145,6 +146,7 @@ class Searcher {
 
  private:
   const TextRing& ring_;
+  const RowMap& map_;
   const TextMatcher& matcher_;
   SearchDirection direction_;
   TextLine line_;
@@ -162,15 +164,15 @@ bool IsMatch(const TextRing& ring, const TextMatcher& matcher, const TextSpan& s
   });
 }
 
-std::optional<TextSpan> FindText(const TextRing& ring, const TextMatcher& matcher, TextPosition from,
-                                 SearchDirection direction, Duration patience) {
+std::optional<TextSpan> FindText(const TextRing& ring, const RowMap& map, const TextMatcher& matcher,
+                                 TextPosition from, SearchDirection direction, Duration patience) {
   const std::uint64_t first = ring.FirstLine();
   const std::uint64_t count = ring.EndLine() - first;
   if (count == 0 || !matcher.Usable()) return std::nullopt;
 
   QElapsedTimer taken;
   taken.start();
-  Searcher searcher(ring, matcher, direction);
+  Searcher searcher(ring, map, matcher, direction);
   const bool forward = direction == SearchDirection::Forward;
   const std::uint64_t start = std::clamp(from.line, first, first + count - 1) - first;
   const std::size_t whole = forward ? 0 : std::string::npos;
@@ -184,21 +186,31 @@ std::optional<TextSpan> FindText(const TextRing& ring, const TextMatcher& matche
   return std::nullopt;
 }
 
-bool MatchCount::Update(const TextRing& ring, const TextMatcher& matcher, Duration budget) {
+std::uint32_t MatchCount::CountIn(const TextRing& ring, const RowMap& map, const TextMatcher& matcher,
+                                  std::uint64_t line) {
+  if (!map.Shows(line)) return 0;
+  ring.Read(line, read_);
+  matcher.Find(read_, matches_);
+  return static_cast<std::uint32_t>(matches_.size());
+}
+
+bool MatchCount::Update(const TextRing& ring, const RowMap& map, const TextMatcher& matcher,
+                        Duration budget) {
   QElapsedTimer taken;
   taken.start();
   if (std::exchange(fresh_, false)) sums_.Restart(ring.FirstLine());
   sums_.DropBefore(ring.FirstLine());
-  const auto count = [&](std::uint64_t line) {
-    ring.Read(line, read_);
-    matcher.Find(read_, matches_);
-    return static_cast<std::uint32_t>(matches_.size());
-  };
-  if (sums_.EndLine() > sums_.FirstLine()) sums_.Set(sums_.EndLine() - 1, count(sums_.EndLine() - 1));
+  // The last line may have grown, and lines before an error have been shown since.
+  const std::uint64_t mayDiffer = map.Plain() ? 1 : RowMap::farthestBefore + 1;
+  const std::uint64_t end = sums_.EndLine();
+  for (std::uint64_t line = end - std::min(mayDiffer, end - sums_.FirstLine()); line < end; ++line) {
+    sums_.Set(line, CountIn(ring, map, matcher, line));
+  }
   while (sums_.EndLine() < ring.EndLine()) {
-    sums_.Add(count(sums_.EndLine()));
-    if (sums_.EndLine() % linesBetweenLooks == 0 && std::chrono::nanoseconds(taken.nsecsElapsed()) > budget)
+    sums_.Add(CountIn(ring, map, matcher, sums_.EndLine()));
+    if (sums_.EndLine() % linesBetweenLooks == 0 && std::chrono::nanoseconds(taken.nsecsElapsed()) > budget) {
       return false;
+    }
   }
   return true;
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "display/line_sums.h"
+#include "display/row_map.h"
 #include "display/text_ring.h"
 #include "ui/qt/text_selection.h"
 
@@ -60,18 +61,18 @@ bool IsMatch(const TextRing& ring, const TextMatcher& matcher, const TextSpan& s
 
 enum class SearchDirection { Forward, Backward };
 
-// The next match that begins at `from` or later; backward, the last one that ends at `from` or before. Goes
-// on at the other end of the ring. Nothing also when `patience` is over.
-std::optional<TextSpan> FindText(const TextRing& ring, const TextMatcher& matcher, TextPosition from,
-                                 SearchDirection direction, Duration patience);
+// In the lines that are shown the next match that begins at `from` or later; backward, the last one that ends
+// at `from` or before. Goes on at the other end of the ring. Nothing also when `patience` is over.
+std::optional<TextSpan> FindText(const TextRing& ring, const RowMap& map, const TextMatcher& matcher,
+                                 TextPosition from, SearchDirection direction, Duration patience);
 
-// How many matches the ring's lines have, kept up to date while lines come and go.
+// How many matches the lines have that are shown, kept up to date while lines come and go.
 class MatchCount {
  public:
   void Restart() { fresh_ = true; }
 
   // Looks at what is new, for no longer than `budget`. Whether all has been looked at.
-  bool Update(const TextRing& ring, const TextMatcher& matcher, Duration budget);
+  bool Update(const TextRing& ring, const RowMap& map, const TextMatcher& matcher, Duration budget);
 
   std::uint64_t Count() const { return sums_.Total(); }
 
@@ -81,6 +82,9 @@ class MatchCount {
  private:
   LineSums sums_{TextRing::Limits().lines};
   bool fresh_ = true;
+  std::uint32_t CountIn(const TextRing& ring, const RowMap& map, const TextMatcher& matcher,
+                        std::uint64_t line);
+
   TextLine read_;
   std::vector<ByteRange> matches_;
 };

@@ -18,14 +18,15 @@ CharClass ClassOf(char cell) {
   return code == ' ' || code == '\t' ? CharClass::Blank : CharClass::Other;
 }
 
-// Hands each selected line with its selected bytes to `take`, lines in order.
+// Hands each selected line that is shown with its selected bytes to `take`, lines in order.
 template <typename Take>
-void ForEachLine(const TextRing& ring, const TextSelection& selection, Take take) {
+void ForEachLine(const TextRing& ring, const RowMap& map, const TextSelection& selection, Take take) {
   if (selection.Empty()) return;
   const std::uint64_t first = std::max(selection.Span().begin.line, ring.FirstLine());
   const std::uint64_t end = std::min(selection.Span().end.line + 1, ring.EndLine());
   TextLine line;
   for (std::uint64_t number = first; number < end; ++number) {
+    if (!map.Shows(number)) continue;
     ring.Read(number, line);
     take(line, selection.BytesOf(number));
   }
@@ -78,10 +79,10 @@ TextSpan WholeText(const TextRing& ring) {
   return {begin, {last, ring.Line(last).visible}};
 }
 
-std::string SelectedText(const TextRing& ring, const TextSelection& selection) {
+std::string SelectedText(const TextRing& ring, const RowMap& map, const TextSelection& selection) {
   std::string text;
   const char* gap = "";
-  ForEachLine(ring, selection, [&](const TextLine& line, ByteRange bytes) {
+  ForEachLine(ring, map, selection, [&](const TextLine& line, ByteRange bytes) {
     text += gap;
     gap = "\n";
     const std::size_t end = std::min(bytes.end, line.visible);
@@ -90,9 +91,9 @@ std::string SelectedText(const TextRing& ring, const TextSelection& selection) {
   return text;
 }
 
-std::string SelectedHex(const TextRing& ring, const TextSelection& selection) {
+std::string SelectedHex(const TextRing& ring, const RowMap& map, const TextSelection& selection) {
   std::string text;
-  ForEachLine(ring, selection, [&](const TextLine& line, ByteRange bytes) {
+  ForEachLine(ring, map, selection, [&](const TextLine& line, ByteRange bytes) {
     const char* gap = text.empty() ? "" : "\n";
     const std::size_t end = std::min(bytes.end, line.text.size());
     for (std::size_t byte = bytes.begin; byte < end; ++byte) {

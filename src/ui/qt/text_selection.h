@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "display/row_map.h"
 #include "display/text_ring.h"
 #include "ui/qt/row_text.h"
 
@@ -67,11 +68,11 @@ TextSpan WordAt(std::string_view text, TextPosition byte);
 // All that the ring keeps.
 TextSpan WholeText(const TextRing& ring);
 
-// The selected text, lines joined by "\n", control characters as they are.
-std::string SelectedText(const TextRing& ring, const TextSelection& selection);
+// The selected text of the lines that are shown, joined by "\n", control characters as they are.
+std::string SelectedText(const TextRing& ring, const RowMap& map, const TextSelection& selection);
 
 // Its bytes as pairs of hex digits, a row for a line. Bytes of the wire alone: neither lines of the program's
 // own nor what "Append Row" has put behind a string.
-std::string SelectedHex(const TextRing& ring, const TextSelection& selection);
+std::string SelectedHex(const TextRing& ring, const RowMap& map, const TextSelection& selection);
 
 }  // namespace quarlin
