@@ -4,8 +4,6 @@
 
 #include <utility>
 
-#include "base/numbers.h"
-
 namespace quarlin {
 namespace {
 
@@ -21,9 +19,8 @@ void AddCoded(std::string& text, char character) {
   if (code >= ' ' && code != 0x7F) {
     text += character;
   } else {
-    text += '{';
-    text += Hexadecimal(code, 2);
-    text += '}';
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    text.append({'{', digits[code / 16], digits[code % 16], '}'});
   }
 }
 
@@ -36,10 +33,12 @@ bool LogRows::EndsBefore(Direction direction, char next) const {
 
 std::string LogRows::Add(Direction direction, std::string_view bytes, LocalTime now) {
   std::string text;
-  text.reserve(bytes.size() + 32);
+  std::string mark;  // made once for all rows of the call
+  text.reserve(bytes.size() * 2 + 64);
   for (const char byte : bytes) {
     if (EndsBefore(direction, byte)) text += End();
-    if (length_ == 0) text += Mark(direction, now);
+    if (length_ == 0 && mark.empty()) mark = Mark(direction, now);
+    if (length_ == 0) text += mark;
     direction_ = direction;
     AddCoded(text, byte);
     last_ = byte;

@@ -59,19 +59,31 @@ std::string ConversionTable::TakeLine(std::string_view line) {
   return {};
 }
 
-std::string_view ConversionTable::Convert(std::string_view bytes, std::string& room) const {
+// Nearly all of a traffic is left as it is, so a whole block is asked at once.
+std::size_t ConversionTable::UnconvertedLength(std::string_view bytes) const {
+  constexpr std::size_t block = 32;
   const auto isConverted = [this](char byte) { return converted_[static_cast<unsigned char>(byte)]; };
-  auto place = std::find_if(bytes.begin(), bytes.end(), isConverted);
-  if (place == bytes.end()) return bytes;
-  room.clear();
-  for (auto begin = bytes.begin(); begin != bytes.end();) {
-    room.append(begin, place);
-    if (place == bytes.end()) break;
-    room += texts_[static_cast<unsigned char>(*place)];
-    begin = place + 1;
-    place = std::find_if(begin, bytes.end(), isConverted);
+  std::size_t length = 0;
+  for (; length + block <= bytes.size(); length += block) {
+    bool any = false;
+    for (std::size_t i = 0; i < block; ++i) any |= isConverted(bytes[length + i]);
+    if (any) break;
   }
-  return room;
+  while (length < bytes.size() && !isConverted(bytes[length])) ++length;
+  return length;
+}
+
+std::string_view ConversionTable::Convert(std::string_view bytes, std::string& room) const {
+  std::size_t length = UnconvertedLength(bytes);
+  if (length == bytes.size()) return bytes;
+  room.clear();
+  for (;;) {
+    room += bytes.substr(0, length);
+    if (length == bytes.size()) return room;
+    room += texts_[static_cast<unsigned char>(bytes[length])];
+    bytes.remove_prefix(length + 1);
+    length = UnconvertedLength(bytes);
+  }
 }
 
 }  // namespace quarlin

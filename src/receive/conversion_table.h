@@ -34,6 +34,7 @@ class ConversionTable {
 
  private:
   std::string TakeLine(std::string_view line);
+  std::size_t UnconvertedLength(std::string_view bytes) const;
 
   std::array<bool, 256> converted_{};
   std::array<std::string, 256> texts_;
