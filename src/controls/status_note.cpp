@@ -37,10 +37,11 @@ void StatusNote::Keep(std::string_view text) {
   if (!messages_.empty() && messages_.back().text == text) {
     messages_.back().at = loop_.Local();
     ++messages_.back().times;
-    return;
+  } else {
+    messages_.push_back({loop_.Local(), std::string(text)});
+    if (messages_.size() > mostMessages) messages_.pop_front();
   }
-  messages_.push_back({loop_.Local(), std::string(text)});
-  if (messages_.size() > mostMessages) messages_.pop_front();
+  OnMessage();
 }
 
 void StatusNote::Show(const StatusMessage& message) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/hook.h"
 #include "controls/alarms.h"
 #include "controls/status_controls.h"
 
@@ -43,6 +44,9 @@ class StatusNote {
   // What was said and mentioned, the oldest first, the last 200. Each change of theirs changes lblStatusNote,
   // or did when it had to wait.
   const std::deque<StatusMessage>& Messages() const { return messages_; }
+
+  // Told of each of them; for a list of them that is on the screen.
+  Hook<void()> OnMessage;
 
  private:
   void Keep(std::string_view text);

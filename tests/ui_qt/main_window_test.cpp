@@ -132,7 +132,7 @@ std::vector<QWidget*> Inputs(const QWidget& window) {
     const bool isInput = qobject_cast<QLineEdit*>(widget) || qobject_cast<QComboBox*>(widget) ||
                          qobject_cast<QAbstractButton*>(widget) || qobject_cast<QAbstractSlider*>(widget) ||
                          qobject_cast<QAbstractItemView*>(widget) || qobject_cast<ReceivedTextView*>(widget);
-    if (isInput && !IsPartOfAnother(*widget)) inputs.push_back(widget);
+    if (isInput && widget->window() == &window && !IsPartOfAnother(*widget)) inputs.push_back(widget);
   }
   return inputs;
 }

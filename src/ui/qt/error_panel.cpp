@@ -91,7 +91,9 @@ void ErrorPanel::ChooseKind() {
 }
 
 void ErrorPanel::Copy() {
-  emit told(tr("copied: %n row(s) of the error table", "", ui_->lstError->Copy()));
+  const int rows = ui_->lstError->Copy();
+  emit told(rows == 1 ? tr("one row of the error table copied")
+                      : tr("%1 rows of the error table copied").arg(rows));
 }
 
 void ErrorPanel::Clear() {

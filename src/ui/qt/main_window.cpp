@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -17,14 +18,17 @@
 #include "ui/qt/display_font.h"
 #include "ui/qt/error_panel.h"
 #include "ui/qt/hand_input.h"
+#include "ui/qt/help_window.h"
 #include "ui/qt/layout_keeper.h"
 #include "ui/qt/link_row.h"
+#include "ui/qt/message_list.h"
 #include "ui/qt/mirror_actions.h"
 #include "ui/qt/quick_page.h"
 #include "ui/qt/send_file_row.h"
 #include "ui/qt/side_panel.h"
 #include "ui/qt/traffic_panel.h"
 #include "ui/qt/widget_text.h"
+#include "ui/qt/window_icon.h"
 #include "ui_command_row.h"
 #include "ui_counters_row.h"
 #include "ui_main_window.h"
@@ -62,6 +66,7 @@ MainWindow::MainWindow(FrmMain& frm)
       errors_(new ErrorPanel),
       fileRow_(new SendFileRow(frm, *this)),
       side_(new SidePanel) {
+  QApplication::setWindowIcon(WindowIcon());
   QApplication::setCursorFlashTime(0);  // a blinking cursor would wake an idle program twice a second
   ui_->setupUi(this);
   PutTogether();
@@ -74,6 +79,7 @@ MainWindow::MainWindow(FrmMain& frm)
   WireMenus();
   WireDisplay();
   WireErrors();
+  WireHelp();
   WirePages();
   WireConfiguration();
   frm.OnChanged = [this] { ShowTitle(); };
@@ -110,7 +116,9 @@ void MainWindow::PutTogether() {
   column->addWidget(linkRow_);
   column->addWidget(sides, 1);
   column->addWidget(MakePart<Ui::CountersRow>());
-  column->addWidget(MakePart<Ui::StatusRow>());
+  auto* status = MakePart<Ui::StatusRow>();
+  column->addWidget(status);
+  messages_ = new MessageList(frm_.Status(), *status);
   linkRow_->ShowAtEnd(*ui_->actionSidePanel);
 }
 
@@ -159,7 +167,6 @@ void MainWindow::WireMenus() {
   auto* command = Part<QComboBox>(*this, "CBOSEND");
   connect(ui_->actionSendFile, &QAction::triggered, fileRow_, &SendFileRow::Choose);
   connect(ui_->actionQuit, &QAction::triggered, this, &MainWindow::close);
-  connect(ui_->actionAbout, &QAction::triggered, this, &MainWindow::ShowAbout);
   connect(ui_->actionSidePanel, &QAction::toggled, side_, &QWidget::setVisible);
   connect(ui_->actionCommand, &QAction::triggered, command, [command] {
     command->setFocus(Qt::ShortcutFocusReason);
@@ -272,6 +279,26 @@ void MainWindow::KeepLayout() {
     layout_->Set("Recent", "File" + std::to_string(i + 1), i < recent.size() ? recent[i].string() : "");
   }
   if (const auto error = layout_->Save()) frm_.OnTrouble("position.ini was not saved: " + error.message());
+}
+
+void MainWindow::WireHelp() {
+  connect(ui_->actionHelp, &QAction::triggered, this, [this] {
+    if (help_ == nullptr) {
+      help_ = new HelpWindow(this);
+      if (keeper_) keeper_->Keep(*help_, "frmHelp");
+    }
+    help_->Open();
+  });
+  connect(ui_->actionFolder, &QAction::triggered, this, &MainWindow::ShowFolder);
+  connect(ui_->actionAbout, &QAction::triggered, this, &MainWindow::ShowAbout);
+  connect(ui_->actionMessages, &QAction::triggered, messages_, &MessageList::Open);
+}
+
+void MainWindow::ShowFolder() {
+  const QString path = QString::fromStdString(frm_.Folder().Path().string());
+  const bool opened = QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+  frm_.Status().Say("the program folder is " + frm_.Folder().Path().string() +
+                    (opened ? "" : "; no program was found to show it"));
 }
 
 void MainWindow::ShowAbout() {

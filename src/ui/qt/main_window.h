@@ -21,6 +21,8 @@ class LayoutKeeper;
 class HandInput;
 class LinkRow;
 class QuickPage;
+class HelpWindow;
+class MessageList;
 class SendFileRow;
 class SidePanel;
 class TrafficPanel;
@@ -55,6 +57,8 @@ class MainWindow : public QMainWindow {
   void RestoreValues();
   void KeepLayout();
   void ShowTitle();
+  void WireHelp();
+  void ShowFolder();
   void ShowAbout();
 
   FrmMain& frm_;
@@ -64,6 +68,8 @@ class MainWindow : public QMainWindow {
   ErrorPanel* errors_;
   SendFileRow* fileRow_;
   SidePanel* side_;
+  MessageList* messages_ = nullptr;
+  HelpWindow* help_ = nullptr;  // from the first time that it is wanted
   std::unique_ptr<Binder> binder_;
   std::unique_ptr<DisplayFont> font_;
   std::unique_ptr<ConfigurationMenu> configurations_;

@@ -1,0 +1,49 @@
+// The documentation in a window of its own: the pages in a list, a page, and a search over all of them.
+#pragma once
+
+#include <QWidget>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "ui/qt/help_pages.h"
+
+namespace quarlin {
+
+namespace Ui {
+class HelpWindow;
+}
+
+class HelpWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit HelpWindow(QWidget* parent = nullptr);
+  ~HelpWindow() override;
+
+  // Comes to the front, on the page where it was left; `file` chooses another, such as "docs/macros.md".
+  void Open(const QString& file = {});
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void FillPages();
+  void WireTools();
+  void WireSearch();
+  void ShowPage(int number);
+  void PageShown(const QUrl& url);
+  void Search(const QString& words);
+  void ShowHits(const std::vector<HelpHit>& hits);
+  void ShowHit(int number);
+  void NextHit(int step);
+  void EndSearch();
+
+  std::unique_ptr<Ui::HelpWindow> ui_;
+  std::vector<HelpPage> pages_;
+  std::optional<HelpIndex> index_;  // from the first search on
+  std::vector<HelpHit> hits_;
+};
+
+}  // namespace quarlin

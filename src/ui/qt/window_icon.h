@@ -1,0 +1,10 @@
+// The program's icon, drawn at the sizes that desktops ask for.
+#pragma once
+
+#include <QIcon>
+
+namespace quarlin {
+
+QIcon WindowIcon();
+
+}  // namespace quarlin
