@@ -243,7 +243,12 @@ void ScriptHost::tmrTask_Timer() {
 }
 
 void ScriptHost::EditScript() {
-  if (ScriptExists()) Hooks.edit(ScriptPath());
+  if (ScriptExists()) {
+    Hooks.edit(ScriptPath());
+  } else {
+    parts_.status.Say(
+        "no script is chosen that could be edited; \"script\" offers those of the program folder");
+  }
   Hooks.focusDisplay();
 }
 

@@ -90,7 +90,8 @@ void Session::TellRun() {
   std::string_view why = cutShort_;
   if (why.starts_with(stopped)) why.remove_prefix(stopped.size());  // the line begins with that word
   const std::string line = RunInOneLine(record, how_, why);
-  if (record.Sums().requests > 0) parts_.status.Say(line);  // else it was said why there was none
+  const bool saidWhy = how_ == HowEnded::Completed && record.Sums().requests == 0;  // no requests were left
+  if (!saidWhy) parts_.status.Say(line);
   Hooks.runEnded(line);
 }
 

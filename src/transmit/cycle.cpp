@@ -74,6 +74,7 @@ void Cycle::Start() {
   shownSecond_ = -1;
   ShowElapsed();
   secondAlarm_.At(started_ + std::chrono::seconds(1));
+  if (parts_.link.RxOnly() || !parts_.link.CanPass()) parts_.status.Say("started; " + WhatIsWaitedFor());
 }
 
 std::string Cycle::Description() const {

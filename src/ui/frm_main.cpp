@@ -336,9 +336,10 @@ void FrmMain::WireScript() {
   hooks.linkOpen = [this] { return modules_->link.CommIsOpen(); };
   hooks.sendTask = [this](std::string text) { modules_->sender.Send(std::move(text), SendKind::Task); };
   hooks.edit = [this](const std::filesystem::path& file) {
-    if (!surroundings_.textOpener.OpenText(file)) {
-      modules_->status.Say(fmt::format("the script is {}; no program was found to edit it", file.string()));
-    }
+    const bool opened = surroundings_.textOpener.OpenText(file);
+    modules_->status.Say(
+        opened ? fmt::format("{} is opened in your editor", file.filename().string())
+               : fmt::format("the script is {}; no program was found to edit it", file.string()));
   };
   hooks.focusDisplay = [this] { OnFocusDisplay(); };
   hooks.firstError = [this](std::string_view line) { OnTrouble(line); };
@@ -537,6 +538,9 @@ void FrmMain::cmdReport_Click() {
     modules_->status.Say(fmt::format("{} was not written: {}", reportFile, error.message()));
   } else if (!surroundings_.textOpener.OpenText(file)) {
     modules_->status.Say(fmt::format("the report is in {}; no program was found to show it", file.string()));
+  } else {
+    modules_->status.Say(
+        fmt::format("the report was written: {}, with Report.json and junit.xml", file.string()));
   }
   OnFocusDisplay();
 }
@@ -553,6 +557,8 @@ void FrmMain::EditFile(std::string_view name, std::string_view firstContent) {
     modules_->status.Say(fmt::format("no program was found to edit {}", file.string()));
   } else if (isNew) {
     modules_->status.Say(fmt::format("{} was made, with entries to begin with", name));
+  } else {
+    modules_->status.Say(fmt::format("{} is opened in your editor", name));
   }
 }
 

@@ -132,6 +132,30 @@ TEST_F(ErrorRowsRig, TheLineAboutARunHoldsTheVerdictOnItsLastString) {
             "stopped (ERROR CHECKSUM: CHECKSUM NOT EQUAL): 1 sent, 1 answered, 1 error, 10.0 ms mean");
 }
 
+// Whatever is pressed, the status bar has a word for it.
+TEST_F(ErrorRowsRig, NoButtonStaysWithoutAnAnswer) {
+  Connect();  // that is, disconnect
+  struct Answer {
+    const CommandButton& button;
+    std::string words;
+  };
+  FrmMainControls& all = controls();
+  for (const auto& [button, words] : std::vector<Answer>{
+           {all.cycle.cmdSend, "not connected; nothing was sent"},
+           {all.run.Command1, "started; waiting for a connection"},
+           {all.run.Command1, "stopped: nothing was sent"},
+           {all.config.cmdSave[1], "there is no config.cfg in the program folder; nothing was loaded"},
+           {all.config.cmdSave[0], "config.cfg"},
+           {all.test.cmdReport, "the report was written: "},
+           {all.test.cmdEditDialog, "Dialog.txt was made"},
+           {all.test.cmdEditDialog, "Dialog.txt is opened"},
+           {all.script.cmdEditScript, "no script is chosen"},
+           {all.connection.cmdsearchcom, "1 port found"}}) {
+    button.Click();
+    EXPECT_EQ(Note().substr(0, words.size()), words);
+  }
+}
+
 TEST_F(ErrorRowsRig, TheOldestRowsLeaveAndAClearedTableKeepsTheHeadingOfTheRun) {
   controls().run.txtAnswerTime.SetText("1");
   controls().run.HScroll1.SetValue(1);
