@@ -67,7 +67,10 @@ struct Rig {
       listed = true;
       work(*list);
     });
-    window.findChild<QTabWidget*>("tabs")->setCurrentIndex(4);
+    auto& tabs = *window.findChild<QTabWidget*>("tabs");
+    for (int i = 0; i < tabs.count(); ++i) {
+      if (tabs.tabText(i) == "Script") tabs.setCurrentIndex(i);
+    }
     window.findChild<QCheckBox*>("chkEnableScript")->click();
     QVERIFY(listed);
   }
