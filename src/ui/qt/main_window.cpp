@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QLineEdit>
+#include <QMap>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
@@ -287,11 +288,25 @@ void MainWindow::WireHelp() {
       help_ = new HelpWindow(this);
       if (keeper_) keeper_->Keep(*help_, "frmHelp");
     }
-    help_->Open();
+    help_->Open(HelpHere());
   });
   connect(ui_->actionFolder, &QAction::triggered, this, &MainWindow::ShowFolder);
   connect(ui_->actionAbout, &QAction::triggered, this, &MainWindow::ShowAbout);
   connect(ui_->actionMessages, &QAction::triggered, messages_, &MessageList::Open);
+}
+
+// The page about what has the keyboard; nothing where that says little.
+QString MainWindow::HelpHere() const {
+  const QWidget* focus = focusWidget();
+  if (linkRow_->isAncestorOf(focus)) return "docs/connections.md";
+  if (traffic_->isAncestorOf(focus)) return "docs/display.md";
+  if (errors_->isAncestorOf(focus)) return "docs/results.md";
+  if (!side_->isAncestorOf(focus)) return {};
+  static const QMap<QString, QString> ofPages = {
+      {"Transmit", "docs/sending.md"},   {"Receive", "docs/parser.md"}, {"Macro", "docs/macros.md"},
+      {"Test", "docs/dialog.md"},        {"Quick", "docs/sending.md"},  {"Script", "docs/scripts.md"},
+      {"Logs", "docs/program-folder.md"}};
+  return ofPages.value(side_->PageTitle(side_->CurrentPage()));
 }
 
 void MainWindow::ShowFolder() {

@@ -58,6 +58,7 @@ class MainWindow : public QMainWindow {
   void KeepLayout();
   void ShowTitle();
   void WireHelp();
+  QString HelpHere() const;
   void ShowFolder();
   void ShowAbout();
 

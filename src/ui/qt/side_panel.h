@@ -23,6 +23,7 @@ class SidePanel : public QWidget {
   // Brings the page with that number (from 0) to the front, with the keyboard.
   void ShowPage(int number);
   int PageCount() const { return tabs_->count(); }
+  int CurrentPage() const { return tabs_->currentIndex(); }
   // Wide enough for every page, and no wider: the traffic wants the room.
   QSize sizeHint() const override;
 
