@@ -15,6 +15,7 @@ OfferedList::OfferedList(ComboBox& box, ProgramFolder folder, std::string_view n
 std::string OfferedList::Refill() {
   LineFile file = ReadLineFile(folder_, name_);
   std::string trouble = file.Trouble(name_);
+  if (file.error && file.error != std::errc::no_such_file_or_directory) return trouble;
   if (file.lines.size() > mostEntries) {
     file.lines.resize(mostEntries);
     trouble = fmt::format("{} has many lines; the first {} are offered", name_, mostEntries);

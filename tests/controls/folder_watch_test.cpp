@@ -6,7 +6,6 @@
 #include <functional>
 
 #include "base/files.h"
-#include "support/poll_loop.h"
 #include "support/temp_folder.h"
 #include "support/virtual_loop.h"
 
@@ -102,16 +101,6 @@ TEST_F(FolderWatchRig, AFolderThatIsNotThereHasItsReasonAndOneThatGoesIsToldOf) 
   Served(1s);
   Served(1s);
   EXPECT_EQ(told_, 1);
-}
-
-TEST(FolderWatchTest, WakesARealLoop) {
-  const TempFolder folder;
-  PollLoop loop;
-  bool told = false;
-  FolderWatch watch(loop, folder.Path());
-  watch.Follow("Command.txt", [&] { told = true; });
-  std::ofstream(folder / "Command.txt") << "text";
-  EXPECT_TRUE(loop.Run([&] { return told; }, 10s));
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ TEST_F(FilesRig, AFileThatCannotBeOfferedIsToldAndTheRestGoesOn) {
   } const rows[]{
       {"a line too long", "A\n" + std::string(40'000, 'x') + "\nB", 2,
        "Command.txt: 1 line of more than 32767 characters left out"},
-      {"huge", std::string((16U << 20) + 1, 'x'), 0, "Command.txt has more than 16 MiB and is not read"},
+      {"huge", std::string((16U << 20) + 1, 'x'), 2, "Command.txt has more than 16 MiB and is not read"},
       {"no text", std::string("\0\xFF\x01\n\x02", 5), 2, ""},
       {"empty", "", 0, ""},
   };
