@@ -85,7 +85,8 @@ void QuickSends::Fire(std::size_t index) {
 
 void QuickSends::Sent(const QuickSend& row, const SendOutcome& outcome) {
   if (outcome.end != SendEnd::Sent) return Show(row, "not sent");
-  if (!row.waits || parts_.exchange.Running() || answer_.Waiting()) return Show(row, "sent");
+  const bool anothersAnswer = parts_.exchange.Running() || heldUp_() || answer_.Waiting();
+  if (!row.waits || anothersAnswer) return Show(row, "sent");
   awaited_ = row;
   answer_.Begin(milliseconds(row.timeOut), [this, row](const WaitEnd& end) { Ended(row, end); });
   Show(row, "...");

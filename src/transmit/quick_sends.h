@@ -43,7 +43,7 @@ class QuickSends {
   const std::string& ResultOf(std::size_t index) const { return states_[index].result; }
 
   // Sends the row's command once, framed and with its macros replaced. What hinders it is said in the status
-  // bar. While a run waits for answers, the answer is the run's. Yields.
+  // bar. While a cycle runs or a file is sent, the answer is theirs. Yields.
   void Fire(std::size_t index);
 
   // Repeats the row every so many milliseconds as it says, while data can pass, no cycle runs and nothing

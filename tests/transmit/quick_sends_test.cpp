@@ -127,7 +127,7 @@ TEST_F(QuickRoom, RowsRepeatOnTheirOwnGridsWhileNothingElseHasTheLine) {
   loop.Pass(10ms);
   EXPECT_EQ(port.Written(), "B\r\n") << "what was missed is not made up for";
   quick.Move(1, 0);
-  EXPECT_TRUE(quick.Repeating(0));
+  EXPECT_TRUE(quick.Repeating(0)) << "a row takes its state along";
 }
 
 class History : public testing::Test {
