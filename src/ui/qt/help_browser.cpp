@@ -55,6 +55,7 @@ void HelpBrowser::ShowPage(const QUrl& page) {
   const std::unique_ptr<QTextDocument> before(std::exchange(shown_, dressed));
   setDocument(dressed);
   moveCursor(QTextCursor::Start);
+  verticalScrollBar()->setValue(0);
   Mark(marked_);
 }
 

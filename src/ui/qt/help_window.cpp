@@ -27,17 +27,16 @@ HelpWindow::HelpWindow(QWidget* parent)
 
 HelpWindow::~HelpWindow() = default;
 
+// The page is laid out in the window's own width, so the window comes first.
 void HelpWindow::Open(const QString& file) {
-  if (!file.isEmpty()) ui_->helpPage->setSource(QUrl("qrc:/help/" + file), QTextDocument::MarkdownResource);
   show();
   raise();
   activateWindow();
-}
-
-// The first page is laid out once the window has its size.
-void HelpWindow::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
-  if (ui_->helpPage->source().isEmpty()) ShowPage(0);
+  if (!file.isEmpty()) {
+    ui_->helpPage->setSource(QUrl("qrc:/help/" + file), QTextDocument::MarkdownResource);
+  } else if (ui_->helpPage->source().isEmpty()) {
+    ShowPage(0);
+  }
   ui_->helpPage->setFocus();
 }
 

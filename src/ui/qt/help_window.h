@@ -26,7 +26,6 @@ class HelpWindow : public QWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-  void showEvent(QShowEvent* event) override;
 
  private:
   void FillPages();

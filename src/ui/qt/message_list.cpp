@@ -37,6 +37,7 @@ MessageList::MessageList(StatusNote& status, QWidget& row)
   list_->setHeaderHidden(true);
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
+  list_->setAllColumnsShowFocus(true);
   list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   list_->setFrameShape(NoFrame);
   list_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
@@ -78,7 +79,7 @@ void MessageList::Open() {
 }
 
 void MessageList::Fill() {
-  if (!isVisible() && !list_->selectedItems().isEmpty()) list_->clearSelection();
+  if (isVisible() && !list_->selectedItems().isEmpty()) return;  // somebody is about to copy
   const QString today = ShownText(DateText(SystemClock().Local()));
   list_->clear();
   for (const StatusMessage& message : status_.Messages()) {
@@ -90,6 +91,8 @@ void MessageList::Fill() {
     item->setForeground(0, palette().placeholderText());
   }
   if (list_->topLevelItemCount() == 0) new QTreeWidgetItem(list_, {"", tr("nothing was told so far")});
+  list_->setCurrentItem(list_->topLevelItem(list_->topLevelItemCount() - 1), 0,
+                        QItemSelectionModel::NoUpdate);
   list_->scrollToBottom();
 }
 
