@@ -261,6 +261,17 @@ class MainWindowTest : public QObject {
     });
   }
 
+  void aClosedErrorTableGivesItsRoomToTheTraffic() {
+    Rig rig;
+    const auto& traffic = rig.Find<QWidget>("txtric");
+    const int before = traffic.height();
+    rig.frm.controls.test.cmdErr.Click();
+    rig.ShowChanges();
+    QVERIFY(traffic.height() < before);
+    rig.frm.controls.test.cmdErr.Click();
+    QTRY_COMPARE(traffic.height(), before);
+  }
+
   void theTabKeyReachesEverythingInReadingOrder() {
     Rig rig;
     rig.frm.controls.test.cmdErr.Click();

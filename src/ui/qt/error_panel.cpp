@@ -53,14 +53,14 @@ void ErrorPanel::ShowCount() {
 void ErrorPanel::TableShown(bool open) {
   if (!open) height_ = height();
   ShowTools(open);
-  if (open) TakeHeight();
+  const int usual = minimumSizeHint().height() + 5 * ui_->lstError->RowHeight();
+  TakeHeight(!open ? maximumHeight() : height_ > 0 ? height_ : usual);
 }
 
-// As high as it was, or for some rows, at the cost of what is above it.
-void ErrorPanel::TakeHeight() {
+// What is above it has the rest.
+void ErrorPanel::TakeHeight(int wanted) {
   auto* splitter = qobject_cast<QSplitter*>(parentWidget());
   if (splitter == nullptr) return;
-  const int wanted = height_ > 0 ? height_ : minimumSizeHint().height() + 5 * ui_->lstError->RowHeight();
   QList<int> sizes = splitter->sizes();
   const int place = splitter->indexOf(this);
   if (place == 0) return;

@@ -41,7 +41,7 @@ class ErrorPanel : public QWidget {
   void ShowCount();
   void TableShown(bool open);
   void ShowTools(bool open);
-  void TakeHeight();
+  void TakeHeight(int wanted);
   void OfferKinds();
   void ChooseKind();
   void Copy();
