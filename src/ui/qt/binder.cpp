@@ -14,15 +14,14 @@ namespace quarlin {
 
 Binder::Binder(ControlCollection& controls, QWidget& window)
     : controls_(controls), window_(window), pacer_([this] { Frame(); }) {
-  QMultiHash<QString, QWidget*> mirrors;
+  QMultiHash<QString, QWidget*> named;  // looked for once, not for each control
   for (QWidget* widget : window_.findChildren<QWidget*>()) {
     const QString mirrored = widget->property("mirrors").toString();
-    if (!mirrored.isEmpty()) mirrors.insert(mirrored, widget);
+    const QString name = mirrored.isEmpty() ? widget->objectName() : mirrored;
+    if (!name.isEmpty()) named.insert(name, widget);
   }
   for (Control* control : controls_.All()) {
-    const QString name = WidgetName(*control);
-    if (auto* widget = window_.findChild<QWidget*>(name)) Bind(*control, *widget);
-    for (QWidget* widget : mirrors.values(name)) Bind(*control, *widget);
+    for (QWidget* widget : named.values(WidgetName(*control))) Bind(*control, *widget);
   }
   controls_.Changes().Take();  // all of it is shown by now
   controls_.Changes().onFirst = [this] { pacer_.Request(); };

@@ -52,19 +52,22 @@ int WholeCell(double advance) {
 
 }  // namespace
 
-GlyphTable::GlyphTable(const QFont& font) : fixedPitch_(QFontInfo(font).fixedPitch()) {
+GlyphTable::GlyphTable(const QFont& font) : font_(font), fixedPitch_(QFontInfo(font).fixedPitch()) {
   const QFontMetricsF metrics(font);
   cellWidth_ = WholeCell(fixedPitch_ ? metrics.horizontalAdvance(QLatin1Char('M'))
                                      : roomAroundDigits * metrics.horizontalAdvance(QLatin1Char('0')));
   ascent_ = static_cast<int>(std::ceil(metrics.ascent()));
   rowHeight_ = ascent_ + static_cast<int>(std::ceil(metrics.descent())) + 1;
   fonts_.push_back(QRawFont::fromFont(font));
-  for (unsigned code = 0; code < firstSign; ++code) {
-    IsControl(code) ? AddControl(font, code) : AddPrintable(font, code);
-  }
+}
+
+void GlyphTable::LookUp(unsigned code) {
   constexpr std::array<char16_t, signs> signCharacters{u'\u2192', u'\u2190', u'\u21B5'};
-  for (unsigned sign = 0; sign < signs; ++sign) {
-    AddCentred(firstSign + sign, QString(QChar(signCharacters[sign])), font);
+  characters_[code].known = true;
+  if (code >= firstSign) {
+    AddCentred(code, QString(QChar(signCharacters[code - firstSign])), font_);
+  } else {
+    IsControl(code) ? AddControl(font_, code) : AddPrintable(font_, code);
   }
 }
 

@@ -1,7 +1,7 @@
-// The shapes of the 256 characters in one font, looked up once, so that painting a row is placing glyphs
-// and no text is laid out again. A control character has the small picture of its name, or, where no
-// font has those, two small letters in a falling line: C over R for the carriage return. In a font of any
-// pitch each character has the middle of a cell of the same width.
+// The shapes of the 256 characters in one font, each looked up when it is wanted first, so that painting a
+// row is placing glyphs and no text is laid out again. A control character has the small picture of its name,
+// or, where no font has those, two small letters in a falling line: C over R for the carriage return. In a
+// font of any pitch each character has the middle of a cell of the same width.
 #pragma once
 
 #include <QFont>
@@ -35,28 +35,32 @@ class GlyphTable {
   int Ascent() const { return ascent_; }
 
   // None for a blank.
-  std::span<const Mark> Marks(char character) const { return MarksOf(static_cast<unsigned char>(character)); }
-  std::span<const Mark> Marks(Sign sign) const { return MarksOf(firstSign + static_cast<unsigned>(sign)); }
+  std::span<const Mark> Marks(char character) { return MarksOf(static_cast<unsigned char>(character)); }
+  std::span<const Mark> Marks(Sign sign) { return MarksOf(firstSign + static_cast<unsigned>(sign)); }
   const QRawFont& FontOf(std::uint32_t font) const { return fonts_[font]; }
 
  private:
   struct Character {
     std::array<Mark, 2> marks;
     std::size_t count = 0;
+    bool known = false;  // has been looked up
   };
 
   static constexpr unsigned firstSign = 256;
   static constexpr std::size_t signs = 3;
 
-  std::span<const Mark> MarksOf(unsigned code) const {
+  std::span<const Mark> MarksOf(unsigned code) {
+    if (!characters_[code].known) LookUp(code);
     return {characters_[code].marks.data(), characters_[code].count};
   }
+  void LookUp(unsigned code);
   void AddPrintable(const QFont& font, unsigned code);
   void AddControl(const QFont& font, unsigned code);
   void AddShaped(unsigned code, const QString& text, const QFont& font, QPointF offset);
   void AddCentred(unsigned code, const QString& text, const QFont& font);
   void AddMark(unsigned code, const QRawFont& font, std::uint32_t glyph, QPointF offset);
 
+  QFont font_;
   int cellWidth_;
   int rowHeight_;
   int ascent_;

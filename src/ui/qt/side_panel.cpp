@@ -82,6 +82,7 @@ class NameColumn : public QTabBar {
 QScrollArea* MakePage(const SidePage& page) {
   auto* contents = new QWidget;
   page.fill(*contents);
+  contents->resize(0, 0);  // laid out when it is shown, not now
   auto* scroll = new QScrollArea;
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidgetResizable(true);
