@@ -27,7 +27,8 @@ void AnswerWait::Begin(Duration atMost, std::function<void(const WaitEnd&)> ende
 }
 
 void AnswerWait::Cancel() {
-  if (std::exchange(number_, 0) != 0 && !end_) exchange_.EndWaitByHand();
+  const std::uint64_t number = std::exchange(number_, 0);
+  if (number != 0 && !end_) exchange_.EndWaitByHand(number);
   end_.reset();
   timeAlarm_.Cancel();
   tellAlarm_.Cancel();
@@ -49,11 +50,12 @@ void AnswerWait::ExchangeChanged(const ExchangeRecord& exchange) {
 
 // What has arrived has come in time.
 void AnswerWait::TimeIsUp() {
+  const std::uint64_t number = number_;
   exchange_.Hooks.takeArrivals();
-  if (number_ == 0 || end_) return;
+  if (number_ != number || end_) return;
   end_ = WaitEnd{WaitEnd::How::TimedOut, number_};
   const std::string wanted = fmt::format("an answer within {} ms", atMost_ / std::chrono::milliseconds(1));
-  exchange_.TimeOutByHand({Verdict::TimeOut, "no answer", wanted, "no answer"});
+  exchange_.TimeOutByHand(number_, {Verdict::TimeOut, "no answer", wanted, "no answer"});
   Tell();
 }
 

@@ -67,8 +67,12 @@ std::uint64_t Exchange::TextNotSent(std::string_view text, std::string_view fail
   return number;
 }
 
-void Exchange::TimeOutByHand(Finding finding) {
-  const std::uint64_t number = std::exchange(awaitedByHand_, 0);
+void Exchange::EndWaitByHand(std::uint64_t number) {
+  if (awaitedByHand_ == number) awaitedByHand_ = 0;
+}
+
+void Exchange::TimeOutByHand(std::uint64_t number, Finding finding) {
+  EndWaitByHand(number);
   record_.Say(number, std::move(finding));
   record_.Close(number);
   late_ = true;

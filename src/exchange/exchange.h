@@ -78,11 +78,12 @@ class Exchange {
   // not that of an older one. Returns its number.
   std::uint64_t AwaitByHand() { return awaitedByHand_ = record_.LastNumber(); }
 
-  // Nobody waits for that answer any more.
-  void EndWaitByHand() { awaitedByHand_ = 0; }
+  // Nobody waits for that answer any more. Another request that is waited for by now stays so, here and
+  // below.
+  void EndWaitByHand(std::uint64_t number);
 
   // Its time is up: the record says so, and what comes now is late.
-  void TimeOutByHand(Finding finding);
+  void TimeOutByHand(std::uint64_t number, Finding finding);
 
   // Any other text did not leave. Returns the number under which the record tells so.
   std::uint64_t TextNotSent(std::string_view text, std::string_view failure);
