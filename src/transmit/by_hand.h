@@ -24,7 +24,7 @@ struct ByHand {
   // The link was closed, or data cannot pass any more.
   void LinkLost() {
     files.LinkLost("the link was closed");
-    quick.LinkLost();
+    quick.StopWaiting();
   }
 
   // Data may pass from now on, or no longer.

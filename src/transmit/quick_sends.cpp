@@ -50,6 +50,7 @@ void QuickSends::ListChanged() {
     const bool sameNumber = rows.size() == before.size();
     if (!found[i] && sameNumber) found[i] = take([&](std::size_t j) { return j == i; });
     states_.push_back(found[i].value_or(RowState{}));
+    if (states_.back().row != rows[i]) states_.back().result.clear();  // it was that of another command
     states_.back().row = rows[i];
     if (rows[i].every == 0) states_.back().repeating = false;
   }
@@ -156,7 +157,7 @@ void QuickSends::Tick() {
   Plan();
 }
 
-void QuickSends::LinkLost() {
+void QuickSends::StopWaiting() {
   if (answer_.Waiting()) Show(awaited_, "");
   answer_.Cancel();
   repeatAlarm_.Cancel();

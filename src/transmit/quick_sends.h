@@ -54,8 +54,9 @@ class QuickSends {
   // Something changed that a repetition may have been held back by.
   void MayGoOn();
 
-  // Nobody waits for an answer any more.
-  void LinkLost();
+  // Nobody waits for an answer any more: the link has gone, or the answers are a run's. Repetitions rest
+  // until MayGoOn.
+  void StopWaiting();
 
   // The file and its rows, as QuickList has them; what goes wrong is said in the status bar.
   void TakeUp();

@@ -107,6 +107,7 @@ void FrmMain::WireCycle() {
   };
   hooks.starting = [this] {
     modules_->receive.DropBeginning();
+    modules_->byHand.quick.StopWaiting();
     modules_->session.RunBegins();
   };
   hooks.stopped = [this](RunEnd end) {
