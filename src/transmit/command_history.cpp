@@ -33,18 +33,15 @@ CommandHistory::CommandHistory(EventLoop& loop, ProgramFolder folder,
 std::string CommandHistory::Load() {
   const LineFile file = ReadLineFile(folder_, fileName);
   Append(entries_, file.lines);
-  kept_ = true;
+  kept_ = !file.error || file.error == std::errc::no_such_file_or_directory;
   OnChanged();
   return file.Trouble(fileName);
 }
 
-std::vector<std::string> CommandHistory::Stored() const {
-  return ReadLineFile(folder_, fileName).lines;
-}
-
 void CommandHistory::Add(std::string_view command) {
   position_ = 0;
-  if (command.empty() || command.find_first_of("\r\n") != std::string_view::npos) return;
+  const bool isOneLine = command.find_first_of("\r\n") == std::string_view::npos;
+  if (command.empty() || command.size() > longestLine || !isOneLine) return;
   if (!entries_.empty() && entries_.front() == command) return;
   std::erase(entries_, command);
   entries_.insert(entries_.begin(), std::string(command));
@@ -58,10 +55,11 @@ void CommandHistory::Save() {
   saveAlarm_.Cancel();
   if (!kept_ || !std::exchange(changed_, false)) return;
   std::vector<std::string> all = entries_;
-  Append(all, Stored());
+  Append(all, ReadLineFile(folder_, fileName).lines);
   std::string content;
   for (const std::string& entry : all) content += Utf8FromBytes(entry) + "\n";
   const std::error_code error = WriteWholeFile(folder_.File(fileName), content);
+  changed_ = static_cast<bool>(error);  // the next command, or the end of the program, tries again
   if (error && !std::exchange(troubleTold_, true)) {
     trouble_(fmt::format("{} was not written: {}", fileName, error.message()));
   }

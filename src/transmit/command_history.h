@@ -26,10 +26,12 @@ class CommandHistory {
 
   Hook<void()> OnChanged;
 
-  // Takes the file; from now on changes are written to it. Returns what is wrong with it, or nothing.
+  // Takes the file; from now on changes are written to it, unless it is there and cannot be read. Returns
+  // what is wrong with it, or nothing.
   std::string Load();
 
-  // The command was sent: it is the first one now. An empty one, and one of several lines, is none.
+  // The command was sent: it is the first one now. An empty one is none, and so is one that would not come
+  // back out of the file: of several lines, or longer than a line of it may be.
   void Add(std::string_view command);
 
   const std::vector<std::string>& Entries() const { return entries_; }
@@ -43,7 +45,6 @@ class CommandHistory {
   std::optional<std::string> Newer(std::string_view shown);
 
  private:
-  std::vector<std::string> Stored() const;
   void BeginWalk(std::string_view shown);
 
   ProgramFolder folder_;
