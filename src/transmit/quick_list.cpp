@@ -32,6 +32,25 @@ int MillisecondsOf(std::string_view field, int otherwise) {
   return field.empty() ? otherwise : std::max(IntegerOf(field), 0);
 }
 
+struct Written {
+  std::string line;  // UTF-8
+  QuickSend row;
+};
+
+std::vector<Written> LinesOf(std::string_view content) {
+  const FileText file = FileTextOf(content);
+  std::vector<Written> written;
+  for (const std::string& line : SplitLines(file.text)) {
+    auto row = QuickSendFromLine(file.isUtf8 ? BytesFromUtf8(line) : line);
+    if (row) written.push_back({file.isUtf8 ? line : Utf8FromBytes(line), std::move(*row)});
+  }
+  return written;
+}
+
+std::string TooLarge() {
+  return fmt::format("{} takes no more than 1 MiB and was left alone", QuickList::fileName);
+}
+
 // Tabs and line ends would be taken for the ends of fields and lines.
 std::string FieldText(std::string_view text) {
   return CodedText(text, std::string_view::npos);
@@ -58,24 +77,20 @@ std::string LineOf(const QuickSend& row) {
 }
 
 std::string QuickList::TakeUp() {
-  const std::filesystem::path file = folder_.File(fileName);
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(file, error);
-  const bool missing = error == std::errc::no_such_file_or_directory;
-  if (error && !missing) return fmt::format("{} cannot be read: {}", fileName, error.message());
-  if (!missing && size > largestFile) return fmt::format("{} is too large and was left alone", fileName);
-  const auto content = missing ? std::string() : ReadWholeFile(file);
-  if (!content) return fmt::format("{} cannot be read", fileName);
-  if (*content == known_) return {};
-  std::vector<QuickSend> rows;
-  for (const std::string& line : SplitLines(BytesFromFileText(*content))) {
-    if (auto row = QuickSendFromLine(line)) rows.push_back(std::move(*row));
+  FileContent content = ReadFileUpTo(folder_.File(fileName), largestFile);
+  const bool missing = content.error == std::errc::no_such_file_or_directory;
+  if (content.error == std::errc::file_too_large) return TooLarge();
+  if (content.error && !missing) {
+    return fmt::format("{} cannot be read: {}", fileName, content.error.message());
   }
-  if (rows.size() > mostRows) {
+  if (content.bytes == known_) return {};
+  std::vector<Written> written = LinesOf(content.bytes);
+  if (written.size() > mostRows) {
     return fmt::format("{} has more than {} lines and was left alone", fileName, mostRows);
   }
-  known_ = *content;
-  rows_ = std::move(rows);
+  known_ = std::move(content.bytes);
+  rows_.clear();
+  for (Written& line : written) rows_.push_back(std::move(line.row));
   OnChanged();
   return {};
 }
@@ -86,15 +101,30 @@ std::string QuickList::Edit(const std::function<void(std::vector<QuickSend>& row
   change(rows);
   if (rows.size() > mostRows) return fmt::format("{} quick sends are the most", mostRows);
   if (rows == rows_) return {};
+  std::string content = ContentOf(rows);
+  if (content.size() > largestFile) return TooLarge();
   rows_ = std::move(rows);
-  std::string trouble = Write();
+  std::string trouble = Write(std::move(content));
   OnChanged();
   return trouble;
 }
 
-std::string QuickList::Write() {
+// A row that was not edited keeps its line, which may hold characters that no row can: so rows that are alike
+// may have different ones.
+std::string QuickList::ContentOf(const std::vector<QuickSend>& rows) const {
+  std::vector<Written> written = LinesOf(known_);
   std::string content;
-  for (const QuickSend& row : rows_) content += Utf8FromBytes(LineOf(row)) + "\n";
+  for (const QuickSend& row : rows) {
+    const auto is = [&](const Written& line) { return line.row == row; };
+    const auto found = std::find_if(written.begin(), written.end(), is);
+    content += found == written.end() ? Utf8FromBytes(LineOf(row)) : found->line;
+    content += '\n';
+    if (found != written.end()) written.erase(found);
+  }
+  return content;
+}
+
+std::string QuickList::Write(std::string content) {
   if (const auto error = WriteWholeFile(folder_.File(fileName), content)) {
     return fmt::format("{} was not written: {}", fileName, error.message());
   }

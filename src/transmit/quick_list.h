@@ -45,9 +45,10 @@ class QuickList {
   // whole is left alone from then on.
   std::string TakeUp();
 
-  // Each edit begins with TakeUp, so what another program has written stays, and ends with the file written.
-  // Rows are told from each other by what they hold; one that has gone meanwhile is not edited, and a new
-  // value of it is added. Returns what went wrong, or nothing.
+  // Each edit begins with TakeUp, so what another program has written stays, and ends with the file written,
+  // in which the lines of other rows stand as they stood. Rows are told from each other by what they hold;
+  // one that has gone meanwhile is not edited, and a new value of it is added. Returns what went wrong, or
+  // nothing.
   std::string Add(QuickSend row);
   std::string Set(std::size_t index, QuickSend row);
   std::string Remove(std::size_t index);
@@ -57,7 +58,8 @@ class QuickList {
   std::string Edit(const std::function<void(std::vector<QuickSend>& rows)>& change);
   std::optional<std::size_t> Place(const std::vector<QuickSend>& rows, const QuickSend& row,
                                    std::size_t index) const;
-  std::string Write();
+  std::string ContentOf(const std::vector<QuickSend>& rows) const;
+  std::string Write(std::string content);
 
   ProgramFolder folder_;
   std::vector<QuickSend> rows_;

@@ -53,9 +53,10 @@ TEST_F(QuickRoom, ALineOfTheFileIsARowWhateverItLacks) {
 TEST_F(QuickRoom, WhatAnotherProgramHasWrittenStays) {
   File("A\tA\nB\tB\n");
   quick.TakeUp();
-  File("NEW\tN\nA\tA\nB\tB\n");
-  quick.Set(1, {"B", "changed"});  // still told by what it held
-  EXPECT_EQ(FileText(), "NEW\tN\t0\t1000\t\t0\nA\tA\t0\t1000\t\t0\nB\tchanged\t0\t1000\t\t0\n");
+  File("\u03A9\tN\n\u20AC\tN\nA\tA\nB\tB\n");  // names that no row can hold
+  quick.Set(1, {"B", "changed"});              // still told by what it held
+  EXPECT_EQ(FileText(), "\u03A9\tN\n\u20AC\tN\nA\tA\nB\tchanged\t0\t1000\t\t0\n");
+  quick.Remove(0);
   quick.Move(2, 0);
   quick.Remove(1);
   ASSERT_EQ(quick.Rows().size(), 2U);
@@ -104,6 +105,9 @@ TEST_F(QuickRoom, ARowThatWaitsTellsHowItsAnswerCame) {
   EXPECT_EQ(quick.ResultOf(0), "no answer");
   EXPECT_EQ(counters.lblerror.Caption(), "1");
   EXPECT_EQ(record.Sums().Of(Verdict::TimeOut), 1U);
+  quick.Fire(0);
+  quick.Set(0, {"Read", "other", true, 100});
+  EXPECT_EQ(quick.ResultOf(0), "") << "the answer would be that of another command";
   link.CommClose();
   quick.Fire(0);
   EXPECT_EQ(Note(), "not connected; \"Read\" was not sent");
@@ -151,6 +155,15 @@ TEST_F(History, KeepsTheLastHundredOnceEachAndWhatAnotherInstanceAdds) {
   EXPECT_EQ(history.Entries().size(), 100U);
   history.Save();
   EXPECT_EQ(FileText().substr(0, 8), "199\n198\n");
+}
+
+TEST_F(History, AFileThatCannotBeReadIsLeftAlone) {
+  const std::string large((std::size_t{16} << 20) + 1, 'x');
+  WriteInPlace(folder / "History.txt", large);
+  EXPECT_NE(history.Load(), "");
+  history.Add("A");
+  history.Save();
+  EXPECT_TRUE(FileText() == large);
 }
 
 TEST_F(History, TheWalkKeepsWhatWasBeingTyped) {
