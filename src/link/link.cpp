@@ -327,14 +327,9 @@ std::int32_t Link::WriteNetwork(std::string_view text, Writing& writing) {
 std::int32_t Link::WriteSerial(std::string_view text, Writing& writing) {
   const auto device = OpenDevice();
   if (!device) return Fail(writing, sources::write, BadHandle());
-  const double milliseconds = NumberOf(controls_.txtcharrit.Text()).value_or(0);
-  const std::int32_t written =
-      milliseconds == 0
-          ? WriteWhole(*device, text, writing)
-          : WriteSlowly(
-                *device, text,
-                std::chrono::duration_cast<Duration>(std::chrono::duration<double, std::milli>(milliseconds)),
-                writing);
+  const Duration pause = CharacterPause();
+  const std::int32_t written = pause == Duration::zero() ? WriteWhole(*device, text, writing)
+                                                         : WriteSlowly(*device, text, pause, writing);
   loop_.DoEvents();
   return written;
 }
@@ -364,7 +359,13 @@ bool Link::WaitForDriver(Device& device, Instant deadline) {
 
 bool Link::TakesStream() const {
   return !Scripting() && !controls_.ChkRtsTx.Checked() && !controls_.chkTerminal.Checked() &&
-         NumberOf(controls_.txtcharrit.Text()).value_or(0) == 0;
+         CharacterPause() == Duration::zero();
+}
+
+Duration Link::CharacterPause() const {
+  constexpr double most = 24.0 * 60 * 60 * 1000;  // nobody means more, and a duration has an end
+  const double milliseconds = std::clamp(NumberOf(controls_.txtcharrit.Text()).value_or(0), -most, most);
+  return std::chrono::duration_cast<Duration>(std::chrono::duration<double, std::milli>(milliseconds));
 }
 
 void Link::BeginStream(std::function<void()> room) {

@@ -208,6 +208,10 @@ class Link {
   // Takes what there is room for, and gives how much that was. A failure is recorded.
   Transfer SendSome(std::string_view bytes);
 
+  // The pause between two characters that txtcharrit asks for, in which nothing is served; 0 where they go
+  // out in one write. Less than 0 is none, but a write for each.
+  Duration CharacterPause() const;
+
   // Whether bytes may go out in a stream: a script that sees what is sent, "Rts Tx", a pause between
   // characters and "Terminal" all ask for a SendString.
   bool TakesStream() const;

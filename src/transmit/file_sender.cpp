@@ -16,6 +16,8 @@ constexpr Duration progressPause = milliseconds(250);
 constexpr Duration rateSpan = std::chrono::seconds(3);  // over which the rate is taken
 constexpr std::size_t mostPieces = 4;                   // in one turn, so that the window gets its own
 constexpr std::size_t writtenPiece = 64;  // where each is a write that may wait: a cancel comes between two
+constexpr Duration unservedTime =
+    milliseconds(50);  // in which the pauses of such a piece may keep the window
 
 // "1,234 bytes", "1.2 MB"
 std::string SizeText(std::uint64_t bytes) {
@@ -185,10 +187,16 @@ void FileSender::PushBytes() {
 
 void FileSender::SendPiece() {
   if (!HasBytes()) return;
-  std::string piece = buffer_.substr(position_, writtenPiece);
+  std::string piece = buffer_.substr(position_, PieceSize());
   position_ += piece.size();
   const std::size_t size = piece.size();
   SendBytes(std::move(piece), size, SendKind::File);
+}
+
+std::size_t FileSender::PieceSize() const {
+  const Duration pause = parts_.link.CharacterPause();
+  if (pause <= Duration::zero()) return writtenPiece;
+  return std::clamp<std::size_t>(static_cast<std::size_t>(unservedTime / pause), 1, writtenPiece);
 }
 
 // There is something in the buffer that is to be sent; otherwise that was the end, which is told.
@@ -223,6 +231,8 @@ std::optional<FileSender::LineEnd> FileSender::FindLine() {
       return LineEnd{end, end + (rest.substr(end, 2) == "\r\n" ? 2 : 1)};
     }
     if (rest.size() > longestLine) {
+      const std::size_t whole = std::min(end, rest.size());
+      if (way_ == Way::PastedLines) return LineEnd{whole, whole};  // goes out in parts: nothing is expanded
       Fail(fmt::format("line {} is longer than {}", lines_ + 1, SizeText(longestLine)));
       return std::nullopt;
     }

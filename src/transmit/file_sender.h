@@ -81,6 +81,7 @@ class FileSender {
   void Next();
   void PushBytes();
   void SendPiece();
+  std::size_t PieceSize() const;
   bool HasBytes();
   bool ReadMore();
   std::optional<LineEnd> FindLine();

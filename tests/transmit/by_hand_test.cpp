@@ -77,11 +77,11 @@ struct PasteRow {
 };
 
 TEST_F(HandRoom, APasteIsAskedForWhereItIsLongOrHasLineEnds) {
-  const std::string longText(1025, 'x');
+  const std::string longText(200'000, 'x');
   for (const PasteRow& row : std::vector<PasteRow>{{"READ", 0, "", "READ"},
                                                    {"A\nB\r\n\rC", 1, "4 lines, 7 bytes", "A\r\nB\r\n\r\nC"},
                                                    {"A\n", 0, "1 line, 2 bytes", ""},
-                                                   {longText, 1, "1 line, 1025 bytes", longText}}) {
+                                                   {longText, 1, "1 line, 200000 bytes", longText}}) {
     SCOPED_TRACE(row.text);
     port.ForgetWritten();
     prompts.shown.clear();
@@ -174,6 +174,30 @@ TEST_F(HandRoom, AWriteThatTheDriverBlocksIsCancelledAtOnce) {
   loop.Pass(600ms);
   EXPECT_EQ(Note(), "commands.txt: cancelled, 0 of 11 bytes sent");
   EXPECT_EQ(port.Written(), "RE");
+}
+
+TEST_F(HandRoom, PausesBetweenCharactersLeaveRoomForACancel) {
+  linkControls.txtcharrit.SetText("100");
+  loop.Outside(1s, [&] { file.cmdFileEnd.Click(); });
+  Send(std::string(100, 'x'));
+  loop.Pass(2s);
+  EXPECT_LE(port.Written().size(), 11U);
+  EXPECT_FALSE(hand.files.Active());
+}
+
+TEST_F(HandRoom, AQuickSendWithoutAnAnswerTakesNoneAwayFromAFile) {
+  file.chkFileLines.SetChecked(true);
+  file.chkFileWait.SetChecked(true);
+  run.txtAnswerTime.SetText("5000");
+  hand.quick.Add({"Q", "Q", true, 1000});
+  hand.quick.Fire(0);
+  Send("A\n");
+  loop.Pass(2s);
+  EXPECT_EQ(hand.quick.ResultOf(0), "no answer");
+  Answer();
+  loop.Pass(1s);
+  EXPECT_FALSE(hand.files.Active());
+  EXPECT_EQ(record.Sums().good, 1U);
 }
 
 TEST_F(HandRoom, CommandsOfAFileAreExpandedAndWaitForTheirAnswers) {
