@@ -45,12 +45,13 @@ std::string LogFiles::Fault() const {
   if (!name_.Fault().empty()) {
     return fmt::format("the log cannot be called \"{}\": {}", rules_.name, name_.Fault());
   }
-  const bool isTaken =
-      name_.Folder().empty() && std::any_of(rules_.taken.begin(), rules_.taken.end(),
-                                            [&](auto name) { return EqualsIgnoringCase(name, rules_.name); });
-  if (isTaken)
-    return fmt::format("the log cannot be called {}: that is another file of the program", rules_.name);
   std::error_code ignored;
+  const bool inProgramFolder = fs::equivalent(FolderPath(), folder_.Path(), ignored);
+  const std::string name = fs::path(rules_.name).filename().string();
+  const auto isThat = [&](std::string_view taken) { return EqualsIgnoringCase(taken, name); };
+  if (inProgramFolder && std::any_of(rules_.taken.begin(), rules_.taken.end(), isThat)) {
+    return fmt::format("the log cannot be called {}: that is another file of the program", name);
+  }
   if (fs::is_directory(FolderPath(), ignored)) return {};
   return fmt::format("the log cannot be written: there is no folder {}", FolderPath().string());
 }

@@ -175,7 +175,7 @@ TEST_F(LogFilesRig, ANameThatCannotBeIsToldAndItsBytesWaitForABetterOne) {
       {"a%", "the log cannot be called \"a%\": a single % at its end"},
       {"%Y/log", "the log cannot be called \"%Y/log\": the folder in front of the name takes no macros"},
       {"a\tb", "the log cannot be called \"a\tb\": it holds a control character"},
-      {"Config.cfg", "the log cannot be called Config.cfg: that is another file of the program"},
+      {"./Config.cfg", "the log cannot be called Config.cfg: that is another file of the program"},
       {"logs/a.txt", "the log cannot be written: there is no folder " + (folder_ / "logs").string()},
   };
   for (const auto& row : rows) {
