@@ -12,6 +12,19 @@
 
 namespace quarlin {
 namespace fs = std::filesystem;
+namespace {
+
+// As far as the folder can be read.
+std::vector<fs::directory_entry> EntriesOf(const fs::path& folder) {
+  std::vector<fs::directory_entry> entries;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    entries.push_back(*entry);
+  }
+  return entries;
+}
+
+}  // namespace
 
 LogFiles::LogFiles(ProgramFolder folder, LogRules rules)
     : folder_(std::move(folder)), rules_(std::move(rules)), name_(rules_.name) {}
@@ -78,11 +91,11 @@ LogFiles::Place LogFiles::Present(LocalTime now) {
 unsigned LogFiles::NumberFor(const fs::path& folder, LocalTime now) const {
   const bool numbered = rules_.newAtStart || rules_.newEachDay || rules_.largest != 0 || name_.HasNumber();
   if (!numbered) return 1;
+  const LogFileNames names = name_.NamesAt(now);
   unsigned highest = 0;
   fs::path last;
-  std::error_code ignored;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-    const unsigned number = name_.NumberOf(entry.path().filename().string(), now).value_or(0);
+  for (const fs::directory_entry& entry : EntriesOf(folder)) {
+    const unsigned number = names.NumberOf(entry.path().filename().string()).value_or(0);
     if (number <= highest) continue;
     highest = number;
     last = entry.path();
@@ -103,9 +116,10 @@ void LogFiles::DeleteOld(const fs::path& folder) const {
   if (rules_.keep == 0) return;
   using Age = std::tuple<fs::file_time_type, unsigned, fs::path>;  // of two of one time the lower number goes
   std::vector<Age> others;
+  const LogFileNames names = name_.NamesAt(std::nullopt);
   std::error_code ignored;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-    const auto number = name_.NumberOf(entry.path().filename().string(), std::nullopt);
+  for (const fs::directory_entry& entry : EntriesOf(folder)) {
+    const auto number = names.NumberOf(entry.path().filename().string());
     const bool isPlainFile = entry.symlink_status(ignored).type() == fs::file_type::regular;
     if (!number || !isPlainFile || entry.path() == *present_) continue;
     others.emplace_back(entry.last_write_time(ignored), *number, entry.path());

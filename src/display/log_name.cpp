@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <regex>
 
 #include "base/text.h"
 
@@ -133,7 +132,7 @@ std::string LogName::At(LocalTime time, unsigned number) const {
   return name;
 }
 
-std::optional<unsigned> LogName::NumberOf(std::string_view fileName, std::optional<LocalTime> time) const {
+LogFileNames LogName::NamesAt(std::optional<LocalTime> time) const {
   std::string expression;
   for (const Piece& piece : pieces_) {
     if (piece.macro == 'n') {
@@ -146,8 +145,12 @@ std::optional<unsigned> LogName::NumberOf(std::string_view fileName, std::option
       expression += fmt::format("[0-9]{{{}}}", FindMacro(piece.macro)->digits);
     }
   }
-  std::match_results<std::string_view::const_iterator> found;
-  if (!std::regex_match(fileName.begin(), fileName.end(), found, std::regex(expression))) return std::nullopt;
+  return LogFileNames(expression);
+}
+
+std::optional<unsigned> LogFileNames::NumberOf(const std::string& fileName) const {
+  std::smatch found;
+  if (!std::regex_match(fileName, found, expression_)) return std::nullopt;
   if (!found[1].matched) return 1;
   return std::min(static_cast<unsigned>(std::stoul(found[1].str())), highestNumber);
 }

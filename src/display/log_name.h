@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,18 @@
 #include "base/clock.h"
 
 namespace quarlin {
+
+// Knows the files of a log by their names. Costs more to make than to ask, and a folder may hold thousands.
+class LogFileNames {
+ public:
+  explicit LogFileNames(const std::string& expression) : expression_(expression) {}
+
+  // The number of the file; nothing for one that has another kind of name.
+  std::optional<unsigned> NumberOf(const std::string& fileName) const;
+
+ private:
+  std::regex expression_;
+};
 
 class LogName {
  public:
@@ -32,9 +45,8 @@ class LogName {
   // The name, without its folder, of the file with that number (from 1) that is begun at `time`.
   std::string At(LocalTime time, unsigned number) const;
 
-  // The number of a file that was begun at `time`, or at any time where none is given; nothing for a file
-  // that has another kind of name.
-  std::optional<unsigned> NumberOf(std::string_view fileName, std::optional<LocalTime> time) const;
+  // The names of the files that were begun at `time`, or at any time where none is given.
+  LogFileNames NamesAt(std::optional<LocalTime> time) const;
 
  private:
   struct Piece {

@@ -43,14 +43,14 @@ TEST(LogNameTest, NamesItsFilesAndKnowsThemAgain) {
     EXPECT_EQ(name.Fault(), "") << row.pattern;
     EXPECT_EQ(name.At(time, 1), row.first);
     EXPECT_EQ(name.At(time, 3), row.third);
-    EXPECT_EQ(name.NumberOf(row.third, time), 3U) << row.third;
-    EXPECT_EQ(name.NumberOf(row.first, std::nullopt), 1U) << row.first;
+    EXPECT_EQ(name.NamesAt(time).NumberOf(row.third), 3U) << row.third;
+    EXPECT_EQ(name.NamesAt(std::nullopt).NumberOf(row.first), 1U) << row.first;
     for (const char* foreign : {"", "LOG2.TXT", "LOG-002.TXT", "LOG-part2.TXT", "xLOG.TXT", "2026-3-04.log",
                                 "2026-03-04 copy.log", "t01(04)+.txt"}) {
-      EXPECT_EQ(name.NumberOf(foreign, std::nullopt), std::nullopt) << row.pattern << " " << foreign;
+      EXPECT_EQ(name.NamesAt(std::nullopt).NumberOf(foreign), std::nullopt) << row.pattern << " " << foreign;
     }
   }
-  EXPECT_EQ(LogName("%d.log").NumberOf("05.log", time), std::nullopt) << "of another day";
+  EXPECT_EQ(LogName("%d.log").NamesAt(time).NumberOf("05.log"), std::nullopt) << "of another day";
 }
 
 class LogFilesRig : public testing::Test {
