@@ -53,11 +53,11 @@ void Cycle::Command1_Click() {
 }
 
 void Cycle::Start() {
+  while (parts_.expander.State.ExpandBusy) parts_.loop.DoEvents();
   if (const std::string objection = Hooks.objection(); !objection.empty()) {
     return parts_.status.Say(objection);
   }
   parts_.intervals.Restart();
-  while (parts_.expander.State.ExpandBusy) parts_.loop.DoEvents();
   Hooks.starting();
   parts_.exchange.BeginRun();
   parts_.sender.Frame.ComputeTxTerminator();
