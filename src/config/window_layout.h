@@ -18,7 +18,7 @@ namespace quarlin {
 
 class WindowLayout {
  public:
-  static constexpr std::size_t mostBytes = 256 * 1024;
+  static constexpr std::size_t mostBytes = std::size_t{256} * 1024;
 
   // Reads the file. One that is missing keeps nothing, and so does one that is no text or is beyond
   // mostBytes.

@@ -35,7 +35,7 @@ void FolderWatch::Follow(std::string_view name, std::function<void()> changed) {
 
 // The system hands out whole events: a head and, for a file in the folder, its name, filled up with zeros.
 void FolderWatch::TakeEvents() {
-  alignas(inotify_event) std::array<char, 16 * 1024> buffer;
+  alignas(inotify_event) std::array<char, std::size_t{16} * 1024> buffer;
   const ssize_t taken = Uninterrupted([&] { return read(events_.Get(), buffer.data(), buffer.size()); });
   for (ssize_t place = 0; place < taken;) {
     inotify_event event;

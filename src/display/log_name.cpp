@@ -90,8 +90,8 @@ LogName::LogName(std::string_view pattern) {
 void LogName::Take(std::string_view pattern) {
   pieces_.emplace_back();
   for (std::size_t i = 0; i < pattern.size(); ++i) {
-    const char letter = pattern[i] == '%' ? (++i < pattern.size() ? pattern[i] : ' ') : 0;
-    if (letter == 0 || letter == '%') {
+    const char letter = pattern[i] == '%' ? (++i < pattern.size() ? pattern[i] : ' ') : '\0';
+    if (letter == '\0' || letter == '%') {
       pieces_.back().literal += pattern[i];
     } else if (letter == 'n' && !hasNumber_) {
       hasNumber_ = true;
