@@ -181,6 +181,30 @@ class ByHandTest : public QObject {
     QVERIFY(!table.model()->setData(table.model()->index(1, QuickModel::Key), "A", Qt::EditRole));
     QVERIFY(rig.Note().find("could not be typed") != std::string::npos);
   }
+
+  // The next field is open already when the frame comes that shows the one before.
+  void tabGoesOnToTheNextFieldAndWhatIsTypedThereStays() {
+    Rig rig;
+    QTest::keyClick(&rig.window, Qt::Key_5, Qt::AltModifier);
+    auto& table = *rig.window.findChild<QTableView*>("quickTable");
+    table.setFocus();
+    table.setCurrentIndex(table.model()->index(0, QuickModel::Name));
+    table.edit(table.currentIndex());
+    auto* name = table.viewport()->findChild<QLineEdit*>();
+    QTest::keyClicks(name, "Mass");
+    QTest::keyClick(name, Qt::Key_Tab);
+    auto* command = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    QVERIFY(command != nullptr && command != name);
+    QTest::keyClicks(command, "MAS");
+    rig.frm.Hand().quick.Set(1, {"Zero", "TARE"});  // and another row changes
+    QTRY_COMPARE(table.model()->index(1, QuickModel::Command).data().toString(), QString("TARE"));
+    QTest::qWait(100);
+    QCOMPARE(QApplication::focusWidget(), command);
+    QTest::keyClicks(command, "S");
+    QTest::keyClick(command, Qt::Key_Return);
+    QCOMPARE(rig.frm.Hand().quick.Rows()[0].name, std::string("Mass"));
+    QTRY_COMPARE(rig.frm.Hand().quick.Rows()[0].command, std::string("MASS"));
+  }
 };
 
 }  // namespace quarlin

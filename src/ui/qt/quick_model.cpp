@@ -2,6 +2,7 @@
 
 #include <QKeySequence>
 #include <QMimeData>
+#include <utility>
 
 #include "ui/qt/widget_text.h"
 
@@ -55,16 +56,36 @@ bool TypesText(const QKeySequence& keys) {
 
 QuickModel::QuickModel(QuickSends& quick) : quick_(quick), shown_(quick.Rows()) {}
 
-// An editor that is open keeps what is being typed while only results change.
+// A reset would close an open editor with what is being typed there: Tab leads to the next field before the
+// frame comes that shows the one before.
 void QuickModel::Refresh() {
-  if (shown_ != quick_.Rows()) {
+  if (shown_.size() != quick_.Rows().size()) {
     beginResetModel();
     shown_ = quick_.Rows();
     endResetModel();
-  } else if (!shown_.empty()) {
+    return;
+  }
+  ShowChanged();
+  if (!shown_.empty()) {
     const int last = static_cast<int>(shown_.size()) - 1;
     emit dataChanged(index(0, Answer), index(last, Answer));
     emit dataChanged(index(0, Every), index(last, Every), {Qt::CheckStateRole});
+  }
+}
+
+// Cell by cell, since what is told of a cell replaces what its editor holds.
+void QuickModel::ShowChanged() {
+  for (std::size_t row = 0; row < shown_.size(); ++row) {
+    const QuickSend before = std::exchange(shown_[row], quick_.Rows()[row]);
+    if (before == shown_[row]) continue;
+    for (int column = 0; column < columns; ++column) {
+      const bool same = EditedText(before, static_cast<Column>(column)) ==
+                        EditedText(shown_[row], static_cast<Column>(column));
+      const QModelIndex cell = index(static_cast<int>(row), column);
+      if (!same) emit dataChanged(cell, cell);
+    }
+    const QModelIndex wait = index(static_cast<int>(row), Wait);
+    if (before.waits != shown_[row].waits) emit dataChanged(wait, wait, {Qt::CheckStateRole});
   }
 }
 
@@ -91,7 +112,7 @@ QVariant QuickModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return Text(row, ColumnOf(index));
     case Qt::EditRole:
-      return EditedText(row, ColumnOf(index));
+      return EditedText(quick_.Rows()[row], ColumnOf(index));
     case Qt::CheckStateRole:
       return CheckState(row, ColumnOf(index));
     case Qt::ToolTipRole:
@@ -112,12 +133,11 @@ QVariant QuickModel::Text(std::size_t row, Column column) const {
     case Answer:
       return ShownText(quick_.ResultOf(row));
     default:
-      return EditedText(row, column);
+      return EditedText(quick_.Rows()[row], column);
   }
 }
 
-QVariant QuickModel::EditedText(std::size_t row, Column column) const {
-  const QuickSend& quick = quick_.Rows()[row];
+QVariant QuickModel::EditedText(const QuickSend& quick, Column column) {
   switch (column) {
     case Name:
       return EditText(quick.name);

@@ -39,7 +39,8 @@ class QuickModel : public QAbstractTableModel {
 
  private:
   QVariant Text(std::size_t row, Column column) const;
-  QVariant EditedText(std::size_t row, Column column) const;
+  static QVariant EditedText(const QuickSend& quick, Column column);
+  void ShowChanged();
   QVariant CheckState(std::size_t row, Column column) const;
   bool SetChecked(std::size_t row, Column column, bool checked);
   bool SetText(std::size_t row, Column column, const QString& text);

@@ -82,7 +82,8 @@ void QuickPage::Refresh() {
   const int column = table_.currentIndex().column();
   model_.Refresh();
   const int last = model_.rowCount() - 1;
-  if (row >= 0 && last >= 0) table_.setCurrentIndex(model_.index(std::min(row, last), column));
+  const bool lost = !table_.currentIndex().isValid();
+  if (lost && row >= 0 && last >= 0) table_.setCurrentIndex(model_.index(std::min(row, last), column));
   ShowKeys();
 }
 
@@ -131,7 +132,8 @@ void QuickPage::Add() {
 }
 
 void QuickPage::Remove() {
-  if (Current() >= 0) quick_.Remove(static_cast<std::size_t>(Current()));
+  if (Current() >= 0) return quick_.Remove(static_cast<std::size_t>(Current()));
+  frm_.Status().Say("choose the row first that is to go");
 }
 
 void QuickPage::MoveBy(int rows) {
