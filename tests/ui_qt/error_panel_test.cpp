@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QSplitter>
 #include <QTest>
 
 #include "support/virtual_loop.h"
@@ -92,6 +93,25 @@ class ErrorPanelTest : public QObject {
     QCOMPARE(lines.size(), 2);
     QCOMPARE(lines[0], QString("Time\tNo.\tWhat\tExpected\tGot\tms\tRequest"));
     QCOMPARE(lines[1].section('\t', 1), QString("2\tstring not equal\t\tnothing received\t\tREAD<CR><LF>"));
+  }
+
+  void minimisingLeavesTheTableAsHighAsItWas() {
+    Rig rig;
+    QSplitter split(Qt::Vertical);
+    split.addWidget(new QWidget);
+    split.addWidget(&rig.panel);
+    split.resize(800, 600);
+    split.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&split));
+    split.setSizes({200, 400});
+    const int height = rig.panel.height();
+    split.showMinimized();
+    QTest::qWait(50);
+    split.showNormal();
+    QTest::qWait(50);
+    const int after = rig.panel.height();
+    rig.panel.setParent(nullptr);  // the rig owns it
+    QCOMPARE(after, height);
   }
 
   void clearingEmptiesTheTableAndNothingElse() {

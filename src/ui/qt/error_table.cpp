@@ -126,12 +126,12 @@ void ErrorTable::showEvent(QShowEvent* event) {
   QTableView::showEvent(event);
   Refresh();
   scrollToBottom();
-  emit shownChanged(true);
+  if (!event->spontaneous()) emit shownChanged(true);
 }
 
 void ErrorTable::hideEvent(QHideEvent* event) {
   QTableView::hideEvent(event);
-  emit shownChanged(!isHidden());  // minimised is not closed
+  if (isHidden()) emit shownChanged(false);  // minimised is not closed
 }
 
 void ErrorTable::resizeEvent(QResizeEvent* event) {
