@@ -77,6 +77,19 @@ class TrafficPanelTest : public QObject {
     }
   }
 
+  void anExpressionThatIsWrongStaysSoWhileTheLastSearchStillCounted() {
+    for (int i = 0; i < 60'000; ++i) {
+      rig->display.txtric.Append("weight\r\n", TextKind::Received, colors::black);
+    }
+    rig->panel.View().Refresh();
+    rig->Press("actionFindExpression");
+    rig->Box().setText("w");
+    QVERIFY(!rig->panel.View().Search().counted);
+    rig->Box().setText("w(");
+    QTest::qWait(20);
+    QVERIFY(!rig->panel.View().Search().error.isEmpty());
+  }
+
   // The button brings back the column that was chosen last.
   void choosesTheTimes() {
     QCOMPARE(rig->panel.View().Times(), TimeColumn::Off);

@@ -129,6 +129,7 @@ void ReceivedTextView::focusInEvent(QFocusEvent* event) {
 
 void ReceivedTextView::focusOutEvent(QFocusEvent* event) {
   QAbstractScrollArea::focusOutEvent(event);
+  EndDrag();  // a box that comes up takes the release of the button
   UpdateAll();
 }
 

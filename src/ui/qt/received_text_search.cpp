@@ -19,6 +19,7 @@ constexpr std::chrono::milliseconds countBudget(4);
 void ReceivedTextView::SetSearch(const TextQuery& query) {
   matcher_ = TextMatcher(query);
   matchCount_.Restart();
+  countOn_.stop();  // of the search before, which would have no error to tell
   ShowSearch({matcher_.Error(), 0, 0, true});
   if (matcher_.Usable()) CountMatches();
   UpdateAll();

@@ -104,6 +104,7 @@ class ReceivedTextView : public QAbstractScrollArea {
 
   // The selection as text: control characters as they are, line ends as "\n". Empty without one.
   QString SelectedText() const;
+  bool HasSelection() const { return !selection_.Empty(); }
   void SelectAll();
   void Copy();
   void CopyAsShown();  // the whole lines that it touches, with time, direction and the names of codes

@@ -151,6 +151,11 @@ void TrafficPanel::WireCopy() {
   ReceivedTextView* view = ui_->txtric;
   connect(ui_->actionCopyAsShown, &QAction::triggered, view, &ReceivedTextView::CopyAsShown);
   connect(ui_->actionCopyBytes, &QAction::triggered, view, &ReceivedTextView::CopyAsHex);
+  for (const QAction* copy : CopyActions()) {
+    connect(copy, &QAction::triggered, this, [this, view] {
+      if (!view->HasSelection()) emit told(tr("nothing is selected in the display"));
+    });
+  }
   connect(ui_->actionSaveDisplay, &QAction::triggered, this, &TrafficPanel::SaveDisplay);
 }
 
