@@ -116,15 +116,16 @@ QVariant HelpBrowser::loadResource(int type, const QUrl& url) {
   return IsHelp(there) ? QVariant(Fitted(there)) : QVariant();
 }
 
-// No wider than the page.
+// No wider than the page, and a pixel of the picture never on more than one of the screen: it stays sharp.
 QImage HelpBrowser::Fitted(const QUrl& url) const {
-  const QImage picture(":" + url.path());
+  constexpr int besides = 40;  // the margins of a page
+  constexpr int narrowest = 100;
+  QImage picture(":" + url.path());
   const qreal ratio = devicePixelRatioF();
-  const int room = std::max(100, viewport()->width() - 40);
-  if (picture.width() <= room) return picture;
-  QImage fitted = picture.scaledToWidth(qRound(room * ratio), Qt::SmoothTransformation);
-  fitted.setDevicePixelRatio(ratio);
-  return fitted;
+  const int room = qRound(std::max(narrowest, viewport()->width() - besides) * ratio);
+  if (picture.width() > room) picture = picture.scaledToWidth(room, Qt::SmoothTransformation);
+  picture.setDevicePixelRatio(ratio);
+  return picture;
 }
 
 void HelpBrowser::FitPictures() {
@@ -150,7 +151,7 @@ void HelpBrowser::changeEvent(QEvent* event) {
 
 void HelpBrowser::wheelEvent(QWheelEvent* event) {
   if (!event->modifiers().testFlag(Qt::ControlModifier)) return QTextBrowser::wheelEvent(event);
-  Zoom(zoomed_ + (event->angleDelta().y() > 0 ? 1 : -1));
+  if (event->angleDelta().y() != 0) Zoom(zoomed_ + (event->angleDelta().y() > 0 ? 1 : -1));
   event->accept();
 }
 
