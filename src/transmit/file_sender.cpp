@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "base/text.h"
@@ -384,7 +385,7 @@ std::string FileSender::Rate() const {
   const auto bytes = static_cast<double>(samples_.back().sent - samples_.front().sent);
   if (seconds <= 0 || bytes <= 0) return "";
   const double rate = bytes / seconds;
-  const auto left = static_cast<std::int64_t>(static_cast<double>(size_ - sent_) / rate + 0.5);
+  const std::int64_t left = std::llround(static_cast<double>(size_ - sent_) / rate);
   return fmt::format(", {}/s, {} left", SizeText(static_cast<std::uint64_t>(rate)), TimeText(left));
 }
 

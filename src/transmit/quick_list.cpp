@@ -150,8 +150,11 @@ std::string QuickList::Set(std::size_t index, QuickSend row) {
   const QuickSend before = rows_[index];
   return Edit([&](std::vector<QuickSend>& rows) {
     const auto place = Place(rows, before, index);
-    if (place) rows[*place] = std::move(row);
-    if (!place && before != row) rows.push_back(std::move(row));
+    if (place) {
+      rows[*place] = std::move(row);
+    } else if (before != row) {
+      rows.push_back(std::move(row));
+    }
   });
 }
 

@@ -44,6 +44,7 @@ void QuickSends::ListChanged() {
   };
   const std::vector<QuickSend>& rows = Rows();
   std::vector<std::optional<RowState>> found;
+  found.reserve(rows.size());
   for (const QuickSend& row : rows)
     found.push_back(take([&](std::size_t i) { return before[i].row == row; }));
   for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -104,7 +105,7 @@ void QuickSends::Ended(const QuickSend& row, const WaitEnd& end) {
   Show(row, "no answer");
 }
 
-void QuickSends::Show(const QuickSend& row, std::string result) {
+void QuickSends::Show(const QuickSend& row, const std::string& result) {
   for (RowState& state : states_) {
     if (state.row == row) state.result = result;
   }

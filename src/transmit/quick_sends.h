@@ -81,7 +81,7 @@ class QuickSends {
   void Plan();
   void Sent(const QuickSend& row, const SendOutcome& outcome);
   void Ended(const QuickSend& row, const WaitEnd& end);
-  void Show(const QuickSend& row, std::string result);
+  void Show(const QuickSend& row, const std::string& result);
 
   QuickParts parts_;
   std::function<bool()> heldUp_;
