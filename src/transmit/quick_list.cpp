@@ -28,8 +28,20 @@ std::array<std::string_view, fieldCount> Fields(std::string_view line) {
   return fields;
 }
 
+bool IsNumber(std::string_view field) {
+  const std::string_view digits = TrimBlanks(field);
+  return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 int MillisecondsOf(std::string_view field, int otherwise) {
-  return field.empty() ? otherwise : std::max(IntegerOf(field), 0);
+  return IsNumber(field) ? std::max(IntegerOf(field), 0) : otherwise;
+}
+
+// A time that says something else than a number.
+bool HasFaultyTime(std::string_view line) {
+  const auto fields = Fields(line);
+  const auto faulty = [](std::string_view field) { return !TrimBlanks(field).empty() && !IsNumber(field); };
+  return faulty(fields[3]) || faulty(fields[5]);
 }
 
 struct Written {
@@ -45,6 +57,13 @@ std::vector<Written> LinesOf(std::string_view content) {
     if (row) written.push_back({file.isUtf8 ? line : Utf8FromBytes(line), std::move(*row)});
   }
   return written;
+}
+
+// Of the first line with a faulty time, from 1; 0 for none.
+std::size_t FaultyLineOf(std::string_view content) {
+  const std::vector<std::string> lines = SplitLines(FileTextOf(content).text);
+  const auto found = std::find_if(lines.begin(), lines.end(), HasFaultyTime);
+  return found == lines.end() ? 0 : static_cast<std::size_t>(found - lines.begin()) + 1;
 }
 
 std::string TooLarge() {
@@ -88,6 +107,7 @@ std::string QuickList::TakeUp() {
   if (written.size() > mostRows) {
     return fmt::format("{} has more than {} lines and was left alone", fileName, mostRows);
   }
+  faultyLine_ = FaultyLineOf(content.bytes);
   known_ = std::move(content.bytes);
   rows_.clear();
   for (Written& line : written) rows_.push_back(std::move(line.row));

@@ -45,6 +45,10 @@ class QuickList {
   // whole is left alone from then on.
   std::string TakeUp();
 
+  // The first line of the file, from 1, with a time that is no number and counts as if it were not there; 0
+  // for none.
+  std::size_t FaultyLine() const { return faultyLine_; }
+
   // Each edit begins with TakeUp, so what another program has written stays, and ends with the file written,
   // in which the lines of other rows stand as they stood. Rows are told from each other by what they hold;
   // one that has gone meanwhile is not edited, and a new value of it is added. Returns what went wrong, or
@@ -64,6 +68,7 @@ class QuickList {
   ProgramFolder folder_;
   std::vector<QuickSend> rows_;
   std::string known_;  // what the file held when it was last read or written
+  std::size_t faultyLine_ = 0;
 };
 
 std::optional<QuickSend> QuickSendFromLine(std::string_view line);

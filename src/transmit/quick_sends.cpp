@@ -170,6 +170,9 @@ void QuickSends::Say(const std::string& trouble) {
 
 void QuickSends::TakeUp() {
   Say(list_.TakeUp());
+  if (const std::size_t line = list_.FaultyLine(); line != 0) {
+    Say(fmt::format("{}, line {}: a time that is no number is passed over", QuickList::fileName, line));
+  }
 }
 
 void QuickSends::Add(QuickSend row) {

@@ -27,6 +27,7 @@
 #include "ui/qt/quick_page.h"
 #include "ui/qt/send_file_row.h"
 #include "ui/qt/side_panel.h"
+#include "ui/qt/tint.h"
 #include "ui/qt/traffic_panel.h"
 #include "ui/qt/widget_text.h"
 #include "ui/qt/window_icon.h"
@@ -69,6 +70,7 @@ MainWindow::MainWindow(FrmMain& frm)
       side_(new SidePanel) {
   QApplication::setWindowIcon(WindowIcon());
   QApplication::setCursorFlashTime(0);  // a blinking cursor would wake an idle program twice a second
+  KeepPlaceholdersReadable();
   ui_->setupUi(this);
   PutTogether();
   font_ = std::make_unique<DisplayFont>(frm.controls.display, frm.Status(), traffic_->View());
@@ -99,6 +101,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
   binder_->CommitEdits();
   frm_.RequestUnload();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) KeepPlaceholdersReadable();
+  QMainWindow::changeEvent(event);
 }
 
 void MainWindow::PutTogether() {
@@ -173,8 +180,10 @@ void MainWindow::WireMenus() {
     command->setFocus(Qt::ShortcutFocusReason);
     command->lineEdit()->selectAll();
   });
-  connect(command->lineEdit(), &QLineEdit::returnPressed, Part<QPushButton>(*this, "cmdSend"),
-          &QPushButton::click);
+  connect(command->lineEdit(), &QLineEdit::returnPressed, this, [this, command] {
+    Part<QPushButton>(*this, "cmdSend")->click();
+    command->lineEdit()->selectAll();  // the next command takes its place
+  });
 }
 
 void MainWindow::WireDisplay() {

@@ -43,6 +43,7 @@ class MainWindow : public QMainWindow {
  protected:
   // Asks the model to end; the loop then ends the program, and the window with it.
   void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void PutTogether();

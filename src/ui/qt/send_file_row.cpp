@@ -35,9 +35,14 @@ SendFileRow::~SendFileRow() {
   frm_.Hand().files.OnProgress = nullptr;
 }
 
+// The dialog stands open beside the traffic.
 void SendFileRow::Choose() {
-  const QString file = QFileDialog::getOpenFileName(window(), tr("Send file"));
-  if (!file.isEmpty()) Offer(file);
+  auto* dialog = new QFileDialog(window(), tr("Send file"));
+  dialog->setObjectName("sendFileDialog");
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setFileMode(QFileDialog::ExistingFile);
+  connect(dialog, &QFileDialog::fileSelected, this, &SendFileRow::Offer);
+  dialog->open();
 }
 
 bool SendFileRow::eventFilter(QObject*, QEvent* event) {

@@ -35,4 +35,13 @@ QPalette Tinted(const QWidget& widget, std::optional<Color> back, std::optional<
   return palette;
 }
 
+void KeepPlaceholdersReadable() {
+  QColor faint = QApplication::palette().color(QPalette::Text);
+  faint.setAlpha(128);
+  if (QApplication::palette().color(QPalette::PlaceholderText) == faint) return;
+  QPalette palette;  // of this one colour; all others stay the desktop's
+  palette.setColor(QPalette::PlaceholderText, faint);
+  QApplication::setPalette(palette);
+}
+
 }  // namespace quarlin

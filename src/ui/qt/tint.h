@@ -16,4 +16,8 @@ QColor ColorOf(Color color);
 // readable in light and dark, also while the widget is disabled.
 QPalette Tinted(const QWidget& widget, std::optional<Color> back, std::optional<Color> fore);
 
+// Gives faint texts, such as a field's "Find", the colour of its text, half transparent. Some desktops leave
+// theirs black on a dark field. To be called at the start and when the desktop's palette has changed.
+void KeepPlaceholdersReadable();
+
 }  // namespace quarlin

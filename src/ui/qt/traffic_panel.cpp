@@ -59,6 +59,11 @@ void TrafficPanel::WireDisplay() {
       {ui_->actionFindPrevious, ui_->actionFindNext, ui_->actionFindCase, ui_->actionFindExpression});
   ui_->tools->addSeparator();
   ui_->tools->addActions(ViewActions());
+  // The style draws its arrow black on a dark desktop, too.
+  if (auto* more = ui_->tools->findChild<QToolButton*>("qt_toolbar_ext_button")) {
+    more->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    more->setText(QStringLiteral("»"));
+  }
 
   ReceivedTextView* view = ui_->txtric;
   connect(ui_->actionPause, &QAction::toggled, view, &ReceivedTextView::SetPaused);
