@@ -89,7 +89,12 @@ ComboBoxBinding::ComboBoxBinding(ComboBox& control, QComboBox& widget, const Use
     if (widget_.isEditable()) widget_.lineEdit()->setModified(false);  // a choice replaces what was typed
     user_.run([this, index] {
       user_.aboutToEdit(control_, widget_);
-      control_.SetListIndex(index);
+      // A list that changed since the last frame has other entries at these places.
+      if (shownList_ == control_.ListRevision()) {
+        control_.SetListIndex(index);
+      } else {
+        control_.SetText(BytesOf(widget_.itemText(index)));
+      }
     });
   });
   if (!widget.isEditable()) return;
