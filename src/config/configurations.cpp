@@ -8,7 +8,8 @@
 namespace quarlin {
 namespace {
 
-constexpr std::uintmax_t mostBytes = std::uintmax_t{1} << 20;  // of a file that is looked at as a configuration
+constexpr std::uintmax_t mostBytes = std::uintmax_t{1}
+                                     << 20;  // of a file that is looked at as a configuration
 
 std::string NameOf(const std::filesystem::path& file) {
   return BytesFromUtf8(file.filename().string());

@@ -20,8 +20,8 @@ class OfferedList {
 
   OfferedList(ComboBox& box, ProgramFolder folder, std::string_view name);
 
-  // Takes the file as it is now; one that cannot be read leaves the list as it was. The text of the box stays.
-  // Returns what is wrong with the file, or nothing.
+  // Takes the file as it is now; one that cannot be read leaves the list as it was. The text of the box
+  // stays. Returns what is wrong with the file, or nothing.
   std::string Refill();
 
   // Behind the entries of the file, in this order; one that the file has as well is not offered twice.

@@ -19,11 +19,15 @@ TEST(AnswerCheck, TheLengthIsAskedBeforeTheText) {
   const std::vector<Row> rows{
       {"12.5 kg\r\n", 0, std::nullopt, std::nullopt},
       {"12.5 kg\r\n", 9, "12.5 kg\r\n", std::nullopt},
-      {"12.5 kg\r\n", 8, "x", Finding{Verdict::WrongLength, "9 characters instead of 8", "8 characters", "9 characters"}},
-      {"12.5 kg\r\n", -1, "x", Finding{Verdict::WrongLength, "9 characters instead of -1", "-1 characters", "9 characters"}},
-      {"OK\r\n", 0, "Ok\r\n", Finding{Verdict::NotEqual, "\"OK{0D}{0A}\" instead of \"Ok{0D}{0A}\"", "Ok\r\n", "OK\r\n"}},
+      {"12.5 kg\r\n", 8, "x",
+       Finding{Verdict::WrongLength, "9 characters instead of 8", "8 characters", "9 characters"}},
+      {"12.5 kg\r\n", -1, "x",
+       Finding{Verdict::WrongLength, "9 characters instead of -1", "-1 characters", "9 characters"}},
+      {"OK\r\n", 0, "Ok\r\n",
+       Finding{Verdict::NotEqual, "\"OK{0D}{0A}\" instead of \"Ok{0D}{0A}\"", "Ok\r\n", "OK\r\n"}},
       {std::string(61, 'x'), 0, "",
-       Finding{Verdict::NotEqual, "\"" + std::string(60, 'x') + "...\" instead of \"\"", "", std::string(61, 'x')}},
+       Finding{Verdict::NotEqual, "\"" + std::string(60, 'x') + "...\" instead of \"\"", "",
+               std::string(61, 'x')}},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.text);
