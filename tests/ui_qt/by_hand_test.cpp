@@ -15,6 +15,7 @@
 #include <QUrl>
 
 #include "base/files.h"
+#include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
 #include "support/scripted_device.h"
 #include "support/temp_folder.h"
@@ -24,11 +25,6 @@
 
 namespace quarlin {
 namespace {
-
-class SilentTextOpener : public TextOpener {
- public:
-  bool OpenText(const std::filesystem::path&) override { return true; }
-};
 
 struct Rig {
   Rig() {

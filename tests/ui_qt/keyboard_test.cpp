@@ -13,6 +13,7 @@
 
 #include "base/files.h"
 #include "link/posix_device.h"
+#include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
 #include "support/temp_folder.h"
 #include "ui/qt/main_window.h"
@@ -20,11 +21,6 @@
 
 namespace quarlin {
 namespace {
-
-class NoEditor : public TextOpener {
- public:
-  bool OpenText(const std::filesystem::path&) override { return true; }
-};
 
 // Answers each line with a weight; with the wrong one where `wrong` says so.
 class Scale {
@@ -87,7 +83,7 @@ class KeyboardTest : public QObject {
     QtLoop loop;
     PosixDeviceSource devices(loop);
     ListedPrompts prompts;
-    NoEditor opener;
+    SilentTextOpener opener;
     Scale scale;
     FrmMain frm{{loop, ProgramFolder(folder.Path()), devices, prompts, opener, [] { return 0.5; }}};
     MainWindow window{frm};

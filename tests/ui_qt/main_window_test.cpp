@@ -20,6 +20,8 @@
 #include <set>
 
 #include "base/files.h"
+#include "support/bare_surroundings.h"
+#include "support/listed_prompts.h"
 #include "support/temp_folder.h"
 #include "support/virtual_loop.h"
 #include "ui/qt/elided_label.h"
@@ -29,31 +31,6 @@
 
 namespace quarlin {
 namespace {
-
-class NoDevices : public DeviceSource {
- public:
-  OpenedDevice Open(const std::string&, std::function<void()>) override {
-    return {nullptr, std::make_error_code(std::errc::no_such_device)};
-  }
-};
-
-class NoPrompts : public Prompts {
- public:
-  void ShowMessage(std::string_view, std::string_view) override {}
-  int MsgBox(std::u16string_view, std::int32_t, std::u16string_view) override { return 1; }
-  std::optional<std::u16string> InputBox(std::u16string_view, std::u16string_view,
-                                         std::u16string_view) override {
-    return std::nullopt;
-  }
-  bool Confirm(std::string_view, std::string_view) override { return true; }
-  SaveAnswer AskToSave(std::string_view, std::string_view) override { return SaveAnswer::Discard; }
-  void Dismiss() override {}
-};
-
-class SilentTextOpener : public TextOpener {
- public:
-  bool OpenText(const std::filesystem::path&) override { return true; }
-};
 
 struct Rig {
   Rig() {
@@ -90,7 +67,7 @@ struct Rig {
   TempFolder folder;
   VirtualLoop loop;
   NoDevices devices;
-  NoPrompts prompts;
+  ListedPrompts prompts;
   SilentTextOpener opener;
   FrmMain frm{{loop, ProgramFolder(folder.Path()), devices, prompts, opener, [] { return 0.5; }}};
   MainWindow window{frm};

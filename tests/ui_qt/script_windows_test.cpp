@@ -15,6 +15,7 @@
 #include "base/files.h"
 #include "script/script_host.h"
 #include "script/vbscript_engine.h"
+#include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
 #include "support/temp_folder.h"
 #include "support/virtual_loop.h"
@@ -26,18 +27,6 @@
 
 namespace quarlin {
 namespace {
-
-class NoDevices : public DeviceSource {
- public:
-  OpenedDevice Open(const std::string&, std::function<void()>) override {
-    return {nullptr, std::make_error_code(std::errc::no_such_device)};
-  }
-};
-
-class SilentTextOpener : public TextOpener {
- public:
-  bool OpenText(const std::filesystem::path&) override { return true; }
-};
 
 struct Rig {
   explicit Rig(std::string_view script) {

@@ -8,6 +8,7 @@
 #include <QWheelEvent>
 
 #include "base/files.h"
+#include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
 #include "support/temp_folder.h"
 #include "support/virtual_loop.h"
@@ -16,18 +17,6 @@
 
 namespace quarlin {
 namespace {
-
-class NoDevices : public DeviceSource {
- public:
-  OpenedDevice Open(const std::string&, std::function<void()>) override {
-    return {nullptr, std::make_error_code(std::errc::no_such_device)};
-  }
-};
-
-class NoOpener : public TextOpener {
- public:
-  bool OpenText(const std::filesystem::path&) override { return false; }
-};
 
 // One start of the program.
 struct Run {
@@ -57,7 +46,7 @@ struct Run {
   VirtualLoop loop;
   NoDevices devices;
   ListedPrompts prompts;
-  NoOpener opener;
+  SilentTextOpener opener;
   FrmMain frm;
   MainWindow window{frm};
 };
