@@ -28,7 +28,8 @@ namespace {
 
 struct Rig {
   Rig() {
-    WriteInPlace(folder / "Quick.txt", "Read\tREAD\nZero\tZERO\t0\t0\tCtrl+F2\n");
+    WriteInPlace(folder / "Quick.txt",
+                 "Read\tREAD\nZero\tZERO\t0\t0\tCtrl+F2\nSecond\tWITH THE SAME KEY\t0\t0\tCtrl+F2\n");
     frm.controls.connection.cboSerial.SetText("COM1");
     frm.Load("");
     frm.controls.connection.cmdOpen.Click();

@@ -96,20 +96,27 @@ void QuickPage::ShowKeys() {
   for (std::size_t row = 0; row < keys_.size(); ++row) {
     if (keys_[row].empty()) continue;
     const QKeySequence sequence(ShownText(keys_[row]), QKeySequence::PortableText);
-    TellUsedKey(sequence);
+    if (const QString owner = OwnerOf(sequence); !owner.isEmpty()) {
+      const QString words = tr("the key %1 of a quick send is already that of \"%2\"");
+      frm_.Status().Say(BytesOf(words.arg(sequence.toString(), owner)));
+      continue;
+    }
     shortcuts_.push_back(std::make_unique<QShortcut>(sequence, &window_));
     connect(shortcuts_.back().get(), &QShortcut::activated, this,
             [this, row] { Fire(static_cast<int>(row)); });
   }
 }
 
-// Of two that have the same key neither would work.
-void QuickPage::TellUsedKey(const QKeySequence& keys) const {
+// Of two that have the same key neither would work, so the first keeps it: a menu, then the upper row. Empty
+// where nobody has it.
+QString QuickPage::OwnerOf(const QKeySequence& keys) const {
   for (const QAction* action : window_.findChildren<QAction*>()) {
-    if (!action->shortcuts().contains(keys)) continue;
-    const QString words = tr("the key %1 of a quick send is already that of \"%2\"");
-    frm_.Status().Say(BytesOf(words.arg(keys.toString(), WithoutMnemonic(action->text()))));
+    if (action->shortcuts().contains(keys)) return WithoutMnemonic(action->text());
   }
+  for (const auto& shortcut : shortcuts_) {
+    if (shortcut->key() == keys) return tr("another row");
+  }
+  return {};
 }
 
 void QuickPage::Fire(int row) {

@@ -31,7 +31,7 @@ class QuickPage : public QObject {
   bool PressedInTable(const QKeyEvent& event);
   void Refresh();
   void ShowKeys();
-  void TellUsedKey(const QKeySequence& keys) const;
+  QString OwnerOf(const QKeySequence& keys) const;
   int Current() const { return table_.currentIndex().row(); }
   void Fire(int row);
   void Add();
