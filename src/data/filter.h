@@ -1,0 +1,69 @@
+// Digital filters as instruments have them, in double precision: moving average, median, exponential,
+// Butterworth and Chebyshev low-pass (bilinear transform with pre-warping, second-order sections), notch.
+//
+// Each starts as if the first value had stood before it for ever.
+#pragma once
+
+#include <complex>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quarlin {
+
+enum class FilterKind { None, MovingAverage, Median, Exponential, Butterworth, Chebyshev, Notch };
+
+struct FilterSettings {
+  FilterKind kind = FilterKind::None;
+  int width = 5;          // moving average, median: values; odd for the median; 1 to 100001
+  double alpha = 0.1;     // exponential: weight of the new value, above 0 up to 1
+  int order = 2;          // low-pass: 1 to 8
+  double cutoff = 1;      // Hz; Butterworth: -3 dB; Chebyshev: the edge of the ripple
+  double ripple = 0.5;    // Chebyshev: dB, above 0 up to 20; the gain at 0 Hz is 1
+  double frequency = 50;  // notch: Hz
+  double q = 10;          // notch: frequency / width at -3 dB, above 0
+  double rate = 100;      // of the values, Hz; for moving average, median and exponential only for what is
+                          // said in seconds
+};
+
+enum class FilterField { Width, Alpha, Order, Cutoff, Ripple, Frequency, Q, Rate };
+
+// Why `settings` make no filter, as a sentence to stand beside the field; nothing where they do.
+struct FilterObjection {
+  FilterField field;
+  std::string sentence;
+};
+std::optional<FilterObjection> ObjectionTo(const FilterSettings& settings);
+
+// One way, value by value, as an instrument does it while it measures. A gap (NaN) passes as a gap and leaves
+// the state as it was.
+class Filter {
+ public:
+  virtual ~Filter() = default;
+  virtual double Step(double value) = 0;
+  virtual void Reset() = 0;  // the next value stands before itself for ever
+};
+
+// Requires settings without an objection.
+std::unique_ptr<Filter> MakeFilter(const FilterSettings& settings);
+
+// The whole of `values`: one way, or both ways, forth and back, so that nothing is shifted.
+std::vector<double> Filtered(const FilterSettings& settings, std::span<const double> values, bool zeroPhase);
+
+// What somebody who tunes an instrument wants to know of a filter. Frequencies up to half the rate.
+struct FilterResponse {
+  double delay = 0;  // values by which a slow change comes late, one way
+  std::optional<double>
+      settlingTime;                 // s after a step until it stays within 0.1 % of it; nothing beyond `step`
+  double noiseReduction = 1;        // deviation of white noise before / after; for the median an estimate by
+                                    // simulation with a fixed seed
+  std::vector<double> step;         // answer to a step from 0 to 1 at index 0
+  std::vector<double> frequencies;  // Hz
+  std::vector<double> gains;        // at these, 0 and up; empty for the median, which has none
+};
+FilterResponse ResponseOf(const FilterSettings& settings, bool zeroPhase);
+
+}  // namespace quarlin
