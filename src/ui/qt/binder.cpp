@@ -14,8 +14,27 @@ namespace quarlin {
 
 Binder::Binder(ControlCollection& controls, QWidget& window)
     : controls_(controls), window_(window), pacer_([this] { Frame(); }) {
+  BindWidgetsOf(window_);
+  controls_.Changes().Take();  // all of it is shown by now
+  controls_.Changes().onFirst = [this] { pacer_.Request(); };
+}
+
+Binder::~Binder() {
+  controls_.Changes().onFirst = nullptr;
+}
+
+void Binder::Include(QWidget& window) {
+  BindWidgetsOf(window);
+  connect(&window, &QObject::destroyed, this, [this, &window] { Forget(window); });
+}
+
+void Binder::Forget(const QWidget& window) {
+  std::erase_if(bindings_, [&window](const auto& bound) { return bound.second.window == &window; });
+}
+
+void Binder::BindWidgetsOf(QWidget& window) {
   QMultiHash<QString, QWidget*> named;  // looked for once, not for each control
-  for (QWidget* widget : window_.findChildren<QWidget*>()) {
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
     const QString mirrored = widget->property("mirrors").toString();
     const QString name = mirrored.isEmpty() ? widget->objectName() : mirrored;
     if (!name.isEmpty()) named.insert(name, widget);
@@ -23,13 +42,7 @@ Binder::Binder(ControlCollection& controls, QWidget& window)
   for (Control* control : controls_.All()) {
     for (QWidget* widget : named.values(WidgetName(*control))) Bind(*control, *widget);
   }
-  controls_.Changes().Take();  // all of it is shown by now
-  controls_.Changes().onFirst = [this] { pacer_.Request(); };
-  window_.installEventFilter(this);
-}
-
-Binder::~Binder() {
-  controls_.Changes().onFirst = nullptr;
+  window.installEventFilter(this);
 }
 
 void Binder::Bind(Control& control, QWidget& widget) {
@@ -47,37 +60,37 @@ void Binder::Bind(Control& control, QWidget& widget) {
     widget.installEventFilter(this);
   }
   binding->Show();
-  bindings_.emplace(&control, std::move(binding));
+  bindings_.emplace(&control, Bound{widget.window(), std::move(binding)});
 }
 
 QString Binder::CaptionBeside(const QWidget& widget) const {
   const auto* button = qobject_cast<const QAbstractButton*>(&widget);
   if (button != nullptr && !button->text().isEmpty()) return WithoutMnemonic(button->text());
   if (!widget.accessibleName().isEmpty()) return widget.accessibleName();
-  for (const QLabel* label : window_.findChildren<QLabel*>()) {
+  for (const QLabel* label : widget.window()->findChildren<QLabel*>()) {
     if (label->buddy() == &widget) return WithoutMnemonic(label->text());
   }
   return widget.objectName();
 }
 
 void Binder::CommitEdits() {
-  for (const auto& [control, binding] : bindings_) binding->Commit();
+  for (const auto& [control, bound] : bindings_) bound.binding->Commit();
 }
 
 void Binder::Frame() {
   for (const Control* control : controls_.Changes().Take()) {
     const auto [first, end] = bindings_.equal_range(control);
-    for (auto binding = first; binding != end; ++binding) binding->second->Show();
+    for (auto bound = first; bound != end; ++bound) bound->second.binding->Show();
   }
   // Painted here and now, so that the pacer knows what it costs.
   QCoreApplication::sendPostedEvents(&window_, QEvent::UpdateRequest);
 }
 
 bool Binder::eventFilter(QObject* object, QEvent* event) {
-  if (object == &window_) {
+  if (static_cast<QWidget*>(object)->isWindow()) {
     // The desktop went from light to dark, or back: the tints are mixed anew.
     if (event->type() == QEvent::PaletteChange) {
-      for (const auto& [control, binding] : bindings_) binding->Show();
+      for (const auto& [control, bound] : bindings_) bound.binding->Show();
     }
     return false;
   }

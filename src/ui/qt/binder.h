@@ -24,6 +24,9 @@ class Binder : public QObject {
   Binder(ControlCollection& controls, QWidget& window);
   ~Binder() override;
 
+  // Binds the widgets of another window as well, which may go before the binder.
+  void Include(QWidget& window);
+
   // Told just before what the user did goes to the control, with what she reads beside it.
   Hook<void(const Control& control, std::string_view caption)> OnEdit;
 
@@ -34,13 +37,19 @@ class Binder : public QObject {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  void BindWidgetsOf(QWidget& window);
   void Bind(Control& control, QWidget& widget);
+  void Forget(const QWidget& window);
   void Frame();
   QString CaptionBeside(const QWidget& widget) const;
 
   ControlCollection& controls_;
   QWidget& window_;
-  std::unordered_multimap<const Control*, std::unique_ptr<Binding>> bindings_;
+  struct Bound {
+    const QWidget* window;
+    std::unique_ptr<Binding> binding;
+  };
+  std::unordered_multimap<const Control*, Bound> bindings_;
   FramePacer pacer_;
 };
 

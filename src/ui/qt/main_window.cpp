@@ -87,6 +87,10 @@ MainWindow::MainWindow(FrmMain& frm)
   WireConfiguration();
   frm.OnChanged = [this] { ShowTitle(); };
   windows_ = std::make_unique<Windows>(frm.Forms(), *this);
+  windows_->OnMade = [this](QWidget& made, bool showsMain) {
+    if (showsMain) binder_->Include(made);
+    if (keeper_) keeper_->Keep(made, made.objectName().toStdString());
+  };
   Part<QWidget>(*this, "cboSerial")->setFocus();
 }
 
@@ -255,7 +259,6 @@ void MainWindow::ShowAsLast() {
     setGeometry(first.place.x, first.place.y, first.place.width, first.place.height);
     if (first.maximised) setWindowState(Qt::WindowMaximized);
   }
-  windows_->OnMade = [this](QWidget& window) { keeper_->Keep(window, window.objectName().toStdString()); };
   frm_.OnClosing = [this] { KeepLayout(); };
   show();
 }

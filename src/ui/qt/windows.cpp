@@ -23,18 +23,19 @@ std::unique_ptr<FormWindow> Make(Form& form) {
   return std::make_unique<Window>(form);
 }
 
-struct WindowRow {
+}  // namespace
+
+struct Windows::WindowRow {
   std::string_view form;  // its name
   std::unique_ptr<FormWindow> (*make)(Form& form);
+  bool showsMain = false;  // controls of the main window stand in it, too
 };
 
 // One row a window.
-constexpr WindowRow windowRows[] = {
+const Windows::WindowRow Windows::rows[] = {
     {"FrmCommand", &Make<CommandWindow>},
     {"FrmScript", &MakeOfUi<Ui::ScriptList>},
 };
-
-}  // namespace
 
 Windows::Windows(const std::vector<Form*>& forms, QWidget& mainWindow) : mainWindow_(mainWindow) {
   for (Form* form : forms) Follow(*form);
@@ -49,9 +50,9 @@ Windows::~Windows() {
 }
 
 void Windows::Follow(Form& form) {
-  for (const WindowRow& row : windowRows) {
+  for (const WindowRow& row : rows) {
     if (row.form != form.Name()) continue;
-    Shown& shown = *shown_.emplace_back(std::make_unique<Shown>(Shown{&form, row.make, nullptr}));
+    Shown& shown = *shown_.emplace_back(std::make_unique<Shown>(Shown{&form, &row, nullptr}));
     form.OnChanged = [this, &shown] { ShowState(shown); };
     form.OnModal = [this, &shown] { WindowOf(shown).ShowModal(mainWindow_); };
     ShowState(shown);
@@ -64,8 +65,8 @@ void Windows::ShowState(Shown& shown) {
 
 FormWindow& Windows::WindowOf(Shown& shown) {
   if (!shown.window) {
-    shown.window = shown.make(*shown.form);
-    OnMade(*shown.window);
+    shown.window = shown.row->make(*shown.form);
+    OnMade(*shown.window, shown.row->showsMain);
   }
   return *shown.window;
 }

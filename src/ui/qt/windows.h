@@ -19,13 +19,16 @@ class Windows {
   Windows(const Windows&) = delete;
   Windows& operator=(const Windows&) = delete;
 
-  // Told about each window that has been made, before it is shown.
-  Hook<void(QWidget& window)> OnMade;
+  // Told about each window that has been made, before it is shown; `showsMain`: controls of the main window
+  // stand in it, too.
+  Hook<void(QWidget& window, bool showsMain)> OnMade;
 
  private:
+  struct WindowRow;
+  static const WindowRow rows[];
   struct Shown {
     Form* form;
-    std::unique_ptr<FormWindow> (*make)(Form& form);
+    const WindowRow* row;
     std::unique_ptr<FormWindow> window;
   };
 
