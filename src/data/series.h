@@ -30,8 +30,9 @@ class Series {
   std::string name;
   std::string unit;  // as it stood behind the numbers; empty: none
 
-  // A time before that of the last point is taken as that one's: curves run to the right. True at the first
-  // point for which an old one had to leave.
+  // A time before that of the last point is taken as that one's: curves run to the right; so is one that is
+  // not finite. A value that is not finite is a gap. True at the first point for which an old one had to
+  // leave.
   bool Append(Point point);
   void Clear();
 
@@ -52,7 +53,7 @@ class Series {
   };
   Extremes ExtremesOf(std::size_t begin, std::size_t end) const;
 
-  // Copies the points [begin, end).
+  // Copies the points [begin, end), of those that there are.
   std::vector<Point> Points(std::size_t begin, std::size_t end) const;
 
  private:
@@ -60,10 +61,17 @@ class Series {
   static constexpr std::size_t block = 4096;  // and of the upper one
 
   struct Block {
+    void Add(Point point);
+    void Take(std::size_t begin, std::size_t end, Extremes& extremes) const;
+
     std::vector<Point> points;        // at most `block`
     std::vector<Extremes> stretches;  // one for each `stretch` of them begun
     Extremes all;
   };
+
+  void DropOldest();
+  template <typename Visit>
+  void EachBlock(std::size_t begin, std::size_t end, Visit visit) const;
 
   std::deque<Block> blocks_;  // all full but the last
   std::size_t gone_ = 0;      // points at the beginning of the first block that have left
