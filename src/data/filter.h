@@ -4,12 +4,10 @@
 // Each starts as if the first value had stood before it for ever.
 #pragma once
 
-#include <complex>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace quarlin {
@@ -31,15 +29,19 @@ struct FilterSettings {
 
 enum class FilterField { Width, Alpha, Order, Cutoff, Ripple, Frequency, Q, Rate };
 
-// Why `settings` make no filter, as a sentence to stand beside the field; nothing where they do.
+// Whether a filter of `kind` reads `field`. The rate is read by all of them.
+bool Reads(FilterKind kind, FilterField field);
+
+// Why `settings` make no filter, as a sentence to stand beside the field; nothing where they do. Only what
+// the kind reads is looked at.
 struct FilterObjection {
   FilterField field;
   std::string sentence;
 };
 std::optional<FilterObjection> ObjectionTo(const FilterSettings& settings);
 
-// One way, value by value, as an instrument does it while it measures. A gap (NaN) passes as a gap and leaves
-// the state as it was.
+// One way, value by value, as an instrument does it while it measures. A gap (NaN, and what is not finite)
+// passes as it is and leaves the state as it was.
 class Filter {
  public:
   virtual ~Filter() = default;
@@ -50,20 +52,8 @@ class Filter {
 // Requires settings without an objection.
 std::unique_ptr<Filter> MakeFilter(const FilterSettings& settings);
 
-// The whole of `values`: one way, or both ways, forth and back, so that nothing is shifted.
+// The whole of `values`: one way, or both ways, forth and back, so that nothing is shifted. The way back
+// starts as the way forth does: as if its first value, the last of the way forth, had stood for ever.
 std::vector<double> Filtered(const FilterSettings& settings, std::span<const double> values, bool zeroPhase);
-
-// What somebody who tunes an instrument wants to know of a filter. Frequencies up to half the rate.
-struct FilterResponse {
-  double delay = 0;  // values by which a slow change comes late, one way
-  std::optional<double>
-      settlingTime;                 // s after a step until it stays within 0.1 % of it; nothing beyond `step`
-  double noiseReduction = 1;        // deviation of white noise before / after; for the median an estimate by
-                                    // simulation with a fixed seed
-  std::vector<double> step;         // answer to a step from 0 to 1 at index 0
-  std::vector<double> frequencies;  // Hz
-  std::vector<double> gains;        // at these, 0 and up; empty for the median, which has none
-};
-FilterResponse ResponseOf(const FilterSettings& settings, bool zeroPhase);
 
 }  // namespace quarlin

@@ -1,0 +1,33 @@
+// A sum that keeps what the rounding of each addition loses, so that neither the number of the additions nor
+// values that come and go again let it drift.
+#pragma once
+
+#include <cmath>
+
+namespace quarlin {
+
+class CompensatedSum {
+ public:
+  CompensatedSum() = default;
+  explicit CompensatedSum(double value, double lost = 0) : sum_(value), lost_(lost) {}
+
+  void Add(double value) {
+    const double sum = sum_ + value;
+    const double taken = sum - sum_;  // what of `value` has arrived
+    lost_ += (sum_ - (sum - taken)) + (value - taken);
+    sum_ = sum;
+  }
+  double Value() const { return sum_ + lost_; }
+
+  // Value() / count with one rounding only: the mean of equal values is that value.
+  double MeanOver(double count) const {
+    const double mean = sum_ / count;
+    return mean + (std::fma(-mean, count, sum_) + lost_) / count;
+  }
+
+ private:
+  double sum_ = 0;
+  double lost_ = 0;
+};
+
+}  // namespace quarlin
