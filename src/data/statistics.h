@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -11,8 +10,8 @@
 
 namespace quarlin {
 
-// Gaps do not count. What too few values cannot say is missing: everything of none, the deviation, drift and
-// repeatability of one.
+// Gaps do not count, nor does what is not finite. What too few values cannot say is missing: everything of
+// none, the deviation, drift and repeatability of one.
 struct Statistics {
   std::size_t count = 0;
   std::optional<double> mean;
@@ -22,32 +21,38 @@ struct Statistics {
   std::optional<double> peakToPeak;
   std::optional<double> median;         // of an even count the middle between the two
   std::optional<double> driftPerHour;   // slope of the straight line of least squares; times are seconds
-  std::optional<double> repeatability;  // deviation of the settled part
+  std::optional<double> repeatability;  // deviation (n - 1) of the settled part
   std::size_t settledFrom = 0;          // index of its first point, see SettledFrom
 };
 
 Statistics Describe(std::span<const Point> points);
 
-// Where a step has settled: the first point from which on ... (the contract of the rule that was chosen).
+// Where a step has settled. The last quarter of the values (at least 8 of them) is taken as settled: its
+// median is the level that was reached, and 4 of its deviations (1.4826 times the median distance from that
+// level; where that is 0, the ordinary deviation) are what a settled value may differ from it. Settled is
+// what follows the last two values in a row that both differ by more, so a single stray value unsettles
+// nothing. The index of the first such point; points.size() where the last two values still stray.
 std::size_t SettledFrom(std::span<const Point> points);
 
 struct Histogram {
   double from = 0;   // lower edge of the first class
-  double width = 0;  // of each
+  double width = 0;  // of each; 0 where all values are equal
   std::vector<std::size_t> counts;
 };
 
 // Classes of equal width between minimum and maximum, the upper edge belongs to the last; their number by
-// the Freedman-Diaconis rule, within 1 and 200. Empty for no values.
+// the Freedman-Diaconis rule, where half of the values are equal by the one of Sturges, within 1 and 200.
+// Empty for no values.
 Histogram HistogramOf(std::span<const Point> points);
 
 struct Spectrum {
-  double step = 0;                 // Hz between two lines
+  double step = 0;                 // Hz between two lines; the last one is at half the rate
   std::vector<double> amplitudes;  // single-sided, in the unit of the values; [0] is 0 Hz, the mean taken out
 };
 
-// By a Hann window over evenly spaced values at `rate` Hz; gaps are bridged by straight lines. The last 2^20
-// values at most. Empty below 8 values.
+// By a Hann window over evenly spaced values at `rate` Hz, filled up with zeros to a power of two: a sine
+// shows its amplitude within 15 % wherever it lies between two lines. Gaps are bridged by straight lines,
+// those at the ends left out. The last 2^20 values at most. Empty below 8 values.
 Spectrum SpectrumOf(std::span<const Point> points, double rate);
 
 }  // namespace quarlin
