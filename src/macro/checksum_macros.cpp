@@ -11,29 +11,25 @@
 namespace quarlin {
 namespace {
 
-struct ChecksumMacro {
-  std::string_view macro;
-  ChecksumStyle style;
+using enum ChecksumStyle;
+
+// The protocols' sums are inserted and kept in these two orders, which differ in the place of Lrc.
+constexpr std::array inserted{Motorola, Archive, Modulo256, Lrc, Sysway, MotorolaRecord, ArchiveRecord};
+constexpr std::array kept{Motorola, Archive, Modulo256, Sysway, Lrc, MotorolaRecord, ArchiveRecord};
+
+constexpr std::string_view inserting = "[CHECKSUM";
+constexpr std::string_view keeping = "[CCHECKSUM";
+
+struct MacroForm {
+  std::string_view ending;  // of the macro, behind its word
+  ChecksumForm form;
 };
 
-constexpr std::array<ChecksumMacro, 7> inserting{{
-    {"[CHECKSUMMOT]", ChecksumStyle::Motorola},
-    {"[CHECKSUMARC]", ChecksumStyle::Archive},
-    {"[CHECKSUMMOD8]", ChecksumStyle::Modulo256},
-    {"[CHECKSUMLRC]", ChecksumStyle::Lrc},
-    {"[CHECKSUMSYS]", ChecksumStyle::Sysway},
-    {"[CHECKSUMMOTR]", ChecksumStyle::MotorolaRecord},
-    {"[CHECKSUMARCR]", ChecksumStyle::ArchiveRecord},
-}};
-
-constexpr std::array<ChecksumMacro, 7> keeping{{
-    {"[CCHECKSUMMOT]", ChecksumStyle::Motorola},
-    {"[CCHECKSUMARC]", ChecksumStyle::Archive},
-    {"[CCHECKSUMMOD8]", ChecksumStyle::Modulo256},
-    {"[CCHECKSUMSYS]", ChecksumStyle::Sysway},
-    {"[CCHECKSUMLRC]", ChecksumStyle::Lrc},
-    {"[CCHECKSUMMOTR]", ChecksumStyle::MotorolaRecord},
-    {"[CCHECKSUMARCR]", ChecksumStyle::ArchiveRecord},
+constexpr std::array<MacroForm, 4> forms{{
+    {"]", ChecksumForm::Hex},
+    {"LOW]", ChecksumForm::HexLow},
+    {"RAW]", ChecksumForm::Raw},
+    {"RAWLOW]", ChecksumForm::RawLow},
 }};
 
 // Nothing where the kept checksum cannot be written so.
@@ -64,24 +60,65 @@ constexpr std::array<RecallingMacro, 3> recalling{{
     {"[CHECKSUMCALCH]", HexCode},
 }};
 
-}  // namespace
+struct Place {
+  std::size_t at, size;
+};
 
-void ExpandChecksums(std::string& text, std::string& lastChecksum) {
-  for (const auto& [macro, style] : inserting) {
-    const std::size_t at = text.find(macro);
-    if (at == std::string::npos) continue;
-    text.replace(at, macro.size(), ComputeChecksum(std::string_view(text).substr(0, at), style));
+// The first macro that is made of these three.
+std::optional<Place> Find(std::string_view text, std::string_view opening, std::string_view word,
+                          std::string_view ending) {
+  for (std::size_t at = text.find(opening); at != std::string_view::npos; at = text.find(opening, at + 1)) {
+    const std::string_view behind = text.substr(at + opening.size());
+    if (behind.starts_with(word) && behind.substr(word.size()).starts_with(ending)) {
+      return Place{at, opening.size() + word.size() + ending.size()};
+    }
   }
-  for (const auto& [macro, style] : keeping) {
-    const std::size_t at = text.find(macro);
-    if (at == std::string::npos) continue;
-    lastChecksum = ComputeChecksum(std::string_view(text).substr(0, at), style);
-    text.erase(at, macro.size());
+  return std::nullopt;
+}
+
+void InsertProtocolSums(std::string& text) {
+  for (const ChecksumStyle style : inserted) {
+    const auto place = Find(text, inserting, ChecksumOf(style).word, "]");
+    if (!place) continue;
+    text.replace(place->at, place->size, ComputeChecksum(std::string_view(text).substr(0, place->at), style));
   }
+}
+
+void KeepProtocolSums(std::string& text, std::string& lastChecksum) {
+  for (const ChecksumStyle style : kept) {
+    const auto place = Find(text, keeping, ChecksumOf(style).word, "]");
+    if (!place) continue;
+    lastChecksum = ComputeChecksum(std::string_view(text).substr(0, place->at), style);
+    text.erase(place->at, place->size);
+  }
+}
+
+void RecallKeptSum(std::string& text, const std::string& lastChecksum) {
   for (const auto& [macro, write] : recalling) {
     if (text.find(macro) == std::string::npos) continue;
     if (const auto written = write(lastChecksum)) ReplaceFirst(text, macro, *written);
   }
+}
+
+void InsertCommonSums(std::string& text) {
+  if (text.find(inserting) == std::string::npos) return;
+  for (const Checksum& checksum : CommonChecksums()) {
+    for (const auto& [ending, form] : forms) {
+      const auto place = Find(text, inserting, checksum.word, ending);
+      if (!place) continue;
+      const std::uint32_t value = checksum.compute(std::string_view(text).substr(0, place->at));
+      text.replace(place->at, place->size, ChecksumText(value, checksum.bytes, form));
+    }
+  }
+}
+
+}  // namespace
+
+void ExpandChecksums(std::string& text, std::string& lastChecksum) {
+  InsertProtocolSums(text);
+  KeepProtocolSums(text, lastChecksum);
+  RecallKeptSum(text, lastChecksum);
+  InsertCommonSums(text);
 }
 
 }  // namespace quarlin

@@ -1,5 +1,6 @@
-// The checksum macros: those that insert a checksum, those that only keep it, and those that insert what
-// was kept.
+// The checksum macros: those that insert a protocol's checksum, those that only keep it, those that insert
+// what was kept, and last those that insert a sum that is known everywhere, in the form their ending asks
+// for.
 #pragma once
 
 #include <string>

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quarlin {
 
@@ -13,12 +14,17 @@ struct ChecksumMismatch {
   std::string computed;
 };
 
-// Verifies by the entry of the checksum list: 0 None, 1 Motorola, 2 Sysway, 3 Mod8, 4 LRC, 5 LRC raw.
+// The list that the user chooses from: "None" and behind it the checksums that can be verified.
+std::vector<std::string> AnswerChecksumNames();
+
+// Verifies by the entry of that list: 0 None, 1 Motorola, 2 Sysway, 3 Mod8, 4 LRC, 5 LRC raw, 6 CRC16MODBUS
+// ...
 //
-// Entries 1 to 4 take the text without any CR and LF: its last two characters are compared with the
-// checksum of those before them (so Mod8, which is one raw character, never matches). Entry 5 compares
-// the last character of `stripped`, the text without its terminator, whose raw value may be a CR.
-// Nothing when it matches, when nothing is verified, and for a text of fewer than 5 characters.
+// All but entry 5 take the text without any CR and LF: its last characters, as many as the checksum has
+// digits, are compared with the checksum of those before them (two of Mod8, which is one raw character and
+// never matches). Entry 5 compares the last character of `stripped`, the text without its terminator, whose
+// raw value may be a CR. Nothing when it matches, when nothing is verified, and for a text that has less than
+// 3 characters more than are compared, or fewer than 5.
 std::optional<ChecksumMismatch> FindChecksumMismatch(std::string_view text, std::string_view stripped,
                                                      int listIndex);
 

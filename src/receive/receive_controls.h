@@ -3,6 +3,7 @@
 
 #include "controls/controls.h"
 #include "controls/timer.h"
+#include "receive/answer_checksum.h"
 
 namespace quarlin {
 
@@ -19,8 +20,7 @@ struct ReceiveControls : ControlGroup {
   CheckBox ChkCrLfAppRx{*this, "ChkCrLfAppRx", "Append Row Rx"};
   TextBox txtlenrx{*this, "txtlenrx", "0"};  // length that an answer must have; 0 for any
   CheckBox chkSame{*this, "chkSame", "Check if same Rx (set parser text)"};
-  ComboBox cboCheckSum{
-      *this, "cboCheckSum", {"None", "Motorola", "Sysway", "Mod8", "LRC", "LRC raw"}, "None"};
+  ComboBox cboCheckSum{*this, "cboCheckSum", AnswerChecksumNames(), "None"};
   CheckBox chkParser{*this, "chkParser", "Enable Parser"};
   ComboBox cboParser{*this, "cboParser"};
   TextBox txtparser{*this, "txtparser"};

@@ -64,8 +64,28 @@ TEST(Checksum, BytesAreUnsignedAndSumsWrap) {
          {ChecksumStyle::Modulo256, "\xFF\x01", "\0"s}});
 }
 
+// The check values are published: those of the digits, and of the empty text what the register starts with.
+TEST(Checksum, TheCommonSumsGiveTheirCheckValues) {
+  const std::string digits = "123456789";
+  Check({{ChecksumStyle::Crc16Modbus, digits, "4B37"},
+         {ChecksumStyle::Crc16Modbus, "", "FFFF"},
+         {ChecksumStyle::Crc16Xmodem, digits, "31C3"},
+         {ChecksumStyle::Crc16Xmodem, "", "0000"},
+         {ChecksumStyle::Crc16Ccitt, digits, "29B1"},
+         {ChecksumStyle::Crc16Ccitt, "", "FFFF"},
+         {ChecksumStyle::Crc16Arc, digits, "BB3D"},
+         {ChecksumStyle::Crc16Arc, "", "0000"},
+         {ChecksumStyle::Crc8, digits, "F4"},
+         {ChecksumStyle::Crc8, "", "00"},
+         {ChecksumStyle::Crc32, digits, "CBF43926"},
+         {ChecksumStyle::Crc32, "", "00000000"},
+         {ChecksumStyle::TwosComplement, digits, "23"},
+         {ChecksumStyle::TwosComplement, "", "00"},
+         {ChecksumStyle::Crc16Modbus, "\x01\x03\x00\x00\x00\x0A"s, "CDC5"}});  // goes out as C5 CD
+}
+
 TEST(Checksum, AnUnknownStyleGivesNothing) {
-  for (const std::int16_t style : std::initializer_list<std::int16_t>{-1, 7, 32767})
+  for (const std::int16_t style : std::initializer_list<std::int16_t>{-1, 14, 32767})
     EXPECT_EQ(ComputeChecksum("READ", style), "");
   EXPECT_EQ(ComputeChecksum("READ", std::int16_t{2}), "12");
 }

@@ -122,6 +122,14 @@ TEST_F(ReceiveRig, TheChecksumOfAnAnswerIsVerified) {
       {"LRC raw", "READ\x93\r\n", false},
       {"Mod8", "READ\x1C\r\n", false},  // one raw character is never two
       {"Sysway", "1\r\n", true},        // too short to be verified
+      {"CRC16MODBUS", "1234567894B37\r\n", true},
+      {"CRC16MODBUS", "1234567894B38\r\n", false},
+      {"CRC16MODBUS", "4B37\r\n", true},  // one character short of being verified
+      {"CRC16MODBUS", "14B37\r\n", false},
+      {"CRC8", "123456789F4\r\n", true},
+      {"CRC32", "123456789CBF43926\r\n", true},
+      {"CRC32", "1234567892CBF43926\r\n", false},
+      {"2C", "12345678923\r\n", true},
   };
   for (const ChecksumCase& row : cases) {
     SCOPED_TRACE(row.style + (": " + row.answer));

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <numeric>
 #include <string_view>
@@ -19,17 +20,22 @@ namespace {
 constexpr double mostMilliseconds = 3'600'000;
 constexpr double mostStreamed = 10'000;
 
-// The styles under which the receive side can verify an answer, in the order of its list.
-struct StyleName {
-  std::string_view name;
-  std::optional<ChecksumStyle> style;
-};
-constexpr std::array<StyleName, 6> styleNames{{{"none", std::nullopt},
-                                               {"motorola", ChecksumStyle::MotorolaRecord},
-                                               {"sysway", ChecksumStyle::Sysway},
-                                               {"mod8", ChecksumStyle::Modulo256},
-                                               {"lrc", ChecksumStyle::ArchiveRecord},
-                                               {"lrcraw", ChecksumStyle::Lrc}}};
+// The name of a checksum in the receive side's list, in small letters and without blanks.
+std::string NameOf(ChecksumStyle style) {
+  std::string name(ChecksumOf(style).listed);
+  std::erase(name, ' ');
+  for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return name;
+}
+
+// "none, motorola, ... or 2c".
+std::string ChecksumNames() {
+  std::string names = "none";
+  for (const ChecksumStyle style : AnswerChecksums()) {
+    names += (style == AnswerChecksums().back() ? " or " : ", ") + NameOf(style);
+  }
+  return names;
+}
 
 struct EndName {
   std::string_view name;
@@ -88,12 +94,14 @@ std::string ReadRate(std::string_view value, Options& options) {
 }
 
 std::string ReadChecksum(std::string_view value, Options& options) {
-  for (const auto& [name, style] : styleNames) {
-    if (value != name) continue;
+  options.settings.checksum = std::nullopt;
+  if (value == "none") return {};
+  for (const ChecksumStyle style : AnswerChecksums()) {
+    if (value != NameOf(style)) continue;
     options.settings.checksum = style;
     return {};
   }
-  return "must be none, motorola, sysway, mod8, lrc or lrcraw";
+  return "must be " + ChecksumNames();
 }
 
 std::string ReadEnd(std::string_view value, Options& options) {
@@ -154,7 +162,7 @@ constexpr std::array<Option, 20> optionTable{{
     {"--bind", "ADDRESS", ReadBind, "address of that port (127.0.0.1)"},
     {"--join", "PATH1 PATH2", ReadJoin, "no instrument: join two pseudo-terminals, with links to them"},
     {"--end", "END", ReadEnd, "end answers with cr, lf or crlf (crlf)"},
-    {"--checksum", "STYLE", ReadChecksum, "none, motorola, sysway, mod8, lrc or lrcraw (none)"},
+    {"--checksum", "STYLE", ReadChecksum, "checksum behind each answer, see below (none)"},
     {"--delay", "MS", ReadDelay, "milliseconds from a request to its answer (0)"},
     {"--jitter", "MS", ReadJitter, "up to MS more, evenly spread (0)"},
     {"--stream", "HZ", ReadStream, "send HZ weights a second without being asked (0)"},
@@ -264,6 +272,7 @@ Options (the value after a blank or "="; the default in parentheses):
   for (const auto& option : optionTable) {
     text += fmt::format("  {:<21}{}\n", fmt::format("{} {}", option.name, option.value), option.help);
   }
+  text += "\nA STYLE is " + ChecksumNames() + ".\n";
   text += R"(
 --drop, --garble, --short, --bad-checksum, --split and --err are faults. A RATE goes from 0 to 1 and is the
 share of answers struck; an answer has one fault at most, so all rates together may not be above 1.
