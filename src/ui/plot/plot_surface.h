@@ -1,0 +1,78 @@
+// The drawing itself: axes, legend, curves, marks, cursors. What is drawn is told to it; it asks nobody.
+#pragma once
+
+#include <qcustomplot.h>
+
+#include <vector>
+
+#include "ui/plot/axis_tickers.h"
+#include "ui/plot/curve_set.h"
+#include "ui/plot/mark_list.h"
+#include "ui/plot/mark_ticks.h"
+#include "ui/plot/plot_colors.h"
+#include "ui/plot/plot_legend.h"
+#include "ui/plot/plot_overlay.h"
+
+namespace quarlin {
+
+class PlotSurface : public QCustomPlot {
+ public:
+  // `curves` and `marks` outlive it. Mouse and keys are its parent's.
+  PlotSurface(const CurveSet& curves, const MarkList& marks, QWidget* parent);
+
+  void SetColors(const PlotColors& colors);
+  void SetTitles(const QString& time, const QString& values, const QString& secondValues);
+  void SetTimes(PlotTimes times);
+  void SetStyle(bool points, bool lines);
+
+  // A pixel of the drawing has so many of the device.
+  void SetDensity(double density) { density_ = density; }
+
+  // The curves are others, or look otherwise.
+  void ReplaceCurves();
+  // Draws everything anew, before the next paint.
+  void Draw(const PlotView& view);
+  // The cursors and the box only.
+  void DrawOverlay() { layer("overlay")->replot(); }
+
+  PlotOverlay& Overlay() { return *overlay_; }
+  const PlotColors& Colors() const { return colors_; }
+  PlotTimes Times() const { return times_; }
+
+  // Where the curves are, in pixels of the widget.
+  QRect Area() const { return axisRect()->rect(); }
+  // How far apart in time two pixels are.
+  double PixelTime() const;
+
+ private:
+  struct Line {
+    QCPGraph* curve;
+    QCPGraph* lonePoints;  // between two gaps, where a line would show nothing
+    int color;             // place of its colour
+  };
+
+  void DressLines();
+  void Fill();
+  void FillLine(const Line& line, const CurveLook& look);
+  void FillLegend();
+  void ShowView(const PlotView& view);
+  QPen PenOf(const Line& line, const CurveLook& look) const;
+
+  const CurveSet& curves_;
+  const MarkList& marks_;
+  PlotColors colors_ = PlotColors::ForPaper();
+  QSharedPointer<ValueTicker> valueTicker_{new ValueTicker};
+  QSharedPointer<ValueTicker> secondTicker_{new ValueTicker};
+  QSharedPointer<TimeTicker> timeTicker_{new TimeTicker};
+  PlotLegend* legend_;    // the drawing's
+  MarkTicks* ticks_;      // the same
+  PlotOverlay* overlay_;  // the same
+  std::vector<Line> lines_;
+  QString timeTitle_;
+  PlotTimes times_ = PlotTimes::Seconds;
+  bool points_ = false;
+  bool lineDrawn_ = true;
+  double density_ = 0;  // 0: that of the screen
+};
+
+}  // namespace quarlin
