@@ -6,24 +6,22 @@
 #include <string>
 #include <string_view>
 
-namespace quarlin {
+#include "data/number_text.h"
 
-// Blanks, point or comma as decimal sign, exponents, a unit directly behind or after blanks. Nothing where
-// `text` does not begin with a number. "1,234.5" is 1234.5: of two different signs the last is the decimal
-// one.
-struct ReadNumber {
-  double value;
-  std::string_view unit;  // what stands behind it up to the next blank or separator; may be empty
-};
+namespace quarlin {
 
 // What `rule` says:
 struct NumberRule {
   enum class Kind { Nth, Group, Column };
   Kind kind = Kind::Nth;
-  int place = 1;           // Nth, Column: from 1
-  std::string expression;  // Group: a regular expression of PCRE2; the group "value" or the first one
-  std::string name;        // of the curve; empty: one is made from the rule
+  int place = 1;             // Nth, Column: from 1
+  std::string expression{};  // Group: a regular expression of PCRE2; the group "value", or the first, or all
+  std::string name{};        // of the curve; empty: one is made from the rule
+  DecimalSign decimal = DecimalSign::Either;
 };
+
+// The curve's name: the rule's own, or "Number", "Number 2", "Column 2", the expression.
+std::string NameOf(const NumberRule& rule);
 
 // A rule that is ready to be used.
 class NumberReader {
@@ -34,7 +32,8 @@ class NumberReader {
   NumberReader(NumberReader&&) noexcept;
   NumberReader& operator=(NumberReader&&) noexcept;
 
-  // `separator` of columns: ';', ',', tab or blank. Nothing where there is no such number.
+  // `separator` of columns: ';', ',', tab or blank. Where it is the comma, no number goes across one outside
+  // quotes. Nothing where there is no such number, also where an expression would take too long to match.
   std::optional<ReadNumber> Read(std::string_view text, char separator = ';') const;
 
  private:
