@@ -1,6 +1,7 @@
 #include "ui/qt/layout_keeper.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QScreen>
 #include <QStandardItemModel>
 #include <QTableView>
@@ -16,6 +17,7 @@ namespace {
 struct SomeWindow : QWidget {
   SomeWindow() {
     splitter.setObjectName("split");
+    inDialog.setObjectName("inDialog");
     splitter.addWidget(&tabs);
     splitter.addWidget(&table);
     tabs.setObjectName("tabs");
@@ -37,6 +39,8 @@ struct SomeWindow : QWidget {
   QStandardItemModel model;
   QAction hex{this}, pause{this};
   QSplitter splitter{this};
+  QDialog dialog{this};
+  QSplitter inDialog{&dialog};
   QTabWidget tabs;
   QTableView table;
 };
@@ -105,6 +109,8 @@ class LayoutKeeperTest : public QObject {
         QVERIFY(window.hex.isChecked());
         QVERIFY(!window.pause.isChecked());
       });
+      const auto kept = ReadWholeFile(rig.file);
+      QVERIFY(kept && kept->find("inDialog") == std::string::npos);
       QVERIFY(rig.known);
     }
   }

@@ -21,11 +21,19 @@ std::string NameOf(const QObject& part) {
   return part.objectName().toStdString();
 }
 
+// An open dialog is among the children of its window, and a window of its own.
+bool StandsIn(const QWidget& window, const QObject& part) {
+  const QObject* widget = part.isWidgetType() ? &part : part.parent();
+  return widget == nullptr || !widget->isWidgetType() ||
+         static_cast<const QWidget*>(widget)->window() == window.window();
+}
+
 // The parts of that kind that have a name of their own; the toolkit names its own ones "qt_".
 template <typename Part>
 void ForEach(const QWidget& window, const std::function<void(Part&)>& use) {
   for (Part* part : window.findChildren<Part*>()) {
-    if (!part->objectName().isEmpty() && !part->objectName().startsWith("qt_")) use(*part);
+    const QString name = part->objectName();
+    if (!name.isEmpty() && !name.startsWith("qt_") && StandsIn(window, *part)) use(*part);
   }
 }
 
