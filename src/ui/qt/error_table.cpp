@@ -86,6 +86,7 @@ std::vector<int> ErrorTable::ChosenRows() const {
 
 int ErrorTable::Copy() const {
   const std::vector<int> rows = ChosenRows();
+  if (rows.empty()) return 0;  // what was copied before stays
   QApplication::clipboard()->setText(model_.Text(rows));
   return static_cast<int>(rows.size());
 }
