@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "curves/frm_plot.h"
 #include "script/form_object.h"
 #include "script/script_text.h"
 #include "script/vbscript/conversions.h"
@@ -31,6 +32,10 @@ void AddWindowMembers(Members& members, FrmMain& frm) {
   members.push_back({u"SignalError", Method, 1, 1, [&frm](Arguments arguments) {
                        frm.SignalError(vbs::ToLong(arguments[0]));
                        return Value();
+                     }});
+  members.push_back({u"Filtered", Property, 0, 0, [&frm](Arguments) {
+                       const auto value = frm.Plot().Filtered();
+                       return value ? Value::Double(*value) : Value();
                      }});
   members.push_back({u"StopComunication", Method, 1, 2, stop});
   members.push_back({u"StopWithMessage", Method, 1, 2, stop});

@@ -44,7 +44,8 @@ FrmMainControls::FrmMainControls(EventLoop& loop)
       config(loop),
       edit(loop),
       status(loop),
-      script(loop) {}
+      script(loop),
+      curves(loop) {}
 
 FrmMain::FrmMain(Surroundings surroundings)
     : Form("frmMain", fmt::format("Quarlin Ver.{:02}.{:02}.{:02}  {}", version::major, version::minor,
@@ -55,7 +56,7 @@ FrmMain::FrmMain(Surroundings surroundings)
            &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.file,
            &controls.framing, &controls.run, &controls.macro, &controls.receive, &controls.display,
            &controls.test, &controls.counters, &controls.config, &controls.edit, &controls.status,
-           &controls.script}) {
+           &controls.script, &controls.curves}) {
     Collection().Add(*group);
   }
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
@@ -68,6 +69,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireReceive();
   WireTests();
   WireErrorRows();
+  WirePlot();
   WireScript();
   WireSession();
   WireConfiguration();
@@ -92,6 +94,10 @@ ByHand& FrmMain::Hand() {
   return modules_->byHand;
 }
 
+FrmPlot& FrmMain::Plot() {
+  return modules_->plot;
+}
+
 StatusNote& FrmMain::Status() {
   return modules_->status;
 }
@@ -101,7 +107,7 @@ ScriptHost& FrmMain::Script() {
 }
 
 std::vector<Form*> FrmMain::Forms() {
-  return {this, &modules_->script.Panel(), &modules_->script.List()};
+  return {this, &modules_->script.Panel(), &modules_->script.List(), &modules_->plot};
 }
 
 void FrmMain::Load(std::string_view commandLine) {

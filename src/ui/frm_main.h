@@ -17,6 +17,7 @@
 #include "controls/form.h"
 #include "controls/prompts.h"
 #include "controls/status_note.h"
+#include "curves/curve_controls.h"
 #include "desktop/text_opener.h"
 #include "display/display_controls.h"
 #include "exchange/counters.h"
@@ -85,8 +86,10 @@ struct FrmMainControls {
   EditControls edit;
   StatusControls status;
   ScriptControls script;
+  CurveControls curves;
 };
 
+class FrmPlot;
 class OfferedList;
 class ScriptHost;
 struct ByHand;
@@ -99,6 +102,7 @@ class FrmMain : public Form {
   FrmMainControls controls;
   ScriptHost& Script();
   ByHand& Hand();
+  FrmPlot& Plot();
 
   // Every window of the program, this one first.
   std::vector<Form*> Forms();
@@ -169,6 +173,7 @@ class FrmMain : public Form {
   void WireReceive();
   void WireTests();
   void WireErrorRows();
+  void WirePlot();
   void WireScript();
   void WireSession();
   void WireFiles();

@@ -4,6 +4,7 @@
 #include "connect/connection.h"
 #include "connect/modem_lines.h"
 #include "controls/folder_watch.h"
+#include "curves/frm_plot.h"
 #include "display/traffic.h"
 #include "exchange/exchange.h"
 #include "exchange/interval_statistics.h"
@@ -60,6 +61,7 @@ struct FrmMain::Modules {
         errors({controls.test, controls.run, controls.counters, controls.link, controls.display, traffic,
                 exchange}),
         errorRows(around.loop.Clocks(), record, controls.display.txtric),
+        plot(around.loop, controls.curves, record),
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
                  expander, parser, conversion, exchange, traffic, status}),
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
@@ -91,6 +93,7 @@ struct FrmMain::Modules {
   ByHand byHand;
   ErrorReports errors;
   ErrorRows errorRows;
+  FrmPlot plot;
   ReceiveLoop receive;
   Dialog dialog;
   ScriptHost script;  // ends before them: a script's last code may use all of the above

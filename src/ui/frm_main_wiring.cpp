@@ -162,6 +162,10 @@ void FrmMain::WireErrorRows() {
   modules_->session.Hooks.runEnded = [&rows](std::string_view line) { rows.ShowVerdict(line); };
 }
 
+void FrmMain::WirePlot() {
+  modules_->plot.OnTold = [this](std::string_view words) { modules_->status.Say(words); };
+}
+
 void FrmMain::WireScript() {
   ScriptHost& script = modules_->script;
   script.SetFormMain(MakeFormMainObject(*this, modules_->link, [this] { LinkChanged(); }));

@@ -20,6 +20,7 @@
 #include <set>
 
 #include "base/files.h"
+#include "curves/frm_plot.h"
 #include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
 #include "support/temp_folder.h"
@@ -62,6 +63,15 @@ struct Rig {
       ShowChanges();
       look(tabs.tabText(i));
     }
+  }
+
+  QList<QWidget*> WindowsWithControlsOfTheMainOne() {
+    QList<QWidget*> windows;
+    frm.Plot().Open();
+    for (QWidget* beside : QApplication::topLevelWidgets()) {
+      if (beside->objectName() == "FrmPlot") windows += beside;
+    }
+    return windows;
   }
 
   TempFolder folder;
@@ -145,18 +155,23 @@ class MainWindowTest : public QObject {
  private slots:
   void formAndModelHoldTheSameControls() {
     Rig rig;
+    const QList<QWidget*> besides = rig.WindowsWithControlsOfTheMainOne();
     std::set<QString> names = {
         "findText",          "sidePanelButton",  "errorKindBox",    "copyErrorsButton", "clearErrorsButton",
         "smallerTextButton", "largerTextButton", "quickSendButton", "quickAddButton",   "quickTable",
         "quickRemoveButton", "quickUpButton",    "quickDownButton"};
     // Saved with a configuration, but without a use.
-    const std::set<QString> outOfSight = {"txtConv_1", "txtConv_3", "txtConv_5", "txtConv_7"};
+    const std::set<QString> outOfSight = {
+        "txtConv_1",          "txtConv_3",      "txtConv_5",      "txtConv_7",       "cboFilter",
+        "txtFilterWidth",     "txtFilterAlpha", "txtFilterOrder", "txtFilterCutoff", "txtFilterRipple",
+        "txtFilterFrequency", "txtFilterQ",     "txtFilterRate",  "chkZeroPhase"};
     for (const Control* control : rig.frm.Collection().All()) {
       if (control->Kind() == ControlKind::Timer) continue;
       const QString name = WidgetName(*control);
       QVERIFY2(names.insert(name).second, qPrintable("twice in the model: " + name));
       if (outOfSight.contains(name)) continue;
-      const auto widgets = rig.window.findChildren<QWidget*>(name);
+      auto widgets = rig.window.findChildren<QWidget*>(name);
+      for (const QWidget* beside : besides) widgets += beside->findChildren<QWidget*>(name);
       QVERIFY2(widgets.size() == 1, qPrintable("not once in the form: " + name));
       QVERIFY2(IsOfKind(*widgets[0], control->Kind()), qPrintable("another kind of widget: " + name));
     }

@@ -14,6 +14,7 @@
 
 #include "base/text.h"
 #include "config/window_layout.h"
+#include "curves/frm_plot.h"
 #include "script/script_host.h"
 #include "ui/qt/configuration_menu.h"
 #include "ui/qt/display_font.h"
@@ -82,6 +83,7 @@ MainWindow::MainWindow(FrmMain& frm)
   WireMenus();
   WireDisplay();
   WireErrors();
+  WirePlot();
   WireHelp();
   WirePages();
   WireConfiguration();
@@ -99,6 +101,7 @@ MainWindow::~MainWindow() {
   frm_.OnLinkChanged = nullptr;
   frm_.OnChanged = nullptr;
   frm_.OnClosing = nullptr;
+  frm_.Plot().OnLineWanted = nullptr;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -217,11 +220,13 @@ void MainWindow::ShowLink() {
 
 void MainWindow::WireErrors() {
   errors_->Show(frm_.Errors());
-  connect(errors_, &ErrorPanel::lineWanted, this, [this](std::uint64_t line) {
-    if (!traffic_->View().ShowLine(line)) frm_.Status().Say("what was sent then has left the display");
-  });
+  connect(errors_, &ErrorPanel::lineWanted, this, &MainWindow::ShowTrafficLine);
   connect(errors_, &ErrorPanel::told, this,
           [this](const QString& words) { frm_.Status().Say(BytesOf(words)); });
+}
+
+void MainWindow::ShowTrafficLine(std::uint64_t line) {
+  if (!traffic_->View().ShowLine(line)) frm_.Status().Say("what was sent then has left the display");
 }
 
 // Alt+1 and so on: their names would use up the letters that the settings on them need.
@@ -292,6 +297,12 @@ void MainWindow::KeepLayout() {
     layout_->Set("Recent", "File" + std::to_string(i + 1), i < recent.size() ? recent[i].string() : "");
   }
   if (const auto error = layout_->Save()) frm_.OnTrouble("position.ini was not saved: " + error.message());
+}
+
+void MainWindow::WirePlot() {
+  FrmPlot& plot = frm_.Plot();
+  connect(ui_->actionPlot, &QAction::triggered, this, [&plot] { plot.Open(); });
+  plot.OnLineWanted = [this](std::uint64_t line) { ShowTrafficLine(line); };
 }
 
 void MainWindow::WireHelp() {

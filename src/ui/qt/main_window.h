@@ -52,12 +52,14 @@ class MainWindow : public QMainWindow {
   void WireMenus();
   void WireDisplay();
   void WireErrors();
+  void ShowTrafficLine(std::uint64_t line);
   void ShowLink();
   void WirePages();
   void WireConfiguration();
   void RestoreValues();
   void KeepLayout();
   void ShowTitle();
+  void WirePlot();
   void WireHelp();
   QString HelpHere() const;
   void ShowFolder();

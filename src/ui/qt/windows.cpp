@@ -4,6 +4,7 @@
 
 #include "script/frm_command.h"
 #include "ui/qt/command_window.h"
+#include "ui/qt/plot_window.h"
 #include "ui_script_list.h"
 
 namespace quarlin {
@@ -35,6 +36,7 @@ struct Windows::WindowRow {
 const Windows::WindowRow Windows::rows[] = {
     {"FrmCommand", &Make<CommandWindow>},
     {"FrmScript", &MakeOfUi<Ui::ScriptList>},
+    {"FrmPlot", &Make<PlotWindow>, true},
 };
 
 Windows::Windows(const std::vector<Form*>& forms, QWidget& mainWindow) : mainWindow_(mainWindow) {

@@ -1,0 +1,58 @@
+#include "curves/filtered_curves.h"
+
+#include <algorithm>
+
+namespace quarlin {
+
+void FilteredCurves::Set(std::vector<Series> raw) {
+  curves_.clear();
+  for (Series& series : raw) {
+    curves_.push_back(std::make_unique<Curve>());
+    curves_.back()->raw = std::move(series);
+    Refilter(*curves_.back());
+  }
+}
+
+bool FilteredCurves::Append(std::size_t curve, Point point) {
+  Curve& grown = *curves_[curve];
+  if (grown.filter) grown.filtered.Append({point.time, grown.filter->Step(point.value)});
+  return grown.raw.Append(point);
+}
+
+void FilteredCurves::SetUnit(std::size_t curve, std::string_view unit) {
+  for (Series* series : {&curves_[curve]->raw, &curves_[curve]->filtered}) {
+    if (series->unit != unit) series->unit = unit;
+  }
+}
+
+void FilteredCurves::SetFilter(const FilterChoice& choice) {
+  choice_ = choice;
+  for (const auto& curve : curves_) Refilter(*curve);
+}
+
+bool FilteredCurves::Empty() const {
+  return std::ranges::all_of(curves_, [](const auto& curve) { return curve->raw.Size() == 0; });
+}
+
+void FilteredCurves::Refilter(Curve& curve) const {
+  curve.filtered.Clear();
+  curve.filtered.name = curve.raw.name;
+  curve.filtered.unit = curve.raw.unit;
+  curve.filter = choice_.Usable() ? MakeFilter(choice_.settings) : nullptr;
+  if (!curve.filter) return;
+  if (!choice_.bothWays) {
+    for (std::size_t i = 0; i < curve.raw.Size(); ++i) {
+      const Point point = curve.raw.At(i);
+      curve.filtered.Append({point.time, curve.filter->Step(point.value)});
+    }
+    return;
+  }
+  std::vector<Point> points = curve.raw.Points(0, curve.raw.Size());
+  std::vector<double> values;
+  values.reserve(points.size());
+  for (const Point& point : points) values.push_back(point.value);
+  values = Filtered(choice_.settings, values, true);
+  for (std::size_t i = 0; i < points.size(); ++i) curve.filtered.Append({points[i].time, values[i]});
+}
+
+}  // namespace quarlin

@@ -1,0 +1,138 @@
+#include "curves/frm_plot.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "base/numbers.h"
+
+namespace quarlin {
+
+FrmPlot::FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record)
+    : Form("FrmPlot", "Plot"), controls(loop), settings_(settings), record_(record), live_(record) {
+  Collection().Add(controls);
+  for (ComboBox* box : {&settings.cboCurveSource, &settings.cboCurveRule}) {
+    box->Change = [this] { TakeRules(); };
+  }
+  settings.txtCurveRule.Change = [this] { TakeRules(); };
+  settings.cboFilter.Change = [this] { TakeFilter(); };
+  for (TextBox* box : {&settings.txtFilterWidth, &settings.txtFilterAlpha, &settings.txtFilterOrder,
+                       &settings.txtFilterCutoff, &settings.txtFilterRipple, &settings.txtFilterFrequency,
+                       &settings.txtFilterQ, &settings.txtFilterRate}) {
+    box->Change = [this] { TakeFilter(); };
+  }
+  settings.chkZeroPhase.Click = [this] { TakeFilter(); };
+  live_.OnBegan = [this] {
+    ShowNote();
+    ShowFiltered();
+    if (showsLive_) OnCurves();
+  };
+  live_.OnPoints = [this] { LivePoints(); };
+  live_.OnTold = [this](std::string_view words) { OnTold(words); };
+  OnClose = [this] {
+    SetVisible(false);
+    FollowIfWanted();
+  };
+  TakeRules();
+  TakeFilter();
+}
+
+FrmPlot::~FrmPlot() = default;
+
+void FrmPlot::Open() {
+  SetVisible(true);
+  FollowIfWanted();
+}
+
+void FrmPlot::ShowLive() {
+  showsLive_ = true;
+  ShowNote();
+  OnCurves();
+}
+
+void FrmPlot::ShowLoaded(std::vector<Series> curves, std::string_view source, bool byTime) {
+  loadedByTime_ = byTime;
+  loaded_.Set(std::move(curves));
+  source_ = source;
+  showsLive_ = false;
+  ShowNote();
+  OnCurves();
+}
+
+const std::deque<Mark>& FrmPlot::Marks() const {
+  static const std::deque<Mark> none;
+  return showsLive_ ? live_.Marks() : none;
+}
+
+void FrmPlot::ShowExchange(std::uint64_t number) {
+  if (!showsLive_) return;
+  const ExchangeRecord* exchange = record_.Find(number);
+  if (exchange != nullptr && exchange->displayLine) {
+    OnLineWanted(*exchange->displayLine);
+  } else {
+    OnTold("the record of the run no longer holds that exchange");
+  }
+}
+
+void FrmPlot::ShowAnswerAt(double time) {
+  if (!showsLive_) return;
+  if (const ExchangeRecord* exchange = live_.ExchangeAt(time)) ShowExchange(exchange->number);
+}
+
+std::optional<double> FrmPlot::Filtered() const {
+  return live_.On() && ChosenFilter(settings_).Usable() ? live_.LastValue() : std::nullopt;
+}
+
+void FrmPlot::TakeRules() {
+  try {
+    live_.SetRules(LiveRules(settings_), settings_.cboCurveSource.ListIndex() == 1);
+    controls.lblCurveTrouble.SetCaption("");
+  } catch (const std::invalid_argument& error) {
+    controls.lblCurveTrouble.SetCaption(error.what());
+  }
+}
+
+// The curves before stay where the filter cannot be.
+void FrmPlot::TakeFilter() {
+  FilterChoice choice = ChosenFilter(settings_);
+  controls.lblFilterTrouble.SetCaption(choice.objection ? choice.objection->sentence : "");
+  if (choice.objection) return;
+  loaded_.SetFilter(choice);
+  choice.bothWays = false;  // what comes next is not known yet
+  live_.SetFilter(choice);
+  FollowIfWanted();
+  ShowFiltered();
+  OnCurves();
+}
+
+void FrmPlot::FollowIfWanted() {
+  live_.SetOn(Visible() || ChosenFilter(settings_).Usable());
+}
+
+void FrmPlot::LivePoints() {
+  ShowFiltered();
+  if (!Visible() || !showsLive_) return;
+  ShowNote();
+  OnPoints();
+}
+
+void FrmPlot::ShowNote() {
+  if (!showsLive_) {
+    controls.lblPlotNote.SetCaption(source_);
+    return;
+  }
+  const auto& curves = live_.Set().Curves();
+  const std::size_t points = curves.empty() ? 0 : curves.front()->raw.Size();
+  std::string note = fmt::format("Live: {} points", points);
+  if (live_.WithoutNumber() > 0) note += fmt::format(", {} answers without a number", live_.WithoutNumber());
+  if (!live_.Marks().empty()) note += fmt::format(", {} errors", live_.Marks().size());
+  controls.lblPlotNote.SetCaption(note);
+}
+
+void FrmPlot::ShowFiltered() {
+  const auto value = Filtered();
+  settings_.lblFiltered.SetVisible(value.has_value());
+  settings_.lblFiltered.SetCaption(value ? "filtered " + DecimalText(*value) : "");
+}
+
+}  // namespace quarlin

@@ -1,0 +1,81 @@
+// The plot window without a window: the numbers of the running test, or numbers that were loaded, with their
+// filter. The same filter goes over the live value that the main window shows and scripts read.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/hook.h"
+#include "controls/form.h"
+#include "curves/curve_controls.h"
+#include "curves/curve_rules.h"
+#include "curves/filtered_curves.h"
+#include "curves/live_curves.h"
+#include "exchange/run_record.h"
+
+namespace quarlin {
+
+struct PlotControls : ControlGroup {
+  using ControlGroup::ControlGroup;
+  Label lblCurveTrouble{*this, "lblCurveTrouble"};    // why the rule makes no curve; empty: it does
+  Label lblFilterTrouble{*this, "lblFilterTrouble"};  // the same of the filter
+  Label lblPlotNote{*this, "lblPlotNote"};            // what is shown
+};
+
+class FrmPlot : public Form {
+ public:
+  // The settings and the record outlive it.
+  FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record);
+  ~FrmPlot() override;
+
+  PlotControls controls;
+
+  // Shows the window, with the numbers of the running test, as long as nothing was loaded.
+  void Open();
+
+  // What is shown: the running test, or what was loaded last; `source` says where that came from.
+  bool ShowsLive() const { return showsLive_; }
+  void ShowLive();
+  void ShowLoaded(std::vector<Series> curves, std::string_view source, bool byTime);
+  const FilteredCurves& Shown() const { return showsLive_ ? live_.Set() : loaded_; }
+  const std::deque<Mark>& Marks() const;  // none beside loaded numbers
+  std::uint64_t MarksEver() const { return showsLive_ ? live_.MarksEver() : 0; }  // of this run
+  bool ShownByTime() const { return showsLive_ || loadedByTime_; }  // else the times are numbers of rows
+  FilterChoice Filter() const { return ChosenFilter(settings_); }
+
+  // The view's: other curves or another filter in place of those before; points came at the end.
+  Hook<void()> OnCurves;
+  Hook<void()> OnPoints;
+
+  // The user wants to see that exchange, or that of the answer at that time, in the traffic: OnLineWanted
+  // gets its line. Nothing happens beside loaded numbers.
+  void ShowExchange(std::uint64_t number);
+  void ShowAnswerAt(double time);
+  Hook<void(std::uint64_t displayLine)> OnLineWanted;
+  Hook<void(std::string_view words)> OnTold;
+
+  // The last live number behind the filter; nothing while there is no filter, or no number yet.
+  std::optional<double> Filtered() const;
+
+ private:
+  void TakeRules();
+  void TakeFilter();
+  void FollowIfWanted();
+  void LivePoints();
+  void ShowNote();
+  void ShowFiltered();
+
+  CurveControls& settings_;
+  RunRecord& record_;
+  LiveCurves live_;
+  FilteredCurves loaded_;
+  std::string source_;
+  bool showsLive_ = true;
+  bool loadedByTime_ = false;
+};
+
+}  // namespace quarlin
