@@ -42,6 +42,7 @@ FrmPlot::~FrmPlot() = default;
 void FrmPlot::Open() {
   SetVisible(true);
   FollowIfWanted();
+  ShowNote();
 }
 
 void FrmPlot::ShowLive() {
@@ -132,7 +133,7 @@ void FrmPlot::ShowNote() {
 void FrmPlot::ShowFiltered() {
   const auto value = Filtered();
   settings_.lblFiltered.SetVisible(value.has_value());
-  settings_.lblFiltered.SetCaption(value ? "filtered " + DecimalText(*value) : "");
+  settings_.lblFiltered.SetCaption(value ? fmt::format("filtered {:.8g}", *value) : "");
 }
 
 }  // namespace quarlin
