@@ -16,7 +16,7 @@
 #include "exchange/answer_wait.h"
 #include "exchange/counters.h"
 #include "exchange/sender.h"
-#include "transmit/byte_source.h"
+#include "base/byte_source.h"
 #include "transmit/file_controls.h"
 
 namespace quarlin {

@@ -1,4 +1,4 @@
-// Where bytes to be sent come from, piece by piece: a file, or a text that was pasted.
+// Where bytes come from piece by piece: a file, or a text that was pasted.
 #pragma once
 
 #include <cstddef>
