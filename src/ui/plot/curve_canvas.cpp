@@ -66,6 +66,11 @@ void CurveCanvas::Refresh() {
   if (!parts_->paused) parts_->RequestFrame();
 }
 
+void CurveCanvas::DrawNow() {
+  parts_->frame.stop();
+  parts_->DrawFrame();
+}
+
 void CurveCanvas::SetAxisTitles(const QString& time, const QString& values, const QString& secondValues) {
   parts_->surface->SetTitles(time, values, secondValues);
   parts_->dressed = false;

@@ -34,6 +34,7 @@ class CurveCanvas : public QWidget {
   // Points have come or gone. Drawn with the next frame, at most 30 times a second; nothing happens while
   // nobody sees it.
   void Refresh();
+  void DrawNow();  // the same, at once
 
   // `time` without unit, it is added ("Time (s)", "Time (h:min:s)"); values with theirs, "Weight (kg)".
   void SetAxisTitles(const QString& time, const QString& values, const QString& secondValues = {});

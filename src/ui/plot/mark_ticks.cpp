@@ -4,23 +4,33 @@
 
 namespace quarlin {
 
+// Where they are many, a tick in each second column stands for all, and a head for those below it.
 void MarkTicks::draw(QCPPainter* painter) {
-  constexpr int pixelsPerMark = 2;  // more marks than that look the same
-  const QCPAxis& axis = *parentPlot()->xAxis;
+  constexpr int tickWidth = 2;
+  constexpr int headWidth = 9;
   const QRect area = parentPlot()->axisRect()->rect();
   const double bottom = area.bottom() + 1;
+  const double top = bottom - height + 5;
   for (const MarkKind kind : markKinds) {
     const bool filled = kind == MarkKind::WrongAnswer;
     const QColor& color = filled ? colors_.wrongAnswer : colors_.timeOut;
-    for (const Mark& mark :
-         marks_.Drawn(kind, {axis.range().lower, axis.range().upper}, area.width() / pixelsPerMark)) {
-      const QPointF foot(axis.coordToPixel(mark.time), bottom);
-      const QPointF head = foot - QPointF(0, height - 5);
-      painter->setPen(QPen(color, 1.5));
-      painter->drawLine(foot, head + QPointF(0, filled ? 0 : 3));
-      DrawMarkHead(*painter, head, color, filled);
-    }
+    QList<QLineF> ticks;
+    for (const double x : Places(kind, area.width() / tickWidth)) ticks.emplace_back(x, bottom, x, top + 3);
+    painter->setAntialiasing(ticks.size() < area.width() / headWidth);
+    painter->setPen(QPen(color, 1.5));
+    painter->drawLines(ticks);
+    painter->setAntialiasing(true);
+    for (const double x : Places(kind, area.width() / headWidth))
+      DrawMarkHead(*painter, {x, top}, color, filled);
   }
+}
+
+std::vector<double> MarkTicks::Places(MarkKind kind, int columns) const {
+  const QCPAxis& axis = *parentPlot()->xAxis;
+  std::vector<double> places;
+  for (const Mark& mark : marks_.Drawn(kind, {axis.range().lower, axis.range().upper}, columns))
+    places.push_back(axis.coordToPixel(mark.time));
+  return places;
 }
 
 }  // namespace quarlin

@@ -3,6 +3,8 @@
 
 #include <qcustomplot.h>
 
+#include <vector>
+
 #include "ui/plot/mark_list.h"
 #include "ui/plot/plot_colors.h"
 
@@ -22,6 +24,8 @@ class MarkTicks : public QCPLayerable {
   QRect clipRect() const override { return parentPlot()->axisRect()->rect(); }
 
  private:
+  std::vector<double> Places(MarkKind kind, int columns) const;  // in pixels
+
   const MarkList& marks_;
   PlotColors colors_ = PlotColors::ForPaper();
 };

@@ -17,11 +17,14 @@ constexpr int dotsPerInch = 96;
 // Dresses the plot for paper, and afterwards as it was.
 class OnPaper {
  public:
-  OnPaper(PlotSurface& plot, const PlotView& view) : plot_(plot), view_(view), colors_(plot.Colors()) {
+  OnPaper(PlotSurface& plot, const PlotView& view)
+      : plot_(plot), view_(view), colors_(plot.Colors()), focused_(plot.Overlay().focused) {
+    plot.Overlay().focused = false;
     plot.SetDensity(density);
     plot.SetColors(PlotColors::ForPaper());
   }
   ~OnPaper() {
+    plot_.Overlay().focused = focused_;
     plot_.SetDensity(0);
     plot_.SetColors(colors_);
     plot_.Draw(view_);
@@ -33,6 +36,7 @@ class OnPaper {
   PlotSurface& plot_;
   const PlotView view_;
   const PlotColors colors_;
+  const bool focused_;
 };
 
 void PaintInto(PlotSurface& plot, QPaintDevice& device, QSize size) {

@@ -35,9 +35,10 @@ QColor Blend(const QColor& over, const QColor& under, double share) {
 }
 
 QColor StandingOut(QColor color, const QColor& background) {
-  constexpr double enough = 3.2;
-  constexpr double step = 0.08;
-  const QColor towards = Luminance(background) > 0.18 ? Qt::black : Qt::white;
+  constexpr double step = 0.06;
+  const bool light = Luminance(background) > 0.18;
+  const double enough = light ? 3.2 : 5;  // a thin line is lost sooner on dark
+  const QColor towards = light ? Qt::black : Qt::white;
   for (double share = step; share < 1 && Contrast(color, background) < enough; share += step)
     color = Blend(towards, color, step);
   return color;
@@ -73,7 +74,7 @@ QColor PlotColors::Curve(int place) const {
 }
 
 QColor PlotColors::PaleCurve(int place) const {
-  return Blend(Curve(place), background, 0.5);
+  return Blend(Curve(place), background, 0.52);
 }
 
 QPen CurvePen(const QColor& color, int place, double width) {

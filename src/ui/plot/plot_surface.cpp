@@ -14,14 +14,40 @@ constexpr double thick = 1.6;
 constexpr double thin = 1.0;
 constexpr double pointSize = 5;
 
+// A line that goes up and down by more pixels than this for each one to the right is drawn one pixel wide and
+// with plain edges: it fills its columns anyhow, and smooth edges would cost several times as much.
+constexpr double roughness = 8;
+
 using GraphData = QVector<QCPGraphData>;
 
-bool IsGap(const std::vector<Point>& points, std::size_t index) {
-  return index >= points.size() || std::isnan(points[index].value);
+bool IsGap(const Point& point) {
+  return std::isnan(point.value);
 }
 
-bool IsLone(const std::vector<Point>& points, std::size_t index) {
-  return !IsGap(points, index) && IsGap(points, index - 1) && IsGap(points, index + 1);
+// All ways up and down along a line.
+double Height(const std::vector<Point>& points) {
+  double height = 0;
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    const double way = std::abs(points[i].value - points[i - 1].value);
+    if (!std::isnan(way)) height += way;
+  }
+  return height;
+}
+
+double PixelsPerValue(const QCPAxis& axis) {
+  return std::abs(axis.coordToPixel(axis.range().upper) - axis.coordToPixel(axis.range().lower)) /
+         axis.range().size();
+}
+
+// Points between two gaps that are no further apart than `width`: as a line they would hardly be seen.
+GraphData LonePoints(const std::vector<Point>& points, double width) {
+  GraphData lone;
+  for (auto begin = points.begin(); begin != points.end();) {
+    const auto end = std::find_if(begin, points.end(), IsGap);
+    if (begin != end && (end - 1)->time - begin->time <= width) lone.push_back({begin->time, begin->value});
+    begin = std::find_if_not(end, points.end(), IsGap);
+  }
+  return lone;
 }
 
 }  // namespace
@@ -161,14 +187,13 @@ void PlotSurface::FillLine(const Line& line, const CurveLook& look) {
   const std::vector<Point> points =
       curves_.Drawn(look, {xAxis->range().lower, xAxis->range().upper}, columns);
   GraphData drawn;
-  GraphData lone;
   drawn.reserve(static_cast<qsizetype>(points.size()));
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    drawn.push_back({points[i].time, points[i].value});
-    if (IsLone(points, i)) lone.push_back({points[i].time, points[i].value});
-  }
+  for (const Point& point : points) drawn.push_back({point.time, point.value});
   line.curve->data()->set(drawn, true);
-  line.lonePoints->data()->set(lone, true);
+  const bool rough = Height(points) * PixelsPerValue(*line.curve->valueAxis()) > roughness * Area().width();
+  line.curve->setAntialiased(!rough);
+  line.curve->setPen(rough ? QPen(PenOf(line, look).color(), 1) : PenOf(line, look));
+  line.lonePoints->data()->set(LonePoints(points, PixelTime()), true);
   line.lonePoints->setVisible(lineDrawn_ && !points_);
 }
 

@@ -103,7 +103,7 @@ void SmallChart::Parts::Dress() {
   bars->setBrush(colors.Curve(0));
   reason->setFont(widget.font());
   reason->setColor(colors.text);
-  plot->replot(QCustomPlot::rpQueuedReplot);
+  plot->replot(QCustomPlot::rpQueuedRefresh);
 }
 
 void SmallChart::Parts::Clear() {
@@ -167,7 +167,7 @@ void SmallChart::ShowBars(double from, double width, std::span<const std::size_t
   const Span x = Around(from, from + width * static_cast<double>(counts.size()), 0.02);
   parts_->plot->xAxis->setRange(x.from, x.to);
   parts_->plot->yAxis->setRange(0, static_cast<double>(most) * 1.06);
-  parts_->plot->replot(QCustomPlot::rpQueuedReplot);
+  parts_->plot->replot(QCustomPlot::rpQueuedRefresh);
 }
 
 void SmallChart::ShowLines(std::span<const double> xs, std::span<const double> ys, const QString& xTitle,
@@ -180,13 +180,13 @@ void SmallChart::ShowLines(std::span<const double> xs, std::span<const double> y
   parts_->SetLogarithmic(*parts_->plot->xAxis, logX, parts_->xTicker);
   parts_->SetLogarithmic(*parts_->plot->yAxis, logY, parts_->yTicker);
   parts_->ShowLine(xs, ys, logX, logY);
-  parts_->plot->replot(QCustomPlot::rpQueuedReplot);
+  parts_->plot->replot(QCustomPlot::rpQueuedRefresh);
 }
 
 void SmallChart::ShowNothing(const QString& reason) {
   parts_->Clear();
   parts_->reason->setText(reason);
-  parts_->plot->replot(QCustomPlot::rpQueuedReplot);
+  parts_->plot->replot(QCustomPlot::rpQueuedRefresh);
 }
 
 void SmallChart::changeEvent(QEvent* event) {
