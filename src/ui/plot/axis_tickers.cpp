@@ -51,7 +51,7 @@ QString ClockText(double time, bool hours, double step) {
 
 }  // namespace
 
-QString NumberText(double value, double step) {
+QString ReadingText(double value, double step) {
   constexpr double fewestDigits = 1e-6;
   constexpr double mostDigits = 1e10;
   if (std::abs(value) < step * 1e-6) value = 0;
@@ -63,7 +63,7 @@ QString NumberText(double value, double step) {
 }
 
 QString TimeText(double time, PlotTimes times, const Span& range, double step) {
-  if (!IsClock(times, range)) return NumberText(time, step);
+  if (!IsClock(times, range)) return ReadingText(time, step);
   return ClockText(time, HasHours(range), step);
 }
 
@@ -79,7 +79,7 @@ double ValueTicker::getTickStep(const QCPRange& range) {
 }
 
 QString ValueTicker::getTickLabel(double tick, const QLocale&, QChar, int) {
-  return NumberText(tick, step_);
+  return ReadingText(tick, step_);
 }
 
 double TimeTicker::getTickStep(const QCPRange& range) {

@@ -33,7 +33,7 @@ class TimeTicker : public ValueTicker {
 QString TimeUnit(PlotTimes times, const Span& range);
 
 // `value` with the digits that tell it from `value` + `step`.
-QString NumberText(double value, double step);
+QString ReadingText(double value, double step);
 
 // A time as the axis tells it over `range`, with the digits for `step`.
 QString TimeText(double time, PlotTimes times, const Span& range, double step);

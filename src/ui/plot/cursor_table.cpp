@@ -20,7 +20,7 @@ QString Cell(const QString& text, const char* align = "right") {
 }
 
 QString Cell(std::optional<double> value, double step) {
-  return Cell(value ? NumberText(*value, step) : QString("–"));
+  return Cell(value ? ReadingText(*value, step) : QString("–"));
 }
 
 QString RowText(const CursorRow& row) {

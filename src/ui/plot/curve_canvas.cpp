@@ -72,7 +72,7 @@ void CurveCanvas::DrawNow() {
 }
 
 void CurveCanvas::SetAxisTitles(const QString& time, const QString& values, const QString& secondValues) {
-  parts_->surface->SetTitles(time, values, secondValues);
+  parts_->surface->SetAxisTitles(time, values, secondValues);
   parts_->dressed = false;
   parts_->RequestFrame();
 }

@@ -20,6 +20,7 @@ class OnPaper {
   OnPaper(PlotSurface& plot, const PlotView& view)
       : plot_(plot), view_(view), colors_(plot.Colors()), focused_(plot.Overlay().focused) {
     plot.Overlay().focused = false;
+    plot.ShowView(view);
     plot.SetDensity(density);
     plot.SetColors(PlotColors::ForPaper());
   }

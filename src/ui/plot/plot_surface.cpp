@@ -84,13 +84,26 @@ void PlotSurface::SetColors(const PlotColors& colors) {
   setBackground(QBrush(colors.background));
   for (QCPAxis* axis : {xAxis, yAxis, yAxis2}) DressAxis(*axis, colors, font());
   legend_->SetLook(font(), colors.text);
+  if (title_) title_->setTextColor(colors.text);
   ticks_->SetColors(colors);
   overlay_->SetColors(colors);
   overlay_->SetFont(font());
   DressLines();
 }
 
-void PlotSurface::SetTitles(const QString& time, const QString& values, const QString& secondValues) {
+void PlotSurface::SetTitle(const QString& title) {
+  if (title.isEmpty()) return;
+  QFont bold = font();
+  bold.setBold(true);
+  title_ = new QCPTextElement(this, title, bold);
+  title_->setTextColor(colors_.text);
+  title_->setTextFlags(Qt::AlignLeft | Qt::AlignVCenter);
+  title_->setMargins({12, 8, 12, 0});
+  plotLayout()->insertRow(0);
+  plotLayout()->addElement(0, 0, title_);
+}
+
+void PlotSurface::SetAxisTitles(const QString& time, const QString& values, const QString& secondValues) {
   timeTitle_ = time;
   yAxis->setLabel(values);
   yAxis2->setLabel(secondValues);

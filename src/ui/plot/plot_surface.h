@@ -21,7 +21,8 @@ class PlotSurface : public QCustomPlot {
   PlotSurface(const CurveSet& curves, const MarkList& marks, QWidget* parent);
 
   void SetColors(const PlotColors& colors);
-  void SetTitles(const QString& time, const QString& values, const QString& secondValues);
+  void SetTitle(const QString& title);  // above all
+  void SetAxisTitles(const QString& time, const QString& values, const QString& secondValues);
   void SetTimes(PlotTimes times);
   void SetStyle(bool points, bool lines);
 
@@ -30,7 +31,8 @@ class PlotSurface : public QCustomPlot {
 
   // The curves are others, or look otherwise.
   void ReplaceCurves();
-  // Draws everything anew, before the next paint.
+  void ShowView(const PlotView& view);
+  // The same, and draws everything anew, before the next paint.
   void Draw(const PlotView& view);
   // The cursors and the box only.
   void DrawOverlay() { layer("overlay")->replot(); }
@@ -55,7 +57,6 @@ class PlotSurface : public QCustomPlot {
   void Fill();
   void FillLine(const Line& line, const CurveLook& look);
   void FillLegend();
-  void ShowView(const PlotView& view);
   QPen PenOf(const Line& line, const CurveLook& look) const;
 
   const CurveSet& curves_;
@@ -68,6 +69,7 @@ class PlotSurface : public QCustomPlot {
   MarkTicks* ticks_;      // the same
   PlotOverlay* overlay_;  // the same
   std::vector<Line> lines_;
+  QCPTextElement* title_ = nullptr;  // the same; made when there is one
   QString timeTitle_;
   PlotTimes times_ = PlotTimes::Seconds;
   bool points_ = false;

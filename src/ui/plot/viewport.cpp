@@ -10,6 +10,7 @@ constexpr std::size_t mostRemembered = 100;
 constexpr double timeRoom = 0.01;
 constexpr double valueRoom = 0.06;
 constexpr double followRoom = 0.02;  // between the last point and the right border
+constexpr double nearlyRight = 0.9;  // who zooms here while it follows means the last points
 
 double At(const Span& span, double share) {
   return span.from + span.Size() * share;
@@ -78,6 +79,7 @@ void Viewport::Fit() {
 void Viewport::Zoom(double factor, ZoomAxes axes, double time, double height) {
   PlotView& view = state_.view;
   if (axes != ZoomAxes::Values) {
+    if (state_.following && time > nearlyRight) time = 1;
     view.time = Zoomed(view.time, At(view.time, time), factor);
     state_.all = false;
     state_.following = state_.following && LastPointInSight();
