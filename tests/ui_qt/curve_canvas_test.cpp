@@ -170,6 +170,23 @@ class CurveCanvasTest : public QObject {
     QVERIFY(rig.canvas.View().values.Holds(500));
   }
 
+  // Else a file that is opened after a look at a detail of something else would not be in sight.
+  void otherCurvesAreShownWhole() {
+    Rig rig;
+    rig.canvas.ZoomBy(10);
+    rig.Drag(rig.Middle(), rig.Middle() + QPoint(300, 0));
+    rig.Key(Qt::Key_Space);
+    Series other;
+    for (int i = 0; i < 50; ++i) other.Append({1000.0 + i, 7});
+    rig.canvas.SetCurves({{&rig.series, "Weight"}, {&other, "Other"}});
+    QVERIFY(rig.canvas.Paused() && !rig.canvas.Following());
+    rig.canvas.SetCurves({});
+    rig.canvas.SetCurves({{&other, "Other"}});
+    QVERIFY(!rig.canvas.Paused() && rig.canvas.Following());
+    QVERIFY(rig.canvas.View().time.Holds(1000) && rig.canvas.View().time.Holds(1049));
+    rig.canvas.SetCurves({{&rig.series, "Weight"}});
+  }
+
   void cursorsTellValuesDifferenceAndMean() {
     Rig rig;
     for (int i = 0; i < 100; ++i) rig.series.Append({100.1 + i * 0.1, i < 50 ? 20.0 : 30.0});

@@ -26,6 +26,14 @@ QLabel* MakeTable(QWidget* parent) {
   return table;
 }
 
+// None of `looks` stands among `before`.
+bool AreOthers(const std::vector<CurveLook>& looks, const std::vector<CurveLook>& before) {
+  return std::none_of(looks.begin(), looks.end(), [&](const CurveLook& look) {
+    return std::any_of(before.begin(), before.end(),
+                       [&](const CurveLook& old) { return old.series == look.series; });
+  });
+}
+
 }  // namespace
 
 CurveCanvas::Parts::Parts(CurveCanvas& canvas)
@@ -50,7 +58,10 @@ CurveCanvas::CurveCanvas(QWidget* parent) : QWidget(parent), parts_(std::make_un
 CurveCanvas::~CurveCanvas() = default;
 
 void CurveCanvas::SetCurves(std::vector<CurveLook> looks) {
+  const bool others = AreOthers(looks, Curves());
   parts_->curves.Set(std::move(looks));
+  if (others) SetPaused(false);
+  if (others) parts_->LookOn([this] { parts_->viewport.Reset(); });
   parts_->surface->ReplaceCurves();
   parts_->means.clear();
   parts_->dressed = false;
@@ -155,7 +166,7 @@ QImage CurveCanvas::Picture() {
 // Frames
 
 void CurveCanvas::Parts::RequestFrame() {
-  if (frame.isActive() || !widget.isVisible()) return;
+  if (frame.isActive() || !widget.isVisible() || widget.window()->isMinimized()) return;
   const qint64 quiet = sinceFrame.isValid() ? sinceFrame.elapsed() : pause;
   frame.start(static_cast<int>(std::max<qint64>(0, pause - quiet)), Qt::PreciseTimer, &widget);
 }

@@ -27,7 +27,8 @@ class CurveCanvas : public QWidget {
   explicit CurveCanvas(QWidget* parent = nullptr);
   ~CurveCanvas() override;
 
-  // The series are looked at until they are replaced by another call.
+  // The series are looked at until they are replaced by another call. Where all are others than before, they
+  // are shown whole again, followed, and not paused.
   void SetCurves(std::vector<CurveLook> looks);
   const std::vector<CurveLook>& Curves() const;
 

@@ -111,9 +111,10 @@ void Viewport::Move(double time, double height) {
   state_.values = false;
 }
 
-void Viewport::Show(const PlotView& view) {
-  state_.view = view;
-  state_.following = state_.all = state_.values = false;
+void Viewport::Reset() {
+  state_ = {};
+  before_.clear();
+  Keep();
 }
 
 void Viewport::Remember() {

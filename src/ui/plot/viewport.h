@@ -35,8 +35,8 @@ class Viewport {
   void ZoomTo(Span time, Span height);
   // By shares of what is in sight. Following ends where time is moved back.
   void Move(double time, double height);
-  // Seldom: a whole view of one's own, as after a restart.
-  void Show(const PlotView& view);
+  // As at the beginning: follows, with all points in sight, and remembers nothing.
+  void Reset();
 
   // Remembers what is in sight, for Back(). To be called before each thing the user does.
   void Remember();
