@@ -9,7 +9,12 @@
 namespace quarlin {
 
 FrmPlot::FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record)
-    : Form("FrmPlot", "Plot"), controls(loop), settings_(settings), record_(record), live_(record) {
+    : Form("FrmPlot", "Plot"),
+      controls(loop),
+      loop_(loop),
+      settings_(settings),
+      record_(record),
+      live_(record) {
   Collection().Add(controls);
   for (ComboBox* box : {&settings.cboCurveSource, &settings.cboCurveRule}) {
     box->Change = [this] { TakeRules(); };
@@ -58,6 +63,11 @@ void FrmPlot::ShowLoaded(std::vector<Series> curves, std::string_view source, bo
   showsLive_ = false;
   ShowNote();
   OnCurves();
+}
+
+void FrmPlot::ShowLoaded(LoadedNumbers numbers) {
+  ShowLoaded(std::move(numbers.curves), numbers.source, numbers.byTime);
+  OnTold(fmt::format("{}: {}", numbers.source, numbers.summary));
 }
 
 const std::deque<Mark>& FrmPlot::Marks() const {

@@ -15,6 +15,7 @@
 #include "curves/curve_rules.h"
 #include "curves/filtered_curves.h"
 #include "curves/live_curves.h"
+#include "curves/loading.h"
 #include "exchange/run_record.h"
 
 namespace quarlin {
@@ -33,6 +34,7 @@ class FrmPlot : public Form {
   ~FrmPlot() override;
 
   PlotControls controls;
+  EventLoop& Loop() { return loop_; }
 
   // Shows the window, with the numbers of the running test, as long as nothing was loaded.
   void Open();
@@ -41,6 +43,7 @@ class FrmPlot : public Form {
   bool ShowsLive() const { return showsLive_; }
   void ShowLive();
   void ShowLoaded(std::vector<Series> curves, std::string_view source, bool byTime);
+  void ShowLoaded(LoadedNumbers numbers);  // and tells what of them was not read
   const FilteredCurves& Shown() const { return showsLive_ ? live_.Set() : loaded_; }
   const std::deque<Mark>& Marks() const;  // none beside loaded numbers
   std::uint64_t MarksEver() const { return showsLive_ ? live_.MarksEver() : 0; }  // of this run
@@ -69,6 +72,7 @@ class FrmPlot : public Form {
   void ShowNote();
   void ShowFiltered();
 
+  EventLoop& loop_;
   CurveControls& settings_;
   RunRecord& record_;
   LiveCurves live_;

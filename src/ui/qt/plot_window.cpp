@@ -26,7 +26,11 @@ QString AxisTitleOf(const Series& series, std::size_t place) {
 }  // namespace
 
 PlotWindow::PlotWindow(Form& form)
-    : FormWindow(form), plot_(static_cast<FrmPlot&>(form)), ui_(std::make_unique<Ui::PlotWindow>()) {
+    : FormWindow(form),
+      plot_(static_cast<FrmPlot&>(form)),
+      load_(
+          plot_.Loop(), [this](LoadedNumbers numbers) { plot_.ShowLoaded(std::move(numbers)); }, this),
+      ui_(std::make_unique<Ui::PlotWindow>()) {
   ui_->setupUi(this);
   resize(1000, 620);
   FillTools();
@@ -63,6 +67,8 @@ void PlotWindow::FillTools() {
 
 void PlotWindow::WireSource() {
   connect(ui_->actionLive, &QAction::triggered, this, [this] { plot_.ShowLive(); });
+  connect(ui_->actionOpen, &QAction::triggered, &load_, &LoadDialog::ChooseFile);
+  connect(ui_->actionPaste, &QAction::triggered, &load_, &LoadDialog::TakeClipboard);
 }
 
 void PlotWindow::WireCanvas() {

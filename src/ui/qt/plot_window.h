@@ -7,6 +7,7 @@
 
 #include "curves/frm_plot.h"
 #include "ui/qt/form_window.h"
+#include "ui/qt/load_dialog.h"
 
 namespace quarlin {
 
@@ -34,6 +35,7 @@ class PlotWindow : public FormWindow {
   void ExportTo(const QString& file);
 
   FrmPlot& plot_;
+  LoadDialog load_;
   std::unique_ptr<Ui::PlotWindow> ui_;
   std::uint64_t marksTaken_ = 0;
   QString axisTitle_;
