@@ -25,6 +25,8 @@ struct FilterSettings {
   double q = 10;          // notch: frequency / width at -3 dB, above 0
   double rate = 100;      // of the values, Hz; for moving average, median and exponential only for what is
                           // said in seconds
+
+  bool operator==(const FilterSettings&) const = default;
 };
 
 enum class FilterField { Width, Alpha, Order, Cutoff, Ripple, Frequency, Q, Rate };
@@ -33,7 +35,7 @@ enum class FilterField { Width, Alpha, Order, Cutoff, Ripple, Frequency, Q, Rate
 bool Reads(FilterKind kind, FilterField field);
 
 // Why `settings` make no filter, as a sentence to stand beside the field; nothing where they do. Only what
-// the kind reads is looked at.
+// the kind reads is looked at. What was no number comes as NaN, or as the least integer there is.
 struct FilterObjection {
   FilterField field;
   std::string sentence;

@@ -13,11 +13,11 @@ namespace {
 constexpr milliseconds rest(150);  // so long without a request, and the window was quiet
 constexpr int framesOfASecond = 30;
 constexpr milliseconds steadyInterval(66);  // nobody reads lines that run by
-constexpr milliseconds usualInterval(33);
 
 }  // namespace
 
-FramePacer::FramePacer(std::function<void()> frame) : frame_(std::move(frame)) {
+FramePacer::FramePacer(std::function<void()> frame, milliseconds interval)
+    : frame_(std::move(frame)), interval_(interval) {
   timer_.setSingleShot(true);
   timer_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Run(); });
@@ -40,7 +40,7 @@ void FramePacer::Run() {
   frame_();
   framesInARow_ = std::min(framesInARow_ + 1, framesOfASecond);
   pause_ = PauseAfter(std::chrono::duration_cast<microseconds>(nanoseconds(cost.nsecsElapsed())),
-                      framesInARow_ < framesOfASecond ? usualInterval : steadyInterval);
+                      framesInARow_ < framesOfASecond ? interval_ : std::max(interval_, steadyInterval));
   sinceFrame_.start();
 }
 

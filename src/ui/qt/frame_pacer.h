@@ -12,8 +12,10 @@ namespace quarlin {
 
 class FramePacer {
  public:
-  // `frame` shows and paints what changed; what it takes is measured.
-  explicit FramePacer(std::function<void()> frame);
+  // `frame` shows and paints what changed; what it takes is measured. From one frame to the next it is at
+  // least `interval`.
+  explicit FramePacer(std::function<void()> frame,
+                      std::chrono::milliseconds interval = std::chrono::milliseconds(33));
 
   // Asks for a frame. Further requests before it are part of it.
   void Request();
@@ -27,6 +29,7 @@ class FramePacer {
   void Run();
 
   std::function<void()> frame_;
+  std::chrono::milliseconds interval_;
   QTimer timer_;
   QElapsedTimer sinceFrame_;  // from the end of the last one
   std::chrono::microseconds pause_{0};

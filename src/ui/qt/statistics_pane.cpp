@@ -1,0 +1,164 @@
+#include "ui/qt/statistics_pane.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QShortcut>
+#include <algorithm>
+#include <cmath>
+
+#include "base/numbers.h"
+#include "ui_statistics_pane.h"
+
+namespace quarlin {
+namespace {
+
+constexpr std::chrono::milliseconds betweenLooks(500);
+
+// Figures that say how far values are apart: four digits say it.
+bool IsSpread(const Figure& figure) {
+  return figure.key == "standard_deviation" || figure.key == "repeatability" || figure.perHour;
+}
+
+// As many decimals as the deviation leaves a meaning to: two of its own digits.
+QString ShownValue(const Figure& figure, const Statistics& statistics) {
+  if (IsSpread(figure)) return QString::number(*figure.value, 'g', 4);
+  const double deviation = statistics.standardDeviation.value_or(0);
+  const bool measured = figure.key == "minimum" || figure.key == "maximum" || figure.key == "median";
+  if (measured || !(deviation > 0)) return QString::fromStdString(DecimalText(*figure.value));
+  const int decimals = static_cast<int>(std::clamp(2 - std::ceil(std::log10(deviation)), 0.0, 12.0));
+  return QString::number(*figure.value, 'f', decimals);
+}
+
+QString UnitOf(const Figure& figure, const QString& unit) {
+  if (!figure.perHour) return unit;
+  return unit.isEmpty() ? "1/h" : unit + "/h";
+}
+
+QString AxisTitle(const QString& name, const QString& unit) {
+  return unit.isEmpty() ? name : name + " (" + unit + ")";
+}
+
+// Of points that came evenly; those of a test come nearly so.
+double RateOf(const StatisticsPane::Stretch& stretch) {
+  if (!stretch.timed || stretch.points.size() < 2) return 1;
+  const double duration = stretch.points.back().time - stretch.points.front().time;
+  return duration > 0 ? static_cast<double>(stretch.points.size() - 1) / duration : 1;
+}
+
+QTableWidgetItem* ItemOf(const QString& text, Qt::Alignment alignment) {
+  auto* item = new QTableWidgetItem(text);
+  item->setTextAlignment(alignment | Qt::AlignVCenter);
+  return item;
+}
+
+}  // namespace
+
+StatisticsPane::StatisticsPane(QWidget* parent)
+    : QWidget(parent), ui_(std::make_unique<Ui::StatisticsPane>()), pacer_([this] { Show(); }, betweenLooks) {
+  ui_->setupUi(this);
+  ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+  ui_->statisticsTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
+  connect(ui_->statisticsCopyButton, &QPushButton::clicked, this, &StatisticsPane::Copy);
+  auto* copy = new QShortcut(QKeySequence::Copy, ui_->statisticsTable, nullptr, nullptr, Qt::WidgetShortcut);
+  connect(copy, &QShortcut::activated, this, &StatisticsPane::Copy);
+  for (const QComboBox* box : {ui_->statisticsCurveBox, ui_->statisticsRangeBox}) {
+    connect(box, &QComboBox::currentIndexChanged, this, &StatisticsPane::Refresh);
+  }
+  SetCurves({});
+  SetCursors(false);
+}
+
+StatisticsPane::~StatisticsPane() = default;
+
+void StatisticsPane::SetCurves(const QStringList& names) {
+  QComboBox& box = *ui_->statisticsCurveBox;
+  const QString chosen = box.currentText();
+  const QSignalBlocker quiet(box);
+  box.clear();
+  box.addItems(names);
+  box.setCurrentIndex(names.isEmpty() ? -1 : std::max(box.findText(chosen), 0));
+  box.setVisible(names.size() > 1);
+  Refresh();
+}
+
+void StatisticsPane::SetCursors(bool shown) {
+  if (!shown) ui_->statisticsRangeBox->setCurrentIndex(0);
+  ui_->statisticsRangeBox->setEnabled(shown);
+}
+
+void StatisticsPane::Refresh() {
+  if (isVisible()) pacer_.Request();
+}
+
+void StatisticsPane::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  Refresh();
+}
+
+void StatisticsPane::Show() {
+  if (!isVisible()) return;
+  Stretch stretch;
+  if (ui_->statisticsCurveBox->currentIndex() >= 0) {
+    stretch = OnWanted(ui_->statisticsCurveBox->currentIndex(), ui_->statisticsRangeBox->currentIndex() == 1);
+  }
+  ShowFigures(Describe(stretch.points), stretch);
+  ShowHistogram(stretch);
+  ShowSpectrum(stretch);
+}
+
+void StatisticsPane::ShowFigures(const Statistics& statistics, const Stretch& stretch) {
+  QTableWidget& table = *ui_->statisticsTable;
+  table.setRowCount(0);
+  copy_.clear();
+  const auto add = [&](const QString& caption, const QString& shown, const QString& whole,
+                       const QString& unit) {
+    const int row = table.rowCount();
+    table.insertRow(row);
+    table.setItem(row, 0, ItemOf(caption, Qt::AlignLeft));
+    table.setItem(row, 1, ItemOf(shown, Qt::AlignRight));
+    table.setItem(row, 2, ItemOf(unit, Qt::AlignLeft));
+    copy_ += caption + '\t' + whole + '\t' + unit + '\n';
+  };
+  const QString count = QString::number(statistics.count);
+  add(tr("Count"), count, count, {});
+  for (const Figure& figure : FiguresOf(statistics, stretch.timed)) {
+    QString caption =
+        QString::fromLatin1(figure.caption.data(), static_cast<qsizetype>(figure.caption.size()));
+    caption[0] = caption[0].toUpper();
+    if (figure.value) {
+      add(caption, ShownValue(figure, statistics), QString::fromStdString(DecimalText(*figure.value)),
+          UnitOf(figure, stretch.unit));
+    } else {
+      add(caption, "–", {}, {});
+    }
+  }
+}
+
+void StatisticsPane::ShowHistogram(const Stretch& stretch) {
+  const Histogram histogram = HistogramOf(stretch.points);
+  if (histogram.counts.empty()) return ui_->histogramChart->ShowNothing(tr("no values"));
+  // Equal values make one class without a width: a bar around them shows it.
+  const double width = histogram.width > 0 ? histogram.width : std::max(std::abs(histogram.from), 1.0) * 1e-6;
+  const double from = histogram.width > 0 ? histogram.from : histogram.from - width / 2;
+  ui_->histogramChart->ShowBars(from, width, histogram.counts, AxisTitle(tr("Value"), stretch.unit));
+}
+
+void StatisticsPane::ShowSpectrum(const Stretch& stretch) {
+  const Spectrum spectrum = SpectrumOf(stretch.points, RateOf(stretch));
+  if (spectrum.amplitudes.empty()) return ui_->spectrumChart->ShowNothing(tr("a spectrum needs 8 values"));
+  std::vector<double> frequencies(spectrum.amplitudes.size());
+  for (std::size_t i = 0; i < frequencies.size(); ++i) {
+    frequencies[i] = static_cast<double>(i) * spectrum.step;
+  }
+  ui_->spectrumChart->ShowLines(frequencies, spectrum.amplitudes,
+                                stretch.timed ? tr("Frequency (Hz)") : tr("Frequency (1 / row)"),
+                                AxisTitle(tr("Amplitude"), stretch.unit));
+}
+
+void StatisticsPane::Copy() {
+  QGuiApplication::clipboard()->setText(copy_);
+  emit told(tr("the table of figures is in the clipboard"));
+}
+
+}  // namespace quarlin

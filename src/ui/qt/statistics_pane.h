@@ -1,0 +1,66 @@
+// What is said of a curve: its figures as a table, its histogram and its spectrum.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+#include <memory>
+#include <vector>
+
+#include "base/hook.h"
+#include "data/figures.h"
+#include "data/statistics.h"
+#include "ui/qt/frame_pacer.h"
+
+namespace quarlin {
+
+namespace Ui {
+class StatisticsPane;
+}
+
+class StatisticsPane : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit StatisticsPane(QWidget* parent = nullptr);
+  ~StatisticsPane() override;
+
+  // A part of a curve.
+  struct Stretch {
+    std::vector<Point> points;
+    QString unit;
+    bool timed = false;  // the points' times are seconds, not numbers of rows
+  };
+
+  // Hands over the points of the curve of that number: all of them, or those between the cursors. Asked only
+  // while the pane is seen, at most twice a second.
+  Hook<Stretch(int curve, bool betweenCursors)> OnWanted;
+
+  // The curves to choose from, in the order of their numbers. The choice stays where its name stays.
+  void SetCurves(const QStringList& names);
+
+  // Without cursors only the whole curve can be chosen.
+  void SetCursors(bool shown);
+
+  // The points or the cursors have changed: what is shown follows soon.
+  void Refresh();
+
+ signals:
+  void told(const QString& message);  // an answer to what the user did
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void Show();
+  void ShowFigures(const Statistics& statistics, const Stretch& stretch);
+  void ShowHistogram(const Stretch& stretch);
+  void ShowSpectrum(const Stretch& stretch);
+  void Copy();
+
+  std::unique_ptr<Ui::StatisticsPane> ui_;
+  QString copy_;  // the table with all digits, tabs between the columns
+  FramePacer pacer_;
+};
+
+}  // namespace quarlin
