@@ -98,6 +98,9 @@ TEST_F(DataTool, GivesFiguresAsJson) {
   EXPECT_EQ(json["unit"], "kg");
   EXPECT_EQ(json["drift_per_hour"], nullptr);
   EXPECT_EQ(figures("7", {"stats", "--json"})["standard_deviation"], nullptr);
+  EXPECT_EQ(figures("10:00:00;5\n10:30:00;6\n",
+                    {"stats", "--json", "--column=2", "--time-column=1"})["drift_per_hour"],
+            2.0);
   EXPECT_EQ(figures("1\n2\n", {"stats", "--json", "--rate", "8"})["drift_per_hour"], 28800.0);
 }
 

@@ -28,7 +28,10 @@ std::string LastError() {
 TableSettings SettingsOf(const Options& options) {
   TableSettings settings;
   if (options.rule) settings.rules = {*options.rule};
-  if (options.given.contains(FilterField::Rate)) {
+  if (options.timeColumn) {
+    settings.time = TableSettings::Time::Column;
+    settings.timeColumn = *options.timeColumn;
+  } else if (options.given.contains(FilterField::Rate)) {
     settings.time = TableSettings::Time::Rate;
     settings.rate = options.filter.rate;
   }
@@ -54,23 +57,14 @@ bool HasNumbers(const Series& curve) {
   return extremes.low <= extremes.high;
 }
 
-// Without a rate the times of a log are seconds, those of other rows their numbers.
-bool IsTimed(const Series& curve, const Options& options) {
-  if (options.given.contains(FilterField::Rate)) return true;
-  const double first = curve.Size() == 0 ? 0 : curve.At(0).time;
-  for (std::size_t i = 0; i < curve.Size(); ++i) {
-    if (curve.At(i).time != first + static_cast<double>(i)) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 Input ReadInput(const Options& options) {
   Input input;
   const std::string name = options.file.empty() ? "standard input" : options.file;
   try {
-    TableReader reader(SettingsOf(options));
+    const TableSettings settings = SettingsOf(options);
+    TableReader reader(settings);
     const Stream stream = Open(options.file);
     const std::string wrong = stream == nullptr ? LastError() : ReadAll(stream.get(), reader);
     if (!wrong.empty()) {
@@ -80,7 +74,7 @@ Input ReadInput(const Options& options) {
     input.badRows = reader.BadRows();
     input.firstBadRows = reader.FirstBadRows();
     input.curve = std::move(reader.TakeCurves().front());
-    input.timed = IsTimed(input.curve, options);
+    input.timed = settings.time != TableSettings::Time::Row;
   } catch (const std::invalid_argument& objection) {
     input.error = objection.what();
     return input;

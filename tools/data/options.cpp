@@ -70,6 +70,11 @@ std::string ReadColumn(std::string_view value, Options& options) {
   return good ? "" : "must be a whole number from 1";
 }
 
+std::string ReadTimeColumn(std::string_view value, Options& options) {
+  const bool good = ReadWhole(value, options.timeColumn.emplace()) && *options.timeColumn >= 1;
+  return good ? "" : "must be a whole number from 1";
+}
+
 std::string ReadMatch(std::string_view value, Options& options) {
   options.rule = NumberRule{.kind = NumberRule::Kind::Group, .expression = std::string(value), .name = {}};
   return {};
@@ -114,10 +119,12 @@ struct Option {
 
 using enum FilterField;
 
-constexpr std::array<Option, 17> optionTable{{
+constexpr std::array<Option, 18> optionTable{{
     {"--column", "N", stats | filter | plot, ReadColumn, "take the number in the N-th column of each row"},
     {"--match", "REGEX", stats | filter | plot, ReadMatch,
      "take what the group \"value\", else the first group, of REGEX matches"},
+    {"--time-column", "N", stats | filter | plot, ReadTimeColumn,
+     "the time of each row stands in column N; in a log with times: any N"},
     {"--json", "", stats, ReadJson, "print the figures as JSON"},
     {"--rate", "HZ", stats | filter | plot, ReadFraction<Rate, &FilterSettings::rate>, "values a second"},
     {"--kind", "KIND", filter | plot, ReadKind,

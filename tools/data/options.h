@@ -17,6 +17,7 @@ struct Options {
   Verb verb = Verb::Stats;
   std::string file;                   // empty: standard input
   std::optional<NumberRule> rule;     // which number of a row; nothing: the first one
+  std::optional<int> timeColumn;      // of the rows' times; nothing: they are rows, or come at the rate
   bool json = false;                  // stats
   FilterSettings filter;              // plot: of kind None where only the raw curve is drawn
   bool zeroPhase = false;             // filter, plot
