@@ -66,8 +66,9 @@ void FrmPlot::ShowLoaded(std::vector<Series> curves, std::string_view source, bo
 }
 
 void FrmPlot::ShowLoaded(LoadedNumbers numbers) {
-  ShowLoaded(std::move(numbers.curves), numbers.source, numbers.byTime);
-  OnTold(fmt::format("{}: {}", numbers.source, numbers.summary));
+  const std::string words = fmt::format("{}: {}", numbers.source, numbers.summary);
+  ShowLoaded(std::move(numbers.curves), words, numbers.byTime);
+  OnTold(words);
 }
 
 const std::deque<Mark>& FrmPlot::Marks() const {

@@ -15,7 +15,7 @@ void AddAll(const Series& series, std::size_t begin, std::size_t end, std::vecto
 
 // The line enters a column at its first point and leaves it at its last one, which may be gaps; what is
 // between them is one upright stroke, whose order nobody sees.
-void AddColumn(const Series& series, std::size_t begin, std::size_t end, double middle,
+void AddColumn(const Series& series, std::size_t begin, std::size_t end, double strokeAt,
                std::vector<Point>& points) {
   if (end - begin <= mostInColumn) return AddAll(series, begin, end, points);
   const Point first = series.At(begin);
@@ -23,7 +23,7 @@ void AddColumn(const Series& series, std::size_t begin, std::size_t end, double 
   points.push_back(first);
   const Series::Extremes extremes = series.ExtremesOf(begin, end);
   if (extremes.low > extremes.high) return;  // nothing but gaps
-  const double time = std::clamp(middle, first.time, last.time);
+  const double time = std::clamp(strokeAt, first.time, last.time);
   points.push_back({time, extremes.low});
   points.push_back({time, extremes.high});
   points.push_back(last);
@@ -48,7 +48,7 @@ std::vector<Point> Decimated(const Series& series, double from, double to, int c
     for (std::size_t column = 0; column < parts; ++column) {
       const double right = from + width * static_cast<double>(column + 1);
       const std::size_t stop = column + 1 < parts ? std::min(series.IndexAt(right), end) : end;
-      if (next < stop) AddColumn(series, next, stop, right - width / 2, points);
+      if (next < stop) AddColumn(series, next, stop, right - width * 0.75, points);
       next = std::max(next, stop);
     }
   }

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLocale>
 #include <QMimeData>
 #include <QUrl>
@@ -70,6 +71,7 @@ LoadDialog::LoadDialog(EventLoop& loop, TakeNumbers take, QWidget* parent)
     red.setColor(QPalette::WindowText, ReadableColor(colors::red, red.color(QPalette::Window)));
     trouble->setPalette(red);
   }
+  ui_->loadPreview->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   Wire();
   ShowChoice({});
   ShowLoading(false);
@@ -98,6 +100,9 @@ void LoadDialog::ChooseFile() {
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFile);
   connect(dialog, &QFileDialog::fileSelected, this, &LoadDialog::TakeFile);
+  connect(dialog, &QFileDialog::rejected, this, [this] {
+    if (!open_) reject();  // there is nothing to be set
+  });
   dialog->open();
 }
 
