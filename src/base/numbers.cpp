@@ -104,6 +104,12 @@ std::string Hexadecimal(std::uint32_t value, int digits) {
   return fmt::format("{:0{}X}", value, std::max(digits, 1));
 }
 
+std::string BinaryText(std::uint32_t value, int digits) {
+  std::string text;
+  for (int bit = digits - 1; bit >= 0; --bit) text += (value >> bit) % 2 != 0 ? '1' : '0';
+  return text;
+}
+
 std::string CharacterOfCode(double code) {
   if (!(code >= 0 && code <= 255)) return {};
   return std::string(1, static_cast<char>(static_cast<unsigned char>(code)));

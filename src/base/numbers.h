@@ -26,6 +26,9 @@ std::string PaddedDecimal(std::int64_t value, int digits);
 // `value` in upper-case hexadecimal with zeros on the left up to `digits` digits.
 std::string Hexadecimal(std::uint32_t value, int digits = 1);
 
+// The lowest `digits` bits of `value`.
+std::string BinaryText(std::uint32_t value, int digits);
+
 // The character of a code, or none where `code` is no code from 0 to 255.
 std::string CharacterOfCode(double code);
 

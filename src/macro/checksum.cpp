@@ -116,12 +116,10 @@ constexpr Crc smbus{.width = 8, .polynomial = 0x07};
 constexpr Crc crc32{
     .width = 32, .polynomial = 0x04C11DB7, .initial = 0xFFFFFFFF, .reflected = true, .finalXor = 0xFFFFFFFF};
 
-constexpr std::size_t protocolChecksums = 7;
-
 // In the order of ChecksumStyle.
 using enum ChecksumStyle;
 using enum ChecksumForm;
-constexpr std::array<Checksum, 14> checksums{{
+constexpr std::array<Checksum, checksumCount> checksums{{
     {Archive, "ARC", "Archive", "", Sum, 1, Hex, 2},
     {Motorola, "MOT", "Motorola", "", PairSum, 1, Hex, 2},
     {Sysway, "SYS", "Sysway", "Sysway", Xor, 1, Hex, 2},
@@ -153,7 +151,11 @@ std::span<const Checksum> AllChecksums() {
 }
 
 std::span<const Checksum> CommonChecksums() {
-  return AllChecksums().subspan(protocolChecksums);
+  return AllChecksums().subspan(static_cast<std::size_t>(Crc16Modbus));
+}
+
+bool IsCommon(ChecksumStyle style) {
+  return style >= Crc16Modbus;
 }
 
 const Checksum& ChecksumOf(ChecksumStyle style) {

@@ -47,11 +47,14 @@ struct Checksum {
   std::size_t characters;  // that an answer's end is compared over; two even where Modulo256 writes one
 };
 
+inline constexpr std::size_t checksumCount = 14;
+
 // All of them, in the order of ChecksumStyle.
 std::span<const Checksum> AllChecksums();
 
-// Those whose macros have forms of their own: Crc16Modbus and all behind it.
+// Those whose macros have all forms: Crc16Modbus and all behind it.
 std::span<const Checksum> CommonChecksums();
+bool IsCommon(ChecksumStyle style);
 
 const Checksum& ChecksumOf(ChecksumStyle style);
 

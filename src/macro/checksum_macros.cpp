@@ -25,6 +25,7 @@ struct MacroForm {
   ChecksumForm form;
 };
 
+// In the order of ChecksumForm.
 constexpr std::array<MacroForm, 4> forms{{
     {"]", ChecksumForm::Hex},
     {"LOW]", ChecksumForm::HexLow},
@@ -113,6 +114,13 @@ void InsertCommonSums(std::string& text) {
 }
 
 }  // namespace
+
+std::string ChecksumMacro(const Checksum& checksum, ChecksumForm form) {
+  std::string macro(inserting);
+  macro += checksum.word;
+  macro += IsCommon(checksum.style) ? forms.at(static_cast<std::size_t>(form)).ending : "]";
+  return macro;
+}
 
 void ExpandChecksums(std::string& text, std::string& lastChecksum) {
   InsertProtocolSums(text);

@@ -5,7 +5,12 @@
 
 #include <string>
 
+#include "macro/checksum.h"
+
 namespace quarlin {
+
+// The macro that inserts the checksum. A protocol's has one form, whatever is asked for.
+std::string ChecksumMacro(const Checksum& checksum, ChecksumForm form);
 
 // Expands the first of each kind, one kind after the other; a checksum covers all text left of its macro
 // as the kinds before it left it. `lastChecksum` is the kept one. While it is empty, the macros that

@@ -37,21 +37,15 @@ std::string Small(std::uint8_t code, const Clock&) {
   return Character(static_cast<std::uint8_t>(IsCapital(code) ? code + caseDistance : code));
 }
 
-std::string Binary(unsigned value, int digits) {
-  std::string text;
-  for (int bit = digits - 1; bit >= 0; --bit) text += (value >> bit) % 2 != 0 ? '1' : '0';
-  return text;
-}
-
 std::string BinaryOfHexDigit(std::uint8_t code, const Clock&) {
   const int digit = HexDigitValue(static_cast<char>(code));
-  return digit < 0 ? std::string() : Binary(static_cast<unsigned>(digit), 4);
+  return digit < 0 ? std::string() : BinaryText(static_cast<std::uint32_t>(digit), 4);
 }
 
 constexpr std::array<Instruction, 11> instructions{{
     {'E', [](std::uint8_t code, const Clock&) { return Hexadecimal(code, 2); }},
     {'e', BinaryOfHexDigit},
-    {'b', [](std::uint8_t code, const Clock&) { return Binary(code, 8); }},
+    {'b', [](std::uint8_t code, const Clock&) { return BinaryText(code, 8); }},
     {'A', [](std::uint8_t code, const Clock&) { return PaddedDecimal(code, 3); }},
     {'U', Capital},
     {'u', Small},

@@ -45,7 +45,8 @@ FrmMainControls::FrmMainControls(EventLoop& loop)
       edit(loop),
       status(loop),
       script(loop),
-      curves(loop) {}
+      curves(loop),
+      numbers(loop) {}
 
 FrmMain::FrmMain(Surroundings surroundings)
     : Form("frmMain", fmt::format("Quarlin Ver.{:02}.{:02}.{:02}  {}", version::major, version::minor,
@@ -56,7 +57,7 @@ FrmMain::FrmMain(Surroundings surroundings)
            &controls.connection, &controls.link, &controls.modem, &controls.cycle, &controls.file,
            &controls.framing, &controls.run, &controls.macro, &controls.receive, &controls.display,
            &controls.test, &controls.counters, &controls.config, &controls.edit, &controls.status,
-           &controls.script, &controls.curves}) {
+           &controls.script, &controls.curves, &controls.numbers}) {
     Collection().Add(*group);
   }
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
@@ -71,6 +72,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WireErrorRows();
   WirePlot();
   WireScript();
+  WireCalculator();
   WireSession();
   WireConfiguration();
   WireFiles();
@@ -106,8 +108,12 @@ ScriptHost& FrmMain::Script() {
   return modules_->script;
 }
 
+FrmCalculator& FrmMain::Calculator() {
+  return modules_->calculator;
+}
+
 std::vector<Form*> FrmMain::Forms() {
-  return {this, &modules_->script.Panel(), &modules_->script.List(), &modules_->plot};
+  return {this, &modules_->script.Panel(), &modules_->script.List(), &modules_->plot, &modules_->calculator};
 }
 
 void FrmMain::Load(std::string_view commandLine) {
@@ -300,6 +306,7 @@ void FrmMain::CloseWindow() {
   OnClosing();
   modules_->byHand.history.Save();
   modules_->script.Panel().SetVisible(false);
+  modules_->calculator.SetVisible(false);
   controls.run.Command1.SetCaption("Stop");
   modules_->script.EndTask();
   for (Timer* timer : {&controls.cycle.Timer1, &controls.cycle.Timer2, &controls.receive.Timer3,

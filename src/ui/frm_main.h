@@ -11,6 +11,7 @@
 
 #include "base/hook.h"
 #include "base/program_folder.h"
+#include "calculator/number_format.h"
 #include "config/configurations.h"
 #include "connect/connection_controls.h"
 #include "connect/modem_controls.h"
@@ -87,8 +88,10 @@ struct FrmMainControls {
   StatusControls status;
   ScriptControls script;
   CurveControls curves;
+  NumberControls numbers;
 };
 
+class FrmCalculator;
 class FrmPlot;
 class OfferedList;
 class ScriptHost;
@@ -103,6 +106,7 @@ class FrmMain : public Form {
   ScriptHost& Script();
   ByHand& Hand();
   FrmPlot& Plot();
+  FrmCalculator& Calculator();
 
   // Every window of the program, this one first.
   std::vector<Form*> Forms();
@@ -128,6 +132,11 @@ class FrmMain : public Form {
   // The device or the socket is open. The hook is told when that has changed.
   bool LinkOpen() const;
   Hook<void()> OnLinkChanged;
+
+  // The calculator's: puts a text into the command where the cursor stands, and gives the bytes that are
+  // selected in the traffic.
+  Hook<void(std::string_view text)> OnInsert;
+  Hook<std::string()> OnTakeTraffic;
 
   // Told when the received-text display is to have the keyboard.
   Hook<void()> OnFocusDisplay;
@@ -175,6 +184,7 @@ class FrmMain : public Form {
   void WireErrorRows();
   void WirePlot();
   void WireScript();
+  void WireCalculator();
   void WireSession();
   void WireFiles();
   void SwitchModes(const CommandLine& words);

@@ -1,6 +1,7 @@
 // What works on the controls of FrmMain: the modules of all rooms, put together. For frm_main*.cpp alone.
 #pragma once
 
+#include "calculator/frm_calculator.h"
 #include "connect/connection.h"
 #include "connect/modem_lines.h"
 #include "controls/folder_watch.h"
@@ -67,6 +68,7 @@ struct FrmMain::Modules {
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
         script({around.loop, controls.script, around.folder, prompts, around.engines, status,
                 [this](std::string_view text, Color color) { traffic.Append(text, color); }}),
+        calculator(around.loop, controls.numbers),
         configurations({frm.Collection(), around.folder, prompts, status}),
         session({around.loop, connection, link, cycle, exchange, sequence, script, logs, prompts, status,
                  controls.counters, around.headless}) {}
@@ -97,6 +99,7 @@ struct FrmMain::Modules {
   ReceiveLoop receive;
   Dialog dialog;
   ScriptHost script;  // ends before them: a script's last code may use all of the above
+  FrmCalculator calculator;
   Configurations configurations;
   Session session;
 };

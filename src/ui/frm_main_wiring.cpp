@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include "base/files.h"
+#include "base/text.h"
 #include "connect/port_list.h"
 #include "connect/port_owner.h"
 #include "link/posix_device.h"
@@ -187,6 +188,16 @@ void FrmMain::WireScript() {
   };
   hooks.focusDisplay = [this] { OnFocusDisplay(); };
   hooks.firstError = [this](std::string_view line) { OnTrouble(line); };
+}
+
+void FrmMain::WireCalculator() {
+  FrmCalculator& calculator = modules_->calculator;
+  calculator.Hooks.insert = [this](std::string_view text) {
+    OnInsert(text);
+    modules_->status.Say(fmt::format("put into the command: {}", CodedText(text, 60)));
+  };
+  calculator.Hooks.takeTraffic = [this] { return OnTakeTraffic(); };
+  calculator.Hooks.note = [this](std::string_view line) { Note(line); };
 }
 
 void FrmMain::WireFiles() {

@@ -20,6 +20,7 @@
 #include <set>
 
 #include "base/files.h"
+#include "calculator/frm_calculator.h"
 #include "curves/frm_plot.h"
 #include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
@@ -68,8 +69,9 @@ struct Rig {
   QList<QWidget*> WindowsWithControlsOfTheMainOne() {
     QList<QWidget*> windows;
     frm.Plot().Open();
+    frm.Calculator().SetVisible(true);
     for (QWidget* beside : QApplication::topLevelWidgets()) {
-      if (beside->objectName() == "FrmPlot") windows += beside;
+      if (beside->objectName() == "FrmPlot" || beside->objectName() == "FrmCalculator") windows += beside;
     }
     return windows;
   }

@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "base/text.h"
+#include "calculator/frm_calculator.h"
 #include "config/window_layout.h"
 #include "curves/frm_plot.h"
 #include "script/script_host.h"
@@ -86,6 +87,7 @@ MainWindow::MainWindow(FrmMain& frm)
   WirePlot();
   WireHelp();
   WirePages();
+  WireCalculator();
   WireConfiguration();
   frm.OnChanged = [this] { ShowTitle(); };
   windows_ = std::make_unique<Windows>(frm.Forms(), *this);
@@ -98,6 +100,8 @@ MainWindow::MainWindow(FrmMain& frm)
 
 MainWindow::~MainWindow() {
   frm_.OnFocusDisplay = nullptr;
+  frm_.OnInsert = nullptr;
+  frm_.OnTakeTraffic = nullptr;
   frm_.OnLinkChanged = nullptr;
   frm_.OnChanged = nullptr;
   frm_.OnClosing = nullptr;
@@ -167,6 +171,8 @@ void MainWindow::FillMenus() {
   ui_->menuEdit->addActions(traffic_->CopyActions());
   ui_->menuFile->insertAction(ui_->actionReport, traffic_->SaveAction());
   AddMirrors(*this);
+  ui_->menuTest->addSeparator();
+  ui_->menuTest->addAction(ui_->actionCalculator);
   ui_->menuSend->insertAction(ui_->menuSend->actions().first(), ui_->actionCommand);
 }
 
@@ -227,6 +233,17 @@ void MainWindow::WireErrors() {
 
 void MainWindow::ShowTrafficLine(std::uint64_t line) {
   if (!traffic_->View().ShowLine(line)) frm_.Status().Say("what was sent then has left the display");
+}
+
+void MainWindow::WireCalculator() {
+  connect(ui_->actionCalculator, &QAction::triggered, this, [this] { frm_.Calculator().SetVisible(true); });
+  frm_.OnTakeTraffic = [this] { return traffic_->View().SelectedBytes(); };
+  auto* command = Part<QComboBox>(*this, "CBOSEND")->lineEdit();
+  frm_.OnInsert = [this, command](std::string_view text) {
+    command->deselect();  // what was sent last stays
+    command->insert(EditText(text));
+    frm_.controls.cycle.CBOSEND.SetText(BytesOf(command->text()));
+  };
 }
 
 // Alt+1 and so on: their names would use up the letters that the settings on them need.

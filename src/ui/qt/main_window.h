@@ -55,6 +55,7 @@ class MainWindow : public QMainWindow {
   void ShowTrafficLine(std::uint64_t line);
   void ShowLink();
   void WirePages();
+  void WireCalculator();
   void WireConfiguration();
   void RestoreValues();
   void KeepLayout();

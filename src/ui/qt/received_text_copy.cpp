@@ -20,6 +20,10 @@ QString ReceivedTextView::SelectedText() const {
   return Ring() == nullptr ? QString() : TextOf(quarlin::SelectedText(*Ring(), map_, selection_));
 }
 
+std::string ReceivedTextView::SelectedBytes() const {
+  return Ring() == nullptr ? std::string() : quarlin::SelectedBytes(*Ring(), map_, selection_);
+}
+
 void ReceivedTextView::SelectAll() {
   if (Ring() == nullptr) return;
   selection_.Start(WholeText(*Ring()));

@@ -104,6 +104,7 @@ class ReceivedTextView : public QAbstractScrollArea {
 
   // The selection as text: control characters as they are, line ends as "\n". Empty without one.
   QString SelectedText() const;
+  std::string SelectedBytes() const;  // bytes of the wire only
   bool HasSelection() const { return !selection_.Empty(); }
   void SelectAll();
   void Copy();

@@ -91,6 +91,17 @@ std::string SelectedText(const TextRing& ring, const RowMap& map, const TextSele
   return text;
 }
 
+std::string SelectedBytes(const TextRing& ring, const RowMap& map, const TextSelection& selection) {
+  std::string selected;
+  ForEachLine(ring, map, selection, [&](const TextLine& line, ByteRange bytes) {
+    const std::size_t end = std::min(bytes.end, line.text.size());
+    for (std::size_t byte = bytes.begin; byte < end; ++byte) {
+      if (IsOfWire(line.RunAt(byte).kind)) selected += line.text[byte];
+    }
+  });
+  return selected;
+}
+
 std::string SelectedHex(const TextRing& ring, const RowMap& map, const TextSelection& selection) {
   std::string text;
   ForEachLine(ring, map, selection, [&](const TextLine& line, ByteRange bytes) {

@@ -71,6 +71,9 @@ TextSpan WholeText(const TextRing& ring);
 // The selected text of the lines that are shown, joined by "\n", control characters as they are.
 std::string SelectedText(const TextRing& ring, const RowMap& map, const TextSelection& selection);
 
+// Its bytes as they are, of the wire alone as below.
+std::string SelectedBytes(const TextRing& ring, const RowMap& map, const TextSelection& selection);
+
 // Its bytes as pairs of hex digits, a row for a line. Bytes of the wire alone: neither lines of the program's
 // own nor what "Append Row" has put behind a string.
 std::string SelectedHex(const TextRing& ring, const RowMap& map, const TextSelection& selection);

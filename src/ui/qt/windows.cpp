@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "script/frm_command.h"
+#include "ui/qt/calculator_window.h"
 #include "ui/qt/command_window.h"
 #include "ui/qt/plot_window.h"
 #include "ui_script_list.h"
@@ -19,9 +20,10 @@ std::unique_ptr<FormWindow> MakeOfUi(Form& form) {
   return window;
 }
 
-template <typename Window>
+// `Kind` is the form's class where the window wants more than a form.
+template <typename Window, typename Kind = Form>
 std::unique_ptr<FormWindow> Make(Form& form) {
-  return std::make_unique<Window>(form);
+  return std::make_unique<Window>(static_cast<Kind&>(form));
 }
 
 }  // namespace
@@ -35,6 +37,7 @@ struct Windows::WindowRow {
 // One row a window.
 const Windows::WindowRow Windows::rows[] = {
     {"FrmCommand", &Make<CommandWindow>},
+    {"FrmCalculator", &Make<CalculatorWindow, FrmCalculator>, true},
     {"FrmScript", &MakeOfUi<Ui::ScriptList>},
     {"FrmPlot", &Make<PlotWindow>, true},
 };
