@@ -4,16 +4,17 @@
 
 #include <stdexcept>
 
-#include "base/numbers.h"
+#include "data/data_files.h"
 
 namespace quarlin {
 
-FrmPlot::FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record)
+FrmPlot::FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record, const ProgramFolder& folder)
     : Form("FrmPlot", "Plot"),
       controls(loop),
       loop_(loop),
       settings_(settings),
       record_(record),
+      folder_(folder),
       live_(record) {
   Collection().Add(controls);
   for (ComboBox* box : {&settings.cboCurveSource, &settings.cboCurveRule}) {
@@ -33,7 +34,7 @@ FrmPlot::FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record)
     if (showsLive_) OnCurves();
   };
   live_.OnPoints = [this] { LivePoints(); };
-  live_.OnTold = [this](std::string_view words) { OnTold(words); };
+  live_.OnTold = [this](std::string_view words) { Tell(words); };
   OnClose = [this] {
     SetVisible(false);
     FollowIfWanted();
@@ -82,13 +83,39 @@ void FrmPlot::ShowExchange(std::uint64_t number) {
   if (exchange != nullptr && exchange->displayLine) {
     OnLineWanted(*exchange->displayLine);
   } else {
-    OnTold("the record of the run no longer holds that exchange");
+    Tell("the record of the run no longer holds that exchange");
   }
 }
 
 void FrmPlot::ShowAnswerAt(double time) {
   if (!showsLive_) return;
   if (const ExchangeRecord* exchange = live_.ExchangeAt(time)) ShowExchange(exchange->number);
+}
+
+namespace {
+
+std::vector<double> ValuesOf(const Series& series) {
+  std::vector<double> values;
+  values.reserve(series.Size());
+  for (std::size_t i = 0; i < series.Size(); ++i) values.push_back(series.At(i).value);
+  return values;
+}
+
+}  // namespace
+
+void FrmPlot::WriteDataFiles() {
+  if (Shown().Empty()) return Tell("there are no numbers to write");
+  const auto& [raw, filtered, filter] = *Shown().Curves().front();
+  if (!filter) return Tell("choose a filter first: filter.dat holds what comes out of it");
+  const DataFilesOutcome outcome = quarlin::WriteDataFiles(folder_.Path(), ValuesOf(raw), ValuesOf(filtered));
+  Tell(outcome.error
+           ? fmt::format("{} was not written: {}", outcome.file.filename().string(), outcome.error.message())
+           : fmt::format("orig.dat and filter.dat were written to {}", folder_.Path().string()));
+}
+
+void FrmPlot::Tell(std::string_view words) {
+  controls.lblPlotTold.SetCaption(words);
+  OnTold(words);
 }
 
 std::optional<double> FrmPlot::Filtered() const {
@@ -108,6 +135,7 @@ void FrmPlot::TakeRules() {
 void FrmPlot::TakeFilter() {
   FilterChoice choice = ChosenFilter(settings_);
   controls.lblFilterTrouble.SetCaption(choice.objection ? choice.objection->sentence : "");
+  OnFilter();
   if (choice.objection) return;
   loaded_.SetFilter(choice);
   choice.bothWays = false;  // what comes next is not known yet

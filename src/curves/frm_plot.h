@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/hook.h"
+#include "base/program_folder.h"
 #include "controls/form.h"
 #include "curves/curve_controls.h"
 #include "curves/curve_rules.h"
@@ -25,12 +26,13 @@ struct PlotControls : ControlGroup {
   Label lblCurveTrouble{*this, "lblCurveTrouble"};    // why the rule makes no curve; empty: it does
   Label lblFilterTrouble{*this, "lblFilterTrouble"};  // the same of the filter
   Label lblPlotNote{*this, "lblPlotNote"};            // what is shown
+  Label lblPlotTold{*this, "lblPlotTold"};            // the answer to what the user did last
 };
 
 class FrmPlot : public Form {
  public:
-  // The settings and the record outlive it.
-  FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record);
+  // All outlive it; the folder is where orig.dat and filter.dat go.
+  FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record, const ProgramFolder& folder);
   ~FrmPlot() override;
 
   PlotControls controls;
@@ -53,12 +55,19 @@ class FrmPlot : public Form {
   // The view's: other curves or another filter in place of those before; points came at the end.
   Hook<void()> OnCurves;
   Hook<void()> OnPoints;
+  Hook<void()> OnFilter;  // the settings of the filter, which may not be usable
 
   // The user wants to see that exchange, or that of the answer at that time, in the traffic: OnLineWanted
   // gets its line. Nothing happens beside loaded numbers.
   void ShowExchange(std::uint64_t number);
   void ShowAnswerAt(double time);
   Hook<void(std::uint64_t displayLine)> OnLineWanted;
+
+  // Writes the first curve to orig.dat and, filtered, to filter.dat.
+  void WriteDataFiles();
+
+  // Says it here and in the main window.
+  void Tell(std::string_view words);
   Hook<void(std::string_view words)> OnTold;
 
   // The last live number behind the filter; nothing while there is no filter, or no number yet.
@@ -75,6 +84,7 @@ class FrmPlot : public Form {
   EventLoop& loop_;
   CurveControls& settings_;
   RunRecord& record_;
+  const ProgramFolder& folder_;
   LiveCurves live_;
   FilteredCurves loaded_;
   std::string source_;

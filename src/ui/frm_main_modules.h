@@ -62,7 +62,7 @@ struct FrmMain::Modules {
         errors({controls.test, controls.run, controls.counters, controls.link, controls.display, traffic,
                 exchange}),
         errorRows(around.loop.Clocks(), record, controls.display.txtric),
-        plot(around.loop, controls.curves, record),
+        plot(around.loop, controls.curves, record, around.folder),
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
                  expander, parser, conversion, exchange, traffic, status}),
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),

@@ -163,10 +163,7 @@ class MainWindowTest : public QObject {
         "smallerTextButton", "largerTextButton", "quickSendButton", "quickAddButton",   "quickTable",
         "quickRemoveButton", "quickUpButton",    "quickDownButton"};
     // Saved with a configuration, but without a use.
-    const std::set<QString> outOfSight = {
-        "txtConv_1",          "txtConv_3",      "txtConv_5",      "txtConv_7",       "cboFilter",
-        "txtFilterWidth",     "txtFilterAlpha", "txtFilterOrder", "txtFilterCutoff", "txtFilterRipple",
-        "txtFilterFrequency", "txtFilterQ",     "txtFilterRate",  "chkZeroPhase"};
+    const std::set<QString> outOfSight = {"txtConv_1", "txtConv_3", "txtConv_5", "txtConv_7"};
     for (const Control* control : rig.frm.Collection().All()) {
       if (control->Kind() == ControlKind::Timer) continue;
       const QString name = WidgetName(*control);

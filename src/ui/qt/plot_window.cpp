@@ -5,8 +5,12 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QToolButton>
+#include <cmath>
+#include <limits>
 #include <vector>
 
+#include "data/csv_writer.h"
+#include "ui/qt/filter_pane.h"
 #include "ui/qt/widget_text.h"
 #include "ui_plot_window.h"
 
@@ -30,12 +34,15 @@ PlotWindow::PlotWindow(Form& form)
       plot_(static_cast<FrmPlot&>(form)),
       load_(
           plot_.Loop(), [this](LoadedNumbers numbers) { plot_.ShowLoaded(std::move(numbers)); }, this),
-      ui_(std::make_unique<Ui::PlotWindow>()) {
+      ui_(std::make_unique<Ui::PlotWindow>()),
+      statistics_(new StatisticsPane),
+      filter_(new FilterPane) {
   ui_->setupUi(this);
   resize(1000, 620);
   FillTools();
   WireSource();
   WireCanvas();
+  WirePanes();
   Bind();
   plot_.OnCurves = [this] { ShowCurves(); };
   plot_.OnPoints = [this] { TakePoints(); };
@@ -46,6 +53,7 @@ PlotWindow::PlotWindow(Form& form)
 PlotWindow::~PlotWindow() {
   plot_.OnCurves = nullptr;
   plot_.OnPoints = nullptr;
+  plot_.OnFilter = nullptr;
 }
 
 void PlotWindow::FillTools() {
@@ -95,6 +103,36 @@ void PlotWindow::WireCanvas() {
   connect(ui_->actionExport, &QAction::triggered, this, &PlotWindow::Export);
 }
 
+void PlotWindow::WirePanes() {
+  ui_->panes->addTab(statistics_, tr("&Statistics"));
+  ui_->panes->addTab(filter_, tr("&Filter"));
+  statistics_->OnWanted = [this](int curve, bool betweenCursors) { return Stretch(curve, betweenCursors); };
+  connect(statistics_, &StatisticsPane::told, this,
+          [this](const QString& words) { plot_.Tell(BytesOf(words)); });
+  connect(ui_->canvas, &CurveCanvas::CursorsShown, statistics_, &StatisticsPane::SetCursors);
+  connect(ui_->canvas, &CurveCanvas::CursorsMoved, statistics_, &StatisticsPane::Refresh);
+  connect(filter_, &FilterPane::writeRequested, this, [this] { plot_.WriteDataFiles(); });
+  const auto showFilter = [this] {
+    const FilterChoice choice = plot_.Filter();
+    filter_->ShowFilter(choice.settings, choice.bothWays, choice.objection);
+  };
+  plot_.OnFilter = showFilter;
+  showFilter();
+}
+
+StatisticsPane::Stretch PlotWindow::Stretch(int curve, bool betweenCursors) const {
+  const auto& looks = ui_->canvas->Curves();
+  if (curve < 0 || curve >= static_cast<int>(looks.size())) return {};
+  const Series& series = *looks[static_cast<std::size_t>(curve)].series;
+  std::size_t begin = 0, end = series.Size();
+  if (betweenCursors) {
+    const Span cursors = ui_->canvas->CursorTimes();
+    begin = series.IndexAt(cursors.from);
+    end = series.IndexAt(std::nextafter(cursors.to, std::numeric_limits<double>::infinity()));
+  }
+  return {series.Points(begin, end), ShownText(series.unit), plot_.ShownByTime()};
+}
+
 void PlotWindow::ShowCurves() {
   ui_->actionLive->setChecked(plot_.ShowsLive());
   std::vector<CurveLook> looks;
@@ -103,9 +141,12 @@ void PlotWindow::ShowCurves() {
     const auto& [raw, filtered, filter] = *curves[i];
     const bool secondAxis = i > 0 && ui_->actionSecondAxis->isChecked();
     looks.push_back({&raw, TitleOf(raw, i), secondAxis, filter != nullptr, true});
-    if (filter)
-      looks.push_back({&filtered, tr("%1, filtered").arg(TitleOf(raw, i)), secondAxis, false, true});
+    if (!filter) continue;
+    looks.push_back({&filtered, tr("%1, filtered").arg(TitleOf(raw, i)), secondAxis, false, true});
   }
+  QStringList names;
+  for (const CurveLook& look : looks) names += look.title;
+  statistics_->SetCurves(names);
   ui_->canvas->SetCurves(std::move(looks));
   ui_->canvas->SetMarks({plot_.Marks().begin(), plot_.Marks().end()});
   marksTaken_ = plot_.MarksEver();
@@ -129,6 +170,7 @@ void PlotWindow::TakePoints() {
   TakeMarks();
   ShowTitles();
   ui_->canvas->Refresh();
+  statistics_->Refresh();
 }
 
 void PlotWindow::TakeMarks() {
@@ -140,7 +182,7 @@ void PlotWindow::TakeMarks() {
 
 void PlotWindow::CopyPicture() {
   QApplication::clipboard()->setImage(ui_->canvas->Picture());
-  plot_.OnTold("the picture of the plot is in the clipboard");
+  plot_.Tell("the picture of the plot is in the clipboard");
 }
 
 void PlotWindow::Export() {
@@ -151,8 +193,19 @@ void PlotWindow::Export() {
 }
 
 void PlotWindow::ExportTo(const QString& file) {
-  const auto trouble = ui_->canvas->ExportPicture(file);
-  plot_.OnTold(trouble ? BytesOf(*trouble) : "the plot was written: " + BytesOf(file));
+  const auto trouble = Written(file);
+  plot_.Tell(trouble ? BytesOf(*trouble) : "the plot was written: " + BytesOf(file));
+}
+
+// Numbers as a table, anything else as a picture. A sentence where it failed.
+std::optional<QString> PlotWindow::Written(const QString& file) {
+  if (QFileInfo(file).suffix().toLower() != "csv") return ui_->canvas->ExportPicture(file);
+  std::vector<const Series*> curves;
+  for (const CurveLook& look : ui_->canvas->Curves()) curves.push_back(look.series);
+  const auto error =
+      WriteCsv(QFile::encodeName(file).toStdString(), curves, plot_.ShownByTime() ? "Time (s)" : "Row");
+  if (!error) return std::nullopt;
+  return tr("%1 was not written: %2").arg(file, QString::fromStdString(error.message()));
 }
 
 }  // namespace quarlin

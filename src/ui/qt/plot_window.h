@@ -8,12 +8,15 @@
 #include "curves/frm_plot.h"
 #include "ui/qt/form_window.h"
 #include "ui/qt/load_dialog.h"
+#include "ui/qt/statistics_pane.h"
 
 namespace quarlin {
 
 namespace Ui {
 class PlotWindow;
 }
+
+class FilterPane;
 
 class PlotWindow : public FormWindow {
   Q_OBJECT
@@ -26,6 +29,8 @@ class PlotWindow : public FormWindow {
   void FillTools();
   void WireSource();
   void WireCanvas();
+  void WirePanes();
+  StatisticsPane::Stretch Stretch(int curve, bool betweenCursors) const;
   void ShowCurves();
   void ShowTitles();
   void TakePoints();
@@ -33,10 +38,13 @@ class PlotWindow : public FormWindow {
   void CopyPicture();
   void Export();
   void ExportTo(const QString& file);
+  std::optional<QString> Written(const QString& file);
 
   FrmPlot& plot_;
   LoadDialog load_;
   std::unique_ptr<Ui::PlotWindow> ui_;
+  StatisticsPane* statistics_;
+  FilterPane* filter_;
   std::uint64_t marksTaken_ = 0;
   QString axisTitle_;
 };
