@@ -2,11 +2,30 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <stdexcept>
 
 #include "data/data_files.h"
 
 namespace quarlin {
+
+namespace {
+
+std::vector<double> ValuesOf(const Series& series) {
+  std::vector<double> values;
+  values.reserve(series.Size());
+  for (std::size_t i = 0; i < series.Size(); ++i) values.push_back(series.At(i).value);
+  return values;
+}
+
+// The boxes of the filter, by FilterField.
+std::array<TextBox*, 8> FilterBoxes(CurveControls& settings) {
+  return {&settings.txtFilterWidth,  &settings.txtFilterAlpha,  &settings.txtFilterOrder,
+          &settings.txtFilterCutoff, &settings.txtFilterRipple, &settings.txtFilterFrequency,
+          &settings.txtFilterQ,      &settings.txtFilterRate};
+}
+
+}  // namespace
 
 FrmPlot::FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record, const ProgramFolder& folder)
     : Form("FrmPlot", "Plot"),
@@ -22,11 +41,7 @@ FrmPlot::FrmPlot(EventLoop& loop, CurveControls& settings, RunRecord& record, co
   }
   settings.txtCurveRule.Change = [this] { TakeRules(); };
   settings.cboFilter.Change = [this] { TakeFilter(); };
-  for (TextBox* box : {&settings.txtFilterWidth, &settings.txtFilterAlpha, &settings.txtFilterOrder,
-                       &settings.txtFilterCutoff, &settings.txtFilterRipple, &settings.txtFilterFrequency,
-                       &settings.txtFilterQ, &settings.txtFilterRate}) {
-    box->Change = [this] { TakeFilter(); };
-  }
+  for (TextBox* box : FilterBoxes(settings)) box->Change = [this] { TakeFilter(); };
   settings.chkZeroPhase.Click = [this] { TakeFilter(); };
   live_.OnBegan = [this] {
     ShowNote();
@@ -92,17 +107,6 @@ void FrmPlot::ShowAnswerAt(double time) {
   if (const ExchangeRecord* exchange = live_.ExchangeAt(time)) ShowExchange(exchange->number);
 }
 
-namespace {
-
-std::vector<double> ValuesOf(const Series& series) {
-  std::vector<double> values;
-  values.reserve(series.Size());
-  for (std::size_t i = 0; i < series.Size(); ++i) values.push_back(series.At(i).value);
-  return values;
-}
-
-}  // namespace
-
 void FrmPlot::WriteDataFiles() {
   if (Shown().Empty()) return Tell("there are no numbers to write");
   const auto& [raw, filtered, filter] = *Shown().Curves().front();
@@ -135,6 +139,8 @@ void FrmPlot::TakeRules() {
 void FrmPlot::TakeFilter() {
   FilterChoice choice = ChosenFilter(settings_);
   controls.lblFilterTrouble.SetCaption(choice.objection ? choice.objection->sentence : "");
+  controls.lblFilterTrouble.SetVisible(choice.objection.has_value());
+  ShowFilterBoxes(choice.settings.kind);
   OnFilter();
   if (choice.objection) return;
   loaded_.SetFilter(choice);
@@ -143,6 +149,15 @@ void FrmPlot::TakeFilter() {
   FollowIfWanted();
   ShowFiltered();
   OnCurves();
+}
+
+// Only what the kind reads.
+void FrmPlot::ShowFilterBoxes(FilterKind kind) {
+  const auto boxes = FilterBoxes(settings_);
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    boxes[i]->SetVisible(Reads(kind, static_cast<FilterField>(i)));
+  }
+  settings_.chkZeroPhase.SetVisible(kind != FilterKind::None);
 }
 
 void FrmPlot::FollowIfWanted() {

@@ -76,6 +76,7 @@ class FrmPlot : public Form {
  private:
   void TakeRules();
   void TakeFilter();
+  void ShowFilterBoxes(FilterKind kind);
   void FollowIfWanted();
   void LivePoints();
   void ShowNote();

@@ -4,6 +4,8 @@
 #include <QClipboard>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QToolButton>
 #include <cmath>
 #include <limits>
@@ -25,6 +27,17 @@ QString TitleOf(const Series& series, std::size_t place) {
 QString AxisTitleOf(const Series& series, std::size_t place) {
   const QString title = TitleOf(series, place);
   return series.unit.empty() ? title : title + " (" + ShownText(series.unit) + ")";
+}
+
+// A pane does not make the window higher than the screen is.
+QScrollArea* Scrolled(QWidget* pane) {
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setWidget(pane);
+  area->setMinimumWidth(pane->minimumSizeHint().width() + area->verticalScrollBar()->sizeHint().width());
+  return area;
 }
 
 }  // namespace
@@ -104,8 +117,8 @@ void PlotWindow::WireCanvas() {
 }
 
 void PlotWindow::WirePanes() {
-  ui_->panes->addTab(statistics_, tr("&Statistics"));
-  ui_->panes->addTab(filter_, tr("&Filter"));
+  ui_->panes->addTab(Scrolled(statistics_), tr("&Statistics"));
+  ui_->panes->addTab(Scrolled(filter_), tr("&Filter"));
   statistics_->OnWanted = [this](int curve, bool betweenCursors) { return Stretch(curve, betweenCursors); };
   connect(statistics_, &StatisticsPane::told, this,
           [this](const QString& words) { plot_.Tell(BytesOf(words)); });
