@@ -66,6 +66,11 @@ void FrmPlot::Open() {
   ShowNote();
 }
 
+void FrmPlot::OpenNumbers() {
+  Open();
+  OnOpenNumbers();
+}
+
 void FrmPlot::ShowLive() {
   showsLive_ = true;
   ShowNote();

@@ -41,6 +41,10 @@ class FrmPlot : public Form {
   // Shows the window, with the numbers of the running test, as long as nothing was loaded.
   void Open();
 
+  // The same, and the user chooses a file with numbers.
+  void OpenNumbers();
+  Hook<void()> OnOpenNumbers;  // the view's
+
   // What is shown: the running test, or what was loaded last; `source` says where that came from.
   bool ShowsLive() const { return showsLive_; }
   void ShowLive();

@@ -319,6 +319,7 @@ void MainWindow::KeepLayout() {
 void MainWindow::WirePlot() {
   FrmPlot& plot = frm_.Plot();
   connect(ui_->actionPlot, &QAction::triggered, this, [&plot] { plot.Open(); });
+  connect(ui_->actionOpenNumbers, &QAction::triggered, this, [&plot] { plot.OpenNumbers(); });
   plot.OnLineWanted = [this](std::uint64_t line) { ShowTrafficLine(line); };
 }
 

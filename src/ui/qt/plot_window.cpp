@@ -67,6 +67,7 @@ PlotWindow::~PlotWindow() {
   plot_.OnCurves = nullptr;
   plot_.OnPoints = nullptr;
   plot_.OnFilter = nullptr;
+  plot_.OnOpenNumbers = nullptr;
 }
 
 void PlotWindow::FillTools() {
@@ -88,6 +89,7 @@ void PlotWindow::FillTools() {
 
 void PlotWindow::WireSource() {
   connect(ui_->actionLive, &QAction::triggered, this, [this] { plot_.ShowLive(); });
+  plot_.OnOpenNumbers = [this] { load_.ChooseFile(); };
   connect(ui_->actionOpen, &QAction::triggered, &load_, &LoadDialog::ChooseFile);
   connect(ui_->actionPaste, &QAction::triggered, &load_, &LoadDialog::TakeClipboard);
 }
