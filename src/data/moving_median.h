@@ -26,7 +26,7 @@ class MovingMedian : public StartedFilter {
     int age;  // its place in nodeOf_
   };
 
-  Node& At(int node) { return nodes_[static_cast<std::size_t>(half_ + node)]; }
+  Node& At(int node) { return nodes_.data()[half_ + node]; }
   bool InOrder(int inner, int outer);
   void Swap(int one, int other);
   int MoveIn(int node);  // where its value stands then

@@ -14,12 +14,14 @@ namespace {
 
 std::vector<Point> PointsOf(const std::vector<double>& values) {
   std::vector<Point> points;
+  points.reserve(values.size());
   for (const double value : values) points.push_back({static_cast<double>(points.size()), value});
   return points;
 }
 
 TEST(Statistics, ADeviationOf1OnAnOffsetOf1e9) {
   std::vector<double> values;
+  values.reserve(1'000'000);
   for (int i = 0; i < 1'000'000; ++i)
     values.push_back(1e9 + (i % 2 == 0 ? 1 : -1) + (i % 100 == 50 ? 0.5 : 0));
   const Statistics statistics = Describe(PointsOf(values));
@@ -49,6 +51,7 @@ TEST(Statistics, FindsWhereAStepHasSettled) {
   std::mt19937 chance(1);
   std::normal_distribution<double> noise(0, 0.01);
   std::vector<double> values;
+  values.reserve(1000);
   for (int i = 0; i < 1000; ++i)
     values.push_back((i < 100 ? 0 : 10 - 10 * std::exp((100 - i) / 20.0)) + noise(chance));
   values[400] = gapValue;
@@ -93,6 +96,7 @@ TEST(Histogram, EveryValueHasAClass) {
 TEST(Spectrum, ASineShowsItsFrequencyAndItsAmplitude) {
   for (const double frequency : {12.5, 12.7, 20.0, 41.3}) {
     std::vector<double> values;
+    values.reserve(1000);
     for (int i = 0; i < 1000; ++i) {
       values.push_back(1e6 + 3 * std::cos(2 * std::numbers::pi * frequency * i / 100));
     }
