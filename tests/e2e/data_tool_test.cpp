@@ -119,6 +119,29 @@ TEST_F(DataTool, NamesTheFirstTenRowsWithoutANumber) {
   EXPECT_NE(errors.find("quarlin-data: 12 rows without a number left out\n"), std::string::npos) << errors;
 }
 
+TEST_F(DataTool, DrawsRawAndFilteredWithoutADisplay) {
+  const std::map<std::string, std::string> bare{
+      {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}, {"XDG_RUNTIME_DIR", ""}};
+  const auto picture = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), {"plot", "-o", folder / "run.svg"});
+    Expect({"1 kg\n2 kg\n2 kg\n", more, 0, "", ""}, bare);
+    return ReadWholeFile(folder / "run.svg").value_or("");
+  };
+  const std::string raw = picture({});
+  const std::string both = picture({"--kind", "moving-average", "--width", "2"});
+  for (const std::string& svg : {raw, both}) {
+    EXPECT_NE(svg.find("<svg"), std::string::npos);
+    EXPECT_NE(svg.find("</svg>"), std::string::npos);
+  }
+  EXPECT_GT(both.size(), raw.size());
+  Expect({"1\n",
+          {"plot", "-o", folder / "none/run.png"},
+          2,
+          "",
+          "quarlin-data: " + (folder / "none/run.png").string() + ": No such file or directory\n"},
+         bare);
+}
+
 TEST_F(DataTool, WrongUseAndBadFilesAreStatusTwoAndOneLine) {
   const std::vector<std::string> median{"filter", "--kind", "median", "--width"};
   const std::vector<std::string> lowPass{"filter", "--kind", "butterworth", "--rate", "100", "--order"};
