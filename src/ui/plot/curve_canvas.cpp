@@ -13,8 +13,10 @@ namespace quarlin {
 
 namespace {
 
-constexpr qint64 interval = 33;  // ms between two frames
-constexpr int restTime = 150;    // ms
+constexpr qint64 interval = 33;        // ms between two frames
+constexpr qint64 steadyInterval = 66;  // once points have come for a second, and nobody looks around
+constexpr int framesOfASecond = 30;
+constexpr int restTime = 150;  // ms
 
 QLabel* MakeTable(QWidget* parent) {
   auto* table = new QLabel(parent);
@@ -181,7 +183,9 @@ void CurveCanvas::Parts::DrawFrame() {
   drawnView = viewport.View();
   dressed = true;
   if (Cursors().shown) ShowCursorTable();
-  pause = std::max(interval - cost.elapsed(), 4 * cost.elapsed());
+  framesUntouched = std::min(framesUntouched + 1, framesOfASecond);
+  const qint64 wanted = framesUntouched < framesOfASecond ? interval : steadyInterval;
+  pause = std::max(wanted - cost.elapsed(), 4 * cost.elapsed());
   sinceFrame.start();
 }
 

@@ -33,6 +33,7 @@ struct CurveCanvas::Parts {
   void LookOn(Action action) {
     const bool followed = viewport.Following();
     action();
+    framesUntouched = 0;
     if (viewport.Following() != followed) emit widget.FollowChanged(!followed);
     RequestFrame();
   }
@@ -79,6 +80,7 @@ struct CurveCanvas::Parts {
 
   QBasicTimer frame;
   QElapsedTimer sinceFrame;
+  int framesUntouched = 0;    // since the user last looked around
   qint64 pause = 0;           // ms to leave the window alone after a frame
   std::optional<Span> drawn;  // the times of all points at the last frame
   PlotView drawnView;

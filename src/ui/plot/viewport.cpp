@@ -84,7 +84,8 @@ void Viewport::Zoom(double factor, ZoomAxes axes, double time, double height) {
     state_.all = false;
     state_.following = state_.following && LastPointInSight();
   }
-  if (axes != ZoomAxes::Time) {
+  const bool kept = axes == ZoomAxes::Both && state_.following && state_.values;
+  if (axes != ZoomAxes::Time && !kept) {
     view.values = Zoomed(view.values, At(view.values, height), factor);
     view.secondValues = Zoomed(view.secondValues, At(view.secondValues, height), factor);
     state_.values = false;

@@ -29,7 +29,8 @@ class Viewport {
   void Fit();
 
   // `time` and `height` say where, as shares of what is in sight: 0 left or bottom, 1 right or top. Following
-  // ends where the last point leaves the sight.
+  // ends where the last point leaves the sight; while it goes on, `Both` leaves values to it that it keeps in
+  // sight.
   void Zoom(double factor, ZoomAxes axes, double time, double height);
   // The part of what is in sight between these shares.
   void ZoomTo(Span time, Span height);
