@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QFileInfo>
+#include <QFontInfo>
 #include <QPdfWriter>
 #include <QSaveFile>
 #include <QSvgGenerator>
@@ -53,6 +54,13 @@ QByteArray Png(PlotSurface& plot, QSize size) {
   return file.data();
 }
 
+// Where the picture is opened, the window's font may be unknown.
+QByteArray WithFontForAll(QByteArray svg, const QFont& font) {
+  const QString attribute = "font-family=\"%1\"";
+  return svg.replace(attribute.arg(font.family()).toUtf8(),
+                     attribute.arg("'" + QFontInfo(font).family() + "', sans-serif").toUtf8());
+}
+
 QByteArray Svg(PlotSurface& plot, QSize size) {
   QBuffer file;
   QSvgGenerator generator;
@@ -60,8 +68,10 @@ QByteArray Svg(PlotSurface& plot, QSize size) {
   generator.setSize(size);
   generator.setViewBox(QRect(QPoint(0, 0), size));
   generator.setResolution(dotsPerInch);
+  generator.setTitle(plot.windowTitle());
+  generator.setDescription({});
   PaintInto(plot, generator, size);
-  return file.data();
+  return WithFontForAll(file.data(), plot.font());
 }
 
 QByteArray Pdf(PlotSurface& plot, QSize size) {

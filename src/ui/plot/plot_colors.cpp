@@ -74,7 +74,7 @@ QColor PlotColors::Curve(int place) const {
 }
 
 QColor PlotColors::PaleCurve(int place) const {
-  return Blend(Curve(place), background, 0.52);
+  return Blend(Curve(place), background, 0.6);
 }
 
 QPen CurvePen(const QColor& color, int place, double width) {

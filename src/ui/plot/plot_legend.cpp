@@ -36,9 +36,15 @@ std::vector<PlotLegend::Place> PlotLegend::PlacesIn(int width) const {
   return places;
 }
 
+// In a small plot only the first rows, so that the curves keep most of it.
 int PlotLegend::HeightFor(int width) const {
-  const auto places = PlacesIn(width - mMargins.left() - mMargins.right());
-  return places.empty() ? 0 : places.back().rect.bottom() + 1 + mMargins.top() + mMargins.bottom();
+  constexpr int share = 5;
+  const int most = parentPlot()->viewport().height() / share;
+  const int margins = mMargins.top() + mMargins.bottom();
+  int height = 0;
+  for (const Place& place : PlacesIn(width - mMargins.left() - mMargins.right()))
+    if (height == 0 || place.rect.bottom() + 1 + margins <= most) height = place.rect.bottom() + 1 + margins;
+  return height;
 }
 
 QSize PlotLegend::maximumOuterSizeHint() const {
@@ -50,6 +56,7 @@ void PlotLegend::draw(QCPPainter* painter) {
   const std::vector<Place> places = PlacesIn(rect().width());
   for (std::size_t i = 0; i < places.size(); ++i) {
     const QRect place = places[i].rect.translated(rect().topLeft());
+    if (place.top() > rect().bottom()) break;
     DrawSample(painter, entries_[i], place);
     painter->setPen(text_);
     painter->drawText(place.adjusted(sampleWidth + gap, 0, 1, 0), Qt::AlignLeft | Qt::AlignVCenter,

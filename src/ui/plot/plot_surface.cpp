@@ -59,6 +59,7 @@ PlotSurface::PlotSurface(const CurveSet& curves, const MarkList& marks, QWidget*
       legend_(new PlotLegend(this)),
       ticks_(new MarkTicks(this, marks)),
       overlay_(new PlotOverlay(this)) {
+  setWindowTitle(tr("Plot"));
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setFocusPolicy(Qt::NoFocus);
   setInteractions(QCP::iNone);
@@ -93,6 +94,7 @@ void PlotSurface::SetColors(const PlotColors& colors) {
 
 void PlotSurface::SetTitle(const QString& title) {
   if (title.isEmpty()) return;
+  setWindowTitle(title);
   QFont bold = font();
   bold.setBold(true);
   title_ = new QCPTextElement(this, title, bold);
