@@ -22,12 +22,12 @@ class OnPaper {
       : plot_(plot), view_(view), colors_(plot.Colors()), focused_(plot.Overlay().focused) {
     plot.Overlay().focused = false;
     plot.ShowView(view);
-    plot.SetDensity(density);
+    plot.SetOnPaper(true);
     plot.SetColors(PlotColors::ForPaper());
   }
   ~OnPaper() {
     plot_.Overlay().focused = focused_;
-    plot_.SetDensity(0);
+    plot_.SetOnPaper(false);
     plot_.SetColors(colors_);
     plot_.Draw(view_);
   }

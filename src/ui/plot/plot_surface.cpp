@@ -14,8 +14,9 @@ constexpr double thick = 1.6;
 constexpr double thin = 1.0;
 constexpr double pointSize = 5;
 
-// A line that goes up and down by more pixels than this for each one to the right is drawn one pixel wide and
-// with plain edges: it fills its columns anyhow, and smooth edges would cost several times as much.
+constexpr double paperDensity = 2;
+
+// A line that goes up and down by more pixels than this for each one to the right is drawn rough.
 constexpr double roughness = 8;
 
 using GraphData = QVector<QCPGraphData>;
@@ -129,7 +130,7 @@ void PlotSurface::ReplaceCurves() {
   int color = 0;
   for (const CurveLook& look : looks) {
     QCPAxis* values = look.secondAxis ? yAxis2 : yAxis;
-    lines_.push_back({addGraph(xAxis, values), addGraph(xAxis, values), color});
+    lines_.push_back({new CurveGraph(xAxis, values), new CurveGraph(xAxis, values), color});
     if (look.thin) lines_.back().curve->setLayer(paleLayer);
     if (!look.thin) ++color;
   }
@@ -146,8 +147,7 @@ void PlotSurface::DressLines() {
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     const QPen pen = PenOf(lines_[i], curves_.Looks()[i]);
     const QCPScatterStyle disc(QCPScatterStyle::ssDisc, pen.color(), pen.color(), pointSize);
-    for (QCPGraph* graph : {lines_[i].curve, lines_[i].lonePoints}) {
-      graph->setAdaptiveSampling(false);
+    for (CurveGraph* graph : {lines_[i].curve, lines_[i].lonePoints}) {
       graph->setPen(pen);
       graph->setScatterStyle(disc);
     }
@@ -197,17 +197,21 @@ void PlotSurface::Fill() {
 }
 
 void PlotSurface::FillLine(const Line& line, const CurveLook& look) {
-  const double density = density_ > 0 ? density_ : devicePixelRatioF();
-  const int columns = std::max(1, static_cast<int>(Area().width() * density));
-  const std::vector<Point> points =
-      curves_.Drawn(look, {xAxis->range().lower, xAxis->range().upper}, columns);
-  GraphData drawn;
-  drawn.reserve(static_cast<qsizetype>(points.size()));
-  for (const Point& point : points) drawn.push_back({point.time, point.value});
-  line.curve->data()->set(drawn, true);
-  const bool rough = Height(points) * PixelsPerValue(*line.curve->valueAxis()) > roughness * Area().width();
-  line.curve->setAntialiased(!rough);
-  line.curve->setPen(rough ? QPen(PenOf(line, look).color(), 1) : PenOf(line, look));
+  const Span time{xAxis->range().lower, xAxis->range().upper};
+  const double density = onPaper_ ? paperDensity : devicePixelRatioF();
+  const auto drawn = [&](double columnsPerPixel) {
+    return curves_.Drawn(look, time, std::max(1, static_cast<int>(Area().width() * columnsPerPixel)));
+  };
+  std::vector<Point> points = drawn(1);
+  const bool rough =
+      !onPaper_ && Height(points) * PixelsPerValue(*line.curve->valueAxis()) > roughness * Area().width();
+  if (!rough && density > 1) points = drawn(density);
+  line.curve->SetRough(rough);
+
+  GraphData graph;
+  graph.reserve(static_cast<qsizetype>(points.size()));
+  for (const Point& point : points) graph.push_back({point.time, point.value});
+  line.curve->data()->set(graph, true);
   line.lonePoints->data()->set(LonePoints(points, PixelTime()), true);
   line.lonePoints->setVisible(lineDrawn_ && !points_);
 }

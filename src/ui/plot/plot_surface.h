@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ui/plot/axis_tickers.h"
+#include "ui/plot/curve_graph.h"
 #include "ui/plot/curve_set.h"
 #include "ui/plot/mark_list.h"
 #include "ui/plot/mark_ticks.h"
@@ -26,8 +27,8 @@ class PlotSurface : public QCustomPlot {
   void SetTimes(PlotTimes times);
   void SetStyle(bool points, bool lines);
 
-  // A pixel of the drawing has so many of the device.
-  void SetDensity(double density) { density_ = density; }
+  // Drawn as finely as it can be, whatever it costs.
+  void SetOnPaper(bool on) { onPaper_ = on; }
 
   // The curves are others, or look otherwise.
   void ReplaceCurves();
@@ -48,9 +49,9 @@ class PlotSurface : public QCustomPlot {
 
  private:
   struct Line {
-    QCPGraph* curve;
-    QCPGraph* lonePoints;  // between two gaps, where a line would show nothing
-    int color;             // place of its colour
+    CurveGraph* curve;
+    CurveGraph* lonePoints;  // between two gaps, where a line would show nothing
+    int color;               // place of its colour
   };
 
   void DressLines();
@@ -74,7 +75,7 @@ class PlotSurface : public QCustomPlot {
   PlotTimes times_ = PlotTimes::Seconds;
   bool points_ = false;
   bool lineDrawn_ = true;
-  double density_ = 0;  // 0: that of the screen
+  bool onPaper_ = false;
 };
 
 }  // namespace quarlin
