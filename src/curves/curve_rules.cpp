@@ -2,37 +2,15 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
 
 #include "base/numbers.h"
-#include "base/text.h"
+#include "data/rule_text.h"
 
 namespace quarlin {
 namespace {
-
-constexpr double mostPlaces = 1000;
-
-std::vector<NumberRule> PlaceRules(NumberRule::Kind kind, std::string_view places) {
-  std::vector<NumberRule> rules;
-  while (true) {
-    const std::size_t comma = places.find_first_of(",;");
-    const std::string_view one = places.substr(0, comma);
-    const auto place = NumberOf(one);
-    if (!place || *place < 1 || *place > mostPlaces || *place != std::floor(*place)) {
-      throw std::invalid_argument(
-          fmt::format("\"{}\" is no place: 1 is the first number or column; commas part several", one));
-    }
-    rules.push_back({kind, static_cast<int>(*place), {}, {}});
-    if (comma == std::string_view::npos) return rules;
-    if (rules.size() == mostLiveCurves) {
-      throw std::invalid_argument(fmt::format("at most {} curves at once", mostLiveCurves));
-    }
-    places.remove_prefix(comma + 1);
-  }
-}
 
 // A text box's number; what is none makes an objection.
 double NumberIn(const TextBox& box) {
@@ -51,11 +29,11 @@ std::vector<NumberRule> LiveRules(const CurveControls& controls) {
   const std::string& text = controls.txtCurveRule.Text();
   switch (controls.cboCurveRule.ListIndex()) {
     case 0:
-      return PlaceRules(NumberRule::Kind::Nth, text);
+      return RulesIn(NumberRule::Kind::Nth, text);
     case 1:
-      return PlaceRules(NumberRule::Kind::Column, text);
+      return RulesIn(NumberRule::Kind::Column, text);
     case 2:
-      return {NumberRule{NumberRule::Kind::Group, 1, text, {}}};
+      return RulesIn(NumberRule::Kind::Group, text);
     default:
       throw std::invalid_argument(fmt::format("\"{}\" is no rule", controls.cboCurveRule.Text()));
   }

@@ -12,9 +12,8 @@
 
 namespace quarlin {
 
-// The rules that `cboCurveRule` and `txtCurveRule` say, at most `mostLiveCurves`, a curve each. Throws
-// std::invalid_argument with a sentence for the user.
-inline constexpr std::size_t mostLiveCurves = 8;
+// The rules that `cboCurveRule` and `txtCurveRule` say, a curve each; at most TableSettings::mostRules.
+// Throws std::invalid_argument with a sentence for the user.
 std::vector<NumberRule> LiveRules(const CurveControls& controls);
 
 // The filter as it is set; either `objection` or `settings` holds.

@@ -111,6 +111,10 @@ std::string Loading::Summary() const {
                             ? fmt::format("no number in the {} of {}", rows, source_->Name())
                             : fmt::format("{} in {}", Counted(reader_.Numbers(), "number", "numbers"), rows);
   summary += BadRowsText();
+  if (const auto& change = reader_.FirstUnitChange()) {
+    summary +=
+        fmt::format("; the unit changes from {} to {} in line {}", change->from, change->to, change->line);
+  }
   if (reader_.CutLines() > 0) {
     summary +=
         fmt::format("; {} read up to 64 KiB only", Counted(reader_.CutLines(), "line was", "lines were"));

@@ -27,8 +27,8 @@ class Series {
 
   explicit Series(std::string seriesName = {}) : name(std::move(seriesName)) {}
 
-  std::string name;
-  std::string unit;  // as it stood behind the numbers; empty: none
+  std::string name;  // UTF-8
+  std::string unit;  // as it stood behind the numbers, in UTF-8 or a byte a character; empty: none
 
   // A time before that of the last point is taken as that one's: curves run to the right; so is one that is
   // not finite. A value that is not finite is a gap. True at the first point for which an old one had to

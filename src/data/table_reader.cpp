@@ -61,6 +61,10 @@ std::string MissingNumber(const NumberRule& rule) {
   return rule.place == 1 ? "no number" : fmt::format("no number {}", rule.place);
 }
 
+std::string AsUtf8(std::string_view text) {
+  return IsUtf8(text) ? std::string(text) : Utf8FromBytes(text);
+}
+
 // What of a line is looked at: all of it, or what a log has behind its mark.
 struct Content {
   std::string_view text;
@@ -92,15 +96,16 @@ struct TableReader::Parts {
   void LookAt(std::string_view text);
   void ReadSample();
   void Name(std::span<const std::string> rows);
-  void Read(const LineSplitter::Line& line);
-  void ReadRow(const LineSplitter::Line& line, const Content& content);
+  void Read(const LineSplitter::Line& next);
+  void ReadRow(const LineSplitter::Line& row, const Content& content);
   double ReadTime(const Content& content);
   std::optional<RowTime> TimeOf(const Content& content) const;
   std::optional<RowTime> TimeInColumn(std::string_view text) const;
   void ReadValues(std::string_view text);
   double ValueOf(std::size_t curve, std::string_view text);
+  void TakeUnit(std::size_t curve, std::string_view found);
   void Miss(std::string why);
-  void Tell(const LineSplitter::Line& line, double time);
+  void Tell(const LineSplitter::Line& row, double time);
 
   TableSettings settings;
   std::vector<NumberReader> readers;
@@ -113,7 +118,7 @@ struct TableReader::Parts {
   char separator = ';';
   bool headed = false;  // the header is still to come
 
-  LineSplitter lines{[this](const LineSplitter::Line& line) { Read(line); }};
+  LineSplitter lines{[this](const LineSplitter::Line& next) { Read(next); }};
   ContentOf contentOf;
   RowClock clock;
   double lastTime = -std::numeric_limits<double>::infinity();
@@ -121,11 +126,13 @@ struct TableReader::Parts {
   std::vector<double> values;  // of the row that is read
   std::string reason;          // why one is missing
 
+  std::uint64_t line = 0;  // that is read
   std::uint64_t rows = 0;
   std::uint64_t numbers = 0;
   std::uint64_t badRows = 0;
   std::uint64_t cutLines = 0;
   std::vector<BadRow> firstBadRows;
+  std::optional<UnitChange> unitChange;
 };
 
 TableReader::Parts::Parts(TableSettings tableSettings) : settings(std::move(tableSettings)) {
@@ -141,8 +148,8 @@ TableReader::Parts::Parts(TableSettings tableSettings) : settings(std::move(tabl
 void TableReader::Parts::LookAt(std::string_view text) {
   std::vector<std::string> first;
   bool logged = false;
-  LineSplitter splitter([&](const LineSplitter::Line& line) {
-    if (const auto content = contentOf(line.text)) {
+  LineSplitter splitter([&](const LineSplitter::Line& next) {
+    if (const auto content = contentOf(next.text)) {
       logged = logged || !content->loggedAt.empty();
       first.emplace_back(content->text);
     }
@@ -164,8 +171,8 @@ void TableReader::Parts::LookAt(std::string_view text) {
 void TableReader::Parts::Name(std::span<const std::string> first) {
   for (std::size_t i = 0; i < curves.size(); ++i) {
     CurveHead head = HeadFor(settings.rules[i], first, separator);
-    if (settings.rules[i].name.empty() && !head.name.empty()) curves[i].name = std::move(head.name);
-    curves[i].unit = std::move(head.unit);
+    if (settings.rules[i].name.empty() && !head.name.empty()) curves[i].name = AsUtf8(head.name);
+    curves[i].unit = AsUtf8(head.unit);
   }
 }
 
@@ -180,16 +187,17 @@ void TableReader::Parts::ReadSample() {
   lines.Take(content);
 }
 
-void TableReader::Parts::Read(const LineSplitter::Line& line) {
-  if (line.cut) ++cutLines;
-  const auto content = contentOf(line.cut ? WithoutHalfNumber(line.text) : line.text);
+void TableReader::Parts::Read(const LineSplitter::Line& next) {
+  if (next.cut) ++cutLines;
+  const auto content = contentOf(next.cut ? WithoutHalfNumber(next.text) : next.text);
   if (!content) return;
   if (std::exchange(headed, false)) return;
-  ReadRow(line, *content);
+  ReadRow(next, *content);
 }
 
-void TableReader::Parts::ReadRow(const LineSplitter::Line& line, const Content& content) {
+void TableReader::Parts::ReadRow(const LineSplitter::Line& row, const Content& content) {
   reason.clear();
+  line = row.number;
   const double time = ReadTime(content);
   ++rows;
   if (std::isnan(time)) {
@@ -198,7 +206,7 @@ void TableReader::Parts::ReadRow(const LineSplitter::Line& line, const Content& 
     ReadValues(content.text);
   }
   for (std::size_t i = 0; i < curves.size(); ++i) curves[i].Append({time, values[i]});
-  Tell(line, time);
+  Tell(row, time);
 }
 
 // NaN where the row has no time that comes behind that of the row above.
@@ -245,24 +253,34 @@ double TableReader::Parts::ValueOf(std::size_t curve, std::string_view text) {
     Miss("its point or comma may be a decimal sign or one for thousands");
   } else {
     ++numbers;
-    std::string& unit = curves[curve].unit;
-    if (unit.empty() && number->unit.size() <= longestUnit) unit = number->unit;
+    TakeUnit(curve, number->unit);
   }
   return value.value_or(gapValue);
+}
+
+void TableReader::Parts::TakeUnit(std::size_t curve, std::string_view found) {
+  std::string& unit = curves[curve].unit;
+  if (found == unit || found.empty() || found.size() > longestUnit || unitChange) return;
+  const std::string other = AsUtf8(found);
+  if (unit.empty()) {
+    unit = other;
+  } else if (other != unit) {
+    unitChange = {line, unit, other};
+  }
 }
 
 void TableReader::Parts::Miss(std::string why) {
   if (reason.empty()) reason = std::move(why);
 }
 
-void TableReader::Parts::Tell(const LineSplitter::Line& line, double time) {
+void TableReader::Parts::Tell(const LineSplitter::Line& row, double time) {
   if (!reason.empty()) {
     ++badRows;
     if (firstBadRows.size() < namedBadRows) {
-      firstBadRows.push_back({line.number, CodedText(line.text, namedText), reason});
+      firstBadRows.push_back({row.number, CodedText(row.text, namedText), reason});
     }
   }
-  if (follower) follower({line.number, line.text, time, values, reason});
+  if (follower) follower({row.number, row.text, time, values, reason});
 }
 
 TableReader::TableReader(TableSettings settings) : parts_(std::make_unique<Parts>(std::move(settings))) {}
@@ -312,6 +330,10 @@ std::uint64_t TableReader::BadRows() const {
 
 const std::vector<BadRow>& TableReader::FirstBadRows() const {
   return parts_->firstBadRows;
+}
+
+const std::optional<UnitChange>& TableReader::FirstUnitChange() const {
+  return parts_->unitChange;
 }
 
 std::uint64_t TableReader::CutLines() const {

@@ -45,6 +45,14 @@ struct BadRow {
   std::string reason;  // "no number", "no number in column 3"
 };
 
+// The first row with another unit than those above: where an instrument changed from kg to g, a curve makes a
+// jump that was none.
+struct UnitChange {
+  std::uint64_t line;
+  std::string from;
+  std::string to;
+};
+
 // A row as it was read, for a preview.
 struct TableRow {
   std::uint64_t line;
@@ -70,16 +78,18 @@ class TableReader {
   void Take(std::string_view piece);
   void Finish();
 
-  // A bad row is a gap in its curves. A series whose oldest points had to leave tells so by Dropped().
+  // A bad row is a gap in its curves. Names and units are UTF-8. A series whose oldest points had to leave
+  // tells so by Dropped().
   const std::vector<Series>& Curves() const;
   std::vector<Series> TakeCurves();
   std::uint64_t Rows() const;                       // lines that are neither empty nor the header
   std::uint64_t Numbers() const;                    // of all curves
   std::uint64_t BadRows() const;                    // a gap in at least one curve
   const std::vector<BadRow>& FirstBadRows() const;  // the first ten
-  std::uint64_t CutLines() const;                   // those beyond 64 KiB
-  bool LooksBinary() const;                         // bytes 0 in the first 64 KiB: nothing is read
-  char Separator() const;                           // as set or found
+  const std::optional<UnitChange>& FirstUnitChange() const;
+  std::uint64_t CutLines() const;  // those beyond 64 KiB
+  bool LooksBinary() const;        // bytes 0 in the first 64 KiB: nothing is read
+  char Separator() const;          // as set or found
 
  private:
   struct Parts;

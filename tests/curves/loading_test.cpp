@@ -47,6 +47,7 @@ TEST_F(LoadingTest, SaysWhatWasReadAndWhatWasNot) {
        "1 number in 2 rows; 1 row lacks one: line 2 \"12,502\" (its point or comma may be a decimal "
        "sign or one for thousands)"},
       {"abc", "no number in the 1 row of the text; 1 row lacks one: line 1 \"abc\""},
+      {"1 kg\n2\n1000 g\n2 kg\n", "4 numbers in 4 rows; the unit changes from kg to g in line 3"},
       {"\n\n", "no number in the 0 rows of the text"},
       {"", "the text is empty"},
       {"\xFF\xFE"

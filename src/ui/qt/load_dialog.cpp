@@ -17,8 +17,8 @@
 #include <utility>
 
 #include "base/numbers.h"
-#include "base/text.h"
 #include "ui/qt/text_colors.h"
+#include "ui/qt/widget_text.h"
 #include "ui_load_dialog.h"
 
 namespace quarlin {
@@ -27,20 +27,16 @@ namespace {
 constexpr qsizetype mostClipboard = qsizetype{64} * 1024 * 1024;
 constexpr std::array<char, 5> separators{0, ';', '\t', ',', ' '};  // in the order of the box
 
-QString Utf8Or8Bit(const std::string& text) {
-  return QString::fromStdString(IsUtf8(text) ? text : Utf8FromBytes(text));
-}
-
 // With a capital letter, unless it begins with the name of a file.
 QString Sentence(const std::string& words) {
-  QString text = Utf8Or8Bit(words);
+  QString text = TextOfFile(words);
   if (text.startsWith("the ") || text.startsWith("no ")) text[0] = text[0].toUpper();
   return text.isEmpty() || text.endsWith('.') ? text : text + '.';
 }
 
 QString HeadOf(const TablePreview::Curve& curve) {
-  const QString name = Utf8Or8Bit(curve.name);
-  return curve.unit.empty() ? name : QString("%1 (%2)").arg(name, Utf8Or8Bit(curve.unit));
+  const QString name = TextOfFile(curve.name);
+  return curve.unit.empty() ? name : QString("%1 (%2)").arg(name, TextOfFile(curve.unit));
 }
 
 QTableWidgetItem* NumberItem(double value, const std::string& reason) {
@@ -50,7 +46,7 @@ QTableWidgetItem* NumberItem(double value, const std::string& reason) {
     item->setText(QString::fromStdString(DecimalText(value)));
   } else {
     item->setText("–");
-    item->setToolTip(Utf8Or8Bit(reason));
+    item->setToolTip(TextOfFile(reason));
   }
   return item;
 }
@@ -233,7 +229,7 @@ void LoadDialog::FillPreview(const TablePreview& preview, bool withTimes) {
   for (const auto& read : preview.rows) {
     int column = 0;
     table.setItem(row, column++, new QTableWidgetItem(QString::number(read.line)));
-    table.setItem(row, column++, new QTableWidgetItem(Utf8Or8Bit(read.text)));
+    table.setItem(row, column++, new QTableWidgetItem(TextOfFile(read.text)));
     if (withTimes) table.setItem(row, column++, NumberItem(read.time, read.reason));
     for (const double value : read.values) table.setItem(row, column++, NumberItem(value, read.reason));
     ++row;

@@ -26,7 +26,7 @@ QString TitleOf(const Series& series, std::size_t place) {
 
 QString AxisTitleOf(const Series& series, std::size_t place) {
   const QString title = TitleOf(series, place);
-  return series.unit.empty() ? title : title + " (" + ShownText(series.unit) + ")";
+  return series.unit.empty() ? title : title + " (" + TextOfFile(series.unit) + ")";
 }
 
 // A pane does not make the window higher than the screen is.

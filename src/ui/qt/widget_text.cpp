@@ -1,5 +1,7 @@
 #include "ui/qt/widget_text.h"
 
+#include "base/text.h"
+
 namespace quarlin {
 namespace {
 
@@ -33,6 +35,10 @@ QString WidgetName(const Control& control) {
 
 QString ShownText(std::string_view text) {
   return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString TextOfFile(std::string_view text) {
+  return IsUtf8(text) ? QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())) : ShownText(text);
 }
 
 QString EditText(std::string_view text) {

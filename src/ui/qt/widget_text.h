@@ -15,6 +15,9 @@ QString WidgetName(const Control& control);
 // A text that cannot be edited: byte n is character n.
 QString ShownText(std::string_view text);
 
+// A text of a file, or of a link: UTF-8 where all of it is, else a byte a character.
+QString TextOfFile(std::string_view text);
+
 // A text that can be edited on one line: control characters appear as pictures, CR as "←", LF as "↓" and
 // NUL as "␀", so that they survive the editing.
 QString EditText(std::string_view text);
