@@ -73,7 +73,8 @@ std::optional<std::chrono::sys_days> DayOf(int year, int month, int day) {
   const std::chrono::year_month_day date(std::chrono::year(year),
                                          std::chrono::month(static_cast<unsigned>(month)),
                                          std::chrono::day(static_cast<unsigned>(day)));
-  return date.ok() ? std::optional(std::chrono::sys_days(date)) : std::nullopt;
+  const bool counts = year >= 1700 && year <= 2200;  // in nanoseconds since 1970
+  return counts && date.ok() ? std::optional(std::chrono::sys_days(date)) : std::nullopt;
 }
 
 // "2026-11-22", "2026/11/22", "22/11/26", "22.11.2026".
@@ -154,7 +155,8 @@ std::optional<double> RowClock::Seconds(const RowTime& time) {
   if (time.kind == RowTime::Kind::Seconds) return time.seconds;
   if (time.kind == RowTime::Kind::OfDay && time.instant + std::chrono::hours(12) < last_) ++days_;
   last_ = time.instant;
-  return static_cast<double>((time.instant + days_ - first_->instant).count()) / 1e9;
+  const double days = 86400.0 * static_cast<double>(days_);
+  return days + static_cast<double>((time.instant - first_->instant).count()) / 1e9;
 }
 
 }  // namespace quarlin

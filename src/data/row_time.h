@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -32,7 +33,7 @@ class RowClock {
  private:
   std::optional<RowTime> first_;
   std::chrono::nanoseconds last_{0};
-  std::chrono::days days_{0};
+  std::int64_t days_ = 0;
 };
 
 }  // namespace quarlin
