@@ -133,9 +133,9 @@ class FrmMain : public Form {
   bool LinkOpen() const;
   Hook<void()> OnLinkChanged;
 
-  // The calculator's: puts a text into the command where the cursor stands, and gives the bytes that are
-  // selected in the traffic.
-  Hook<void(std::string_view text)> OnInsert;
+  // The calculator's: puts a text into the command where the cursor stands, false when the command has no room
+  // for it; and gives the bytes that are selected in the traffic.
+  Hook<bool(std::string_view text)> OnInsert;
   Hook<std::string()> OnTakeTraffic;
 
   // Told when the received-text display is to have the keyboard.

@@ -193,8 +193,9 @@ void FrmMain::WireScript() {
 void FrmMain::WireCalculator() {
   FrmCalculator& calculator = modules_->calculator;
   calculator.Hooks.insert = [this](std::string_view text) {
-    OnInsert(text);
-    modules_->status.Say(fmt::format("put into the command: {}", CodedText(text, 60)));
+    const bool inserted = OnInsert(text);
+    modules_->status.Say(inserted ? fmt::format("put into the command: {}", CodedText(text, 60))
+                                  : fmt::format("{} characters have no room in a command", text.size()));
   };
   calculator.Hooks.takeTraffic = [this] { return OnTakeTraffic(); };
   calculator.Hooks.note = [this](std::string_view line) { Note(line); };

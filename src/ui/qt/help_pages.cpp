@@ -17,12 +17,11 @@ constexpr auto root = ":/help/";
 
 // A new page belongs here, where its reader would look for it.
 constexpr const char* readingOrder[] = {
-    "README.md",           "docs/window.md",       "docs/display.md",
-    "docs/connections.md", "docs/sending.md",      "docs/macros.md",
-    "docs/parser.md",      "docs/conversion.md",   "docs/logs.md",
-    "docs/results.md",     "docs/data.md",         "docs/dialog.md",
-    "docs/scripts.md",     "docs/vbscript.md",     "docs/program-folder.md",
-    "docs/instrument.md",  "docs/ARCHITECTURE.md",
+    "README.md",          "docs/window.md",       "docs/display.md",    "docs/connections.md",
+    "docs/sending.md",    "docs/macros.md",       "docs/calculator.md", "docs/parser.md",
+    "docs/conversion.md", "docs/logs.md",         "docs/results.md",    "docs/data.md",
+    "docs/dialog.md",     "docs/scripts.md",      "docs/vbscript.md",   "docs/program-folder.md",
+    "docs/instrument.md", "docs/ARCHITECTURE.md",
 };
 
 QString ResourceOf(const QUrl& url) {

@@ -240,9 +240,12 @@ void MainWindow::WireCalculator() {
   frm_.OnTakeTraffic = [this] { return traffic_->View().SelectedBytes(); };
   auto* command = Part<QComboBox>(*this, "CBOSEND")->lineEdit();
   frm_.OnInsert = [this, command](std::string_view text) {
+    const QString inserted = EditText(text);
+    if (command->text().size() + inserted.size() > command->maxLength()) return false;
     command->deselect();  // what was sent last stays
-    command->insert(EditText(text));
+    command->insert(inserted);
     frm_.controls.cycle.CBOSEND.SetText(BytesOf(command->text()));
+    return true;
   };
 }
 
