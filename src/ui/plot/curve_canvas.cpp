@@ -1,7 +1,9 @@
 #include "ui/plot/curve_canvas.h"
 
 #include <QEvent>
+#include <QHelpEvent>
 #include <QTimerEvent>
+#include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -201,6 +203,11 @@ bool CurveCanvas::event(QEvent* event) {
     const auto reason = static_cast<QFocusEvent*>(event)->reason();
     parts_->surface->Overlay().focused = event->type() == QEvent::FocusIn && reason != Qt::MouseFocusReason;
     parts_->surface->DrawOverlay();
+  }
+  if (event->type() == QEvent::ToolTip) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    QToolTip::showText(help->globalPos(), parts_->ToolTipAt(help->pos()), this);
+    return true;
   }
   return QWidget::event(event);
 }

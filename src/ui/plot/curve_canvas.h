@@ -44,7 +44,7 @@ class CurveCanvas : public QWidget {
   // Drawn are points, lines, or both; lines where both are false.
   void SetPoints(bool points, bool lines);
 
-  // Of the run, as ticks at the time axis; in the order of time. The oldest leave beyond 100,000.
+  // Of the run, as ticks at the time axis; in the order of time. The oldest leave beyond 50,000 of a kind.
   void SetMarks(const std::vector<Mark>& marks);
   void AddMark(const Mark& mark);
 

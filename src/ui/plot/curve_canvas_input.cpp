@@ -1,9 +1,7 @@
 // Mouse and keys of the plot.
 #include <QApplication>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
@@ -169,6 +167,24 @@ void CurveCanvas::Parts::Click(QPointF at) {
   } else if (const auto hit = PointAt(at)) {
     emit widget.PointClicked(hit->curve, hit->point.time);
   }
+}
+
+QString CurveCanvas::Parts::ToolTipAt(QPointF at) const {
+  const PlotView& view = viewport.View();
+  const auto timeText = [&](double time) {
+    const QString text = TimeText(time, surface->Times(), view.time, ReadingStep(view.time));
+    return surface->Times() == PlotTimes::Rows ? tr("row %1").arg(text)
+                                               : text + " " + TimeUnit(surface->Times(), view.time);
+  };
+  if (const auto mark = MarkAt(at))
+    return (mark->kind == MarkKind::TimeOut ? tr("time-out") : tr("wrong answer")) + ", " +
+           timeText(mark->time);
+  const auto hit = PointAt(at);
+  if (!hit) return {};
+  const CurveLook& look = curves.Looks()[static_cast<std::size_t>(hit->curve)];
+  const Span& values = look.secondAxis ? view.secondValues : view.values;
+  return look.title + ": " + ReadingText(hit->point.value, ReadingStep(values)) + ", " +
+         timeText(hit->point.time);
 }
 
 // Steps that follow each other soon are gone back over at once.
