@@ -43,6 +43,8 @@ struct LinkCase {
   std::string name;
   std::string place;  // the instrument's option
   std::string udp;
+  std::string checksum, listed;  // the instrument's name for it, and the list's
+  std::string answerLength;
 };
 
 void PrintTo(const LinkCase& row, std::ostream* out) {
@@ -76,15 +78,16 @@ class RealLink : public RealProgram, public testing::WithParamInterface<LinkCase
 };
 
 INSTANTIATE_TEST_SUITE_P(Over, RealLink,
-                         testing::Values(LinkCase{"Pty", "--link", ""}, LinkCase{"Tcp", "--tcp", "0"},
-                                         LinkCase{"Udp", "--udp", "1"}),
+                         testing::Values(LinkCase{"Pty", "--link", "", "sysway", "Sysway", "23"},
+                                         LinkCase{"Tcp", "--tcp", "0", "crc16modbus", "CRC16MODBUS", "25"},
+                                         LinkCase{"Udp", "--udp", "1", "crc32", "CRC32", "29"}),
                          [](const auto& row) { return row.param.name; });
 
 TEST_P(RealLink, EveryFaultThatTheInstrumentMadeIsCounted) {
-  StartInstrument({"--checksum", "sysway", "--short", "0.05", "--bad-checksum", "0.05", "--err", "0.05",
-                   "--split", "0.1"});
-  Configure("txtlenrx", "23");
-  Configure("cboCheckSum", "Sysway");
+  StartInstrument({"--checksum", GetParam().checksum, "--short", "0.05", "--bad-checksum", "0.05", "--err",
+                   "0.05", "--split", "0.1"});
+  Configure("txtlenrx", GetParam().answerLength);
+  Configure("cboCheckSum", GetParam().listed);
   Program& program = Start({"LOAD", "RUN", "EXIT"});
   EXPECT_EQ(program.Wait(), 1) << program.Errors();
   const std::string made = EndInstrument();
