@@ -23,7 +23,8 @@ bool IsSpread(const Figure& figure) {
 QString ShownValue(const Figure& figure, const Statistics& statistics) {
   if (IsSpread(figure)) return QString::number(*figure.value, 'g', 4);
   const double deviation = statistics.standardDeviation.value_or(0);
-  const bool measured = figure.key == "minimum" || figure.key == "maximum" || figure.key == "median";
+  const bool measured = figure.key == "minimum" || figure.key == "maximum" || figure.key == "median" ||
+                        figure.key == "peak_to_peak";
   if (measured || !(deviation > 0)) return QString::fromStdString(DecimalText(*figure.value));
   const int decimals = static_cast<int>(std::clamp(2 - std::ceil(std::log10(deviation)), 0.0, 12.0));
   return QString::number(*figure.value, 'f', decimals);
@@ -133,6 +134,8 @@ void StatisticsPane::ShowFigures(const Statistics& statistics, const Stretch& st
       add(caption, "–", {}, {});
     }
   }
+  // The room that is left belongs to the charts.
+  table.setFixedHeight(table.verticalHeader()->length() + 2 * table.frameWidth());
 }
 
 void StatisticsPane::ShowHistogram(const Stretch& stretch) {
@@ -153,7 +156,7 @@ void StatisticsPane::ShowSpectrum(const Stretch& stretch) {
   }
   ui_->spectrumChart->ShowLines(frequencies, spectrum.amplitudes,
                                 stretch.timed ? tr("Frequency (Hz)") : tr("Frequency (1 / row)"),
-                                AxisTitle(tr("Amplitude"), stretch.unit));
+                                stretch.unit.isEmpty() ? tr("Amplitude") : stretch.unit);
 }
 
 void StatisticsPane::Copy() {
