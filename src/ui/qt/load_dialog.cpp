@@ -105,9 +105,11 @@ void LoadDialog::ChooseFile() {
 void LoadDialog::TakeFile(const QString& file) {
   open();
   const std::filesystem::path path(QFile::encodeName(file).toStdString());
-  const QString size = QLocale().formattedDataSize(QFileInfo(file).size());
-  TakeSource(QString("%1, %2").arg(file, size), path.filename().string(),
+  const QFileInfo info(file);
+  const QString size = QLocale().formattedDataSize(info.size());
+  TakeSource(QString("%1, %2").arg(info.fileName(), size), path.filename().string(),
              [path] { return OpenFileSource(path); });
+  ui_->loadSource->setToolTip(info.absoluteFilePath());
 }
 
 void LoadDialog::TakeClipboard() {
@@ -134,6 +136,7 @@ void LoadDialog::TakeText(const QMimeData& clipboard) {
 
 void LoadDialog::TakeSource(const QString& shown, std::string name, OpenSource openSource) {
   ui_->loadSource->setText(shown);
+  ui_->loadSource->setToolTip({});
   const OpenedSource opened = openSource();
   beginning_.clear();
   const auto error = opened.error ? opened.error : opened.source->ReadMore(beginning_, previewSize);
