@@ -47,7 +47,7 @@ class FrmCalculator : public Form {
   CalculatorControls controls;
 
   struct {
-    Hook<void(std::string_view text)> insert;  // into the command, where its cursor stands
+    Hook<void(std::string_view text)> insert;  // into the command
     Hook<std::string()> takeTraffic;           // the bytes that are selected in the traffic; empty for none
     Hook<void(std::string_view line)> note;    // tells the user, outside this window
   } Hooks;

@@ -133,8 +133,8 @@ class FrmMain : public Form {
   bool LinkOpen() const;
   Hook<void()> OnLinkChanged;
 
-  // The calculator's: puts a text into the command where the cursor stands, false when the command has no room
-  // for it; and gives the bytes that are selected in the traffic.
+  // The calculator's: puts a text into the command where the user has put the cursor, else at the end, false
+  // when the command has no room for it; and gives the bytes that are selected in the traffic.
   Hook<bool(std::string_view text)> OnInsert;
   Hook<std::string()> OnTakeTraffic;
 

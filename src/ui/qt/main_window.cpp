@@ -242,7 +242,8 @@ void MainWindow::WireCalculator() {
   frm_.OnInsert = [this, command](std::string_view text) {
     const QString inserted = EditText(text);
     if (command->text().size() + inserted.size() > command->maxLength()) return false;
-    command->deselect();  // what was sent last stays
+    command->deselect();                                      // what was sent last stays
+    if (command->cursorPosition() == 0) command->end(false);  // there it stands when nobody has moved it
     command->insert(inserted);
     frm_.controls.cycle.CBOSEND.SetText(BytesOf(command->text()));
     return true;
