@@ -43,12 +43,13 @@ QString TimeRow(Span times, PlotTimes kind, double step) {
 
 MeanBetween::MeanBetween(const Series& series, Span time)
     : series_(series),
-      next_(First(series) + series.IndexAt(time.from)),
-      end_(First(series) + series.IndexAt(std::nextafter(time.to, CurveSet::forEver))) {}
+      to_(std::nextafter(time.to, CurveSet::forEver)),
+      next_(First(series) + series.IndexAt(time.from)) {}
 
 bool MeanBetween::TakeMore(std::size_t most) {
   next_ = std::max(next_, First(series_));
-  const std::uint64_t end = std::min({end_, next_ + most, First(series_) + series_.Size()});
+  const std::uint64_t last = First(series_) + series_.IndexAt(to_);
+  const std::uint64_t end = std::min(last, next_ + most);
   if (next_ >= end) return false;
   const auto from = static_cast<std::size_t>(next_ - First(series_));
   for (const Point& point : series_.Points(from, from + static_cast<std::size_t>(end - next_))) {
@@ -57,7 +58,7 @@ bool MeanBetween::TakeMore(std::size_t most) {
     mean_ += (point.value - mean_) / static_cast<double>(count_);
   }
   next_ = end;
-  return next_ < end_;
+  return next_ < last;
 }
 
 std::optional<double> MeanBetween::Mean() const {

@@ -17,15 +17,15 @@ class MeanBetween {
   // Points of `series` within `time`.
   MeanBetween(const Series& series, Span time);
 
-  // Takes some more; false when it is through.
+  // Takes some more, also of points that came meanwhile; false when it is through.
   bool TakeMore(std::size_t most);
   // Of the values so far; nothing where there are none.
   std::optional<double> Mean() const;
 
  private:
   const Series& series_;
+  double to_;
   std::uint64_t next_;  // counted from the first point there ever was, as old ones may leave meanwhile
-  std::uint64_t end_;
   std::size_t count_ = 0;
   double mean_ = 0;
 };

@@ -25,7 +25,6 @@ QLabel* MakeTable(QWidget* parent) {
   table->setTextFormat(Qt::RichText);
   table->setTextInteractionFlags(Qt::TextSelectableByMouse);
   table->setContentsMargins(8, 2, 8, 4);
-  table->setAccessibleName(QObject::tr("Values at the cursors"));
   table->setVisible(false);
   return table;
 }
@@ -184,7 +183,8 @@ void CurveCanvas::Parts::DrawFrame() {
   drawn = curves.Times();
   drawnView = viewport.View();
   dressed = true;
-  if (Cursors().shown) ShowCursorTable();
+  if (Cursors().shown && !rest.isActive()) TakeMeans();  // of a stretch that points still come to
+  ShowCursorTable();
   framesUntouched = std::min(framesUntouched + 1, framesOfASecond);
   const qint64 wanted = framesUntouched < framesOfASecond ? interval : steadyInterval;
   pause = std::max(wanted - cost.elapsed(), 4 * cost.elapsed());

@@ -143,6 +143,7 @@ void CurveCanvas::Parts::DragTo(QPointF at) {
 }
 
 void CurveCanvas::Parts::EndDrag() {
+  if (drag == Drag::None) return;  // the end of a double click
   const Drag ended = drag;
   drag = Drag::None;
   surface->Overlay().box.reset();
