@@ -187,7 +187,7 @@ void CurveCanvas::Parts::DrawFrame() {
   ShowCursorTable();
   framesUntouched = std::min(framesUntouched + 1, framesOfASecond);
   const qint64 wanted = framesUntouched < framesOfASecond ? interval : steadyInterval;
-  pause = std::max(wanted - cost.elapsed(), 4 * cost.elapsed());
+  pause = std::max(wanted - cost.elapsed(), 9 * cost.elapsed());
   sinceFrame.start();
 }
 

@@ -181,7 +181,20 @@ void PlotSurface::ShowView(const PlotView& view) {
   xAxis->setLabel(timeTitle_.isEmpty() || unit.isEmpty() ? timeTitle_ : timeTitle_ + " (" + unit + ")");
 }
 
+// What can be drawn by itself is a second picture that lies over the first in every frame, which costs as
+// much as the curves; so there is one only while it is of use.
+void PlotSurface::ChooseBuffers() {
+  const bool moves = overlay_->cursors.shown || overlay_->box;
+  layer("overlay")->setMode(moves ? QCPLayer::lmBuffered : QCPLayer::lmLogical);
+}
+
+void PlotSurface::DrawOverlay() {
+  ChooseBuffers();
+  layer("overlay")->replot();
+}
+
 void PlotSurface::Draw(const PlotView& view) {
+  ChooseBuffers();
   FillLegend();
   ShowView(view);
   replot(rpQueuedRefresh);

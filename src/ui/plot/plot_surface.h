@@ -36,7 +36,7 @@ class PlotSurface : public QCustomPlot {
   // The same, and draws everything anew, before the next paint.
   void Draw(const PlotView& view);
   // The cursors and the box only.
-  void DrawOverlay() { layer("overlay")->replot(); }
+  void DrawOverlay();
 
   PlotOverlay& Overlay() { return *overlay_; }
   const PlotColors& Colors() const { return colors_; }
@@ -58,6 +58,7 @@ class PlotSurface : public QCustomPlot {
   void Fill();
   void FillLine(const Line& line, const CurveLook& look);
   void FillLegend();
+  void ChooseBuffers();
   QPen PenOf(const Line& line, const CurveLook& look) const;
 
   const CurveSet& curves_;
