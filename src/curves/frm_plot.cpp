@@ -88,8 +88,8 @@ void FrmPlot::ShowLoaded(std::vector<Series> curves, std::string_view source, bo
 
 void FrmPlot::ShowLoaded(LoadedNumbers numbers) {
   const std::string words = fmt::format("{}: {}", numbers.source, numbers.summary);
-  ShowLoaded(std::move(numbers.curves), words, numbers.byTime);
-  OnTold(words);
+  ShowLoaded(std::move(numbers.curves), numbers.source, numbers.byTime);
+  Tell(words);
 }
 
 const std::deque<Mark>& FrmPlot::Marks() const {

@@ -28,7 +28,7 @@ class LoadingTest : public testing::Test {
 
   std::string SummaryOf(std::string text) {
     Begin(MakeTextSource("the text", std::move(text)));
-    loop_.Settle();
+    loop_.Pass(std::chrono::seconds(1));
     return std::exchange(ended_, std::nullopt)->summary;
   }
 
@@ -68,7 +68,7 @@ TEST_F(LoadingTest, AFileIsReadInSlicesAsFarAsItReachedAtTheBeginning) {
   std::ofstream(file) << "1" << std::string(3 << 20, '\n') << "2\n";
   Begin(OpenFileSource(file).source);
   std::ofstream(file, std::ios::app) << "3\n";
-  loop_.Settle();
+  loop_.Pass(std::chrono::seconds(1));
   EXPECT_GE(loop_.Turns(), 3);
   ASSERT_GE(progress_.size(), 3u);
   EXPECT_TRUE(std::is_sorted(progress_.begin(), progress_.end()));
@@ -83,7 +83,7 @@ TEST_F(LoadingTest, CancellingEndsItWithoutAWord) {
   Begin(MakeTextSource("text", std::string(8 << 20, '\n')));
   loading_->OnProgress = nullptr;
   loop_.Outside(Duration::zero(), [this] { loading_.reset(); });
-  loop_.Settle();
+  loop_.Pass(std::chrono::seconds(1));
   EXPECT_FALSE(ended_);
   EXPECT_LE(loop_.Turns(), 2);
 }
@@ -93,7 +93,7 @@ TEST_F(LoadingTest, AFileThatShrinksMeanwhileEndsWhereItEnds) {
   std::ofstream(file) << "1\n2\n" << std::string(1 << 20, '\n');
   Begin(OpenFileSource(file).source);
   std::filesystem::resize_file(file, 4);
-  loop_.Settle();
+  loop_.Pass(std::chrono::seconds(1));
   ASSERT_TRUE(ended_);
   EXPECT_EQ(ended_->summary, "2 numbers in 2 rows");
 }

@@ -54,7 +54,7 @@ class LoadDialogTest : public QObject {
     QCOMPARE(rig.Note(), QString("2 numbers in the first 3 rows."));
     rig.Press("loadOpenButton");
     QVERIFY(!rig.taken);
-    rig.loop.Settle();
+    rig.loop.Pass(std::chrono::seconds(1));
     QVERIFY(rig.taken && rig.taken->byTime && !rig.dialog.isVisible());
     QCOMPARE(rig.taken->curves.at(0).At(2).value, 13.0);
     QCOMPARE(rig.taken->summary, std::string("2 numbers in 3 rows; 1 row lacks one: line 3 \"1,0;OVER\""));
@@ -91,7 +91,7 @@ class LoadDialogTest : public QObject {
     QApplication::clipboard()->setText("abc");
     rig.dialog.TakeClipboard();
     rig.Press("loadOpenButton");
-    rig.loop.Settle();
+    rig.loop.Pass(std::chrono::seconds(1));
     QCOMPARE(rig.Note(),
              QString("No number in the 1 row of the clipboard; 1 row lacks one: line 1 \"abc\"."));
     QVERIFY(!rig.taken && rig.dialog.isVisible());
@@ -106,7 +106,7 @@ class LoadDialogTest : public QObject {
       QVERIFY(rig.The<QProgressBar>("loadProgress").isVisible());
       QTest::keyClick(&rig.dialog, Qt::Key_Escape);
     });
-    rig.loop.Settle();
+    rig.loop.Pass(std::chrono::seconds(1));
     QVERIFY(!rig.taken && rig.dialog.isVisible());
     QCOMPARE(rig.Note(), QString("The reading was cancelled."));
     QTest::keyClick(&rig.dialog, Qt::Key_Escape);
