@@ -12,7 +12,6 @@ namespace quarlin {
 
 namespace {
 
-constexpr int density = 2;
 constexpr int dotsPerInch = 96;
 
 // Dresses the plot for paper, and afterwards as it was.
@@ -50,7 +49,7 @@ void PaintInto(PlotSurface& plot, QPaintDevice& device, QSize size) {
 
 QByteArray Png(PlotSurface& plot, QSize size) {
   QBuffer file;
-  plot.toPixmap(size.width(), size.height(), density).toImage().save(&file, "PNG");
+  plot.toPixmap(size.width(), size.height(), PlotSurface::paperDensity).toImage().save(&file, "PNG");
   return file.data();
 }
 
@@ -116,7 +115,7 @@ std::optional<QString> SavePicture(PlotSurface& plot, const PlotView& view, QSiz
 
 QImage PictureOf(PlotSurface& plot, const PlotView& view, QSize size) {
   const OnPaper paper(plot, view);
-  return plot.toPixmap(size.width(), size.height(), density).toImage();
+  return plot.toPixmap(size.width(), size.height(), PlotSurface::paperDensity).toImage();
 }
 
 }  // namespace quarlin

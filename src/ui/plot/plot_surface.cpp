@@ -14,8 +14,6 @@ constexpr double thick = 1.6;
 constexpr double thin = 1.0;
 constexpr double pointSize = 5;
 
-constexpr double paperDensity = 2;
-
 // A line that goes up and down by more pixels than this for each one to the right is drawn rough.
 constexpr double roughness = 8;
 

@@ -27,7 +27,8 @@ class PlotSurface : public QCustomPlot {
   void SetTimes(PlotTimes times);
   void SetStyle(bool points, bool lines);
 
-  // Drawn as finely as it can be, whatever it costs.
+  // Drawn as finely as it can be, whatever it costs: for a picture of this density.
+  static constexpr int paperDensity = 2;
   void SetOnPaper(bool on) { onPaper_ = on; }
 
   // The curves are others, or look otherwise.
