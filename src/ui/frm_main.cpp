@@ -307,6 +307,7 @@ void FrmMain::CloseWindow() {
   modules_->byHand.history.Save();
   modules_->script.Panel().SetVisible(false);
   modules_->calculator.SetVisible(false);
+  modules_->plot.SetVisible(false);
   controls.run.Command1.SetCaption("Stop");
   modules_->script.EndTask();
   for (Timer* timer : {&controls.cycle.Timer1, &controls.cycle.Timer2, &controls.receive.Timer3,

@@ -73,7 +73,7 @@ PlotWindow::~PlotWindow() {
 void PlotWindow::FillTools() {
   ui_->tools->addActions({ui_->actionLive, ui_->actionOpen, ui_->actionPaste});
   ui_->tools->addSeparator();
-  ui_->tools->addActions({ui_->actionPause, ui_->actionFollow, ui_->actionFit, ui_->actionBack});
+  ui_->tools->addActions({ui_->actionPause, ui_->actionFollow, ui_->actionFit, ui_->actionBack, ui_->actionBox});
   ui_->tools->addSeparator();
   ui_->tools->addActions({ui_->actionCursors, ui_->actionPoints, ui_->actionLines, ui_->actionSecondAxis});
   ui_->tools->addSeparator();
@@ -103,6 +103,7 @@ void PlotWindow::WireCanvas() {
   connect(canvas, &CurveCanvas::FollowChanged, ui_->actionFollow, &QAction::setChecked);
   connect(ui_->actionCursors, &QAction::toggled, canvas, &CurveCanvas::SetCursors);
   connect(canvas, &CurveCanvas::CursorsShown, ui_->actionCursors, &QAction::setChecked);
+  connect(ui_->actionBox, &QAction::toggled, canvas, &CurveCanvas::SetDragZooms);
   connect(ui_->actionFit, &QAction::triggered, canvas, &CurveCanvas::Fit);
   connect(ui_->actionBack, &QAction::triggered, canvas, &CurveCanvas::Back);
   for (QAction* look : {ui_->actionPoints, ui_->actionLines}) {
