@@ -14,8 +14,10 @@ void LiveCurves::SetOn(bool on) {
     return;
   }
   record_.Follow(*this);
+  const bool otherRun = record_.Began() != runBegan_;  // one began meanwhile
+  if (otherRun) BeginAnew();
   CatchUp();
-  OnPoints();
+  otherRun ? OnBegan() : OnPoints();
 }
 
 void LiveCurves::SetRules(const std::vector<NumberRule>& rules, bool parserOutput) {
@@ -33,6 +35,16 @@ void LiveCurves::SetRules(const std::vector<NumberRule>& rules, bool parserOutpu
   OnBegan();
 }
 
+void LiveCurves::SetFilter(const FilterChoice& choice) {
+  set_.SetFilter(choice);
+  lastValue_.reset();
+  if (set_.Curves().empty()) return;
+  const Series& shown = First();
+  for (std::size_t i = shown.Size(); i-- > 0 && !lastValue_;) {
+    if (const double value = shown.At(i).value; !std::isnan(value)) lastValue_ = value;
+  }
+}
+
 void LiveCurves::RunBegan() {
   BeginAnew();
   OnBegan();
@@ -47,6 +59,7 @@ void LiveCurves::BeginAnew() {
   lastValue_.reset();
   withoutNumber_ = 0;
   taken_ = 0;
+  runBegan_ = record_.Began();
 }
 
 void LiveCurves::CatchUp() {
@@ -96,11 +109,12 @@ void LiveCurves::TakeMark(double time, const ExchangeRecord& exchange) {
 
 void LiveCurves::Append(std::size_t curve, Point point) {
   if (set_.Append(curve, point)) OnTold("a curve holds 4 million points: the oldest leave from now on");
-  if (curve == 0 && !std::isnan(point.value)) {
-    const auto& first = *set_.Curves().front();
-    const Series& shown = first.filter ? first.filtered : first.raw;
-    lastValue_ = shown.At(shown.Size() - 1).value;
-  }
+  if (curve == 0 && !std::isnan(point.value)) lastValue_ = First().At(First().Size() - 1).value;
+}
+
+const Series& LiveCurves::First() const {
+  const auto& first = *set_.Curves().front();
+  return first.filter ? first.filtered : first.raw;
 }
 
 double LiveCurves::SecondsAt(Instant instant) const {

@@ -29,14 +29,14 @@ class LiveCurves : private RunListener {
   Hook<void(std::string_view)> OnTold;
 
   // Follows the record from now on, or no longer. What the record has kept since the last time is made up
-  // for.
+  // for; where another run has begun meanwhile, the curves begin anew.
   void SetOn(bool on);
   bool On() const { return on_; }
 
   // Begins anew with what the record has kept. Throws std::invalid_argument where a rule cannot be used; the
   // curves before then stay.
   void SetRules(const std::vector<NumberRule>& rules, bool parserOutput);
-  void SetFilter(const FilterChoice& choice) { set_.SetFilter(choice); }
+  void SetFilter(const FilterChoice& choice);
 
   const FilteredCurves& Set() const { return set_; }
   const std::deque<Mark>& Marks() const { return marks_; }
@@ -60,6 +60,7 @@ class LiveCurves : private RunListener {
   void TakeMark(double time, const ExchangeRecord& exchange);
   void Append(std::size_t curve, Point point);
   double SecondsAt(Instant instant) const;
+  const Series& First() const;  // behind the filter or without one
 
   RunRecord& record_;
   bool on_ = false;
@@ -68,6 +69,7 @@ class LiveCurves : private RunListener {
   FilteredCurves set_;
   std::deque<Mark> marks_;
   std::uint64_t marksEver_ = 0;
+  Instant runBegan_{};       // the run that they are of
   std::uint64_t taken_ = 0;  // the last exchange that was looked at
   std::optional<double> lastValue_;
   std::uint64_t withoutNumber_ = 0;

@@ -90,6 +90,18 @@ TEST_F(PlotRig, EachRuleTakesItsNumbersAlsoOfARunThatWentBefore) {
   }
 }
 
+TEST_F(PlotRig, ARunThatBeganBehindAClosedWindowReplacesTheOneBefore) {
+  plot().Open();
+  Run({"1\r\n", "2\r\n", "3\r\n"}, 3);
+  plot().OnClose();
+  Run({"7\r\n", "8\r\n"}, 2);
+  bool shown = false;  // the curves of before are gone, so a view must hear of it
+  plot().OnCurves = [&] { shown = true; };
+  plot().Open();
+  EXPECT_EQ(Values(Raw(0)), "7 8");
+  EXPECT_TRUE(shown);
+}
+
 TEST_F(PlotRig, TheLiveValueGoesThroughTheFilterWithTheWindowClosed) {
   controls().curves.txtFilterWidth.SetText("2");
   controls().curves.cboFilter.SetText("Moving average");
@@ -97,6 +109,8 @@ TEST_F(PlotRig, TheLiveValueGoesThroughTheFilterWithTheWindowClosed) {
   Run({"1\r\n", "2\r\n", "4\r\n"}, 3);
   EXPECT_EQ(plot().Filtered(), 3.0);
   EXPECT_EQ(controls().curves.lblFiltered.Caption(), "filtered 3");
+  controls().curves.txtFilterWidth.SetText("4");
+  EXPECT_EQ(plot().Filtered(), 2.0);
   controls().curves.txtFilterWidth.SetText("0");
   EXPECT_FALSE(plot().controls.lblFilterTrouble.Caption().empty());
   controls().curves.cboFilter.SetText("None");
