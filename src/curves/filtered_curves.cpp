@@ -26,6 +26,8 @@ void FilteredCurves::SetUnit(std::size_t curve, std::string_view unit) {
 }
 
 void FilteredCurves::SetFilter(const FilterChoice& choice) {
+  const bool same = choice.settings == choice_.settings && choice.bothWays == choice_.bothWays;
+  if (same && choice.Usable() == choice_.Usable()) return;
   choice_ = choice;
   for (const auto& curve : curves_) Refilter(*curve);
 }
