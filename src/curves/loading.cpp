@@ -76,7 +76,8 @@ void Loading::ReadSlice() {
 // False where the reading has ended with a failure.
 bool Loading::ReadPiece() {
   piece_.clear();
-  const std::error_code error = source_->ReadMore(piece_, std::min<std::uint64_t>(pieceSize, size_ - read_));
+  const std::size_t most = read_ == 0 ? firstPiece : pieceSize;
+  const std::error_code error = source_->ReadMore(piece_, std::min<std::uint64_t>(most, size_ - read_));
   if (error) {
     End(CannotRead(source_->Name(), error));
     return false;

@@ -46,7 +46,8 @@ class Loading {
   Hook<void(LoadedNumbers numbers)> OnEnd;
 
  private:
-  static constexpr std::size_t pieceSize = std::size_t{64} * 1024;
+  static constexpr std::size_t firstPiece = std::size_t{64} * 1024;   // shows whether it is text at all
+  static constexpr std::size_t pieceSize = std::size_t{16} * 1024;    // less than a slice's time
   static constexpr std::size_t sliceSize = std::size_t{1024} * 1024;  // where the clock stands still
 
   void ReadSlice();
