@@ -22,7 +22,7 @@ std::vector<NumberRule> RulesOf(const LoadChoice& choice, std::string& trouble) 
 
 void SetRate(LoadSettings& settings, std::string_view text) {
   const auto rate = NumberOf(text);
-  if (!rate || !(*rate > 0)) {
+  if (!rate || !(*rate > 0) || std::isinf(*rate)) {
     settings.timeTrouble = "The rate is a number of rows a second, above 0.";
   } else {
     settings.table.rate = *rate;

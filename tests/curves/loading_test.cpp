@@ -110,6 +110,7 @@ TEST(LoadChoice, ObjectionsStandBesideTheFieldThatIsWrong) {
       {{.kind = Kind::Group, .which = "(a"},
        "The expression cannot be understood at its character 3: missing closing parenthesis.|"},
       {{.time = Time::Rate, .rate = "0"}, "|The rate is a number of rows a second, above 0."},
+      {{.time = Time::Rate, .rate = "1e999"}, "|The rate is a number of rows a second, above 0."},
       {{.time = Time::Column, .timeColumn = "1.5"}, "|The column is a whole number; 1 is the first."},
   };
   for (const auto& [choice, troubles] : cases) {
