@@ -15,8 +15,15 @@ double MovingAverage::Next(double value) {
   sum_.Add(-last_[oldest_]);
   sum_.Add(value);
   last_[oldest_] = value;
-  if (++oldest_ == last_.size()) oldest_ = 0;
+  if (++oldest_ == last_.size()) AddUpAnew();
   return sum_.MeanOver(static_cast<double>(last_.size()));
+}
+
+// Once around the ring: what a huge value that has left took of the others' digits is back by then.
+void MovingAverage::AddUpAnew() {
+  oldest_ = 0;
+  sum_ = CompensatedSum();
+  for (const double value : last_) sum_.Add(value);
 }
 
 double Exponential::Next(double value) {

@@ -16,6 +16,7 @@ class MovingAverage : public StartedFilter {
  private:
   void Start(double first) override;
   double Next(double value) override;
+  void AddUpAnew();
 
   std::vector<double> last_;  // a ring
   std::size_t oldest_ = 0;

@@ -1,5 +1,5 @@
-// A sum that keeps what the rounding of each addition loses, so that neither the number of the additions nor
-// values that come and go again let it drift.
+// A sum that keeps what the rounding of each addition loses, so that the number of the additions does not let
+// it drift, nor do values that come and go again, unless they are 1e15 times as large.
 #pragma once
 
 #include <cmath>
@@ -14,8 +14,9 @@ class CompensatedSum {
   void Add(double value) {
     const double sum = sum_ + value;
     const double taken = sum - sum_;  // what of `value` has arrived
-    lost_ += (sum_ - (sum - taken)) + (value - taken);
-    sum_ = sum;
+    const double lost = lost_ + (sum_ - (sum - taken)) + (value - taken);
+    sum_ = sum + lost;
+    lost_ = lost - (sum_ - sum);
   }
   double Value() const { return sum_ + lost_; }
 

@@ -12,6 +12,10 @@ using Kind = SectionDesign::Kind;
 // What has died away is 0: numbers that a processor can only just hold cost it a hundred times the time.
 constexpr double leastState = 1e-290;
 
+// An offset so many times as large as a value costs it digits: where a device says "9.9E37" before it
+// measures.
+constexpr double mostAbove = 1e6;
+
 double WithoutRemains(double state) {
   return std::abs(state) < leastState ? 0 : state;
 }
@@ -107,14 +111,21 @@ SectionChain::SectionChain(const std::vector<SectionDesign>& designs)
     : sections_(designs.begin(), designs.end()) {}
 
 void SectionChain::Start(double first) {
-  first_ = first;
+  offset_ = first;
   for (Section& section : sections_) section.inner = section.outer = 0;
 }
 
+// The same filter seen from another offset: its answer moves by as much.
+void SectionChain::MoveOffset(double offset) {
+  for (Section& section : sections_) section.outer -= offset - offset_;
+  offset_ = offset;
+}
+
 double SectionChain::Next(double value) {
-  value -= first_;
+  if (std::abs(offset_) > mostAbove * std::abs(value)) MoveOffset(value);
+  value -= offset_;
   for (Section& section : sections_) value = section.Step(value);
-  return first_ + value;
+  return offset_ + value;
 }
 
 }  // namespace quarlin

@@ -50,9 +50,10 @@ class SectionChain : public StartedFilter {
 
   void Start(double first) override;
   double Next(double value) override;
+  void MoveOffset(double offset);
 
   std::vector<Section> sections_;
-  double first_ = 0;  // only what differs from it passes the sections: a large offset costs no digits
+  double offset_ = 0;  // only what differs from it passes the sections: a large one costs no digits
 };
 
 }  // namespace quarlin

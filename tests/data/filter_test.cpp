@@ -135,6 +135,19 @@ TEST(Filter, AGapPassesAndLeavesTheStateAlone) {
   }
 }
 
+// Devices write such numbers while they cannot measure.
+TEST(Filter, RecoversFromAHugeValue) {
+  for (const FilterSettings& settings : {MovingAverageOf(5), MedianOf(7), ExponentialOf(0.1),
+                                         ButterworthOf(4, 10, 100), NotchOf(20, 1, 100)}) {
+    for (const std::size_t before : {0, 50}) {
+      std::vector<double> values(3000, 1000.1);
+      std::fill_n(values.begin() + static_cast<std::ptrdiff_t>(before), 3, 9.9e37);
+      values[before + 1] = 9.91e37;
+      EXPECT_NEAR(Filtered(settings, values, false).back(), 1000.1, 1e-9) << static_cast<int>(settings.kind);
+    }
+  }
+}
+
 struct ObjectionCase {
   FilterSettings settings;
   FilterField field;
