@@ -97,6 +97,13 @@ Level LevelOf(const std::vector<double>& settled) {
   return {level, deviationsApart * deviation};
 }
 
+void LeaveOutOverflows(Statistics& statistics) {
+  for (auto* figure : {&statistics.mean, &statistics.standardDeviation, &statistics.peakToPeak,
+                       &statistics.driftPerHour, &statistics.repeatability}) {
+    if (*figure && !std::isfinite(**figure)) figure->reset();
+  }
+}
+
 std::size_t NumberOfClasses(std::vector<double> values, double range) {
   if (!(range > 0) || !std::isfinite(range)) return 1;
   const auto count = static_cast<double>(values.size());
@@ -125,6 +132,7 @@ Statistics Describe(std::span<const Point> points) {
   statistics.driftPerHour = DriftPerHour(points, *statistics.mean);
   const std::vector<double> settled = ValuesOf(points.subspan(statistics.settledFrom));
   if (settled.size() >= 2) statistics.repeatability = DeviationOf(settled);
+  LeaveOutOverflows(statistics);
   return statistics;
 }
 
@@ -155,7 +163,7 @@ Histogram HistogramOf(std::span<const Point> points) {
   Histogram histogram{*least, (*most - *least) / static_cast<double>(classes),
                       std::vector<std::size_t>(classes)};
   for (const double value : values) {
-    const double place = histogram.width > 0 ? (value - histogram.from) / histogram.width : 0;
+    const double place = classes > 1 ? (value - histogram.from) / histogram.width : 0;
     ++histogram.counts[static_cast<std::size_t>(std::min(place, static_cast<double>(classes - 1)))];
   }
   return histogram;

@@ -11,7 +11,7 @@
 namespace quarlin {
 
 // Gaps do not count, nor does what is not finite. What too few values cannot say is missing: everything of
-// none, the deviation, drift and repeatability of one.
+// none, the deviation, drift and repeatability of one. So is what is beyond a double.
 struct Statistics {
   std::size_t count = 0;
   std::optional<double> mean;

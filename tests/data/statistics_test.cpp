@@ -45,6 +45,8 @@ TEST(Statistics, SaysOnlyWhatTheValuesSay) {
   EXPECT_EQ(line.driftPerHour, 2);
   EXPECT_EQ(line.median, 6.5);
   EXPECT_FALSE(Describe(std::vector<Point>{{3, 1}, {3, 2}}).driftPerHour);
+  const Statistics huge = Describe(PointsOf({-1.7e308, 1.7e308}));
+  EXPECT_FALSE(huge.standardDeviation || huge.peakToPeak);
 }
 
 TEST(Statistics, FindsWhereAStepHasSettled) {
@@ -80,6 +82,7 @@ TEST(Histogram, EveryValueHasAClass) {
       {{gapValue, 3, 3}, 3, 0, {2}},
       {{0, 1, 2, 3, 4, 5, 6, 8}, 0, 4, {4, 4}},  // the highest value in the last class
       {{1, 1, 1, 1, 1, 1, 1, 5}, 1, 1, {7, 0, 0, 1}},
+      {{-1.7e308, 1.7e308}, -1.7e308, std::numeric_limits<double>::infinity(), {2}},
   };
   for (const HistogramCase& row : cases) {
     const Histogram histogram = HistogramOf(PointsOf(row.values));
