@@ -73,7 +73,7 @@ std::optional<std::chrono::sys_days> DayOf(int year, int month, int day) {
   const std::chrono::year_month_day date(std::chrono::year(year),
                                          std::chrono::month(static_cast<unsigned>(month)),
                                          std::chrono::day(static_cast<unsigned>(day)));
-  const bool counts = year >= 1700 && year <= 2200;  // in nanoseconds since 1970
+  const bool counts = year >= 1900 && year <= 2150;  // their distance in nanoseconds has room in 64 bits
   return counts && date.ok() ? std::optional(std::chrono::sys_days(date)) : std::nullopt;
 }
 
