@@ -27,6 +27,10 @@ using MatchContext = std::unique_ptr<pcre2_match_context, Freed<pcre2_match_cont
 // Steps of one match: some milliseconds, which no sensible expression needs for a row.
 constexpr std::uint32_t mostSteps = 100'000;
 
+// One text after the other that takes them all: the expression is no use, and thousands more would stop the
+// program.
+constexpr int mostExhausting = 100;
+
 Code Compiled(const std::string& expression) {
   if (expression.empty())
     throw std::invalid_argument("An expression is missing, such as \"net *([-+0-9.]+)\".");
@@ -63,9 +67,11 @@ class Expression {
     pcre2_set_match_limit(context_.get(), mostSteps);
   }
 
-  std::optional<std::string_view> Find(std::string_view text) const {
+  std::optional<std::string_view> Find(std::string_view text) {
+    if (exhausting_ == mostExhausting) return std::nullopt;
     const int count = pcre2_match(code_.get(), reinterpret_cast<PCRE2_SPTR>(text.data()), text.size(), 0, 0,
                                   data_.get(), context_.get());
+    exhausting_ = count == PCRE2_ERROR_MATCHLIMIT ? exhausting_ + 1 : 0;
     if (count <= static_cast<int>(group_)) return std::nullopt;
     const PCRE2_SIZE* places = pcre2_get_ovector_pointer(data_.get());
     const PCRE2_SIZE begin = places[group_ * 2];
@@ -79,6 +85,7 @@ class Expression {
   MatchData data_;
   MatchContext context_;
   std::uint32_t group_;
+  int exhausting_ = 0;  // texts, up to the last one
 };
 
 std::optional<ReadNumber> NthIn(NumberScanner numbers, int& left) {
