@@ -49,9 +49,9 @@ Code Compiled(const std::string& expression) {
 }
 
 // The group that is meant: "value", else the first, else 0, which is all that was matched.
-std::uint32_t GroupOf(const pcre2_code* code) {
+std::size_t GroupOf(const pcre2_code* code) {
   const int named = pcre2_substring_number_from_name(code, reinterpret_cast<PCRE2_SPTR>("value"));
-  if (named > 0) return static_cast<std::uint32_t>(named);
+  if (named > 0) return static_cast<std::size_t>(named);
   std::uint32_t groups = 0;
   pcre2_pattern_info(code, PCRE2_INFO_CAPTURECOUNT, &groups);
   return groups > 0 ? 1 : 0;
@@ -84,7 +84,7 @@ class Expression {
   Code code_;
   MatchData data_;
   MatchContext context_;
-  std::uint32_t group_;
+  std::size_t group_;
   int exhausting_ = 0;  // texts, up to the last one
 };
 
