@@ -9,7 +9,7 @@
 
 #include "macro/checksum_macros.h"
 #include "ui/qt/byte_edit.h"
-#include "ui/qt/text_colors.h"
+#include "ui/qt/trouble_labels.h"
 #include "ui/qt/widget_text.h"
 #include "ui_calculator_window.h"
 
@@ -30,7 +30,8 @@ CalculatorWindow::CalculatorWindow(FrmCalculator& form)
   ui_->textEdit->SetForText();
   MakeSumButtons();
   WireViews();
-  TintTroubles();
+  ShowAsTrouble(*this,
+                {ui_->lblTextTrouble, ui_->lblHexTrouble, ui_->lblDecimalTrouble, ui_->lblBinaryTrouble});
   Bind();
 }
 
@@ -80,20 +81,8 @@ void CalculatorWindow::ShowMarks() {
 }
 
 void CalculatorWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::PaletteChange && ui_) {
-    TintTroubles();
-    ShowMarks();
-  }
+  if (event->type() == QEvent::PaletteChange && ui_) ShowMarks();
   FormWindow::changeEvent(event);
-}
-
-void CalculatorWindow::TintTroubles() {
-  for (QLabel* label :
-       {ui_->lblTextTrouble, ui_->lblHexTrouble, ui_->lblDecimalTrouble, ui_->lblBinaryTrouble}) {
-    QPalette colors = label->palette();
-    colors.setColor(QPalette::WindowText, ReadableColor(colors::red, palette().color(QPalette::Window)));
-    label->setPalette(colors);
-  }
 }
 
 void CalculatorWindow::reject() {

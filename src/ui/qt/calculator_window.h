@@ -29,7 +29,6 @@ class CalculatorWindow : public FormWindow {
   void MakeSumButtons();
   void WireViews();
   void ShowMarks();
-  void TintTroubles();
   ByteEdit& Edit(ByteView view);
 
   FrmCalculator& form_;

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "ui/qt/text_colors.h"
+#include "ui/qt/trouble_labels.h"
 #include "ui_filter_pane.h"
 
 namespace quarlin {
@@ -39,6 +39,7 @@ struct FilterPane::Field {
 
 FilterPane::FilterPane(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::FilterPane>()) {
   ui_->setupUi(this);
+  ShowAsTrouble(*this, {ui_->lblFilterTrouble});
   connect(ui_->filterWriteButton, &QPushButton::clicked, this, &FilterPane::writeRequested);
   ShowFields(FilterKind::None);
 }
@@ -83,9 +84,6 @@ void FilterPane::ShowFields(FilterKind kind) {
 void FilterPane::PlaceTrouble(const std::optional<FilterObjection>& objection) {
   ui_->lblFilterTrouble->setVisible(objection.has_value());
   if (!objection) return;
-  QPalette red = palette();
-  red.setColor(QPalette::WindowText, ReadableColor(colors::red, red.color(QPalette::Window)));
-  ui_->lblFilterTrouble->setPalette(red);
   const std::array<QWidget*, 8> edits{ui_->txtFilterWidth,  ui_->txtFilterAlpha,  ui_->txtFilterOrder,
                                       ui_->txtFilterCutoff, ui_->txtFilterRipple, ui_->txtFilterFrequency,
                                       ui_->txtFilterQ,      ui_->txtFilterRate};

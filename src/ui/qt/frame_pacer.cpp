@@ -30,6 +30,16 @@ void FramePacer::Request() {
   timer_.start(std::chrono::ceil<milliseconds>(std::max<nanoseconds>(pause_ - quiet, nanoseconds(0))));
 }
 
+void FramePacer::RequestAtOnce() {
+  pause_ = {};
+  timer_.start(0);
+}
+
+void FramePacer::AddCost(microseconds cost) {
+  cost_ += cost;
+  BeginPause();
+}
+
 microseconds FramePacer::PauseAfter(microseconds cost, microseconds interval) {
   return std::max(interval - cost, 9 * cost);
 }
@@ -39,8 +49,13 @@ void FramePacer::Run() {
   cost.start();
   frame_();
   framesInARow_ = std::min(framesInARow_ + 1, framesOfASecond);
-  pause_ = PauseAfter(std::chrono::duration_cast<microseconds>(nanoseconds(cost.nsecsElapsed())),
-                      framesInARow_ < framesOfASecond ? interval_ : std::max(interval_, steadyInterval));
+  cost_ = std::chrono::duration_cast<microseconds>(nanoseconds(cost.nsecsElapsed()));
+  BeginPause();
+}
+
+void FramePacer::BeginPause() {
+  pause_ =
+      PauseAfter(cost_, framesInARow_ < framesOfASecond ? interval_ : std::max(interval_, steadyInterval));
   sinceFrame_.start();
 }
 

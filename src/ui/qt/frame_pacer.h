@@ -20,6 +20,12 @@ class FramePacer {
   // Asks for a frame. Further requests before it are part of it.
   void Request();
 
+  // The same, without the pause behind the last one: the user has asked for it.
+  void RequestAtOnce();
+
+  // What the last frame has cost since, elsewhere; the pause behind it grows accordingly and begins now.
+  void AddCost(std::chrono::microseconds cost);
+
   // How long the window is left alone after a frame that took `cost`: the frame then has at most about a
   // tenth of the time.
   static std::chrono::microseconds PauseAfter(
@@ -27,11 +33,13 @@ class FramePacer {
 
  private:
   void Run();
+  void BeginPause();
 
   std::function<void()> frame_;
   std::chrono::milliseconds interval_;
   QTimer timer_;
-  QElapsedTimer sinceFrame_;  // from the end of the last one
+  QElapsedTimer sinceFrame_;           // from the end of the last one
+  std::chrono::microseconds cost_{0};  // of the last one
   std::chrono::microseconds pause_{0};
   int framesInARow_ = 0;  // without a rest between them
 };

@@ -17,7 +17,7 @@
 #include <utility>
 
 #include "base/numbers.h"
-#include "ui/qt/text_colors.h"
+#include "ui/qt/trouble_labels.h"
 #include "ui/qt/widget_text.h"
 #include "ui_load_dialog.h"
 
@@ -62,11 +62,7 @@ LoadDialog::LoadDialog(EventLoop& loop, TakeNumbers take, QWidget* parent)
     : QDialog(parent), loop_(loop), take_(std::move(take)), ui_(std::make_unique<Ui::LoadDialog>()) {
   ui_->setupUi(this);
   resize(760, 480);
-  for (QLabel* trouble : {ui_->loadRuleTrouble, ui_->loadTimeTrouble}) {
-    QPalette red = trouble->palette();
-    red.setColor(QPalette::WindowText, ReadableColor(colors::red, red.color(QPalette::Window)));
-    trouble->setPalette(red);
-  }
+  ShowAsTrouble(*this, {ui_->loadRuleTrouble, ui_->loadTimeTrouble});
   ui_->loadPreview->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   Wire();
   ShowChoice({});
@@ -91,6 +87,7 @@ void LoadDialog::Wire() {
 
 void LoadDialog::ChooseFile() {
   open();
+  if (isLoading_ || findChild<QFileDialog*>() != nullptr) return;  // asked for again from another window
   auto* dialog = new QFileDialog(this, tr("Open numbers"));
   dialog->setObjectName("loadFileDialog");
   dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -278,7 +275,7 @@ void LoadDialog::ShowLoading(bool loading) {
   }
   ui_->loadTime->setEnabled(!loading && ui_->loadTimeBox->currentIndex() > 0);
   ui_->loadOpenButton->setEnabled(!loading && open_);
-  if (loading) ui_->loadNote->setText(tr("Reading..."));
+  if (loading) ui_->loadNote->setText(tr("Reading…"));
   if (loading) ui_->loadCancelButton->setFocus();
 }
 

@@ -13,6 +13,7 @@
 
 #include "data/csv_writer.h"
 #include "ui/qt/filter_pane.h"
+#include "ui/qt/trouble_labels.h"
 #include "ui/qt/widget_text.h"
 #include "ui_plot_window.h"
 
@@ -20,7 +21,7 @@ namespace quarlin {
 namespace {
 
 QString TitleOf(const Series& series, std::size_t place) {
-  const QString name = QString::fromStdString(series.name);
+  const QString name = TextOfFile(series.name);
   return name.isEmpty() ? PlotWindow::tr("Number %1").arg(place + 1) : name;
 }
 
@@ -52,6 +53,7 @@ PlotWindow::PlotWindow(Form& form)
       filter_(new FilterPane) {
   ui_->setupUi(this);
   resize(1000, 620);
+  ShowAsTrouble(*this, {ui_->lblCurveTrouble});
   FillTools();
   WireSource();
   WireCanvas();
@@ -146,7 +148,7 @@ StatisticsPane::Stretch PlotWindow::Stretch(int curve, bool betweenCursors) cons
     begin = series.IndexAt(cursors.from);
     end = series.IndexAt(std::nextafter(cursors.to, std::numeric_limits<double>::infinity()));
   }
-  return {series.Points(begin, end), ShownText(series.unit), plot_.ShownByTime()};
+  return {series.Points(begin, end), TextOfFile(series.unit), plot_.ShownByTime()};
 }
 
 void PlotWindow::ShowCurves() {

@@ -1,10 +1,13 @@
 #include "ui/qt/statistics_pane.h"
 
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QShortcut>
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <utility>
 
 #include "base/numbers.h"
 #include "ui_statistics_pane.h"
@@ -19,12 +22,20 @@ bool IsSpread(const Figure& figure) {
   return figure.key == "standard_deviation" || figure.key == "repeatability" || figure.perHour;
 }
 
+// Without the digits that the subtraction has made up: the values' own have sixteen.
+QString DifferenceText(double difference, const Statistics& statistics) {
+  const double largest = std::max(std::abs(*statistics.minimum), std::abs(*statistics.maximum));
+  const double grid = largest > 0 ? std::pow(10, 14 - std::floor(std::log10(largest))) : 1;
+  const double rounded = std::round(difference * grid) / grid;
+  return QString::fromStdString(DecimalText(std::isfinite(rounded) ? rounded : difference));
+}
+
 // As many decimals as the deviation leaves a meaning to: two of its own digits.
 QString ShownValue(const Figure& figure, const Statistics& statistics) {
   if (IsSpread(figure)) return QString::number(*figure.value, 'g', 4);
   const double deviation = statistics.standardDeviation.value_or(0);
-  const bool measured = figure.key == "minimum" || figure.key == "maximum" || figure.key == "median" ||
-                        figure.key == "peak_to_peak";
+  if (figure.key == "peak_to_peak") return DifferenceText(*figure.value, statistics);
+  const bool measured = figure.key == "minimum" || figure.key == "maximum" || figure.key == "median";
   if (measured || !(deviation > 0)) return QString::fromStdString(DecimalText(*figure.value));
   const int decimals = static_cast<int>(std::clamp(2 - std::ceil(std::log10(deviation)), 0.0, 12.0));
   return QString::number(*figure.value, 'f', decimals);
@@ -54,8 +65,17 @@ QTableWidgetItem* ItemOf(const QString& text, Qt::Alignment alignment) {
 
 }  // namespace
 
+struct StatisticsPane::Said {
+  Statistics statistics;
+  Histogram histogram;
+  Spectrum spectrum;
+  std::chrono::microseconds cost;
+};
+
 StatisticsPane::StatisticsPane(QWidget* parent)
-    : QWidget(parent), ui_(std::make_unique<Ui::StatisticsPane>()), pacer_([this] { Show(); }, betweenLooks) {
+    : QWidget(parent),
+      ui_(std::make_unique<Ui::StatisticsPane>()),
+      pacer_([this] { Begin(); }, betweenLooks) {
   ui_->setupUi(this);
   ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
@@ -64,7 +84,7 @@ StatisticsPane::StatisticsPane(QWidget* parent)
   auto* copy = new QShortcut(QKeySequence::Copy, ui_->statisticsTable, nullptr, nullptr, Qt::WidgetShortcut);
   connect(copy, &QShortcut::activated, this, &StatisticsPane::Copy);
   for (const QComboBox* box : {ui_->statisticsCurveBox, ui_->statisticsRangeBox}) {
-    connect(box, &QComboBox::currentIndexChanged, this, &StatisticsPane::Refresh);
+    connect(box, &QComboBox::currentIndexChanged, this, &StatisticsPane::RefreshAtOnce);
   }
   SetCurves({});
   SetCursors(false);
@@ -80,7 +100,7 @@ void StatisticsPane::SetCurves(const QStringList& names) {
   box.addItems(names);
   box.setCurrentIndex(names.isEmpty() ? -1 : std::max(box.findText(chosen), 0));
   box.setVisible(names.size() > 1);
-  Refresh();
+  RefreshAtOnce();
 }
 
 void StatisticsPane::SetCursors(bool shown) {
@@ -89,7 +109,19 @@ void StatisticsPane::SetCursors(bool shown) {
 }
 
 void StatisticsPane::Refresh() {
-  if (isVisible()) pacer_.Request();
+  if (isWorking_) {
+    again_ = std::max(again_, Again::Soon);
+  } else if (isVisible()) {
+    pacer_.Request();
+  }
+}
+
+void StatisticsPane::RefreshAtOnce() {
+  if (isWorking_) {
+    again_ = Again::AtOnce;
+  } else if (isVisible()) {
+    pacer_.RequestAtOnce();
+  }
 }
 
 void StatisticsPane::showEvent(QShowEvent* event) {
@@ -97,28 +129,46 @@ void StatisticsPane::showEvent(QShowEvent* event) {
   Refresh();
 }
 
-void StatisticsPane::Show() {
+// The points are copied here; what is said of the copy is found out beside the loop.
+void StatisticsPane::Begin() {
   if (!isVisible()) return;
-  Stretch stretch;
-  if (ui_->statisticsCurveBox->currentIndex() >= 0) {
-    stretch = OnWanted(ui_->statisticsCurveBox->currentIndex(), ui_->statisticsRangeBox->currentIndex() == 1);
-  }
-  ShowFigures(Describe(stretch.points), stretch);
-  ShowHistogram(stretch);
-  ShowSpectrum(stretch);
+  isWorking_ = true;
+  const auto stretch = std::make_shared<const Stretch>(Wanted());
+  worker_.start([this, stretch] {
+    QElapsedTimer cost;
+    cost.start();
+    Said said{Describe(stretch->points),
+              HistogramOf(stretch->points),
+              SpectrumOf(stretch->points, RateOf(*stretch)),
+              {}};
+    said.cost = std::chrono::microseconds(cost.nsecsElapsed() / 1000);
+    QMetaObject::invokeMethod(
+        this, [this, stretch, said = std::move(said)] { Show(said, *stretch); }, Qt::QueuedConnection);
+  });
+}
+
+StatisticsPane::Stretch StatisticsPane::Wanted() {
+  const int curve = ui_->statisticsCurveBox->currentIndex();
+  return curve < 0 ? Stretch() : OnWanted(curve, ui_->statisticsRangeBox->currentIndex() == 1);
+}
+
+void StatisticsPane::Show(const Said& said, const Stretch& stretch) {
+  ShowFigures(said.statistics, stretch);
+  ShowHistogram(said.histogram, stretch);
+  ShowSpectrum(said.spectrum, stretch);
+  isWorking_ = false;
+  pacer_.AddCost(said.cost);
+  const Again again = std::exchange(again_, Again::No);
+  if (again == Again::Soon) Refresh();
+  if (again == Again::AtOnce) RefreshAtOnce();
 }
 
 void StatisticsPane::ShowFigures(const Statistics& statistics, const Stretch& stretch) {
-  QTableWidget& table = *ui_->statisticsTable;
-  table.setRowCount(0);
+  int rows = 0;
   copy_.clear();
   const auto add = [&](const QString& caption, const QString& shown, const QString& whole,
                        const QString& unit) {
-    const int row = table.rowCount();
-    table.insertRow(row);
-    table.setItem(row, 0, ItemOf(caption, Qt::AlignLeft));
-    table.setItem(row, 1, ItemOf(shown, Qt::AlignRight));
-    table.setItem(row, 2, ItemOf(unit, Qt::AlignLeft));
+    ShowRow(rows++, caption, shown, unit);
     copy_ += caption + '\t' + whole + '\t' + unit + '\n';
   };
   const QString count = QString::number(statistics.count);
@@ -135,11 +185,26 @@ void StatisticsPane::ShowFigures(const Statistics& statistics, const Stretch& st
     }
   }
   // The room that is left belongs to the charts.
+  QTableWidget& table = *ui_->statisticsTable;
   table.setFixedHeight(table.verticalHeader()->length() + 2 * table.frameWidth());
 }
 
-void StatisticsPane::ShowHistogram(const Stretch& stretch) {
-  const Histogram histogram = HistogramOf(stretch.points);
+// The rows stay, so that what is selected stays, too.
+void StatisticsPane::ShowRow(int row, const QString& caption, const QString& value, const QString& unit) {
+  QTableWidget& table = *ui_->statisticsTable;
+  if (row < table.rowCount()) {
+    table.item(row, 0)->setText(caption);
+    table.item(row, 1)->setText(value);
+    table.item(row, 2)->setText(unit);
+    return;
+  }
+  table.insertRow(row);
+  table.setItem(row, 0, ItemOf(caption, Qt::AlignLeft));
+  table.setItem(row, 1, ItemOf(value, Qt::AlignRight));
+  table.setItem(row, 2, ItemOf(unit, Qt::AlignLeft));
+}
+
+void StatisticsPane::ShowHistogram(const Histogram& histogram, const Stretch& stretch) {
   if (histogram.counts.empty()) return ui_->histogramChart->ShowNothing(tr("no values"));
   // Equal values make one class without a width: a bar around them shows it.
   const double width = histogram.width > 0 ? histogram.width : std::max(std::abs(histogram.from), 1.0) * 1e-6;
@@ -147,8 +212,7 @@ void StatisticsPane::ShowHistogram(const Stretch& stretch) {
   ui_->histogramChart->ShowBars(from, width, histogram.counts, AxisTitle(tr("Value"), stretch.unit));
 }
 
-void StatisticsPane::ShowSpectrum(const Stretch& stretch) {
-  const Spectrum spectrum = SpectrumOf(stretch.points, RateOf(stretch));
+void StatisticsPane::ShowSpectrum(const Spectrum& spectrum, const Stretch& stretch) {
   if (spectrum.amplitudes.empty()) return ui_->spectrumChart->ShowNothing(tr("a spectrum needs 8 values"));
   std::vector<double> frequencies(spectrum.amplitudes.size());
   for (std::size_t i = 0; i < frequencies.size(); ++i) {

@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QThreadPool>
 #include <QWidget>
 #include <memory>
 #include <vector>
@@ -33,7 +34,8 @@ class StatisticsPane : public QWidget {
   };
 
   // Hands over the points of the curve of that number: all of them, or those between the cursors. Asked only
-  // while the pane is seen, at most twice a second.
+  // while the pane is seen, at most twice a second, and less often where there are many points. Never asked
+  // within a call of this class.
   Hook<Stretch(int curve, bool betweenCursors)> OnWanted;
 
   // The curves to choose from, in the order of their numbers. The choice stays where its name stays.
@@ -52,15 +54,27 @@ class StatisticsPane : public QWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
-  void Show();
+  struct Said;
+
+  void RefreshAtOnce();
+  void Begin();
+  Stretch Wanted();
+  void Show(const Said& said, const Stretch& stretch);
   void ShowFigures(const Statistics& statistics, const Stretch& stretch);
-  void ShowHistogram(const Stretch& stretch);
-  void ShowSpectrum(const Stretch& stretch);
+  void ShowHistogram(const Histogram& histogram, const Stretch& stretch);
+  void ShowSpectrum(const Spectrum& spectrum, const Stretch& stretch);
+  void ShowRow(int row, const QString& caption, const QString& value, const QString& unit);
   void Copy();
 
   std::unique_ptr<Ui::StatisticsPane> ui_;
   QString copy_;  // the table with all digits, tabs between the columns
   FramePacer pacer_;
+  bool isWorking_ = false;
+  enum class Again { No, Soon, AtOnce } again_ = Again::No;  // asked for while it worked
+
+  // Of four million points the figures take half a second, in which the answers of a running test must not
+  // wait. Ends first: what works there knows this object.
+  QThreadPool worker_;
 };
 
 }  // namespace quarlin
