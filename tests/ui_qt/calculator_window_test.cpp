@@ -131,25 +131,6 @@ class CalculatorWindowTest : public QObject {
     QTest::keyClick(rig.calculator, Qt::Key_Escape);
     QVERIFY(!rig.calculator->isVisible());
   }
-
-  void everyInputHasANameAnExplanationAndAMnemonicOfItsOwn() {
-    Rig rig;
-    std::set<QString> letters;
-    const auto claim = [&](const QString& text) {
-      const qsizetype mark = text.indexOf('&');
-      QVERIFY2(mark < 0 || letters.insert(text.mid(mark + 1, 1).toLower()).second, qPrintable(text));
-    };
-    for (const QLabel* label : rig.calculator->findChildren<QLabel*>()) {
-      if (label->buddy() != nullptr) claim(label->text());
-    }
-    for (const QWidget* widget : rig.calculator->findChildren<QWidget*>()) {
-      const auto* button = qobject_cast<const QPushButton*>(widget);
-      if (button != nullptr) claim(button->text());
-      const bool input = button != nullptr || qobject_cast<const ByteEdit*>(widget) ||
-                         qobject_cast<const QComboBox*>(widget) || qobject_cast<const QLineEdit*>(widget);
-      QVERIFY2(!input || !widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
-    }
-  }
 };
 
 }  // namespace quarlin

@@ -13,6 +13,7 @@
 #include <QRadioButton>
 #include <QScopeGuard>
 #include <QScrollArea>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 #include <QToolButton>
@@ -22,11 +23,13 @@
 #include "base/files.h"
 #include "calculator/frm_calculator.h"
 #include "curves/frm_plot.h"
+#include "script/script_host.h"
 #include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
 #include "support/temp_folder.h"
 #include "support/virtual_loop.h"
 #include "ui/qt/elided_label.h"
+#include "ui/qt/help_pages.h"
 #include "ui/qt/lamp.h"
 #include "ui/qt/received_text_view.h"
 #include "ui/qt/widget_text.h"
@@ -228,6 +231,43 @@ class MainWindowTest : public QObject {
       if (widget->objectName() == "txtric") continue;  // the tip would hang over the traffic
       QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
     }
+  }
+
+  void windowsBesideItAreNamedAndExplained() {
+    Rig rig;
+    rig.frm.Plot().Open();
+    rig.frm.Calculator().SetVisible(true);
+    rig.frm.Script().List().SetVisible(true);
+    int seen = 0;
+    for (const char* name : {"FrmPlot", "loadDialog", "FrmCalculator", "FrmScript"}) {
+      for (const QWidget* window : QApplication::allWidgets()) {
+        if (window->objectName() != name) continue;
+        ++seen;
+        std::set<QChar> letters;
+        std::set<const QWidget*> named;
+        const auto claim = [&](const QString& text) {
+          const QChar letter = MnemonicOf(text).toLower();
+          QVERIFY2(letter.isNull() || letters.insert(letter).second, qPrintable(name + (": " + text)));
+        };
+        for (const QTabBar* tabs : window->findChildren<QTabBar*>()) {
+          for (int i = 0; i < tabs->count(); ++i) claim(tabs->tabText(i));
+        }
+        for (const QWidget* widget : window->findChildren<QWidget*>()) {
+          if (widget->window() == window) claim(TextOf(*widget));
+          if (const auto* label = qobject_cast<const QLabel*>(widget)) named.insert(label->buddy());
+        }
+        for (const QWidget* widget : Inputs(*window)) {
+          QVERIFY2(
+              named.contains(widget) || !widget->accessibleName().isEmpty() || !TextOf(*widget).isEmpty(),
+              qPrintable(widget->objectName()));
+          QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
+        }
+        QVERIFY2(IsHelp(QUrl("qrc:/help/" + window->property("helpPage").toString())), name);
+      }
+    }
+    QCOMPARE(seen, 4);
+    QTest::keyClick(rig.WindowsWithControlsOfTheMainOne().back(), Qt::Key_F1);
+    QVERIFY(rig.Find<QWidget>("helpWindow").isVisible());
   }
 
   void nothingIsClippedInASmallWindow() {

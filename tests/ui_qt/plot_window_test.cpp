@@ -1,9 +1,11 @@
 // The plot window beside the main one: a run drawn in it, its filter, and the way back to the traffic.
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTest>
 #include <cmath>
 
@@ -97,6 +99,19 @@ class PlotWindowTest : public QObject {
     emit canvas.MarkClicked(rig.frm.Plot().Marks().front().exchange);
     QVERIFY(line);
     QVERIFY(rig.frm.controls.display.txtric.Ring().Line(*line).text.find("READ") == 0);
+  }
+
+  void theFiguresAreCopiedAndNotThePicture() {
+    Rig rig;
+    rig.Answer({"12.344 \xC2\xB5g\r\n", "12.346 \xC2\xB5g\r\n"});
+    auto& table = rig.Find<QTableWidget>("statisticsTable");
+    QTRY_VERIFY(table.item(0, 1) != nullptr && table.item(0, 1)->text() == "2");
+    QCOMPARE(table.item(5, 1)->text(), QString("0.002"));  // not what the subtraction makes of the last digit
+    QCOMPARE(table.item(5, 2)->text(), QString("µg"));
+    QApplication::clipboard()->clear();
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
+    QTRY_VERIFY(QApplication::clipboard()->text().startsWith("Count\t2\t\n"));
   }
 
   void theFilterShowsItsFieldsAndWhatIsWrongWithThem() {

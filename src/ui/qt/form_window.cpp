@@ -2,11 +2,17 @@
 
 #include <QCloseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QWindow>
 
 #include "ui/qt/widget_text.h"
 
 namespace quarlin {
+namespace {
+
+constexpr QMargins usualFrame(6, 32, 6, 6);  // of a desktop, which tells it when the window is there
+
+}  // namespace
 
 FormWindow::FormWindow(Form& form) : form_(form) {
   setObjectName(QString::fromStdString(form.Name()));
@@ -28,11 +34,20 @@ void FormWindow::ShowState() {
   winId();  // makes the window, which may not have been shown yet
   windowHandle()->setFlag(Qt::WindowStaysOnTopHint, form_.TopMost());
   if (isVisible() != form_.Visible()) {
+    if (!testAttribute(Qt::WA_Moved)) PlaceFirst();  // else it stands as it stood last
     setVisible(form_.Visible());
   } else if (isVisible() && !testAttribute(Qt::WA_ShowWithoutActivating)) {
     raise();
     activateWindow();
   }
+}
+
+// In the middle of the screen, all of it with the frame around it.
+void FormWindow::PlaceFirst() {
+  const QRect room = screen()->availableGeometry().marginsRemoved(usualFrame);
+  QRect place(QPoint(), (testAttribute(Qt::WA_Resized) ? size() : sizeHint()).boundedTo(room.size()));
+  place.moveCenter(room.center());
+  setGeometry(place);
 }
 
 void FormWindow::ShowModal(QWidget& owner) {

@@ -31,6 +31,8 @@ class FormWindow : public QDialog {
   void reject() override;
 
  private:
+  void PlaceFirst();
+
   Form& form_;
   std::unique_ptr<Binder> binder_;
 };

@@ -340,8 +340,12 @@ void MainWindow::WireHelp() {
   connect(ui_->actionMessages, &QAction::triggered, messages_, &MessageList::Open);
 }
 
-// The page about what has the keyboard; nothing where that says little.
+// The page about what has the keyboard; nothing where that says little. Another window names it in its
+// property "helpPage".
 QString MainWindow::HelpHere() const {
+  if (const QWidget* other = QApplication::activeWindow(); other != nullptr && other != this) {
+    return other->property("helpPage").toString();
+  }
   const QWidget* focus = focusWidget();
   if (linkRow_->isAncestorOf(focus)) return "docs/connections.md";
   if (traffic_->isAncestorOf(focus)) return "docs/display.md";

@@ -3,7 +3,7 @@
 #include <QClipboard>
 #include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QShortcut>
+#include <QKeyEvent>
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -81,8 +81,7 @@ StatisticsPane::StatisticsPane(QWidget* parent)
   ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
   ui_->statisticsTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
   connect(ui_->statisticsCopyButton, &QPushButton::clicked, this, &StatisticsPane::Copy);
-  auto* copy = new QShortcut(QKeySequence::Copy, ui_->statisticsTable, nullptr, nullptr, Qt::WidgetShortcut);
-  connect(copy, &QShortcut::activated, this, &StatisticsPane::Copy);
+  ui_->statisticsTable->installEventFilter(this);
   for (const QComboBox* box : {ui_->statisticsCurveBox, ui_->statisticsRangeBox}) {
     connect(box, &QComboBox::currentIndexChanged, this, &StatisticsPane::RefreshAtOnce);
   }
@@ -122,6 +121,18 @@ void StatisticsPane::RefreshAtOnce() {
   } else if (isVisible()) {
     pacer_.RequestAtOnce();
   }
+}
+
+// The keys that copy are the table's own while it has the keyboard, though the window has a use for them,
+// too.
+bool StatisticsPane::eventFilter(QObject* table, QEvent* event) {
+  const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+  if (!isKey || !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+    return QWidget::eventFilter(table, event);
+  }
+  event->accept();
+  if (event->type() == QEvent::KeyPress) Copy();
+  return true;
 }
 
 void StatisticsPane::showEvent(QShowEvent* event) {

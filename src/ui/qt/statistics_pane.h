@@ -51,6 +51,7 @@ class StatisticsPane : public QWidget {
   void told(const QString& message);  // an answer to what the user did
 
  protected:
+  bool eventFilter(QObject* table, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:

@@ -31,15 +31,16 @@ std::unique_ptr<FormWindow> Make(Form& form) {
 struct Windows::WindowRow {
   std::string_view form;  // its name
   std::unique_ptr<FormWindow> (*make)(Form& form);
+  const char* help;        // the page about it
   bool showsMain = false;  // controls of the main window stand in it, too
 };
 
 // One row a window.
 const Windows::WindowRow Windows::rows[] = {
-    {"FrmCommand", &Make<CommandWindow>},
-    {"FrmCalculator", &Make<CalculatorWindow, FrmCalculator>, true},
-    {"FrmScript", &MakeOfUi<Ui::ScriptList>},
-    {"FrmPlot", &Make<PlotWindow>, true},
+    {"FrmCommand", &Make<CommandWindow>, "docs/scripts.md"},
+    {"FrmCalculator", &Make<CalculatorWindow, FrmCalculator>, "docs/calculator.md", true},
+    {"FrmScript", &MakeOfUi<Ui::ScriptList>, "docs/scripts.md"},
+    {"FrmPlot", &Make<PlotWindow>, "docs/data.md", true},
 };
 
 Windows::Windows(const std::vector<Form*>& forms, QWidget& mainWindow) : mainWindow_(mainWindow) {
@@ -71,6 +72,7 @@ void Windows::ShowState(Shown& shown) {
 FormWindow& Windows::WindowOf(Shown& shown) {
   if (!shown.window) {
     shown.window = shown.row->make(*shown.form);
+    shown.window->setProperty("helpPage", shown.row->help);
     OnMade(*shown.window, shown.row->showsMain);
   }
   return *shown.window;
