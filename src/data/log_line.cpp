@@ -50,4 +50,14 @@ std::string WithoutCodes(std::string_view text) {
   return plain;
 }
 
+std::optional<RowContent::Found> RowContent::operator()(std::string_view line) {
+  const bool blank = line.find_first_not_of(" \t") == std::string_view::npos;
+  if (blank || IsStamp(line)) return std::nullopt;
+  const auto logged = LogLineIn(line);
+  if (!logged) return Found{line, {}};
+  if (!logged->received) return std::nullopt;
+  plain_ = WithoutCodes(logged->text);
+  return Found{plain_, logged->time};
+}
+
 }  // namespace quarlin

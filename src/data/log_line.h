@@ -23,4 +23,19 @@ bool IsStamp(std::string_view line);
 // Each code in braces, "{0D}", as the character that it stands for.
 std::string WithoutCodes(std::string_view text);
 
+// What of a line holds what was measured: all of it, or what a log received, without its codes.
+class RowContent {
+ public:
+  struct Found {
+    std::string_view text;      // lives until the next call
+    std::string_view loggedAt;  // empty: it is no row of a log
+  };
+
+  // Nothing for a blank line, a stamp, and what was sent.
+  std::optional<Found> operator()(std::string_view line);
+
+ private:
+  std::string plain_;
+};
+
 }  // namespace quarlin

@@ -113,6 +113,18 @@ std::string NameOf(const NumberRule& rule) {
   return rule.place == 1 ? "Number" : fmt::format("Number {}", rule.place);
 }
 
+std::string MissingBy(const NumberRule& rule) {
+  switch (rule.kind) {
+    case NumberRule::Kind::Group:
+      return "no number by the expression";
+    case NumberRule::Kind::Column:
+      return fmt::format("no number in column {}", rule.place);
+    case NumberRule::Kind::Nth:
+      break;
+  }
+  return rule.place == 1 ? "no number" : fmt::format("no number {}", rule.place);
+}
+
 struct NumberReader::Parts {
   explicit Parts(const NumberRule& rule) : kind(rule.kind), place(rule.place), decimal(rule.decimal) {
     if (kind == NumberRule::Kind::Group) {

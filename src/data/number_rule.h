@@ -23,6 +23,9 @@ struct NumberRule {
 // The curve's name: the rule's own, or "Number", "Number 2", "Column 2", the expression.
 std::string NameOf(const NumberRule& rule);
 
+// What is said where it finds none: "no number", "no number in column 3".
+std::string MissingBy(const NumberRule& rule);
+
 // A rule that is ready to be used.
 class NumberReader {
  public:

@@ -2,6 +2,9 @@
 
 #include <cstdint>
 
+#include "data/cells.h"
+#include "data/number_text.h"
+
 namespace quarlin {
 namespace {
 
@@ -135,15 +138,25 @@ std::string_view WithoutBlanks(std::string_view text) {
 
 }  // namespace
 
-std::optional<RowTime> TimeIn(std::string_view text, DecimalSign sign) {
+std::optional<RowTime> TimeIn(std::string_view text) {
   const std::string_view written = WithoutBlanks(text);
   if (written.find(':') != std::string_view::npos) {
     const auto time = TimeOfDayIn(written);
     return time ? time : DateIn(written);
   }
   if (const auto date = DateIn(written)) return date;
-  const auto number = LeadingNumber(written, sign);
+  const auto number = LeadingNumber(written);
   return number ? std::optional(RowTime{RowTime::Kind::Seconds, number->value, {}}) : std::nullopt;
+}
+
+std::optional<RowTime> TimeInColumn(std::string_view row, int column, char separator) {
+  const auto cell = CellAt(row, column, separator);
+  auto time = cell ? TimeIn(*cell) : std::nullopt;
+  if (!time || time->kind != RowTime::Kind::Date || cell->find(':') != std::string_view::npos) return time;
+  const auto next = CellAt(row, column + 1, separator);
+  const auto ofDay = next ? TimeIn(*next) : std::nullopt;
+  if (ofDay && ofDay->kind == RowTime::Kind::OfDay) time->instant += ofDay->instant;
+  return time;
 }
 
 std::optional<double> RowClock::Seconds(const RowTime& time) {

@@ -6,8 +6,6 @@
 #include <optional>
 #include <string_view>
 
-#include "data/number_text.h"
-
 namespace quarlin {
 
 struct RowTime {
@@ -21,7 +19,10 @@ struct RowTime {
 // elapsed), "2026-11-22 10:00:00,250", "2026-11-22T10:00:00+01:00", and with the day first "22/11/26
 // 10:00:00", "22.11.2026". Without a distance to UTC a date is taken as one of UTC. Nothing else may stand
 // behind a date or a time of day.
-std::optional<RowTime> TimeIn(std::string_view text, DecimalSign sign = DecimalSign::Either);
+std::optional<RowTime> TimeIn(std::string_view text);
+
+// The time in that column of a row, from 1. A date without a time of day takes that of the next column.
+std::optional<RowTime> TimeInColumn(std::string_view row, int column, char separator);
 
 // The same as seconds that run on. Seconds stay as they are; of the others the first one is 0, and a time of
 // day far before the last one is one of the next day.

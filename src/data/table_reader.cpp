@@ -40,53 +40,14 @@ void RequireSound(const TableSettings& settings) {
   }
 }
 
-bool IsBlank(std::string_view text) {
-  return text.find_first_not_of(" \t") == std::string_view::npos;
-}
-
 // Without the end of a line that goes on: its last number may be half of one.
 std::string_view WithoutHalfNumber(std::string_view text) {
   return text.substr(0, text.find_last_not_of("0123456789.,+-eE") + 1);
 }
 
-std::string MissingNumber(const NumberRule& rule) {
-  switch (rule.kind) {
-    case NumberRule::Kind::Group:
-      return "no number by the expression";
-    case NumberRule::Kind::Column:
-      return fmt::format("no number in column {}", rule.place);
-    case NumberRule::Kind::Nth:
-      break;
-  }
-  return rule.place == 1 ? "no number" : fmt::format("no number {}", rule.place);
-}
-
 std::string AsUtf8(std::string_view text) {
   return IsUtf8(text) ? std::string(text) : Utf8FromBytes(text);
 }
-
-// What of a line is looked at: all of it, or what a log has behind its mark.
-struct Content {
-  std::string_view text;
-  std::string_view loggedAt;  // empty: it is no row of a log
-};
-
-// Keeps what a row of a log says without its codes.
-class ContentOf {
- public:
-  // Nothing where the line holds nothing to be read.
-  std::optional<Content> operator()(std::string_view line) {
-    if (IsBlank(line) || IsStamp(line)) return std::nullopt;
-    const auto logged = LogLineIn(line);
-    if (!logged) return Content{line, {}};
-    if (!logged->received) return std::nullopt;
-    plain_ = WithoutCodes(logged->text);
-    return Content{plain_, logged->time};
-  }
-
- private:
-  std::string plain_;
-};
 
 }  // namespace
 
@@ -97,10 +58,8 @@ struct TableReader::Parts {
   void ReadSample();
   void Name(std::span<const std::string> rows);
   void Read(const LineSplitter::Line& next);
-  void ReadRow(const LineSplitter::Line& row, const Content& content);
-  double ReadTime(const Content& content);
-  std::optional<RowTime> TimeOf(const Content& content) const;
-  std::optional<RowTime> TimeInColumn(std::string_view text) const;
+  void ReadRow(const LineSplitter::Line& row, const RowContent::Found& content);
+  double ReadTime(const RowContent::Found& content);
   void ReadValues(std::string_view text);
   double ValueOf(std::size_t curve, std::string_view text);
   void TakeUnit(std::size_t curve, std::string_view found);
@@ -119,7 +78,7 @@ struct TableReader::Parts {
   bool headed = false;  // the header is still to come
 
   LineSplitter lines{[this](const LineSplitter::Line& next) { Read(next); }};
-  ContentOf contentOf;
+  RowContent contentOf;
   RowClock clock;
   double lastTime = -std::numeric_limits<double>::infinity();
   SignEvidence signs;
@@ -195,7 +154,7 @@ void TableReader::Parts::Read(const LineSplitter::Line& next) {
   ReadRow(next, *content);
 }
 
-void TableReader::Parts::ReadRow(const LineSplitter::Line& row, const Content& content) {
+void TableReader::Parts::ReadRow(const LineSplitter::Line& row, const RowContent::Found& content) {
   reason.clear();
   line = row.number;
   const double time = ReadTime(content);
@@ -210,11 +169,12 @@ void TableReader::Parts::ReadRow(const LineSplitter::Line& row, const Content& c
 }
 
 // NaN where the row has no time that comes behind that of the row above.
-double TableReader::Parts::ReadTime(const Content& content) {
+double TableReader::Parts::ReadTime(const RowContent::Found& content) {
   const auto row = static_cast<double>(rows);
   if (settings.time == TableSettings::Time::Row) return row;
   if (settings.time == TableSettings::Time::Rate) return row / settings.rate;
-  const auto found = TimeOf(content);
+  const auto found = content.loggedAt.empty() ? TimeInColumn(content.text, settings.timeColumn, separator)
+                                              : TimeIn(content.loggedAt);
   const auto time = found ? clock.Seconds(*found) : std::nullopt;
   if (!time) {
     Miss(fmt::format("no time in column {}", settings.timeColumn));
@@ -226,20 +186,6 @@ double TableReader::Parts::ReadTime(const Content& content) {
   return gapValue;
 }
 
-std::optional<RowTime> TableReader::Parts::TimeOf(const Content& content) const {
-  return content.loggedAt.empty() ? TimeInColumn(content.text) : TimeIn(content.loggedAt);
-}
-
-std::optional<RowTime> TableReader::Parts::TimeInColumn(std::string_view text) const {
-  const auto cell = CellAt(text, settings.timeColumn, separator);
-  auto time = cell ? TimeIn(*cell) : std::nullopt;
-  if (!time || time->kind != RowTime::Kind::Date || cell->find(':') != std::string_view::npos) return time;
-  const auto next = CellAt(text, settings.timeColumn + 1, separator);
-  const auto ofDay = next ? TimeIn(*next) : std::nullopt;
-  if (ofDay && ofDay->kind == RowTime::Kind::OfDay) time->instant += ofDay->instant;
-  return time;
-}
-
 void TableReader::Parts::ReadValues(std::string_view text) {
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = ValueOf(i, text);
 }
@@ -248,7 +194,7 @@ double TableReader::Parts::ValueOf(std::size_t curve, std::string_view text) {
   const auto number = readers[curve].Read(text, separator);
   const auto value = number ? signs.Settle(*number) : std::nullopt;
   if (!number) {
-    Miss(MissingNumber(settings.rules[curve]));
+    Miss(MissingBy(settings.rules[curve]));
   } else if (!value) {
     Miss("its point or comma may be a decimal sign or one for thousands");
   } else {
