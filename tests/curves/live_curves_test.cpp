@@ -29,12 +29,7 @@ class PlotRig : public FrmMainRig {
   void Run(std::vector<std::string> answers, int good) {
     controls().run.Text1.SetText(std::to_string(good));
     controls().run.HScroll1.SetValue(500);
-    scale.AnswerLines(
-        '\r',
-        [answers, next = std::size_t{0}](std::string_view) mutable {
-          return next < answers.size() ? answers[next++] : std::string();
-        },
-        10ms);
+    scale.AnswerLines('\r', ScriptedDevice::InTurn(std::move(answers)), 10ms);
     StartCycle();
     Pass(10s);
   }

@@ -153,7 +153,8 @@ TEST(TableReader, ReadsTheTablesThatThereAre) {
       {"22.11.2026 10:00:00 7\n22.11.2026 10:00:02 8\n", Columns({3}, 1), "Column 3[] 0:7 2:8\n"},
       {"2026-11-22 10:00:00.000 -> READ{0D}{0A}\r\n2026-11-22 10:00:00.135 <- {02}12.346 kg{0D}{0A}\r\n"
        "2026-11-22 10:00:01.135 <- {02}12.350 kg{0D}{0A}\r\n",
-       Columns({1}, 1), "Column 1[] 0:- 1:-\n"},
+       {.time = TableSettings::Time::Column},
+       "Number[kg] 0:12.346 1:12.35\n"},
       {"-->22/11/26 10:00:00\r\n5 g\r\n-->22/11/26 10:00:01\r\n6 g\r\n", {}, "Number[g] 0:5 1:6\n"},
       {"OVER\n1\n", {}, "Number[] 0:- 1:1\n"},
       {"", {}, "Number[]\n"},
@@ -166,16 +167,6 @@ TEST(TableReader, ReadsTheTablesThatThereAre) {
       EXPECT_EQ(shown, expected) << text;
     }
   }
-}
-
-TEST(TableReader, ReadsWhatALogWithTimesReceived) {
-  TableSettings settings;
-  settings.time = TableSettings::Time::Column;
-  const TableReader reader = Read(
-      "2026-11-22 10:00:00.000 -> READ{0D}{0A}\r\n2026-11-22 10:00:00.135 <- {02}12.346 kg{0D}{0A}\r\n"
-      "2026-11-22 10:00:01.135 <- {02}12.350 kg{0D}{0A}\r\n",
-      settings);
-  EXPECT_EQ(Show(reader.Curves()[0]), "Number[kg] 0:12.346 1:12.35");
 }
 
 // "1,234" is read as the file's other numbers say, and not at all where they leave it open.

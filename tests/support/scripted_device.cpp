@@ -207,6 +207,12 @@ void ScriptedDevice::AnswerLines(char end, Answer answer, Duration after) {
   lineEnd_ = end;
 }
 
+ScriptedDevice::Answer ScriptedDevice::InTurn(std::vector<std::string> answers) {
+  return [answers = std::move(answers), next = std::size_t{0}](std::string_view) mutable {
+    return next < answers.size() ? answers[next++] : std::string();
+  };
+}
+
 void ScriptedDevice::StopAnswering() {
   AnswerWrites(nullptr);
 }

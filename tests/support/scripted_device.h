@@ -62,6 +62,7 @@ class ScriptedDevice {
   // is silence. The last call of either holds.
   void AnswerWrites(Answer answer, Duration after = Duration::zero());
   void AnswerLines(char end, Answer answer, Duration after = Duration::zero());
+  static Answer InTurn(std::vector<std::string> answers);  // each once, then silence
   void StopAnswering();
 
   // How the driver takes what is written. To end a wait, have the outside world unblock:

@@ -28,12 +28,7 @@ class ErrorRowsRig : public FrmMainRig {
   // A run in which the instrument answers so, one after the other.
   void Run(std::vector<std::string> answers, int requests) {
     controls().run.Text1.SetText(std::to_string(requests));
-    scale.AnswerLines(
-        '\r',
-        [answers, next = std::size_t{0}](std::string_view) mutable {
-          return next < answers.size() ? answers[next++] : std::string();
-        },
-        10ms);
+    scale.AnswerLines('\r', ScriptedDevice::InTurn(std::move(answers)), 10ms);
     StartCycle();
     Pass(10s);
   }

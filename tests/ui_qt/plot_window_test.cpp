@@ -41,12 +41,7 @@ struct Rig {
   }
 
   void Answer(std::vector<std::string> answers) {
-    scale.AnswerLines(
-        '\r',
-        [answers, next = std::size_t{0}](std::string_view) mutable {
-          return next < answers.size() ? answers[next++] : std::string();
-        },
-        1ms);
+    scale.AnswerLines('\r', ScriptedDevice::InTurn(std::move(answers)), 1ms);
     frm.controls.run.Command1.Click();
     loop.Pass(3s);
     frm.controls.run.Command1.Click();
