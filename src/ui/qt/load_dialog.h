@@ -36,7 +36,6 @@ class LoadDialog : public QDialog {
   void TakeFile(const QString& file);
   void TakeClipboard();
 
- public slots:
   // Ends the reading; where nothing is read, closes the window.
   void reject() override;
 

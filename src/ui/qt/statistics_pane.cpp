@@ -75,7 +75,8 @@ struct StatisticsPane::Said {
 StatisticsPane::StatisticsPane(QWidget* parent)
     : QWidget(parent),
       ui_(std::make_unique<Ui::StatisticsPane>()),
-      pacer_([this] { Begin(); }, betweenLooks) {
+      pacer_([this] { Begin(); }, betweenLooks),
+      said_(std::make_unique<Said>()) {
   ui_->setupUi(this);
   ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
@@ -85,6 +86,7 @@ StatisticsPane::StatisticsPane(QWidget* parent)
   for (const QComboBox* box : {ui_->statisticsCurveBox, ui_->statisticsRangeBox}) {
     connect(box, &QComboBox::currentIndexChanged, this, &StatisticsPane::RefreshAtOnce);
   }
+  connect(this, &StatisticsPane::found, this, &StatisticsPane::Show, Qt::QueuedConnection);
   SetCurves({});
   SetCursors(false);
 }
@@ -144,17 +146,16 @@ void StatisticsPane::showEvent(QShowEvent* event) {
 void StatisticsPane::Begin() {
   if (!isVisible()) return;
   isWorking_ = true;
-  const auto stretch = std::make_shared<const Stretch>(Wanted());
-  worker_.start([this, stretch] {
+  stretch_ = Wanted();
+  worker_.start([this] {
     QElapsedTimer cost;
     cost.start();
-    Said said{Describe(stretch->points),
-              HistogramOf(stretch->points),
-              SpectrumOf(stretch->points, RateOf(*stretch)),
+    *said_ = {Describe(stretch_.points),
+              HistogramOf(stretch_.points),
+              SpectrumOf(stretch_.points, RateOf(stretch_)),
               {}};
-    said.cost = std::chrono::microseconds(cost.nsecsElapsed() / 1000);
-    QMetaObject::invokeMethod(
-        this, [this, stretch, said = std::move(said)] { Show(said, *stretch); }, Qt::QueuedConnection);
+    said_->cost = std::chrono::microseconds(cost.nsecsElapsed() / 1000);
+    emit found();
   });
 }
 
@@ -163,12 +164,13 @@ StatisticsPane::Stretch StatisticsPane::Wanted() {
   return curve < 0 ? Stretch() : OnWanted(curve, ui_->statisticsRangeBox->currentIndex() == 1);
 }
 
-void StatisticsPane::Show(const Said& said, const Stretch& stretch) {
-  ShowFigures(said.statistics, stretch);
-  ShowHistogram(said.histogram, stretch);
-  ShowSpectrum(said.spectrum, stretch);
+void StatisticsPane::Show() {
+  const Stretch stretch = std::exchange(stretch_, {});
+  ShowFigures(said_->statistics, stretch);
+  ShowHistogram(said_->histogram, stretch);
+  ShowSpectrum(said_->spectrum, stretch);
   isWorking_ = false;
-  pacer_.AddCost(said.cost);
+  pacer_.AddCost(said_->cost);
   const Again again = std::exchange(again_, Again::No);
   if (again == Again::Soon) Refresh();
   if (again == Again::AtOnce) RefreshAtOnce();

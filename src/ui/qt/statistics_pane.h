@@ -49,6 +49,7 @@ class StatisticsPane : public QWidget {
 
  signals:
   void told(const QString& message);  // an answer to what the user did
+  void found();                       // its own: what was to be found out has been
 
  protected:
   bool eventFilter(QObject* table, QEvent* event) override;
@@ -60,7 +61,7 @@ class StatisticsPane : public QWidget {
   void RefreshAtOnce();
   void Begin();
   Stretch Wanted();
-  void Show(const Said& said, const Stretch& stretch);
+  void Show();
   void ShowFigures(const Statistics& statistics, const Stretch& stretch);
   void ShowHistogram(const Histogram& histogram, const Stretch& stretch);
   void ShowSpectrum(const Spectrum& spectrum, const Stretch& stretch);
@@ -72,6 +73,9 @@ class StatisticsPane : public QWidget {
   FramePacer pacer_;
   bool isWorking_ = false;
   enum class Again { No, Soon, AtOnce } again_ = Again::No;  // asked for while it worked
+
+  Stretch stretch_;  // both are the worker's while it works
+  std::unique_ptr<Said> said_;
 
   // Of four million points the figures take half a second, in which the answers of a running test must not
   // wait. Ends first: what works there knows this object.
