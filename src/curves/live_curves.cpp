@@ -94,7 +94,9 @@ void LiveCurves::TakeText(double time, std::string_view text) {
     Append(i, {time, number ? number->value : gapValue});
     if (!number) continue;
     found = true;
-    set_.SetUnit(i, number->unit);
+    // An indicator may leave its unit out while the weight moves: the curve keeps it.
+    const bool isUnit = !number->unit.empty() && number->unit.size() <= Series::longestUnit;
+    if (isUnit) set_.SetUnit(i, number->unit);
   }
   if (!found) ++withoutNumber_;
 }

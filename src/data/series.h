@@ -24,6 +24,7 @@ struct Point {
 class Series {
  public:
   static constexpr std::size_t mostPoints = 4'000'000;
+  static constexpr std::size_t longestUnit = 16;  // what is longer is no unit, but a text behind the number
 
   explicit Series(std::string seriesName = {}) : name(std::move(seriesName)) {}
 

@@ -23,7 +23,6 @@ constexpr std::size_t sampleSize = 65536;
 constexpr std::size_t sampleRows = 100;  // of which separator and header are found
 constexpr std::size_t namedBadRows = 10;
 constexpr std::size_t namedText = 60;
-constexpr std::size_t longestUnit = 16;  // what is longer is no unit, but a text behind the number
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 void RequireSound(const TableSettings& settings) {
@@ -206,7 +205,7 @@ double TableReader::Parts::ValueOf(std::size_t curve, std::string_view text) {
 
 void TableReader::Parts::TakeUnit(std::size_t curve, std::string_view found) {
   std::string& unit = curves[curve].unit;
-  if (found == unit || found.empty() || found.size() > longestUnit || unitChange) return;
+  if (found == unit || found.empty() || found.size() > Series::longestUnit || unitChange) return;
   const std::string other = AsUtf8(found);
   if (unit.empty()) {
     unit = other;

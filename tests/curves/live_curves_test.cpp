@@ -65,7 +65,7 @@ struct RuleCase {
 };
 
 TEST_F(PlotRig, EachRuleTakesItsNumbersAlsoOfARunThatWentBefore) {
-  Run({"A 1,5 kg;7\r\n", "B 2,5 kg;8\r\n", "nothing\r\n"}, 3);
+  Run({"A 1,5 kg;7\r\n", "B 2,5;8\r\n", "nothing\r\n"}, 3);
   plot().Open();  // what the record has kept is made up for
   for (const RuleCase& example : std::vector<RuleCase>{
            {"Answers", "Number", "1", {"1.5 2.5 -"}},
@@ -83,6 +83,7 @@ TEST_F(PlotRig, EachRuleTakesItsNumbersAlsoOfARunThatWentBefore) {
     }
     EXPECT_EQ(plot().controls.lblCurveTrouble.Caption().empty(), example.which != "(") << example.which;
   }
+  EXPECT_EQ(Raw(0).unit, "kg");
 }
 
 TEST_F(PlotRig, ARunThatBeganBehindAClosedWindowReplacesTheOneBefore) {
