@@ -6,6 +6,7 @@ namespace quarlin {
 
 void FilteredCurves::Set(std::vector<Series> raw) {
   curves_.clear();
+  otherUnits_.assign(raw.size(), "");
   for (Series& series : raw) {
     curves_.push_back(std::make_unique<Curve>());
     curves_.back()->raw = std::move(series);
@@ -20,9 +21,12 @@ bool FilteredCurves::Append(std::size_t curve, Point point) {
 }
 
 void FilteredCurves::SetUnit(std::size_t curve, std::string_view unit) {
-  for (Series* series : {&curves_[curve]->raw, &curves_[curve]->filtered}) {
-    if (series->unit != unit) series->unit = unit;
-  }
+  Curve& told = *curves_[curve];
+  const bool sure = told.raw.unit.empty() || unit == told.raw.unit || unit == otherUnits_[curve];
+  otherUnits_[curve] = sure ? "" : unit;
+  if (!sure || unit == told.raw.unit) return;
+  told.raw.unit = unit;
+  told.filtered.unit = unit;
 }
 
 void FilteredCurves::SetFilter(const FilterChoice& choice) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -26,7 +27,8 @@ class FilteredCurves {
   // for the first time.
   bool Append(std::size_t curve, Point point);
 
-  // What stands behind the numbers of that curve.
+  // What stands behind a number of that curve. Another unit than before counts when it comes twice in a row:
+  // what comes once is a disturbed answer, or a checksum that looks like letters.
   void SetUnit(std::size_t curve, std::string_view unit);
 
   // All points through that filter; an unusable choice means none.
@@ -40,6 +42,7 @@ class FilteredCurves {
   void Refilter(Curve& curve) const;
 
   std::vector<std::unique_ptr<Curve>> curves_;
+  std::vector<std::string> otherUnits_;  // of each curve: what its last number had in place of raw.unit
   FilterChoice choice_;
 };
 

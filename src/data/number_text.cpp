@@ -38,11 +38,28 @@ bool EndsUnit(char character) {
          std::string_view(",;\"'()[]{}<>=").find(character) != std::string_view::npos;
 }
 
+bool IsSumDigit(char character) {
+  return IsDigit(character) || (character >= 'A' && character <= 'F');
+}
+
+// A checksum often stands right behind the unit, "kg476B": 2, 4 or 8 capital hexadecimal digits, a digit
+// among them.
+std::string_view WithoutChecksum(std::string_view unit) {
+  const auto last = std::find_if_not(unit.rbegin(), unit.rend(), IsSumDigit);
+  const auto run = static_cast<std::size_t>(last - unit.rbegin());
+  for (const std::size_t length : {std::size_t{8}, std::size_t{4}, std::size_t{2}}) {
+    if (run < length || unit.size() == length) continue;
+    const std::string_view sum = unit.substr(unit.size() - length);
+    return std::ranges::any_of(sum, IsDigit) ? unit.substr(0, unit.size() - length) : unit;
+  }
+  return unit;
+}
+
 std::string_view UnitIn(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   if (text.empty() || !BeginsUnit(text.front()) || text.starts_with(typesetMinus)) return {};
-  return text.substr(
-      0, static_cast<std::size_t>(std::find_if(text.begin(), text.end(), EndsUnit) - text.begin()));
+  return WithoutChecksum(text.substr(
+      0, static_cast<std::size_t>(std::find_if(text.begin(), text.end(), EndsUnit) - text.begin())));
 }
 
 // The end of an exponent that begins at `place`; `place` where there is none.

@@ -33,6 +33,7 @@ TEST(NumberText, ReadsNumbersAsInstrumentsAndPeopleWriteThem) {
        {-12.5},
        "%"},
       {"  123. kg", {123}, "kg"},
+      {"12.345 kg476B", {12.345}, "kg"},
       {".5 -.25", {0.5, -0.25}, ""},
       {"No.5", {5}, ""},
       {"1,234.5", {1234.5}, ""},

@@ -244,6 +244,21 @@ class CurveCanvasTest : public QObject {
     QVERIFY(TopOf(picture, blue, middle + 60, picture.width()) > 0.7);
   }
 
+  void aFewPointsThatJumpAreLinesNotBars() {
+    Rig rig;
+    Series jumping;
+    for (int i = 0; i <= 100; ++i) jumping.Append({i * 1.0, i % 2 * 1.0});
+    rig.canvas.SetCurves({{&jumping, QString()}});
+    rig.canvas.Fit();
+    rig.canvas.DrawNow();
+    const QImage seen = rig.Plot().grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    qint64 blue = 0;
+    for (int y = 0; y < seen.height(); ++y)
+      for (int x = 0; x < seen.width(); ++x) blue += seen.pixel(x, y) == 0xFF0072B2;
+    QVERIFY(blue > 0);
+    QVERIFY(blue < seen.width() * seen.height() / 3);
+  }
+
   void aGapStaysAGapAndALonePointIsSeen() {
     Rig rig;
     Series gapped;
