@@ -32,14 +32,15 @@ void AppendTitle(std::string& text, std::string_view title) {
   text += '"';
 }
 
-std::string TitleOf(const Series& series) {
-  return series.unit.empty() ? series.name : series.name + " (" + series.unit + ")";
+std::string TitleOf(const CsvCurve& curve) {
+  const std::string& unit = curve.series->unit;
+  return unit.empty() ? curve.name : curve.name + " (" + unit + ")";
 }
 
 // Walks through all curves at once, from time to time.
 class Rows {
  public:
-  explicit Rows(std::span<const Series* const> curves) : curves_(curves), next_(curves.size()) {}
+  explicit Rows(std::span<const CsvCurve> curves) : curves_(curves), next_(curves.size()) {}
 
   // The earliest time that has not been written.
   std::optional<double> Time() const {
@@ -61,19 +62,19 @@ class Rows {
   }
 
  private:
-  bool IsLeft(std::size_t curve) const { return next_[curve] < curves_[curve]->Size(); }
-  Point Next(std::size_t curve) const { return curves_[curve]->At(next_[curve]); }
+  bool IsLeft(std::size_t curve) const { return next_[curve] < curves_[curve].series->Size(); }
+  Point Next(std::size_t curve) const { return curves_[curve].series->At(next_[curve]); }
 
-  std::span<const Series* const> curves_;
+  std::span<const CsvCurve> curves_;
   std::vector<std::size_t> next_;
 };
 
 }  // namespace
 
-void CsvLines(std::span<const Series* const> curves, std::string_view timeTitle, const TakePiece& take) {
+void CsvLines(std::span<const CsvCurve> curves, std::string_view timeTitle, const TakePiece& take) {
   std::string piece;
   AppendTitle(piece, timeTitle);
-  for (const Series* curve : curves) AppendTitle(piece += ',', TitleOf(*curve));
+  for (const CsvCurve& curve : curves) AppendTitle(piece += ',', TitleOf(curve));
   piece += '\n';
   Rows rows(curves);
   while (const auto time = rows.Time()) {
@@ -85,7 +86,7 @@ void CsvLines(std::span<const Series* const> curves, std::string_view timeTitle,
   if (!piece.empty()) take(piece);
 }
 
-std::error_code WriteCsv(const std::filesystem::path& file, std::span<const Series* const> curves,
+std::error_code WriteCsv(const std::filesystem::path& file, std::span<const CsvCurve> curves,
                          std::string_view timeTitle) {
   return WriteWholeFile(file, [&](const TakePiece& take) { CsvLines(curves, timeTitle, take); });
 }

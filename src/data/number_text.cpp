@@ -50,7 +50,7 @@ std::string_view WithoutChecksum(std::string_view unit) {
   for (const std::size_t length : {std::size_t{8}, std::size_t{4}, std::size_t{2}}) {
     if (run < length || unit.size() == length) continue;
     const std::string_view sum = unit.substr(unit.size() - length);
-    return std::ranges::any_of(sum, IsDigit) ? unit.substr(0, unit.size() - length) : unit;
+    return length > 2 || std::ranges::any_of(sum, IsDigit) ? unit.substr(0, unit.size() - length) : unit;
   }
   return unit;
 }

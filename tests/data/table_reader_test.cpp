@@ -34,6 +34,8 @@ TEST(NumberText, ReadsNumbersAsInstrumentsAndPeopleWriteThem) {
        "%"},
       {"  123. kg", {123}, "kg"},
       {"12.345 kg476B", {12.345, 476}, "kg"},
+      {"5 kgDBEF", {5}, "kg"},
+      {"5 VDC", {5}, "VDC"},
       {".5 -.25", {0.5, -0.25}, ""},
       {"No.5", {5}, ""},
       {"1,234.5", {1234.5}, ""},

@@ -75,7 +75,8 @@ PlotWindow::~PlotWindow() {
 void PlotWindow::FillTools() {
   ui_->tools->addActions({ui_->actionLive, ui_->actionOpen, ui_->actionPaste});
   ui_->tools->addSeparator();
-  ui_->tools->addActions({ui_->actionPause, ui_->actionFollow, ui_->actionFit, ui_->actionBack, ui_->actionBox});
+  ui_->tools->addActions(
+      {ui_->actionPause, ui_->actionFollow, ui_->actionFit, ui_->actionBack, ui_->actionBox});
   ui_->tools->addSeparator();
   ui_->tools->addActions({ui_->actionCursors, ui_->actionPoints, ui_->actionLines, ui_->actionSecondAxis});
   ui_->tools->addSeparator();
@@ -218,8 +219,10 @@ void PlotWindow::ExportTo(const QString& file) {
 // Numbers as a table, anything else as a picture. A sentence where it failed.
 std::optional<QString> PlotWindow::Written(const QString& file) {
   if (QFileInfo(file).suffix().toLower() != "csv") return ui_->canvas->ExportPicture(file);
-  std::vector<const Series*> curves;
-  for (const CurveLook& look : ui_->canvas->Curves()) curves.push_back(look.series);
+  std::vector<CsvCurve> curves;
+  for (const CurveLook& look : ui_->canvas->Curves()) {
+    curves.push_back({look.series, look.title.toStdString()});
+  }
   const auto error =
       WriteCsv(QFile::encodeName(file).toStdString(), curves, plot_.ShownByTime() ? "Time (s)" : "Row");
   if (!error) return std::nullopt;
