@@ -107,6 +107,7 @@ void Loading::End(std::string failure) {
     numbers.summary = Summary();
     if (reader_.Numbers() > 0) numbers.curves = reader_.TakeCurves();
   }
+  source_.reset();  // its file is closed
   OnEnd(std::move(numbers));
 }
 
