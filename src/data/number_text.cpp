@@ -42,8 +42,8 @@ bool IsSumDigit(char character) {
   return IsDigit(character) || (character >= 'A' && character <= 'F');
 }
 
-// A checksum often stands right behind the unit, "kg476B": 2, 4 or 8 capital hexadecimal digits, a digit
-// among them.
+// A checksum often stands right behind the unit, "kg476B": 2, 4 or 8 capital hexadecimal digits. Two
+// letters may be the unit's own, as in "VDC".
 std::string_view WithoutChecksum(std::string_view unit) {
   const auto last = std::find_if_not(unit.rbegin(), unit.rend(), IsSumDigit);
   const auto run = static_cast<std::size_t>(last - unit.rbegin());

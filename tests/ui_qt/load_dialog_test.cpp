@@ -60,6 +60,19 @@ class LoadDialogTest : public QObject {
     QCOMPARE(rig.taken->summary, std::string("2 numbers in 3 rows; 1 row lacks one: line 3 \"1,0;OVER\""));
   }
 
+  void whatAnotherFileHasNotIsNotAskedOfIt() {
+    Rig rig;
+    const auto ruleFor = [&](std::string_view text) {
+      WriteInPlace(rig.folder / "run.csv", text);
+      rig.dialog.TakeFile(QString::fromStdString((rig.folder / "run.csv").string()));
+      return rig.The<QLineEdit>("loadRule").text();
+    };
+    QCOMPARE(ruleFor("1;2;3\n4;5;6\n"), QString("1,2,3"));
+    rig.Type("loadRule", "1,3");
+    QCOMPARE(ruleFor("7;8;9\n"), QString("1,3"));
+    QCOMPARE(ruleFor("12.5\n13\n"), QString("1"));
+  }
+
   void whatIsWrongStandsBesideItsFieldAndThePreviewStays() {
     Rig rig;
     QApplication::clipboard()->setText("1 2\n3 4\n");

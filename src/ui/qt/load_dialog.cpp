@@ -27,6 +27,16 @@ namespace {
 constexpr qsizetype mostClipboard = qsizetype{64} * 1024 * 1024;
 constexpr std::array<char, 5> separators{0, ';', '\t', ',', ' '};  // in the order of the box
 
+bool HasAllCurves(const TablePreview& preview) {
+  const auto has = [&](std::size_t curve) {
+    return std::ranges::any_of(preview.rows,
+                               [&](const auto& row) { return !std::isnan(row.values.at(curve)); });
+  };
+  for (std::size_t curve = 0; curve < preview.curves.size(); ++curve)
+    if (!has(curve)) return false;
+  return true;
+}
+
 // With a capital letter, unless it begins with the name of a file.
 QString Sentence(const std::string& words) {
   QString text = TextOfFile(words);
@@ -147,11 +157,11 @@ void LoadDialog::TakeSource(const QString& shown, std::string name, OpenSource o
   ui_->loadOpenButton->setFocus();
 }
 
-// Settings under which another file was read are kept for one that is like it.
+// Settings under which another file was read are kept for one that is like it: it has all of the curves.
 void LoadDialog::ProposeWhereNothingFits() {
   const LoadSettings settings = SettingsOf(Choice());
   const bool usual = ui_->loadRuleBox->currentIndex() == 0 && ui_->loadTimeBox->currentIndex() == 0;
-  if (!usual && settings.Usable() && PreviewOf(beginning_, settings.table).numbers > 0) return;
+  if (!usual && settings.Usable() && HasAllCurves(PreviewOf(beginning_, settings.table))) return;
   ShowChoice(ChoiceOf(ProposedFor(beginning_), Choice()));
 }
 
