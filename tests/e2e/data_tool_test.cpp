@@ -153,6 +153,7 @@ TEST_F(DataTool, WrongUseAndBadFilesAreStatusTwoAndOneLine) {
                                              {"stats", "--column"},
                                              {"stats", "--column", "0", good},
                                              {"stats", "--match", "(", good},
+                                             {"stats", "--match", "1", "--column", "1", good},
                                              {"stats", folder / "none"},
                                              {"stats", folder.Path()},
                                              {"stats", folder / "words"},

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text.h"
+
 namespace quarlin::data_tool {
 namespace {
 
@@ -66,6 +68,7 @@ std::string ReadKind(std::string_view value, Options& options) {
 std::string ReadColumn(std::string_view value, Options& options) {
   NumberRule rule{.kind = NumberRule::Kind::Column, .expression = {}, .name = {}};
   const bool good = ReadWhole(value, rule.place) && rule.place >= 1;
+  if (options.rule && options.rule->kind == NumberRule::Kind::Group) return "does not go with --match";
   options.rule = rule;
   return good ? "" : "must be a whole number from 1";
 }
@@ -76,6 +79,7 @@ std::string ReadTimeColumn(std::string_view value, Options& options) {
 }
 
 std::string ReadMatch(std::string_view value, Options& options) {
+  if (options.rule && options.rule->kind == NumberRule::Kind::Column) return "does not go with --column";
   options.rule = NumberRule{.kind = NumberRule::Kind::Group, .expression = std::string(value), .name = {}};
   return {};
 }
@@ -87,7 +91,10 @@ std::string ReadFolder(std::string_view value, Options& options) {
 
 std::string ReadPicture(std::string_view value, Options& options) {
   options.picture = value;
-  return value.ends_with(".svg") || value.ends_with(".png") ? "" : "must be a file that ends in .svg or .png";
+  const std::string_view ending = value.substr(value.size() - std::min<std::size_t>(value.size(), 4));
+  return EqualsIgnoringCase(ending, ".svg") || EqualsIgnoringCase(ending, ".png")
+             ? ""
+             : "must be a file that ends in .svg or .png";
 }
 
 std::string ReadJson(std::string_view /*none*/, Options& options) {
@@ -269,7 +276,9 @@ Options ParseOptions(std::span<const char* const> arguments) {
     return options;
   }
   if (!TakeVerb(verb, options)) {
-    options.error = fmt::format("\"{}\" is none of stats, filter and plot; --help tells more", verb);
+    options.error = verb.empty()
+                        ? "say stats, filter or plot; --help tells more"
+                        : fmt::format("\"{}\" is none of stats, filter and plot; --help tells more", verb);
     return options;
   }
   arguments = arguments.subspan(1);
