@@ -94,6 +94,19 @@ void FilterPane::PlaceTrouble(const std::optional<FilterObjection>& objection) {
   int columns = 0;
   ui_->filterFields->getItemPosition(ui_->filterFields->indexOf(edit), &row, &column, &rows, &columns);
   ui_->filterFields->addWidget(ui_->lblFilterTrouble, row + 1, 0, 1, 2);
+  KeepTroubleWhole();
+}
+
+// In a low window the pane is as high as it must be at least, and a text in several lines asks for one only.
+void FilterPane::KeepTroubleWhole() {
+  QLabel& trouble = *ui_->lblFilterTrouble;
+  trouble.setMinimumHeight(
+      trouble.heightForWidth(contentsRect().width() - 2 * layout()->contentsMargins().left()));
+}
+
+void FilterPane::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  KeepTroubleWhole();
 }
 
 void FilterPane::ShowResponse() {

@@ -35,12 +35,14 @@ class FilterPane : public QWidget {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   struct Field;
 
   void ShowFields(FilterKind kind);
   void PlaceTrouble(const std::optional<FilterObjection>& objection);
+  void KeepTroubleWhole();
   void ShowResponse();
   void ShowFigures(const FilterResponse& response);
   void ShowStep(const FilterResponse& response);
