@@ -11,12 +11,12 @@
 #include <string>
 #include <string_view>
 
+#include "base/byte_source.h"
 #include "base/hook.h"
 #include "controls/status_note.h"
 #include "exchange/answer_wait.h"
 #include "exchange/counters.h"
 #include "exchange/sender.h"
-#include "base/byte_source.h"
 #include "transmit/file_controls.h"
 
 namespace quarlin {
