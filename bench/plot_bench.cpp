@@ -29,12 +29,7 @@ void DrawAFrame(CurveCanvas& canvas, QPixmap& screen) {
 }
 
 // Every frame looks elsewhere, as when the user drags: nothing of the one before can be used again.
-void Frame(benchmark::State& state) {
-  Series series;
-  FillWithNoise(series, state.range(0));
-  CurveCanvas canvas;
-  canvas.resize(1200, 600);
-  canvas.SetCurves({{&series, "Weight"}});
+void DrawFrames(benchmark::State& state, CurveCanvas& canvas) {
   canvas.show();
   QPixmap screen(canvas.size());
   bool left = false;
@@ -43,6 +38,15 @@ void Frame(benchmark::State& state) {
     left = !left;
     DrawAFrame(canvas, screen);
   }
+}
+
+void Frame(benchmark::State& state) {
+  Series series;
+  FillWithNoise(series, state.range(0));
+  CurveCanvas canvas;
+  canvas.resize(1200, 600);
+  canvas.SetCurves({{&series, "Weight"}});
+  DrawFrames(state, canvas);
 }
 BENCHMARK(Frame)->Arg(1'000)->Arg(100'000)->Arg(4'000'000)->Unit(benchmark::kMillisecond);
 
@@ -60,14 +64,7 @@ void FrameOfTwo(benchmark::State& state) {
   canvas.resize(1200, 600);
   canvas.SetCurves({{&raw, "raw", false, true}, {&filtered, "filtered"}});
   canvas.SetMarks(marks);
-  canvas.show();
-  QPixmap screen(canvas.size());
-  bool left = false;
-  for (auto _ : state) {
-    canvas.ZoomBy(left ? 1.01 : 1 / 1.01);
-    left = !left;
-    DrawAFrame(canvas, screen);
-  }
+  DrawFrames(state, canvas);
 }
 BENCHMARK(FrameOfTwo)->Arg(4'000'000)->Unit(benchmark::kMillisecond);
 
