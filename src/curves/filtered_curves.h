@@ -37,6 +37,7 @@ class FilteredCurves {
   // A Curve stays where it is until Set.
   const std::vector<std::unique_ptr<Curve>>& Curves() const { return curves_; }
   bool Empty() const;
+  bool Filtering() const { return choice_.Usable(); }
 
  private:
   void Refilter(Curve& curve) const;

@@ -128,7 +128,7 @@ void FrmPlot::Tell(std::string_view words) {
 }
 
 std::optional<double> FrmPlot::Filtered() const {
-  return live_.On() && ChosenFilter(settings_).Usable() ? live_.LastValue() : std::nullopt;
+  return live_.On() && live_.Set().Filtering() ? live_.LastValue() : std::nullopt;
 }
 
 void FrmPlot::TakeRules() {
@@ -166,7 +166,7 @@ void FrmPlot::ShowFilterBoxes(FilterKind kind) {
 }
 
 void FrmPlot::FollowIfWanted() {
-  live_.SetOn(Visible() || ChosenFilter(settings_).Usable());
+  live_.SetOn(Visible() || live_.Set().Filtering());
 }
 
 void FrmPlot::LivePoints() {

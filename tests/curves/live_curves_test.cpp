@@ -109,6 +109,7 @@ TEST_F(PlotRig, TheLiveValueGoesThroughTheFilterWithTheWindowClosed) {
   EXPECT_EQ(plot().Filtered(), 2.0);
   controls().curves.txtFilterWidth.SetText("0");
   EXPECT_FALSE(plot().controls.lblFilterTrouble.Caption().empty());
+  EXPECT_EQ(plot().Filtered(), 2.0);  // the filter before goes on
   controls().curves.cboFilter.SetText("None");
   EXPECT_FALSE(controls().curves.lblFiltered.Visible());
 }
