@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Measures what is sent by hand: a file as it is, and a typed key.
 
     by_hand.py file | key | all   [--runs 3]

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Compares two builds of Quarlin: both run at the same time and work in turn, in short bursts, so that what the
 machine does meanwhile strikes both alike.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long a million points take: each kind of filter, one way, and what is said of them.
 #include <benchmark/benchmark.h>
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What it costs to show a line at 921,600 baud: the program and its X server together, beside gtkterm.
 
     display.py AFTER [--before BEFORE] [--seconds 5] [--bursts 6]

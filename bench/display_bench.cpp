@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How fast the display's ring takes text: floods of the kinds that a link or a script can bring, in the
 // pieces of 64 KiB in which a fast link delivers them.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What the benchmarks share: a pseudo-terminal as the serial link, a private
 screen that watches windows, and a started program with its figures from /proc.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Tables to curves.
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>

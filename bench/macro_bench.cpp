@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long one string to send spends in the macro language.
 #include <benchmark/benchmark.h>
 

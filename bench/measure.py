@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Measures Quarlin from outside, on a pseudo-terminal: how soon it is there and what it costs.
 
     measure.py start | idle | paced | hook | flood | cycle | memory | micro | all   [--runs 3]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 /* A terminal program that insists on modem lines gives up a pseudo-terminal, which has none. Preloaded, this
  * tells it that all of them are on.
  *   cc -O2 -shared -fPIC -o modemlines.so modemlines.c -ldl */

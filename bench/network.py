@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Measures the dialog mode and the network link, as measure.py measures the rest.
 
     network.py dialog | entries | flood | all   [--runs 3]

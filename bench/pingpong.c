@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 /* Request and answer over a pseudo-terminal, with nothing in the way.
  *
  *   pingpong client SECONDS   a client and an instrument as fast as they can; prints JSON:

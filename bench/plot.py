@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What the live plot costs: a running cycle at 1 ms with the plot window open, beside the same with it closed.
 
     plot.py [--program PATH] [--seconds 10] [--pairs 3] [--filter "Butterworth"]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A frame of the plot: what is in sight is fitted, thinned to the window's columns, drawn into the picture of
 // the window (1200 x 600 pixels), and that is painted. Without a screen.
 #include <benchmark/benchmark.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Measures the script language beside the same programs in python3, and what a script costs the traffic.
 
     bench/script.py programs | load | hooks | all [--runs N] [--bin FOLDER]

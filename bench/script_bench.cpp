@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a hook of a script costs: one call that hands on what came, in both languages.
 
 #include <benchmark/benchmark.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Runs Quarlin headless for a long time against the simulated instrument, which spoils answers in every way
 it knows, and compares what both have counted.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a key or a click asks of a display of 100,000 lines: finding a text that is nowhere, and each way of
 // showing them. Without a screen.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # A room is a folder under src/ that builds into one library of the same name. Naming the rooms it
 # uses makes a call against the direction of the arrows a link error; tests/checks reads the includes.
 

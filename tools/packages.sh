@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Sourced by run and test: says what is done, and sees to it that the packages of Debian are there.
 
 build_packages="g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev libfmt-dev libc-ares-dev libpcre2-dev nlohmann-json3-dev libpugixml-dev libqcustomplot-dev"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 def main():
     text = "7" * 4000000
     digits = 0

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Every character of a long text, one by one.
 Sub Main()
   Dim text, i, digits

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 def main():
     counts = {}
     for i in range(1, 2000001):

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Counting words: texts and numbers as keys.
 Sub Main()
   Dim counts, i, key, total

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 def fib(n):
     if n < 2:
         return n

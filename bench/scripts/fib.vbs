@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Calls: each of the 75,025 leaves costs three.
 Function Fib(n)
   If n < 2 Then

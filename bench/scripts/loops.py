@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 def main():
     total = 0
     mean = 0.5

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Nested loops of arithmetic with whole numbers and fractions.
 Sub Main()
   Dim i, j, total, mean

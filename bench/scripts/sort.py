@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 def main():
     values = [0] * 4000
     seed = 1

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Insertion sort of numbers that a small generator gives.
 Sub Main()
   Dim values(3999), i, j, held, seed

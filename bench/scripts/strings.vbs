@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' A text that grows by short pieces.
 Sub Main()
   Dim i, text, round

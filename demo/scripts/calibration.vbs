@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Walks through a small calibration: zero, ten weights, verdict.
 '
 ' Number box 0 holds the weight that should be shown, number box 1 how far off it may be, both in the

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Adds a checksum to what is sent, and checks and removes the one of what is received.
 '
 ' The checksum is the exclusive or of all characters, as two hexadecimal digits in front of the line's end.

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Writes every weight into readings.csv in the program folder, for a spreadsheet.
 '
 ' A line is: date, time, state, weight, unit, remark. The remark is what stands in the input box of the

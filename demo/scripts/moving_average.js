@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Shows the average of the last ten weights beside each weight that comes in: moving_average.vbs, written in
 // the other language. The list offers it as soon as the folder also holds a .vbs file.
 

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Shows the average of the last weights beside each weight that comes in.
 '
 ' Copy this file into the program folder, switch "script" on, pick it and check "Show Command". The number

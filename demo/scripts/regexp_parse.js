@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Takes answers apart by patterns and writes in plain words what they say: regexp_parse.vbs, written in the
 // other language. Add rows for your own instrument; $1, $2 ... stand for the parts in round brackets.
 

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Takes answers apart by patterns and writes in plain words what they say.
 '
 ' Each kind of answer has one row in the table below: a pattern, and the words, in which $1, $2 ... stand

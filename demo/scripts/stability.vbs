@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Judges for itself whether the weight stands still, and compares that with what the instrument says.
 '
 ' Number box 0: how many weights are looked at. Number box 1: by how many grams they may differ.

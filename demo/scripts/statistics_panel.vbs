@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: GPL-3.0-or-later
 ' Asks for a weight four times a second and keeps the figures of all of them on the panel.
 '
 ' Switch 0: ask. Switch 1: begin again (it springs back). The number boxes show how many, smallest, largest,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/engines.h"
 
 #include "script/jscript/engine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Quarlin: the program, with a window or without one.
 
 #include <fmt/format.h>

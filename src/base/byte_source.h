@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Where bytes come from piece by piece: a file, or a text that was pasted.
 #pragma once
 

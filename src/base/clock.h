@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The two clocks of the program: the monotonic one, on which pauses and deadlines run, and the time of
 // day, which is only shown, logged and differenced.
 #pragma once

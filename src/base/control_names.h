@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The names of the control characters, as they stand in tables and on the screen.
 #pragma once
 

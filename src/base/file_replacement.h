@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How a file gets new content without ever being half of it; see WriteWholeFile for what it promises.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Small file operations, each with one outcome to look at. A write never waits for anybody: what is neither a
 // regular file nor, for AppendToFile, /dev/null is refused with NoRegularFile() or "is a directory". A limit
 // on the size of files is an error like a full disk, provided that SIGXFSZ is ignored.

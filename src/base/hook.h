@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A function that a part leaves to somebody else to fill in: what it asks of its surroundings, or whom it
 // tells. Filled in once; called while it is empty, it does nothing and gives the default of its result.
 #pragma once

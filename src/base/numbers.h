@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Numbers as the program's text boxes, macros and labels read and write them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a program of ours makes of its process before anything else.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A file in initialisation-file syntax, read the way the platform's own reader reads one:
 //
 //   ; a comment

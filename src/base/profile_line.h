@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One line of a file in initialisation-file syntax, taken apart; profile_file.h describes the syntax.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/profile_text.h"
 
 #include "base/profile_line.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The text of a file in initialisation-file syntax, to be changed: what is not set stays as it stands,
 // comments, blank lines and sections of others among it. See profile_file.h for the syntax and for which of
 // two equal names counts.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/program_folder.h"
 
 #include <unistd.h>
@@ -27,10 +28,20 @@ fs::path UserFolder(const Environment& environment) {
   return fs::path(home.empty() ? "." : home) / ".local" / "share" / "quarlin";
 }
 
+fs::path InstalledFolder(const fs::path& executable) {
+  return executable.parent_path().parent_path() / "share" / "quarlin";
+}
+
+bool IsInstalled(const fs::path& executable) {
+  std::error_code ignored;
+  return fs::is_directory(InstalledFolder(executable), ignored);
+}
+
 fs::path ChooseFolder(const fs::path& executable, const Environment& environment) {
   if (const std::string named = environment("QUARLIN_HOME"); !named.empty()) return named;
   const fs::path beside = executable.parent_path();
-  const bool usable = beside.is_absolute() && beside != beside.root_path() && !IsSystemFolder(beside);
+  const bool usable = beside.is_absolute() && beside != beside.root_path() && !IsSystemFolder(beside) &&
+                      !IsInstalled(executable);
   if (usable && access(beside.c_str(), W_OK) == 0) return beside;
   return UserFolder(environment);
 }
@@ -51,6 +62,10 @@ std::error_code ProgramFolder::Trouble() const {
   std::error_code error;
   const fs::directory_iterator entries(path_, error);
   return error;
+}
+
+fs::path FindSharedFolder(const fs::path& executable) {
+  return IsInstalled(executable) ? InstalledFolder(executable) : executable.parent_path();
 }
 
 ProgramFolder FindProgramFolder(const fs::path& executable, const Environment& environment) {

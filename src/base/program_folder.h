@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The folder in which every file of the program lies: config.cfg, Command.txt, the logs, the report.
 #pragma once
 
@@ -29,8 +30,12 @@ class ProgramFolder {
 // Reads one environment variable; empty when it is not set.
 using Environment = std::function<std::string(const char* name)>;
 
-// The folder named by QUARLIN_HOME; else the executable's own when it is writable and no system folder;
-// else quarlin/ below the user's data folder. Made when it is missing.
+// What came with the program and is nobody's to write, such as demo/: share/quarlin beside the bin/ of an
+// installed executable, else the executable's own folder. Need not exist.
+std::filesystem::path FindSharedFolder(const std::filesystem::path& executable);
+
+// The folder named by QUARLIN_HOME; else the executable's own when it is writable, no system folder and no
+// installation, wherever that was put; else quarlin/ below the user's data folder. Made when it is missing.
 ProgramFolder FindProgramFolder(const std::filesystem::path& executable, const Environment& environment);
 
 }  // namespace quarlin

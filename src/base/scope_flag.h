@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A flag that tells that something is going on, for as long as the scope lives: however the scope is left,
 // by an exception too, the flag is then as it was.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What system calls return, as values: errno becomes an error code here and nowhere else.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Byte strings and their two outside forms. In the core one character is one byte, 0-255, and stands
 // for the character U+0000-U+00FF on the screen.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The same bytes in four views, and the way back from what a user types into one of them. Where a byte stands
 // in a view is known for each, so that what is marked in one can be marked in all.
 #pragma once

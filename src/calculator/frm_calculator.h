@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The calculator: one text of bytes in four views that follow each other, and its checksums.
 #pragma once
 

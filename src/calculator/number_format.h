@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How bytes are written as numbers: what stands in front of each and between two of them.
 #pragma once
 

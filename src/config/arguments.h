@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The command line as the program takes it apart before the keywords are looked for.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the words on the command line ask for at the start of the program.
 #pragma once
 

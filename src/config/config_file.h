@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The configuration file: the settings of a window as records of fixed length, found by the controls'
 // names. A control that is added to the window is saved and loaded without a change here.
 //

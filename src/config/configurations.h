@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The configuration files as the user meets them: config.cfg of the program folder and others of any name.
 // Says what became of each in the status bar, and asks before settings that she edited are lost.
 #pragma once

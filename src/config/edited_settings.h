@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which settings the user has changed since they were last loaded or saved. What the program or a script
 // writes is nobody's edit, and a setting that has its old value again is none any more.
 #pragma once

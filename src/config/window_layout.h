@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What position.ini keeps of the windows: values by section and key in initialisation-file syntax, a section
 // for each window. Whoever keeps something says how its value reads; a value that makes no sense is for him
 // to pass over, so that one of them spoils no other.

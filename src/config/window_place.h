@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Where a window stands, and where it is to stand so that it can be seen and used. In the desktop's own
 // units, which a scale factor makes larger than pixels.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Opening and closing the link from the window: the port search, Connect and Disconnect, the stop that
 // tells the user why, and the return of a link that went away.
 #pragma once

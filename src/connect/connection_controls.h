@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The controls with which a port is chosen, opened and closed.
 #pragma once
 

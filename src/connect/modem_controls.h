@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The lamps of the modem input lines and the boxes of the output lines.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The modem lines while the link is open: lamps for the inputs, boxes for the outputs, looked at every
 // 10 ms.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Alarms: one call each, at an instant of the monotonic clock. The event loop owns the queue and decides
 // when it runs; a yield holds it back, so no alarm ever interrupts the code that yields.
 #pragma once

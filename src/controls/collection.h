@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Every control of a window by name and index, in one fixed order: what the configuration file, the
 // scripts and the view walk.
 #pragma once

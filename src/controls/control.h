@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The controls of the window without a window: values with a name. The modules read and write these; the
 // view shows them and brings back what the user did; the configuration file and scripts find them by
 // name and index.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The kinds of control. See control.h for what they have in common.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The one seam through which the program knows time and waits: real under the window toolkit, virtual in
 // tests. Everything runs on its thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Tells when files of a folder have changed: written and closed, replaced by another that was renamed, come
 // or gone. The system reports it; nothing is looked at while nothing happens.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A window without a window: its controls, its caption, whether it is shown and stays in front. A view shows
 // it, or nobody does, as in a program without a display; what works on it does not know.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the program says to the user and waits for: message boxes in a window, lines on standard error
 // without one, a prepared list in tests.
 #pragma once

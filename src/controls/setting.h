@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a control contributes to the settings of the program: its value as one text.
 #pragma once
 

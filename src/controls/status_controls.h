@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The status bar: in words what lamps and colours tell.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The words of the status bar: what was just done, and what runs. Every room that has something to tell is
 // handed this one object.
 #pragma once

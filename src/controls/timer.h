@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A timer of the product. Its ticks stand on a grid that begins when it is enabled, so a late tick does
 // not push the next ones back; ticks that were missed are not made up for.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which numbers of the answers become curves, and the filter that they go through.
 #pragma once
 

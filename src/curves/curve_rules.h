@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The settings of the curves, as what the numbers' room understands.
 #pragma once
 

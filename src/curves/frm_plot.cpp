@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "curves/frm_plot.h"
 
 #include <fmt/format.h>

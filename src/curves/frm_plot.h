@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The plot window without a window: the numbers of the running test, or numbers that were loaded, with their
 // filter. The same filter goes over the live value that the main window shows and scripts read.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The numbers of a running test as curves: each answer of the run record gives a point of each curve, at the
 // time at which it was complete. A request without a good answer leaves a gap and a mark.
 #pragma once

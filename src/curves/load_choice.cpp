@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "curves/load_choice.h"
 
 #include <cmath>

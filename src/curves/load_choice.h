@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a user has chosen for numbers that are to be loaded, as fields.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Reads a file or a text into curves, a slice at a time, so that everything else goes on meanwhile. Its
 // memory is that of the curves, whatever the file's size.
 #pragma once

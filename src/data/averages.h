@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The two means that an instrument can take while it measures: over its last values, all alike; and over all
 // of them, the older the less.
 #pragma once

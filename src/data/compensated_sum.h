@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A sum that keeps what the rounding of each addition loses, so that the number of the additions does not let
 // it drift, nor do values that come and go again, unless they are 1e15 times as large.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // "orig.dat" and "filter.dat": raw and filtered values for other programs, one number a line.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A curve as a picture of some columns needs it.
 #pragma once
 

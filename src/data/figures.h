@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The figures of a curve in the order in which they are shown, each with its names.
 #pragma once
 

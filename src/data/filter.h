@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Digital filters as instruments have them, in double precision: moving average, median, exponential,
 // Butterworth and Chebyshev low-pass (bilinear transform with pre-warping, second-order sections), notch.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What somebody who tunes an instrument wants to know of a filter.
 #pragma once
 

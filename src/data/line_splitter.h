@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Lines out of pieces that are cut anywhere. A line ends with CR, LF or both; of a long one the beginning is
 // kept.
 #pragma once

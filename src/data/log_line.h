@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Lines that this program's own logs have besides what they log.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A tick on the time axis: where a request got no answer, or a wrong one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The median of the last values, in a time that grows with the logarithm of their number.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which number of a text is meant: the n-th one, what a named group of an expression matched, or a column.
 #pragma once
 

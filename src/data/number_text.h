@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Numbers as instruments, spreadsheets and people write them.
 //
 //   +00012.346 kg     12.346, "kg"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The times of a table's rows: seconds, times of day, dates and times.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Low-pass and notch as a chain of sections of second and first order.
 //
 // A section is kept as two integrators by the trapezoidal rule in a loop, not as the five coefficients of its

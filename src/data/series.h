@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One curve's points: when, and what. Bounded; the oldest leave. Extremes of any stretch come from levels
 // that grow as points come, so their cost does not grow with the stretch.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the numbers of a file have told of their points and commas, so that "1,234" is read as the file means
 // it.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What all filters share: gaps pass, and the first value sets the state.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is said of a stretch of measured values. Sound also where a small deviation stands on a large offset.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is read from the beginning of a text, to be looked at before all of it is read.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Text to curves: one number a line, CSV, LOGPAR.TXT, what the clipboard holds. Taken in pieces, so a file of
 // a gigabyte needs no more memory than its curves.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The text format of the desktop's settings: groups in brackets with lines "key=value".
 #pragma once
 

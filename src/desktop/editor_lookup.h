@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Finds the user's text editor, as the desktop's settings name it. Read from the settings files themselves:
 // no other program is asked, so it costs next to nothing at start-up.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Shows text files to the user in a program that is not ours.
 #pragma once
 

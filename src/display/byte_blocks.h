@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A stream of bytes of which the last part is kept, in blocks that are used again: text that comes in at
 // the end while as much leaves at the beginning costs one copy and no allocation.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The received-text display, the error list and the switches of the logs.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A small number for each kept line, such as the rows that it takes, with quick sums over them: two bytes a
 // line, and a look-up walks over some 400 sums at the most.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which file a log is written to: where a new one is begun, what it is called, and which old ones are
 // deleted.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The name of a log as the user writes it, "LOG-%Y-%m-%d.TXT": a file of the program folder, or of a folder
 // that is named in front of it.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A log that a reader can follow: one row for each line of the traffic, with its time and direction, and
 // every control character as its code.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A log of the traffic, byte for byte, always appended to. What is written waits in memory for at
 // most 50 ms or 64 KiB; a file that cannot be written is reported once and tried again, and never
 // stops the run.

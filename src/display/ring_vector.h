@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A queue in one piece of memory that doubles as it fills, up to a fixed number of items: no allocation
 // for each item, and never more than the limit.
 #pragma once

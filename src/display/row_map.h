@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which row of the display shows which line: a line may take several rows, where lines are wrapped or shown
 // as hex, or none, where only errors are shown. Rows are numbered on as lines come, so a row keeps its number
 // while older ones leave.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The received-text display's store: the last lines of both directions, bounded in lines and bytes, so a
 // run of days takes no more memory than a run of minutes. The view paints the lines that it needs.
 #pragma once

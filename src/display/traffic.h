@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The one way of everything that is shown: what went out and what came in goes to the received-text display
 // and to the logs, errors to the display and to the error list.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The log of the traffic, LOG.TXT unless it is called otherwise, and that of the parser, LOGPAR.TXT, each
 // written while its box is checked.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Waits for the answer to a request that was sent by hand: what fires one command after the other stands on
 // it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a run shows of itself: counters, times and lamps.
 #pragma once
 

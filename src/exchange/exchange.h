@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The exchange of a request for its answer: what is waited for, until when, and what becomes of it. Whatever
 // a run decides by, it asks here; nobody else changes it, and what happens goes into the RunRecord.
 //

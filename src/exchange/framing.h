@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What goes out around a text: the initial string before it, the terminator behind it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The mean time from a request to its answer, over the last thousand or fewer.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long answers took, over a whole run, in memory that does not grow: 128 buckets to each power of two of
 // nanoseconds, so a bucket is at most 1 % wide wherever it lies.
 #pragma once

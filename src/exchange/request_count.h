@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // "Number of Request": how many requests a run still has, shown in Text1.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The controls of a request/answer run. The cycle sends by them, the receive loop and the error reports
 // read them, so they stand below all three.
 #pragma once

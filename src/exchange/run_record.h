@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What happened, exchange by exchange: sums and latencies over the whole run, the last exchanges whole. It is
 // what results, the error table and everything else that looks back at a run is made from.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Every text that the program sends goes through here: expanded and framed as its kind wants it, handed to
 // the link, and when the link has told its end, logged, shown, counted, and entered in the record.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a bad instrument makes of an answer. Each change is a real one: something else stands there
 // afterwards. A text that is too short for a change stays as it is, and the call returns false.
 #pragma once

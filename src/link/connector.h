@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Makes the connection of a client: looks its peer's name up and tries the addresses in turn, each with its
 // share of the time. It goes on by itself, driven by an alarm; a caller that yields until it is over, when no
 // alarm fires, takes the steps itself.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The serial device as the link needs it: one open port of the operating system, or a scripted one in
 // tests. Every operation reports its failure as the platform's error code and shows nothing.
 #pragma once

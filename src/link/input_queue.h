@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The bytes that a device has received and nobody has taken yet, in order; at most 64 KiB.
 #pragma once
 

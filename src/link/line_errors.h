@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The errors that a serial line makes while it receives, as its driver counts them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The one link of the program (the serial driver, modCOMM): every operation on it, the last error, and
 // what became of each string.
 //

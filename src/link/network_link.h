@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The network side of the link: one UDP or TCP socket in the client or the server role, on the event
 // loop, never blocking.
 #pragma once

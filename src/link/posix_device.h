@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Serial ports of the operating system, as devices of the link.
 #pragma once
 

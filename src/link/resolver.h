@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Looks up the addresses of a name without blocking and without a thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The settings of a serial line and the text in which they are given.
 #pragma once
 

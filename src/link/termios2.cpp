@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/termios2.h"
 
 #include <asm/termbits.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The line settings as the kernel keeps them, where a rate is any number of bits per second. Its header
 // clashes with the C library's, so whoever includes that one comes here for settings.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The macro "[ASCxxx-yyy]": a run of characters by their codes.
 #pragma once
 

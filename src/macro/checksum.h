@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The table of checksums. The macro language inserts them, the receive loop verifies them, the calculator
 // shows them, and the simulated instrument sends them; all of them read this table.
 #pragma once

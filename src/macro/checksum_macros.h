@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The checksum macros: those that insert a protocol's checksum, those that only keep it, those that insert
 // what was kept, and last those that insert a sum that is known everywhere, in the form their ending asks
 // for.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The macro language of the strings to send: counters, random values, character codes, checksums. The
 // table of the macros and their order is in docs/macros.md.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is asked of a complete string: its length, its text, its checksum.
 #pragma once
 

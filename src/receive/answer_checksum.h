@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The checksum that an answer carries in its last characters.
 #pragma once
 

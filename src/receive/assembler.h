@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // From bytes to strings: gathers what arrives and decides when a string is complete. A string is not cut at
 // its terminator: all that came until the tick in which it is found belongs to it.
 //

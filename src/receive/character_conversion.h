@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Characters that are converted on receive, by the table Conversion.txt: for the eye only, or for all that
 // looks at a string. What is logged, what the record of the run keeps, and what ends a string are the bytes
 // of the wire.

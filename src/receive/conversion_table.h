@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which text stands for which received byte; docs/conversion.md describes the file to the user.
 //
 //   002<TAB><STX>       a code in three decimal digits,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The receive parser: rewrites an answer by a format of one-letter instructions. The table of the letters
 // is in docs/parser.md.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The controls of the receive loop: how an answer ends, how it is checked, what becomes of it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The receive loop: gathers what arrives, and does everything that is to be done with a complete string:
 // checks, parser, counters, and the word to the exchange that waits for it.
 //

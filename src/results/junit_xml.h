@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The result for CI servers: "junit.xml", one case for each kind of fault.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The result for programs: "Report.json". docs/results.md tells it in words, docs/report.schema.json exactly.
 #pragma once
 

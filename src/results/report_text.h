@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The report for people: "Report.txt", and what a run without a window prints at its end.
 #pragma once
 

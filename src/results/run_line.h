@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A run in one line, as the status bar tells its end.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What came of a run, as a value: everything that the report in its forms says. Gathered once, so that all
 // forms say the same, also while the run goes on.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/command_object.h"
 
 #include "script/form_object.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A control array as scripts see it: `TextIO(3)`, `TextIO.Count`, `For Each box In TextIO`.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The members of the controls in scripts: those that every kind has, and those of each kind.
 #pragma once
 

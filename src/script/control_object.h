@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A control as scripts see it: its properties and methods by name, by the kind of the control.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/form_object.h"
 
 #include "script/control_object.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A window as scripts see it: its methods, and its controls by name.
 #pragma once
 

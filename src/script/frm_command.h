@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The command panel: number boxes with spin buttons, choices, texts, lamps and switches that a script
 // puts to its own use. It keeps its values from one script to the next, until it is closed with Exit.
 #pragma once

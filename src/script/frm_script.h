@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The script list: the user chooses the script that is to run, and how its command panel is shown.
 #pragma once
 

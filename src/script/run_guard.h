@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Watches over a script that does not come to an end: after ten seconds of its own in one call the user is
 // asked whether to stop it.
 #pragma once

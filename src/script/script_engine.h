@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the host asks of a script language: one engine for each script that is switched on.
 //
 // Everything throws vbs::ScriptError with the language's own number, description and source, and with the

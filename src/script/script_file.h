@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The script files of a folder, and what a file's name and content say.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The host of the user's script: switches it on and off, runs its periodic task, lets it see and replace
 // what goes through the link, and reports what goes wrong in it.
 #pragma once

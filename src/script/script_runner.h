@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One script that is loaded, with the objects that it sees. No alarm of the program fires while any of its
 // code runs, and the engine lives until the last of its calls has returned, whatever that call does.
 #pragma once

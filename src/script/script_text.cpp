@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/script_text.h"
 
 #include "script/vbscript/conversions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The border between the core, where a character is a byte, and scripts, where it is a UTF-16 unit:
 // byte n is the character U+00nn, and a character above U+00FF becomes "?" on its way back.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a hook of a script works on: the text that came, and the text that is to take its place.
 #pragma once
 

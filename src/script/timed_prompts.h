@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Passes every box on and counts the time for which boxes stand open, which is the user's and not the
 // script's.
 #pragma once

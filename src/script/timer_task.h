@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The periodic task of a script: how often it runs, and what its next tick is to send.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // VBScript as the host knows a language.
 #pragma once
 

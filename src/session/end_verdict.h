@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the program says of itself when it ends: the exit status, and why.
 //
 //   0  what was asked for was done, without an error

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The course of one start of the program: what the command line asks for, what ends it, and with which exit
 // status.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Faults that the dialog test puts into its answers on purpose, so that the other side can be tried against
 // a bad instrument. One entry of the table is a list such as
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog test: the program plays the instrument and answers each request from the table Dialog.txt
 // (docs/dialog.md describes it to the user).
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Errors of the answer traffic: shown, counted, listed, and the run stopped where the user wants that.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What went wrong, row by row, for a table: the errors of the runs and those between them, under a heading
 // for each run. The run record forgets a run when the next one begins; here the rows stay until they are
 // cleared or too many.

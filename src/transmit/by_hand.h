@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // All that the user sends by hand beside the cycle: typed keys, pastes, files, quick sends, and the commands
 // that were sent before.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The commands that were sent, the most recent first, none twice: kept in History.txt over a restart, and
 // walked through with Up and Down in the command box.
 #pragma once

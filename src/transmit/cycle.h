@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The transmit cycle: one string a tick, for as long as the conditions allow.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The controls of a file that is sent: how, and how far it has come.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Sends a file, or a long paste: byte for byte, or line by line as commands. It is read in pieces and goes
 // out as the link has room, so a file of any size takes no more memory, and everything else goes on
 // meanwhile.

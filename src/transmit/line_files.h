@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The text files that commands come from: one entry a line, empty lines left out.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a combo box offers: the entries of a file of the program folder, one a line, and behind them those
 // that the program has gathered itself. What a script adds stands between the two, and what it removes stays
 // away until the file changes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The quick sends as Quick.txt holds them: one a line, its fields separated by tabs.
 //
 //   name <TAB> command <TAB> wait (1 or 0) <TAB> time-out, ms <TAB> key <TAB> repeated every, ms

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The quick sends: commands with a name, each a key or a click away, some of them repeated by themselves.
 #pragma once
 

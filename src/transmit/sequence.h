@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // sequence.txt: its lines in turn, from the first again after the last. The file is read at each start of a
 // run, and shown again whenever it changes between two runs; a run keeps the lines that it began with, so
 // that none is sent twice or left out.

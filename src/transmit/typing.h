@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is typed and pasted into the display: it goes to the line while "Terminal" is checked.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What an edit button writes into a file of the program folder that is not there yet: a few entries that work
 // as they stand. But for the dialog table these files know no comments, so the entries have to speak for
 // themselves.

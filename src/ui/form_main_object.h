@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main window as scripts see it, "FormMain": the methods and properties that docs/scripts.md lists, and
 // every control by name.
 #pragma once

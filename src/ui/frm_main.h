@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main window without a window: every control, the modules that work on them, and the wiring between
 // the modules. The view shows it; a program without a display runs it all the same.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What works on the controls of FrmMain: the modules of all rooms, put together. For frm_main*.cpp alone.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which module asks what of which: every hook of FrmMain's modules is filled in here.
 #include <fmt/format.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The program without a window: what it would show goes to the standard streams.
 #pragma once
 

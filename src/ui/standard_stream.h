@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Standard output or error, read by somebody who may be slow, or may not read at all. The program never waits
 // for them: what has not been taken yet is kept, and beyond 4 MiB lines are lost whole, and counted.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Files are replaced whole or not at all, and nothing that could keep the program waiting is written to.
 
 #include "base/files.h"

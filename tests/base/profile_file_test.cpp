@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The initialisation-file reader: its syntax, odd files, and how soon a change shows.
 
 #include "base/profile_file.h"

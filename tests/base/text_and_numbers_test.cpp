@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -110,6 +111,11 @@ TEST(ProgramFolders, NamedBesideOrTheUsersOwn) {
             folder.Path() / "home/.local/share/quarlin");
   variables["XDG_DATA_HOME"] = folder.Path() / "data";
   EXPECT_EQ(FindProgramFolder("/opt/q/quarlin", environment).Path(), folder.Path() / "data/quarlin");
+  const std::filesystem::path installed = folder.Path() / "prefix/bin/quarlin";
+  std::filesystem::create_directories(folder.Path() / "prefix/share/quarlin");
+  EXPECT_EQ(FindProgramFolder(installed, environment).Path(), folder.Path() / "data/quarlin");
+  EXPECT_EQ(FindSharedFolder(installed), folder.Path() / "prefix/share/quarlin");
+  EXPECT_EQ(FindSharedFolder(folder.Path() / "quarlin"), folder.Path());
   variables["QUARLIN_HOME"] = folder.Path() / "named here";
   EXPECT_EQ(FindProgramFolder("/usr/bin/quarlin", environment).Path(), folder.Path() / "named here");
   EXPECT_TRUE(std::filesystem::is_directory(folder.Path() / "named here"));

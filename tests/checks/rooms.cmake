@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Reads every #include of the rooms against the arrows of src/CMakeLists.txt, and sees to it that clocks,
 # sleeps and the toolkit are named only where they may be.
 #   cmake -DROOT=... -P rooms.cmake

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which words are options, and what is left for the keywords.
 
 #include "config/arguments.h"

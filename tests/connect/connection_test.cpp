@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Connect, Disconnect, the search, and what the window tells of a link that comes and goes.
 
 #include "connect/connection.h"

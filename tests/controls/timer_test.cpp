@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Timers and controls in virtual time.
 
 #include "controls/timer.h"

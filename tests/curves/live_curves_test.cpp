@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the plot gets of a running test: a point for each good answer at its time, a gap and a mark for every
 // other, and the value behind the filter.
 #include <fmt/format.h>

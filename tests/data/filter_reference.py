@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Prints the rows of reference in filter_test.cpp: filters computed in another way, with 80 digits.
 
 The transfer function is multiplied out to one fraction of polynomials in z by the bilinear transform, the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Filters against other ways to compute them, what is objected to, and what is said of them.
 
 #include "data/filter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Figures of a stretch of values, above all where rounding is against them.
 
 #include "data/statistics.h"

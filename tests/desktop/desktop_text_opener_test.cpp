@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/desktop_text_opener.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which files the log of the traffic goes to, from the controls down to the disk.
 
 #include "display/log_files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // quarlin-data: figures and filtered values as other programs get them, and what it says of bad input.
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Every exit status with the line that says why, from command lines as a script of the user's would give
 // them.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The real program over the network, with peers that come, go and speak at the same time.
 
 #include <arpa/inet.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the program prints and logs may go where nobody takes it; the run goes on all the same.
 
 #include <fcntl.h>

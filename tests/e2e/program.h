@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A started program with its output, and the instrument's end of a pseudo-terminal.
 #pragma once
 

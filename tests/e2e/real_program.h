@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The real program, headless, in a program folder of its own, and the instrument's end of its cable.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The real program, headless, through a real pseudo-terminal.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What becomes of a request: who gets an answer, what a verdict ends, what the record says of it afterwards.
 
 #include "exchange/exchange.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What leaves, and what is made of a text that does not: on the wire, in the log, on the display, in the
 // counters and in the record.
 

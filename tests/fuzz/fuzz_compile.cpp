@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any text either compiles or is refused with an error of the language.
 
 #include <cstddef>

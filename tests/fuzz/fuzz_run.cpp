@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Random programs, run for a bounded number of steps and in bounded memory, end in order. The bytes choose
 // statements and expressions, so that most programs compile. No program here can reach a file.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The driver over a scripted device: what it records, in which order it works, and what a yield may do.
 
 #include "link/link.h"

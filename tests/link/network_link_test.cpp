@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The network link over real sockets of the loopback interface.
 
 #include "link/network_link.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/serial_settings.h"
 
 #include <gtest/gtest.h>

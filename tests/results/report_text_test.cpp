@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "results/report_text.h"
 
 #include "results/result_rig.h"

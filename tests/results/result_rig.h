@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A run to report: its record, its counters, its error list and the settings that decide what is checked.
 #pragma once
 

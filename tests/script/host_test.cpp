@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The host of scripts in the whole program: how a script is switched on and off, what its hooks do to the
 // traffic, its task, its errors, and what happens when it pulls the ground from under itself.
 

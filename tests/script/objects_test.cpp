@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What scripts find in the objects of the program: the panel's controls, and the three carriers.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The language, told by scripts that carry what they are to print:
 //   Print 1 + 1  ' expect: 2
 // Each "' expect:" names the next printed line; blanks at the ends do not count. A script that is to fail

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a window stands on in a test that wants nothing of it.
 #pragma once
 

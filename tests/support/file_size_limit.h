@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A disk that is full after so many bytes of a file: the same error path, without a disk.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The whole program but its window, in virtual time, with a scripted instrument on the cable.
 #pragma once
 

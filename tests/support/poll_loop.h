@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A real event loop without a toolkit, for tests on real descriptors: poll(2) and the machine's clock.
 #pragma once
 

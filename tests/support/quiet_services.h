@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A program around a script that shows nothing and answers every question with what was proposed.
 #pragma once
 

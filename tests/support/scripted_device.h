@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A serial port of the tests. It lives in virtual time and outlasts every opening, so a test holds the
 // instrument's end of the cable: it reads what was written, answers, takes bytes slowly, breaks, and
 // can be unplugged. The program sees it through a ScriptedDeviceSource as its only way to ports.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Everything between a text that is to be sent and the wire, in virtual time, with a scripted port: the rig
 // of what sends and of what waits for answers.
 #pragma once

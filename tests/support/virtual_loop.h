@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The event loop of the tests: time is a number that walks from alarm to alarm, so a run of ten hours
 // takes milliseconds and is exact. Beside the alarms it knows the outside world: calls that happen at an
 // instant, also while the program yields.

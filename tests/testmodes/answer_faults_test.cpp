@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The faults of the dialog test's answers: what is understood, how often each strikes, what it changes.
 
 #include "testmodes/answer_faults.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog test over a scripted port: which answer a request finds, how it is sent, logged and shown,
 // and what the table of faults makes of it.
 

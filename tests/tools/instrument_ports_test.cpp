@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The ports of the simulated instrument: pseudo-terminal, TCP, UDP, and two pseudo-terminals joined.
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the user sends by hand beside the command box: typed keys, pastes, files, over a scripted port.
 
 #include "transmit/by_hand.h"

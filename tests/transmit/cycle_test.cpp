@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The cycle by itself: when it sends, what it asks before, and what ends it. The receive side is played by
 // the test.
 

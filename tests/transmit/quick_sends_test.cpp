@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Quick sends and the history of the command box: their files, what fires them, what they wait for.
 
 #include "transmit/quick_sends.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Configuration files of any name, and the question before edited settings are lost.
 
 #include <gtest/gtest.h>

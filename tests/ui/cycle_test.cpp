@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The request/answer run from the window's side: buttons pressed, an instrument that answers, and what
 // the counters, the display and the wire show.
 

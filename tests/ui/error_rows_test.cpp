@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the table of errors tells of runs, of what was sent by hand and of a link that goes away, and the line
 // that tells how a run ended.
 #include "testmodes/error_rows.h"

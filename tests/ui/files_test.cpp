@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The files of the program folder that the user edits: made by their buttons, taken up when they change.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Modem lines, the port search and a link that goes away and comes back.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What becomes of received text: terminators, checks, counters, parser, logs, lamps.
 
 #include <gtest/gtest.h>

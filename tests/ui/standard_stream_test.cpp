@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is printed to a reader who is slow, absent, gone, or a terminal.
 
 #include "ui/standard_stream.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Start-up, command line, configuration and the end of the program.
 
 #include <gtest/gtest.h>

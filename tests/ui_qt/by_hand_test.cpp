@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Keys, pastes, dropped files, quick sends and the history, through the real window to a scripted port.
 
 #include "transmit/by_hand.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The calculator, worked by real keys from the main window on.
 #include <QApplication>
 #include <QClipboard>

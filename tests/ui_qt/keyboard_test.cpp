@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A whole test by keyboard alone, on a real pseudo-terminal: connect, send a command, take its answer as the
 // expected one, run, look at the errors, save, quit.
 #include <fcntl.h>

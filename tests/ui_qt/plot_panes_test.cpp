@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The panes beside the curves: figures of what is chosen, and the fields and figures of a filter.
 
 #include <QApplication>

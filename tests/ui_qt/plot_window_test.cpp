@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The plot window beside the main one: a run drawn in it, its filter, and the way back to the traffic.
 #include <QClipboard>
 #include <QComboBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The real event loop: a descriptor that calls without a rest leaves alarms and the window their turn.
 
 #include "ui/qt/qt_loop.h"

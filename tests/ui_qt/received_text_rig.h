@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A received-text view on a display that the test fills, with a hand on its mouse.
 #pragma once
 

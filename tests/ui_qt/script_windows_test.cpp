@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The script list and the command panel on the screen, worked by real clicks and keys.
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the window keeps from one start to the next, and what it asks before it goes.
 
 #include <QCheckBox>

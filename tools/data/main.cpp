@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // quarlin-data: figures, filters and pictures of measured values on the command line.
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Turns the body of an answer into what goes over the line: checksum and terminator are added, and now and
 // then something goes wrong on purpose.
 #pragma once

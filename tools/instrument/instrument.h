@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The simulated instrument without its line: bytes go in, bytes come out, each at its time. It knows neither
 // a clock nor a port; whoever carries its bytes hands in the time, which never goes back.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Two pseudo-terminals joined like the two plugs of a null-modem cable.
 #pragma once
 

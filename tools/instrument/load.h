@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The load on the scale: every few seconds somebody puts another weight on it, the reading settles
 // exponentially, and meanwhile it drifts slowly and is a little noisy.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What carries the bytes between the instrument and its client: a pseudo-terminal, a TCP or a UDP socket.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A pseudo-terminal: the instrument holds one end, a client opens the other as it would a serial port.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The weighing indicator behind the line: it understands requests and makes the bodies of the answers,
 // without checksum and terminator.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Carries the bytes between an instrument and its port, sleeping whenever there is nothing to carry.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The signals of the instrument as something to wait on and read, so that none interrupts it midway.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the calls of the system return, as the instrument passes it on.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A TCP port: one client at a time, the latest.
 #pragma once
 

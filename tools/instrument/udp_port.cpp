@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "instrument/udp_port.h"
 
 #include "instrument/bound_socket.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A UDP port: whoever sent the last datagram is the client.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Sleeping until the port, a signal or a deadline has something to do.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // quarlin-script: runs a script with the program's engine and objects, without a window.
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the prelude, and it alone, calls: the members of host objects by the objects' numbers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // JScript, run by the GUI toolkit's script engine: the language as that engine has it, with the host's
 // objects, ActiveXObject, Enumerator, VBArray and errors by number as scripts of this language expect them.
 //

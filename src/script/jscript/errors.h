@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Errors of the script language by number, in both directions.
 //
 // In a script the number is 0x800A0000 plus the language's own; `description` says the same as `message`.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Host objects as the script holds them. Each has a handle, which the script owns; beside it the script has
 // a facade, the object that its text sees. While either is referred to, both live, and so does the object.
 #pragma once

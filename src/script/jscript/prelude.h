@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The part of the language's surroundings that is written in the language itself.
 #pragma once
 

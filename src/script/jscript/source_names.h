@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Names in the text of a script, found without a full parse.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Texts of the toolkit and of the script values: both UTF-16.
 #pragma once
 

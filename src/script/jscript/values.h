@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Values on their way between a script and its host.
 //
 //   script               host

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Interrupts a script that neither ends nor calls its host, or that takes all memory.
 //
 // A thread looks fifty times a second while scripts run; it is made by the first run, and sleeps for good a

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The commonest pairs of numbers, done on the spot; false leaves the rest to Apply.
 #pragma once
 

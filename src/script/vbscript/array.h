@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The arrays of the language: lower bound 0, up to 60 dimensions, the first index running fastest.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Puts the instructions of one Code together: registers for intermediate results, constants without
 // duplicates, jumps that are filled in later.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A script taken apart: what the parser hands to the compiler.
 #pragma once
 

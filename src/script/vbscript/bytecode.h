@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the compiler makes and the machine runs: instructions on places. Every variable of a procedure has
 // a numbered register, and so has every intermediate result.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // From one kind of value to another, by the rules of the language (locale en-US). An object stands for
 // its default member. Failures are errors 13 (no such conversion), 6 (out of range) and 94 (Null).
 #pragma once

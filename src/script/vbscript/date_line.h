@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Dates as whole seconds and days on a straight line. A date's own number bends at day 0: its fraction
 // counts forward on both sides, so that -1.25 is six o'clock on the day before day 0.
 #pragma once

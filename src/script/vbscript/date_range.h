@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The days that a Date can be: the years 100 to 9999.
 #pragma once
 

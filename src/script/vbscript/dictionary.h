@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Scripting.Dictionary: items under keys, in the order in which they were added.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The one way in which scripts of either language reach an object: get, set and call by name.
 //
 // An object numbers its members. Number 0 is the default member; names are looked up without regard to

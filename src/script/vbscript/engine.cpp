@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/vbscript/engine.h"
 
 #include "script/vbscript/machine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The interpreter as its host uses it: add objects and code, then run procedures by name.
 #pragma once
 

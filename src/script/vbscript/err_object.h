@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Err: what went wrong last, and the way to raise an error.
 #pragma once
 

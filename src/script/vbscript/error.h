@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What goes wrong in a script: the language's own numbers with their texts.
 #pragma once
 

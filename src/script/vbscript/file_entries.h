@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The File and Folder objects and the collections of them.
 #pragma once
 

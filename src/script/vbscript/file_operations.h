@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Copying, moving and deleting, as the FileSystemObject and its files and folders do it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // File names as scripts write them, with "/" or "\" between the parts, and as the system has them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Scripting.FileSystemObject: the files of the system by name.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The counting of For ... Next and the walking of For Each.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The memory that script values take, counted so that a script which never stops collecting gets error 7
 // instead of taking the machine with it. The count is the process's, as its memory is.
 #pragma once

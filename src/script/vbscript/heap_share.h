@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The part of the heap's count that one object holds: given back when the object dies.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Objects that hold values can hold each other in a circle, which counted references never end. So those
 // of one engine stand in a list, and let go of what they hold when the engine ends.
 #pragma once

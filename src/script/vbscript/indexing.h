@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Elements of arrays and default members of objects, picked by arguments in parentheses.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The objects of a script's own classes, and the references to procedures that GetRef gives.
 #pragma once
 

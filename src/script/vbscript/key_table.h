@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Keys with their items, found by hashing and kept in the order in which they came.
 //
 // The entries stand in one vector in their order; a second table of slots, found by the hash, names their

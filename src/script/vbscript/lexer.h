@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A script's text as words and signs, one after the other.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The functions and constants that every script has. Each topic has a table of its own; a row is a name,
 // the fewest and most arguments, and a function.
 #pragma once

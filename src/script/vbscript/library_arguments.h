@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the functions of the library need again and again: their arguments as texts, counts and choices.
 #pragma once
 

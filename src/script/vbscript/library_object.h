@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the members of the library objects need again and again, beside the helpers of the functions.
 #pragma once
 

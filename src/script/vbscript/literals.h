@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the constants in a script's text are worth.
 #pragma once
 

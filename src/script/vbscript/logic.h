@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The operators that work on bits, for Apply.
 #pragma once
 

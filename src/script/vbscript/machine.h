@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Runs compiled scripts: the values of their variables, the calls on the stack, and what happens when
 // something goes wrong.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Entering and leaving procedures, done so often that the loop has it inside itself.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Which names a block of statements brings into its scope, found before it is compiled: a name counts
 // from the scope's beginning, wherever it is declared.
 #pragma once

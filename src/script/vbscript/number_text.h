@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Numbers as their texts, without the detour over a value.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The operators of the language on any two values. The machine does the commonest pairs of numbers itself
 // and comes here for the rest.
 #pragma once

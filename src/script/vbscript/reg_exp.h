@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // VBScript.RegExp: searching and replacing in texts by a pattern.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What Execute of a regular expression returns: the collection of matches, each match, and its submatches.
 // All of them are views of one list of places, so a million matches cost eight bytes each and group.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialect of patterns that scripts write, put into the words of the library that searches.
 //
 //   . ^ $ | ( ) (?: ) (?= ) (?! ) [ ] [^ ]   * + ? {n} {n,} {n,m} and each of them with ? behind it

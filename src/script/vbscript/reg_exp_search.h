@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Searching texts for a pattern: compiled once, searched with a bound on the effort and with a look at
 // whether the script may go on.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The string functions that stand in files of their own; string_functions.cpp has the table and the rest.
 #pragma once
 

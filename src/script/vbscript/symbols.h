@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The names that every procedure of an engine can see: what its scripts declared, the library, and the
 // host's objects with their members.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How a script's text is taken apart: a function for each construct of the language, each of which begins
 // at the current token and leaves behind its own last one.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What can be wrong with a script's text, by the language's own numbers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Text files as scripts read and write them, one block at a time.
 //
 // A file is read as UTF-16 where it begins with that byte-order mark or the caller says so, as UTF-8 where

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Makes texts whose code units follow from their place.
 #pragma once
 

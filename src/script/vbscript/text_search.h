@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Looking for one text in another, by code unit or without regard to case.
 #pragma once
 

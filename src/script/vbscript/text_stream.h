@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The TextStream object: a text file that is open for reading or for writing.
 #pragma once
 

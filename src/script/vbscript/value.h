@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A value of a script: one of the language's kinds in 16 bytes. Texts, arrays and objects are shared by
 // counted references, so an object dies the moment its last reference goes. One thread only.
 #pragma once

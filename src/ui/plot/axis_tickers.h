@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The numbers at the axes: as many digits as two neighbours differ in, also far from zero.
 #pragma once
 

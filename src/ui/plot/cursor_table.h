@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the two cursors of a plot tell: the values there, their difference, and the mean between them.
 #pragma once
 

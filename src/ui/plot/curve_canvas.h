@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The plot of some curves over time. Whatever the number of points, it draws only a few for each column of
 // pixels, so a frame costs the same for a hundred points and for four million.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Mouse and keys of the plot.
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A curve of the plotting library that can also be drawn fast and rough.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The curves of a plot as it asks for them: their extent, the points to draw, what stood at a time.
 #pragma once
 

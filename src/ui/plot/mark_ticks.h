@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Draws the marks of a run at the lower border of the plot.
 #pragma once
 

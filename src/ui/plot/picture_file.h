@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A plot as a picture, on white paper.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a plot is drawn with. The curves' colours are Okabe and Ito's, which those who see few colours can
 // tell apart, each made darker or lighter until it stands out from the background.
 #pragma once

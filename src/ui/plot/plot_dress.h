@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How the axes of all plots look: the window's font, thin lines, a faint grid.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The names of the curves and of what is marked, in rows above the plot, where they hide nothing.
 #pragma once
 

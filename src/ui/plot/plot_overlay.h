@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What lies over the curves and is drawn without them: the cursors, and the box to zoom to.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A stretch of an axis and what moving and zooming make of it; what the plot shows is three of them.
 #pragma once
 

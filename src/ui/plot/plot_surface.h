@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The drawing itself: axes, legend, curves, marks, cursors. What is drawn is told to it; it asks nobody.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A little chart beside a plot: the bars of a histogram, or a line such as a spectrum or a step response.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Where the plot looks: by hand, or following what comes. What was in sight before can be gone back to.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Ties the controls of a collection to the widgets of a form by name, both ways.
 #pragma once
 

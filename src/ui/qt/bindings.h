@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What ties one control to its widget: one kind of binding for each kind of control.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The editor of one of the calculator's views. Its lines are there for the eye: a line end is no byte.
 #pragma once
 

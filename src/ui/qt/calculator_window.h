@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The calculator on the screen: its four views side by side with the form, and a button for each checksum.
 #pragma once
 

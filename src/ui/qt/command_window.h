@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The command panel on the screen. It is built by code, since most of it are rows of the same widget.
 #pragma once
 

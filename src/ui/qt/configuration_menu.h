@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The entries of the File menu for configurations of any name: open, save, save as, and the ones used last.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The font of the received-text display: ComboFont offers the installed ones, those of one width first;
 // zooming changes the size, which lblfontsize shows in points.
 #pragma once

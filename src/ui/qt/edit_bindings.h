@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The bindings of what can be typed into. A typed text takes effect on Enter or when the box is left; in
 // a combo box for which the form says "immediate", with every key.
 #pragma once

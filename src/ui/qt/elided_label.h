@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A label whose text may be longer than its place: it is cut with an ellipsis, and the tool tip shows it
 // whole. The form gives it the horizontal policy Ignored, so that a long text does not widen the window.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The errors below the traffic: a header that counts them, with the report, and the table that it opens and
 // closes.
 #pragma once

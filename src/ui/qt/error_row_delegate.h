@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Paints the cells of the error table: a heading over the whole width, the kind of an error in red, and two
 // texts that were compared with a mark from where they differ.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The table of errors. It stays at its end while that is in sight; a click on a row, or Enter, asks for its
 // place in the traffic.
 #pragma once

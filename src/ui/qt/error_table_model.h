@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The rows of errors for a table view: those of one kind or all, brought up to date in batches.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The filter of the curves: its kind and fields, and what somebody who tunes an instrument wants to know of
 // it. The fields are named like the controls of the plot's form, which read and check them.
 #pragma once

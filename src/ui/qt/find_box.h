@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The box for the text to find. It tells in itself how many places there are, and below itself what is wrong
 // with an expression, so that nothing moves while somebody types.
 #pragma once

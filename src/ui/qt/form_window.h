@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A window beside the main one, which shows a form: its controls bound by name, its caption, whether it is
 // shown and stays in front. Without a class of its own a window is a .ui file and a row in windows.cpp.
 #pragma once

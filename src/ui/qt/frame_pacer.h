@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Decides when the window is brought up to date: at once when it has been quiet, else at most 30 times a
 // second, half as often once that has gone on for a second, and less often when a frame costs much.
 // Without requests it sleeps.

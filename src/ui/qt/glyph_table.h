@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The shapes of the 256 characters in one font, each looked up when it is wanted first, so that painting a
 // row is placing glyphs and no text is laid out again. A control character has the small picture of its name,
 // or, where no font has those, two small letters in a falling line: C over R for the carriage return. In a

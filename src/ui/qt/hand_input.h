@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the user types and pastes into the display: to the line while the keyboard is on it, else into the
 // command box, which then has the focus.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The documentation as the program carries it: the Markdown pages and their pictures, compiled in at the
 // paths that they have in the project, so that links between them hold.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The documentation in a window of its own: the pages in a list, a page, and a search over all of them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A round indicator lamp. One in a dark colour is not lit: it is hollow, a ring of its colour, so that nobody
 // takes a dark green for a light.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Brings windows back to where they stood and to how they showed things, and takes it down for the next
 // start. A window needs no code for that, only object names: of a splitter its sizes are kept, of tabs the
 // page in front, of a table its columns, of an action with the property "kept" whether it is checked. The

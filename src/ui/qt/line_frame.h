@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Shows plainly that what is typed goes out at once: a coloured frame around the display with words in its
 // corner, while the display has the focus and the keyboard is on the line.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The settings of the link in one slim row: the port with its speed and format, or for the port NET the
 // fields of the network in their place; Connect; the lamps and boxes of the modem lines. In a narrow window
 // the lines stand below the settings.

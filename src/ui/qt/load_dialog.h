@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Asks for numbers of a file or the clipboard: which number of each row, at what time; shows what is read
 // from the first rows, and reads them all while everything else goes on.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main window on the screen: its parts, put together and bound to the model, and the menus.
 #pragma once
 

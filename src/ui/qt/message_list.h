@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // All messages of the status bar with their times, in a small list above it that closes as soon as something
 // else is clicked.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Menu entries that stand for buttons and check boxes of the window: they press them, are checked with them,
 // and read as they do.
 #pragma once

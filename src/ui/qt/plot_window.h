@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The plot window on the screen: which numbers, the curves, and beside them what is said of them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The event loop of the running program, on the toolkit's own, with a window or without one.
 //
 // All alarms share one timerfd with an absolute deadline: the toolkit's timers round to milliseconds,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The quick sends as rows of a table that can be edited in place and dragged into another order.
 #pragma once
 

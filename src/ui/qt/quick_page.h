@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The page of quick sends: its table and buttons, and the keys that fire rows from anywhere in the window.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What leaves the display as text: copies of the selection, and the file that holds all of it.
 #include <QClipboard>
 #include <QGuiApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The display's keys, mouse and menu.
 #include <QAction>
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Looking for something in the display and bringing it into view: a text, a line, a time.
 #include <QScrollBar>
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The received-text display: a window onto the control's ring of lines. It paints the rows that are visible
 // and keeps no text of its own, so what scrolls by unseen costs nothing and switching the view converts
 // nothing. To the left of the text a gutter tells the time and the direction of each line.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Paints rows of cells: backgrounds at once, the glyphs of all rows together at the end.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How a kept line is shown: as one row of cells or several. A cell is one character of the display's font and
 // stands for a byte of the line, or for none; places in a line are told by its bytes, so a selection means
 // the same in every format.

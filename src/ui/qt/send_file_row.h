@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The row above the command that shows while there is a file to be sent; files are chosen from the menu or
 // dropped onto the window.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The pages of settings at the right of the window, one at a time, and the buttons that save and load them.
 // The names of the pages stand in a column at the right edge, so that there is room for many.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Two arrows, one above the other, as beside a number box. A slider of three places: in the middle at
 // rest, at the minimum while the upper arrow is pressed and at the maximum while the lower one is.
 #pragma once

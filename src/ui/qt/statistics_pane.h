@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is said of a curve: its figures as a table, its histogram and its spectrum.
 #pragma once
 

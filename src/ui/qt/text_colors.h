@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The display's colours on the desktop's palette: the text's own colour for black, and any other brought
 // as far from the background as reading needs, on light desktops and dark ones.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Finding text in the kept lines, and counting the places.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is selected in the view: a stretch between two edges of bytes, held by line numbers, so that it stays
 // on its text while lines come and go and however they are shown.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Asks for a time of day and shows the line that came nearest to it. Says in its own place why it cannot; the
 // traffic goes on behind it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The controls' colours on the desktop's palette.
 #pragma once
 

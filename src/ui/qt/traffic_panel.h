@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What goes over the line, in the middle of the window: the received-text display below a row of its tools.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Labels that say what is wrong with a field.
 #pragma once
 

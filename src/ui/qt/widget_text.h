@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The texts of the model, bytes 0 to 255, as the widgets show them.
 #pragma once
 

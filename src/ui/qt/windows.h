@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The windows beside the main one: which view shows which form, in one table.
 #pragma once
 

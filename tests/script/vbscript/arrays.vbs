@@ -58,3 +58,4 @@ Class Dropper : Public Default Property Get Value : n = Empty : Value = 1 : End 
 n = Array(1) : n(0) = New Dropper : Print Err.Number, IsEmpty(n)  ' expect: 13 True
 n = Array(Array(1, 2), 3) : n(0)(New Dropper) = 5 : Print IsEmpty(n)  ' expect: True
 n = Array(1, 2) : n(New Dropper) = 5 : Print IsEmpty(n)  ' expect: True
+' SPDX-License-Identifier: GPL-3.0-or-later

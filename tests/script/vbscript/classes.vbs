@@ -94,3 +94,4 @@ y = 5 : y.Name = 1 : Print Err.Number : Err.Clear  ' expect: 424
 z.Name = 1 : Print Err.Number : Err.Clear  ' expect: 424
 x = Nothing : Print Err.Number : Err.Clear  ' expect: 91
 x = s : Print Err.Number : Err.Clear  ' expect: 438
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -22,3 +22,4 @@ x = (w = 5) : Print Err.Number : Err.Clear  ' expect: 13
 x = (w < 5) : Print Err.Number : Err.Clear  ' expect: 13
 x = 1 Is 2 : Print Err.Number : Err.Clear  ' expect: 424
 x = (Array(1) = 1) : Print Err.Number : Err.Clear  ' expect: 13
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -60,3 +60,4 @@ Wrong "Hex(1E10)"  ' expect: 6 Hex(1E10)
 Wrong "RGB(-1, 0, 0)"  ' expect: 5 RGB(-1, 0, 0)
 Wrong "Abs(""x"")"  ' expect: 13 Abs("x")
 Wrong "CreateObject(""No.Such"")"  ' expect: 429 CreateObject("No.Such")
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -22,3 +22,4 @@ x = DateDiff("x", Now, Now) : Print Err.Number : Err.Clear  ' expect: 5
 x = DateAdd("yyyy", 9000, #1/1/2024#) : Print Err.Number : Err.Clear  ' expect: 5
 x = DateSerial(10000, 1, 1) : Print Err.Number : Err.Clear  ' expect: 5
 x = DateAdd("d", 1, "no date") : Print Err.Number : Err.Clear  ' expect: 13
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -26,3 +26,4 @@ x = WeekdayName(8) : Print Err.Number : Err.Clear  ' expect: 5
 x = DatePart("x", Now) : Print Err.Number : Err.Clear  ' expect: 5
 x = Year("abc") : Print Err.Number : Err.Clear  ' expect: 13
 x = FormatDateTime("abc") : Print Err.Number : Err.Clear  ' expect: 13
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -42,3 +42,4 @@ Take v  ' expect: True
 On Error Resume Next
 x = q : Print Err.Number <> 0 : Err.Clear  ' expect: True
 x = d + 1 : Print Err.Number <> 0 : Err.Clear  ' expect: True
+' SPDX-License-Identifier: GPL-3.0-or-later

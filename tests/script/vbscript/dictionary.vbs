@@ -40,3 +40,4 @@ d.Key("k2") = "k4" : Print Err.Number : Err.Clear  ' expect: 457
 d.NoSuch = 1 : Print Err.Number : Err.Clear  ' expect: 438
 d.Add "one" : Print Err.Number : Err.Clear  ' expect: 450
 Set d = CreateObject("Scripting.Dictionary") : d("k") = Array(1, 2) : d("k")(0) = 9 : Print d("k")(0)  ' expect: 1
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -34,3 +34,4 @@ On Error Goto 0
 Print Err.Number, Err.Description & "|"  ' expect: 0 |
 Err.Raise 77, "host", "seen by the host"
 ' ends with error 77 line 35 column 0
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -28,3 +28,4 @@ Execute "x = = 1" : Print Err.Number > 1000 And Err.Number < 1059 : Err.Clear  '
 x = Eval("1 + ") : Print Err.Number > 1000 And Err.Number < 1059 : Err.Clear  ' expect: True
 Execute "Print ""not one""" & vbLf & "x = (" : Print Err.Number > 1000 : Err.Clear  ' expect: True
 x = Eval("NoSuch(1)") : Print Err.Number : Err.Clear  ' expect: 13
+' SPDX-License-Identifier: GPL-3.0-or-later

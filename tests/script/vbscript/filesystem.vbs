@@ -54,3 +54,4 @@ Set x = fso.GetFile("none.txt") : Print Err.Number : Err.Clear  ' expect: 53
 Set x = fso.GetFolder("none") : Print Err.Number : Err.Clear  ' expect: 76
 fso.CreateFolder "log.txt" : Print Err.Number : Err.Clear  ' expect: 58
 fso.DeleteFolder "none" : Print Err.Number : Err.Clear  ' expect: 76
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -10,3 +10,4 @@ Print TypeName(FormatNumber(1)), Right("0000" & 42, 4), FormatNumber(12.345, 1) 
 On Error Resume Next
 x = FormatNumber("abc") : Print Err.Number : Err.Clear  ' expect: 13
 x = FormatPercent("") : Print Err.Number : Err.Clear  ' expect: 13
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -21,3 +21,4 @@ Print f Is f, f Is g, g Is Nothing  ' expect: True False False
 On Error Resume Next
 Set h = GetRef("NoSuch") : Print Err.Number : Err.Clear  ' expect: 5
 x = f(1) : Print Err.Number : Err.Clear  ' expect: 450
+' SPDX-License-Identifier: GPL-3.0-or-later

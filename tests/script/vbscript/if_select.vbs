@@ -73,3 +73,4 @@ Select Case Ask()
   Case 3 Print "asked", asked  ' expect: asked 1
 End Select
 Select Case "b" : Case "a" : Print "a" : Case "b" : Print "line" : End Select  ' expect: line
+' SPDX-License-Identifier: GPL-3.0-or-later

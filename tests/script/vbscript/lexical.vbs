@@ -41,3 +41,4 @@ Const Pi = 3.14, Greeting = "hi", Low = -5, Flag = True, When_ = #1/1/2024#
 Print Pi, Greeting, Low, Flag, When_  ' expect: 3.14 hi -5 True 1/1/2024
 Const mask = &HFF
 Print mask, TypeName(mask)  ' expect: 255 Integer
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -36,3 +36,4 @@ deep = 1
 For i = 1 To 2000 : deep = Array(deep) : Next
 deep = Empty
 Print "nest gone", Err.Number  ' expect: nest gone 0
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -9,3 +9,4 @@ Print CCur(1234.5), CCur(0.0001), CCur(-1.25), CCur(1.23456)  ' expect: 1234.5 0
 Print 1.0, 100.50, True, False, Empty, Null, CByte(7)  ' expect: 1 100.5 True False  Null 7
 Print "" & 1E15, "" & 0.5, "" & -0.25, "" & True, "" & CCur(2)  ' expect: 1E+15 0.5 -0.25 True 2
 Print Len(1 / 3), Len(True), Len(-5), Len(Empty)  ' expect: 17 4 2 0
+' SPDX-License-Identifier: GPL-3.0-or-later

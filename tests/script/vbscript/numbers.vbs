@@ -35,3 +35,4 @@ x = "a" + 1 : Print Err.Number : Err.Clear  ' expect: 13
 x = "" + 1 : Print Err.Number : Err.Clear  ' expect: 13
 x = -"abc" : Print Err.Number : Err.Clear  ' expect: 13
 x = Array(1) + 1 : Print Err.Number : Err.Clear  ' expect: 13
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -91,3 +91,4 @@ Sub Stops
 End Sub
 Stops
 ' ends with error 13 line 90 column 2
+' SPDX-License-Identifier: GPL-3.0-or-later

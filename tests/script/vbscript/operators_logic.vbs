@@ -28,3 +28,4 @@ If 0.1 Then Print "fraction" Else Print "none"  ' expect: fraction
 On Error Resume Next
 x = "a" And 1 : Print Err.Number : Err.Clear  ' expect: 13
 x = 3000000000 And 1 : Print Err.Number : Err.Clear  ' expect: 6
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -102,3 +102,4 @@ Both 1, 2, 3 : Print Err.Number : Err.Clear  ' expect: 450
 NoSuch 1
 Print Err.Number, Err.Description : Err.Clear  ' expect: 13 Type mismatch
 x = NoSuch(1) : Print Err.Number : Err.Clear  ' expect: 13
+' SPDX-License-Identifier: GPL-3.0-or-later

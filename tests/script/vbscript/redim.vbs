@@ -39,3 +39,4 @@ ReDim Preserve fixed(5) : Print Err.Number : Err.Clear  ' expect: 10
 ReDim Preserve grid(2, 3) : Print Err.Number, grid(1, 1) : Err.Clear  ' expect: 9 kept
 ReDim Preserve grid(5) : Print Err.Number : Err.Clear  ' expect: 9
 ReDim a(-2) : Print Err.Number : Err.Clear  ' expect: 9
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -38,3 +38,4 @@ On Error Resume Next
 re.Pattern = "(" : x = re.Test("a") : Print Err.Number >= 5017 And Err.Number <= 5021 : Err.Clear  ' expect: True
 re.Pattern = "[b-a]" : x = re.Test("a") : Print Err.Number >= 5017 And Err.Number <= 5021 : Err.Clear  ' expect: True
 re.Pattern = "*a" : x = re.Test("a") : Print Err.Number >= 5017 And Err.Number <= 5021 : Err.Clear  ' expect: True
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -28,3 +28,4 @@ x = Replace(Null, "a", "b") : Print Err.Number : Err.Clear  ' expect: 94
 x = Replace("a", "a", "b", 0) : Print Err.Number : Err.Clear  ' expect: 5
 x = Join(5) : Print Err.Number : Err.Clear  ' expect: 13
 x = Filter("a", "a") : Print Err.Number : Err.Clear  ' expect: 13
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -20,3 +20,4 @@ For i = 1 To 600
   If roll < 1 Or roll > 6 Then Print "outside"
 Next
 Print low > 0, high > 0  ' expect: True True
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -47,3 +47,4 @@ Print "reached"  ' expect: reached
 If False Then neverReached = undeclaredName
 undeclaredName = 1
 ' ends with error 500 line 48 column 0
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -40,3 +40,4 @@ x = StrReverse(Null) : Print Err.Number : Err.Clear  ' expect: 94
 x = Left("abc", Null) : Print Err.Number : Err.Clear  ' expect: 94
 x = Len(Array(1)) : Print Err.Number : Err.Clear  ' expect: 13
 x = Left("abc") : Print Err.Number : Err.Clear  ' expect: 450
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -69,3 +69,4 @@ Set a = Nothing
 Set b = Nothing
 ' expect: end ring two
 ' expect: end ring one
+' SPDX-License-Identifier: GPL-3.0-or-later

@@ -43,3 +43,4 @@ Sub Leave
 End Sub
 Leave
 Print "left"  ' expect: left
+' SPDX-License-Identifier: GPL-3.0-or-later
