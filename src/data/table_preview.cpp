@@ -31,7 +31,9 @@ std::vector<std::string> FirstRows(std::string_view beginning) {
 }
 
 bool IsCalledTime(std::string_view cell) {
-  constexpr std::array<std::string_view, 6> words{"TIME", "DATE", "T", "S", "TIMESTAMP", "SECONDS"};
+  constexpr std::array<std::string_view, 13> words{"TIME",  "DATE",    "T",       "S",    "TIMESTAMP",
+                                                   "SEC",   "SECONDS", "ELAPSED", "ZEIT", "DATUM",
+                                                   "TEMPS", "HEURE",   "TIEMPO"};
   return std::find(words.begin(), words.end(), ToUpper(HeadOf(cell).name)) != words.end();
 }
 

@@ -102,7 +102,7 @@ const Kind* KindOf(const QString& path) {
 
 std::optional<QString> SavePicture(PlotSurface& plot, const PlotView& view, QSize size, const QString& path) {
   const Kind* kind = KindOf(path);
-  if (!kind) return QObject::tr("A picture's name ends in .png, .svg or .pdf");
+  if (!kind) return QObject::tr("A picture's name ends in .png, .svg or .pdf, a table's in .csv");
   QSaveFile file(path);
   file.setDirectWriteFallback(true);
   if (!file.open(QIODevice::WriteOnly)) return file.errorString();

@@ -3,21 +3,19 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDragEnterEvent>
-#include <QDropEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLocale>
 #include <QMimeData>
-#include <QUrl>
 #include <array>
 #include <cmath>
 #include <filesystem>
 #include <utility>
 
 #include "base/numbers.h"
+#include "ui/qt/dropped_files.h"
 #include "ui/qt/trouble_labels.h"
 #include "ui/qt/widget_text.h"
 #include "ui_load_dialog.h"
@@ -62,11 +60,6 @@ QTableWidgetItem* NumberItem(double value, const std::string& reason) {
   return item;
 }
 
-// The only file that is dropped; nothing for several, and for what is no file of this machine.
-QString DroppedFile(const QMimeData& data) {
-  return data.urls().size() == 1 ? data.urls().front().toLocalFile() : QString();
-}
-
 }  // namespace
 
 LoadDialog::LoadDialog(EventLoop& loop, TakeNumbers take, QWidget* parent)
@@ -83,6 +76,7 @@ LoadDialog::LoadDialog(EventLoop& loop, TakeNumbers take, QWidget* parent)
 LoadDialog::~LoadDialog() = default;
 
 void LoadDialog::Wire() {
+  TakeDroppedFiles(*this, [this](const QString& file) { TakeFile(file); });
   connect(ui_->loadFileButton, &QPushButton::clicked, this, &LoadDialog::ChooseFile);
   connect(ui_->loadClipboardButton, &QPushButton::clicked, this, &LoadDialog::TakeClipboard);
   connect(ui_->loadOpenButton, &QPushButton::clicked, this, &LoadDialog::Start);
@@ -111,6 +105,7 @@ void LoadDialog::ChooseFile() {
 }
 
 void LoadDialog::TakeFile(const QString& file) {
+  if (isLoading_) return;
   open();
   const std::filesystem::path path(QFile::encodeName(file).toStdString());
   const QFileInfo info(file);
@@ -288,14 +283,6 @@ void LoadDialog::ShowLoading(bool loading) {
   ui_->loadOpenButton->setEnabled(!loading && open_);
   if (loading) ui_->loadNote->setText(tr("Reading…"));
   if (loading) ui_->loadCancelButton->setFocus();
-}
-
-void LoadDialog::dragEnterEvent(QDragEnterEvent* event) {
-  if (!isLoading_ && !DroppedFile(*event->mimeData()).isEmpty()) event->acceptProposedAction();
-}
-
-void LoadDialog::dropEvent(QDropEvent* event) {
-  TakeFile(DroppedFile(*event->mimeData()));
 }
 
 }  // namespace quarlin

@@ -32,17 +32,14 @@ class LoadDialog : public QDialog {
   LoadDialog(EventLoop& loop, TakeNumbers take, QWidget* parent);
   ~LoadDialog() override;
 
-  // Shows it, and asks for a file, takes that file, or takes the text of the clipboard.
+  // Shows it, and asks for a file, takes that file, or takes the text of the clipboard. A file that comes
+  // while another is read is passed over.
   void ChooseFile();
   void TakeFile(const QString& file);
   void TakeClipboard();
 
   // Ends the reading; where nothing is read, closes the window.
   void reject() override;
-
- protected:
-  void dragEnterEvent(QDragEnterEvent* event) override;
-  void dropEvent(QDropEvent* event) override;
 
  private:
   using OpenSource = std::function<OpenedSource()>;

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "data/csv_writer.h"
+#include "ui/qt/dropped_files.h"
 #include "ui/qt/filter_pane.h"
 #include "ui/qt/trouble_labels.h"
 #include "ui/qt/widget_text.h"
@@ -95,6 +96,7 @@ void PlotWindow::WireSource() {
   connect(ui_->actionLive, &QAction::triggered, this, [this] { plot_.ShowLive(); });
   plot_.OnOpenNumbers = [this] { load_.ChooseFile(); };
   connect(ui_->actionOpen, &QAction::triggered, &load_, &LoadDialog::ChooseFile);
+  TakeDroppedFiles(*this, [this](const QString& file) { load_.TakeFile(file); });
   connect(ui_->actionPaste, &QAction::triggered, &load_, &LoadDialog::TakeClipboard);
 }
 

@@ -1,34 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/qt/send_file_row.h"
 
-#include <QDragEnterEvent>
-#include <QDropEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QKeyEvent>
-#include <QMimeData>
 #include <QPushButton>
 #include <filesystem>
 
 #include "transmit/by_hand.h"
+#include "ui/qt/dropped_files.h"
 #include "ui_send_file_row.h"
 
 namespace quarlin {
-namespace {
-
-// The only file that is dropped; nothing for several, and for what is no file of this machine.
-QString DroppedFile(const QMimeData& data) {
-  const QList<QUrl> urls = data.urls();
-  return urls.size() == 1 ? urls.front().toLocalFile() : QString();
-}
-
-}  // namespace
-
 SendFileRow::SendFileRow(FrmMain& frm, QWidget& window)
     : frm_(frm), ui_(std::make_unique<Ui::SendFileRow>()) {
   ui_->setupUi(this);
-  window.setAcceptDrops(true);
-  window.installEventFilter(this);
+  TakeDroppedFiles(window, [this](const QString& file) { Offer(file); });
   frm_.Hand().files.OnProgress = [this](int thousandths) { ui_->fileProgress->setValue(thousandths); };
 }
 
@@ -44,17 +31,6 @@ void SendFileRow::Choose() {
   dialog->setFileMode(QFileDialog::ExistingFile);
   connect(dialog, &QFileDialog::fileSelected, this, &SendFileRow::Offer);
   dialog->open();
-}
-
-bool SendFileRow::eventFilter(QObject*, QEvent* event) {
-  if (event->type() == QEvent::DragEnter) {
-    auto* drag = static_cast<QDragEnterEvent*>(event);
-    if (!DroppedFile(*drag->mimeData()).isEmpty()) drag->acceptProposedAction();
-    return true;
-  }
-  if (event->type() != QEvent::Drop) return false;
-  Offer(DroppedFile(*static_cast<QDropEvent*>(event)->mimeData()));
-  return true;
 }
 
 // Enter presses the button that has the focus, as Space does.

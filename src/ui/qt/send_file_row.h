@@ -25,8 +25,6 @@ class SendFileRow : public QWidget {
   // Asks for a file and offers it.
   void Choose();
 
- protected:
-  bool eventFilter(QObject* object, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
