@@ -15,6 +15,7 @@
 #include <random>
 
 #include "app/engines.h"
+#include "base/licence.h"
 #include "base/process.h"
 #include "base/text.h"
 #include "config/arguments.h"
@@ -48,7 +49,8 @@ Keywords, in any order, found anywhere on the command line without regard to cas
 Options:
   --headless  no window: traffic and report on standard output, messages on standard error.
               Also without a display. At the end Report.json and junit.xml are written.
-  --help, --version
+  --help      this text
+  --version   version and licence
   The window toolkit's own options (--platform, --style, --geometry ...) work as well. Another word
   that begins with "--" is status 2.
 
@@ -166,7 +168,7 @@ int main(int argc, char** argv) {
     return 0;
   }
   if (arguments.version) {
-    fmt::print("Quarlin {}\n", QUARLIN_VERSION);
+    fmt::print("{}", VersionText("quarlin"));
     return 0;
   }
   // The toolkit's own dispatcher takes half the time of the one over GLib for each descriptor served.

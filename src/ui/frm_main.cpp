@@ -7,12 +7,12 @@
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "base/version.h"
 #include "config/command_line.h"
 #include "config/config_file.h"
 #include "results/report_text.h"
 #include "results/write_results.h"
 #include "ui/frm_main_modules.h"
-#include "ui/version.h"
 
 namespace quarlin {
 namespace {
@@ -199,7 +199,7 @@ RunResult FrmMain::Result() {
   const EndVerdict verdict = modules_->session.Verdict();
   const ScriptErrors& scriptErrors = modules_->script.Errors();
   RunFacts facts;
-  facts.version = fmt::format("{}.{}.{}", version::major, version::minor, version::revision);
+  facts.version = version::text;
   facts.host = HostName();
   facts.link = modules_->connection.Target();
   facts.how = modules_->session.How();

@@ -13,6 +13,7 @@
 #include <system_error>
 #include <vector>
 
+#include "base/licence.h"
 #include "base/process.h"
 #include "base/text.h"
 #include "data/data_files.h"
@@ -123,6 +124,7 @@ Status Run(std::span<const char* const> arguments) {
   const Options options = ParseOptions(arguments);
   if (!options.error.empty()) return Complain(options.error);
   if (options.help) return EndOfOutput(Print(HelpText()));
+  if (options.version) return EndOfOutput(Print(VersionText("quarlin-data")));
   try {
     return Work(options);
   } catch (const std::exception& failure) {

@@ -113,6 +113,11 @@ std::string ReadHelp(std::string_view /*none*/, Options& options) {
   return {};
 }
 
+std::string ReadVersion(std::string_view /*none*/, Options& options) {
+  options.version = true;
+  return {};
+}
+
 constexpr unsigned stats = 1U << static_cast<unsigned>(Verb::Stats);
 constexpr unsigned filter = 1U << static_cast<unsigned>(Verb::Filter);
 constexpr unsigned plot = 1U << static_cast<unsigned>(Verb::Plot);
@@ -127,7 +132,7 @@ struct Option {
 
 using enum FilterField;
 
-constexpr std::array<Option, 18> optionTable{{
+constexpr std::array<Option, 19> optionTable{{
     {"--column", "N", stats | filter | plot, ReadColumn, "take the number in the N-th column of each row"},
     {"--match", "REGEX", stats | filter | plot, ReadMatch,
      "take what the group \"value\", else the first group, of REGEX matches"},
@@ -152,6 +157,7 @@ constexpr std::array<Option, 18> optionTable{{
     {"--zero-phase", "", filter | plot, ReadZeroPhase, "both ways, so that nothing is shifted"},
     {"--out", "FOLDER", filter, ReadFolder, "also write orig.dat and filter.dat there"},
     {"-o", "FILE", plot, ReadPicture, "the picture: a name that ends in .svg or .png"},
+    {"--version", "", stats | filter | plot, ReadVersion, "print version and licence, and end"},
     {"--help", "", stats | filter | plot, ReadHelp, "print this and end"},
     {"-h", "", stats | filter | plot, ReadHelp, ""},
 }};
@@ -276,6 +282,10 @@ Options ParseOptions(std::span<const char* const> arguments) {
     options.help = true;
     return options;
   }
+  if (verb == "--version") {
+    options.version = true;
+    return options;
+  }
   if (!TakeVerb(verb, options)) {
     options.error = verb.empty()
                         ? "say stats, filter or plot; --help tells more"
@@ -293,7 +303,7 @@ Options ParseOptions(std::span<const char* const> arguments) {
       arguments = arguments.subspan(1);
     }
   }
-  if (options.error.empty() && !options.help) options.error = Complaint(options);
+  if (options.error.empty() && !options.help && !options.version) options.error = Complaint(options);
   return options;
 }
 

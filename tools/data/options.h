@@ -26,6 +26,7 @@ struct Options {
   std::string picture;                // plot: the file to draw, .svg or .png
   std::set<FilterField> given;        // what of `filter` stands on the command line
   bool help = false;
+  bool version = false;
   std::string error;  // one line for the user; when it is not empty, the rest does not count
 };
 

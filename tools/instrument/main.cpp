@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "base/clock.h"
+#include "base/licence.h"
 #include "instrument/instrument.h"
 #include "instrument/joint.h"
 #include "instrument/options.h"
@@ -81,6 +82,10 @@ int Run(std::span<const char* const> arguments) {
   }
   if (options.help) {
     Tell(HelpText());
+    return 0;
+  }
+  if (options.version) {
+    Tell(VersionText("quarlin-instrument"));
     return 0;
   }
   try {

@@ -148,6 +148,11 @@ std::string ReadHelp(std::string_view /*none*/, Options& options) {
   return {};
 }
 
+std::string ReadVersion(std::string_view /*none*/, Options& options) {
+  options.version = true;
+  return {};
+}
+
 struct Option {
   std::string_view name;
   std::string_view
@@ -156,7 +161,7 @@ struct Option {
   std::string_view help;
 };
 
-constexpr std::array<Option, 20> optionTable{{
+constexpr std::array<Option, 21> optionTable{{
     {"--link", "PATH", ReadLink, "also make a symbolic link PATH to the port; removed at the end"},
     {"--tcp", "PORT", ReadTcp, "play on this TCP port instead; 0 is any free one"},
     {"--udp", "PORT", ReadUdp, "play on this UDP port instead; 0 is any free one"},
@@ -177,6 +182,7 @@ constexpr std::array<Option, 20> optionTable{{
     {"--count", "N", ReadCount, "end after N requests, when all is sent and fetched (never)"},
     {"--quiet", "", ReadQuiet, "do not print the counts at the end"},
     {"--help", "", ReadHelp, "print this and end"},
+    {"--version", "", ReadVersion, "print version and licence, and end"},
 }};
 
 const Option* FindOption(std::string_view name) {

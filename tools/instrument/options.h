@@ -21,6 +21,7 @@ struct Options {
   std::vector<std::string> join;  // two links to joined pseudo-terminals, instead of playing; or empty
   bool quiet = false;             // no counts at the end
   bool help = false;
+  bool version = false;
   std::string error;  // one line for the user; when it is not empty, the rest does not count
 };
 

@@ -10,6 +10,7 @@
 #include <random>
 
 #include "app/engines.h"
+#include "base/licence.h"
 #include "base/process.h"
 #include "base/text.h"
 #include "link/posix_device.h"
@@ -119,6 +120,10 @@ int Run(std::span<const char* const> arguments) {
   const Options options = ParseOptions(arguments);
   if (options.help) {
     PrintText(stdout, HelpText());
+    return done;
+  }
+  if (options.version) {
+    PrintText(stdout, VersionText("quarlin-script"));
     return done;
   }
   if (!options.error.empty()) {

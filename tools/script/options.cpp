@@ -44,6 +44,10 @@ Options ParseOptions(std::span<const char* const> arguments) {
       options.help = true;
       return options;
     }
+    if (argument == "--version") {
+      options.version = true;
+      return options;
+    }
     if (argument == "--check") {
       options.check = true;
     } else if (const ActionKind* kind = HookOption(argument)) {
@@ -77,7 +81,8 @@ The script is loaded with all its objects and its top-level code is run; then co
 A hook that the script has not leaves the text as it is.
 
   --check         only compile
-  --help
+  --help          this text
+  --version       version and licence
 
 AppendLog's text goes to standard output as it stands, message boxes to standard error. The language goes by
 the name: VBScript where it holds ".vbs", otherwise JScript. File names in the script begin at its own folder.

@@ -19,6 +19,7 @@ struct Action {
 
 struct Options {
   bool help = false;
+  bool version = false;
   bool check = false;  // compile only
   std::string file;
   std::vector<Action> actions;  // in the order of the command line

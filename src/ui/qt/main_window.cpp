@@ -18,6 +18,7 @@
 #include "config/window_layout.h"
 #include "curves/frm_plot.h"
 #include "script/script_host.h"
+#include "ui/qt/about_box.h"
 #include "ui/qt/configuration_menu.h"
 #include "ui/qt/display_font.h"
 #include "ui/qt/error_panel.h"
@@ -367,13 +368,7 @@ void MainWindow::ShowFolder() {
 }
 
 void MainWindow::ShowAbout() {
-  auto* box = new QMessageBox(QMessageBox::Information, tr("About Quarlin"), ShownText(frm_.Caption()),
-                              QMessageBox::Ok, this);
-  box->setInformativeText(
-      tr("Sends commands to instruments with a line-oriented ASCII protocol, shows and checks their "
-         "answers, and counts what goes wrong."));
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->open();  // traffic goes on behind it
+  MakeAboutBox(*this)->open();  // traffic goes on behind it
 }
 
 }  // namespace quarlin
