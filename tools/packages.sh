@@ -1,21 +1,32 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Sourced by run and test: says what is done, and sees to it that the packages of Debian are there.
+# shellcheck shell=bash disable=SC2034 # the lists are for those who source this
 
-build_packages="g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev libfmt-dev libc-ares-dev libpcre2-dev nlohmann-json3-dev libpugixml-dev libqcustomplot-dev"
-test_packages="libgtest-dev libbenchmark-dev python3-jsonschema"
+build_packages=(
+  g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev
+  libfmt-dev libc-ares-dev libpcre2-dev nlohmann-json3-dev libpugixml-dev libqcustomplot-dev
+)
+test_packages=(libgtest-dev libbenchmark-dev python3-jsonschema)
+lint_packages=(clang-format clang-tidy shellcheck pyflakes3)
 
 say() { printf '\n== %s\n' "$*"; }
 
+# missing_packages PACKAGE...: prints those that are not installed.
+missing_packages() {
+  local package
+  for package in "$@"; do
+    dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || echo "$package"
+  done
+}
+
 # need_packages PACKAGE...: installs what is missing as root; tells anybody else the one command.
 need_packages() {
-  local missing=() package
+  local missing
   if ! command -v dpkg-query >/dev/null; then
     say "This is no Debian system: $* must be there already; going on without looking"
     return
   fi
-  for package in "$@"; do
-    dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
-  done
+  mapfile -t missing < <(missing_packages "$@")
   [ ${#missing[@]} -eq 0 ] && return
   if [ "$(id -u)" -ne 0 ]; then
     say "Some packages are missing. Please run this once, then try again:"
