@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/qt/help_pages.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QRegularExpression>
 #include <QTextBlock>
@@ -16,14 +16,8 @@ namespace {
 
 constexpr auto root = ":/help/";
 
-// A new page belongs here, where its reader would look for it.
-constexpr const char* readingOrder[] = {
-    "README.md",          "docs/window.md",       "docs/display.md",    "docs/connections.md",
-    "docs/sending.md",    "docs/macros.md",       "docs/calculator.md", "docs/parser.md",
-    "docs/conversion.md", "docs/logs.md",         "docs/results.md",    "docs/data.md",
-    "docs/dialog.md",     "docs/scripts.md",      "docs/vbscript.md",   "docs/program-folder.md",
-    "docs/instrument.md", "docs/ARCHITECTURE.md",
-};
+// The page that lists the others.
+constexpr auto contents = "docs/guide.md";
 
 QString ResourceOf(const QUrl& url) {
   return url.scheme() == "qrc" ? ":" + url.path() : QString();
@@ -37,17 +31,6 @@ QString TitleOf(const QString& markdown, const QString& path) {
   static const QRegularExpression heading("^# (.+)$", QRegularExpression::MultilineOption);
   const auto match = heading.match(markdown);
   return match.hasMatch() ? match.captured(1).remove('`') : QFileInfo(path).baseName();
-}
-
-QStringList Paths() {
-  QStringList paths;
-  for (const char* path : readingOrder) {
-    if (QFile::exists(root + QString(path))) paths << path;
-  }
-  for (const QString& name : QDir(QString(root) + "docs").entryList({"*.md"}, QDir::Files, QDir::Name)) {
-    if (!paths.contains("docs/" + name)) paths << "docs/" + name;
-  }
-  return paths;
 }
 
 bool IsCode(const QTextBlock& block) {
@@ -180,9 +163,22 @@ QString Excerpt(const QString& text, qsizetype at) {
 }  // namespace
 
 std::vector<HelpPage> HelpPages() {
-  std::vector<HelpPage> pages;
-  for (const QString& path : Paths()) {
-    pages.push_back({UrlOf(path), TitleOf(HelpText(UrlOf(path)).value_or(""), path)});
+  static const QRegularExpression place(R"(^## (?<chapter>.+)$|\]\((?<page>[^()#:]+\.md)\))",
+                                        QRegularExpression::MultilineOption);
+  const QUrl guide = UrlOf(contents);
+  const QString text = HelpText(guide).value_or("");
+  std::vector<HelpPage> pages = {{guide, TitleOf(text, contents), {}}};
+  QString chapter;
+  for (auto places = place.globalMatch(text); places.hasNext();) {
+    const auto found = places.next();
+    if (found.hasCaptured("chapter")) {
+      chapter = found.captured("chapter");
+      continue;
+    }
+    const QUrl url = guide.resolved(QUrl(found.captured("page")));
+    const auto isThis = [&url](const HelpPage& page) { return page.url == url; };
+    if (!IsHelp(url) || std::any_of(pages.begin(), pages.end(), isThis)) continue;
+    pages.push_back({url, TitleOf(HelpText(url).value_or(""), url.path()), chapter});
   }
   return pages;
 }

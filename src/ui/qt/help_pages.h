@@ -16,9 +16,10 @@ namespace quarlin {
 struct HelpPage {
   QUrl url;
   QString title;
+  QString chapter;  // of the contents page; empty for that page itself
 };
 
-// In the order in which one reads them. A page that the order does not know comes last.
+// The contents page, docs/guide.md, and the pages that it links to, in its order.
 std::vector<HelpPage> HelpPages();
 
 // Whether the program carries what the link leads to. A fragment does not count.

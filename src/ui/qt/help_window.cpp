@@ -12,7 +12,8 @@
 namespace quarlin {
 namespace {
 
-constexpr int hitRole = Qt::UserRole;  // number of the hit; nothing for a page
+constexpr int hitRole = Qt::UserRole;   // number of the hit; nothing for a page
+constexpr int pageRole = Qt::UserRole;  // number of the page; nothing for the heading of a chapter
 
 }  // namespace
 
@@ -42,14 +43,36 @@ void HelpWindow::Open(const QString& file) {
 }
 
 void HelpWindow::FillPages() {
-  for (const HelpPage& page : pages_) ui_->helpPages->addItem(page.title);
-  connect(ui_->helpPages, &QListWidget::currentRowChanged, this, &HelpWindow::ShowPage);
+  for (std::size_t i = 0; i < pages_.size(); ++i) {
+    if (i > 0 && pages_[i].chapter != pages_[i - 1].chapter) AddChapter(pages_[i].chapter);
+    auto* page = new QListWidgetItem(pages_[i].title, ui_->helpPages);
+    page->setData(pageRole, static_cast<int>(i));
+  }
+  connect(ui_->helpPages, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem* item) {
+    if (item != nullptr) ShowPage(item->data(pageRole).toInt());
+  });
   connect(ui_->helpPage, &QTextBrowser::sourceChanged, this, &HelpWindow::PageShown);
 }
 
+// Only to be read: the keys go on to the page behind it.
+void HelpWindow::AddChapter(const QString& title) {
+  auto* chapter = new QListWidgetItem(title, ui_->helpPages);
+  chapter->setFlags(Qt::NoItemFlags);
+  QFont bold = ui_->helpPages->font();
+  bold.setBold(true);
+  chapter->setFont(bold);
+}
+
+QListWidgetItem* HelpWindow::ItemOf(int page) const {
+  for (int row = 0; row < ui_->helpPages->count(); ++row) {
+    const QVariant number = ui_->helpPages->item(row)->data(pageRole);
+    if (number.isValid() && number.toInt() == page) return ui_->helpPages->item(row);
+  }
+  return nullptr;
+}
+
 void HelpWindow::ShowPage(int number) {
-  if (number >= 0)
-    ui_->helpPage->setSource(pages_[static_cast<std::size_t>(number)].url, QTextDocument::MarkdownResource);
+  ui_->helpPage->setSource(pages_[static_cast<std::size_t>(number)].url, QTextDocument::MarkdownResource);
 }
 
 void HelpWindow::PageShown(const QUrl& url) {
@@ -57,7 +80,8 @@ void HelpWindow::PageShown(const QUrl& url) {
   const auto known =
       std::find_if(pages_.begin(), pages_.end(), [&](const HelpPage& each) { return each.url == page; });
   const QSignalBlocker blocker(ui_->helpPages);
-  ui_->helpPages->setCurrentRow(known == pages_.end() ? -1 : static_cast<int>(known - pages_.begin()));
+  ui_->helpPages->setCurrentItem(
+      ItemOf(known == pages_.end() ? -1 : static_cast<int>(known - pages_.begin())));
   setWindowTitle(tr("%1 - Quarlin help").arg(known == pages_.end() ? page.fileName() : known->title));
 }
 

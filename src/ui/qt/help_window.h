@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The documentation in a window of its own: the pages in a list, a page, and a search over all of them.
+// The documentation in a window of its own: the pages in a list by chapters, a page, and a search over all of
+// them.
 #pragma once
 
 #include <QWidget>
@@ -8,6 +9,8 @@
 #include <vector>
 
 #include "ui/qt/help_pages.h"
+
+class QListWidgetItem;
 
 namespace quarlin {
 
@@ -30,6 +33,8 @@ class HelpWindow : public QWidget {
 
  private:
   void FillPages();
+  void AddChapter(const QString& title);
+  QListWidgetItem* ItemOf(int page) const;
   void WireTools();
   void WireSearch();
   void ShowPage(int number);

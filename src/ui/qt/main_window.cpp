@@ -354,9 +354,9 @@ QString MainWindow::HelpHere() const {
   if (errors_->isAncestorOf(focus)) return "docs/results.md";
   if (!side_->isAncestorOf(focus)) return {};
   static const QMap<QString, QString> ofPages = {
-      {"Transmit", "docs/sending.md"},   {"Receive", "docs/parser.md"}, {"Macro", "docs/macros.md"},
-      {"Test", "docs/dialog.md"},        {"Quick", "docs/sending.md"},  {"Script", "docs/scripts.md"},
-      {"Logs", "docs/program-folder.md"}};
+      {"Transmit", "docs/cycle.md"}, {"Receive", "docs/checking.md"}, {"Macro", "docs/macros.md"},
+      {"Test", "docs/checking.md"},  {"Quick", "docs/sending.md"},    {"Script", "docs/scripts.md"},
+      {"Logs", "docs/logs.md"}};
   return ofPages.value(side_->PageTitle(side_->CurrentPage()));
 }
 
