@@ -58,7 +58,7 @@ def main(root):
     faults += [f"{file.relative_to(root)} is shown nowhere" for file in pictures if file not in shown]
     count = sum(map(len, targets.values()))
     print(*faults, f"{count} links of {len(pages)} pages", sep="\n")
-    return 1 if faults or count < 100 else 0
+    return 1 if faults or count < 80 else 0
 
 
 if __name__ == "__main__":
