@@ -11,7 +11,6 @@
 Both drive the real window: needs Xvfb, libX11 and libXtst.
 """
 import argparse
-import ctypes
 import hashlib
 import os
 import select
@@ -37,43 +36,6 @@ measure.FIGURES.update({
         Figure("p99", "key to wire, 99 % within", "ms"),
     ],
 })
-
-
-class Hands:
-    """Keys and clicks that come to a window as if somebody made them."""
-
-    def __init__(self, display):
-        self.x, self.test = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXtst.so.6")
-        self.x.XOpenDisplay.restype = ctypes.c_void_p
-        self.x.XStringToKeysym.restype = ctypes.c_ulong
-        self.display = ctypes.c_void_p(self.x.XOpenDisplay(display.encode()))
-
-    def focus(self, window):
-        """There is no window manager to do that."""
-        self.x.XSetInputFocus(self.display, ctypes.c_ulong(window), 1, ctypes.c_ulong(0))
-        self.x.XSync(self.display, 0)
-        time.sleep(0.3)
-
-    def _code(self, name):
-        return self.x.XKeysymToKeycode(self.display, ctypes.c_ulong(self.x.XStringToKeysym(name)))
-
-    def _turn(self, name, down):
-        self.test.XTestFakeKeyEvent(self.display, self._code(name), down, ctypes.c_ulong(0))
-
-    def press(self, name):
-        for down in (1, 0):
-            self._turn(name, down)
-            self.x.XFlush(self.display)
-
-    def click(self, x, y):
-        self.test.XTestFakeMotionEvent(self.display, -1, x, y, ctypes.c_ulong(0))
-        for down in (1, 0):
-            self.test.XTestFakeButtonEvent(self.display, 1, down, ctypes.c_ulong(0))
-        self.x.XSync(self.display, 0)
-        time.sleep(0.3)
-
-    def close(self):
-        self.x.XCloseDisplay(self.display)
 
 
 def drain(link, size, begin):
@@ -128,7 +90,7 @@ def measure_file(options):
             before = cat_rate(link, "f", size)
             with Session(options, link.path, ["LOAD"], {"chkEcho": 0}) as session:
                 session.settle()
-                hands, windows = Hands(session.screen.name), harness.Windows(session.screen.name)
+                hands, windows = harness.Hands(session.screen.name), harness.Windows(session.screen.name)
                 peaks = []
                 rate, digest = drain(link, size,
                                      lambda: peaks.append(send_file(session, hands, windows)))
@@ -145,7 +107,7 @@ def measure_key(options):
     delays = []
     with harness.Link() as link, Session(options, link.path, ["LOAD"], {"chkTerminal": 1}) as session:
         session.settle()
-        hands = Hands(session.screen.name)
+        hands = harness.Hands(session.screen.name)
         hands.focus(session.window)
         hands.click(300, 400)  # into the display
         for _ in range(options.keys):

@@ -2,7 +2,8 @@
 """What the benchmarks share: a pseudo-terminal as the serial link, a private
 screen that watches windows, and a started program with its figures from /proc.
 
-Python 3 standard library only; Xvfb and libX11 are needed where a window is watched.
+Python 3 standard library only; Xvfb and libX11 are needed where a window is watched, libXtst where it is
+worked by keys and clicks.
 """
 import ctypes
 import fcntl
@@ -118,6 +119,7 @@ class Windows:
         self.lib.XSync(self.display, 0)
         self.fd = self.lib.XConnectionNumber(self.display)
         self.sequence = 0
+        self.mapped = []  # windows that came while an answer was waited for
 
     def _next_event(self, deadline):
         while not self.lib.XPending(self.display):
@@ -131,12 +133,15 @@ class Windows:
     def wait_mapped(self, seconds):
         """The next window that is mapped and is no menu or tooltip, or None."""
         deadline = time.monotonic() + seconds
-        while event := self._next_event(deadline):
-            if struct.unpack_from("i", event)[0] == self.MAP_NOTIFY:
-                window, is_popup = struct.unpack_from("Li", event, 40)
-                if not is_popup:
-                    return window
-        return None
+        while not self.mapped and (event := self._next_event(deadline)):
+            self._take_mapped(event)
+        return self.mapped.pop(0) if self.mapped else None
+
+    def _take_mapped(self, event):
+        if struct.unpack_from("i", event)[0] == self.MAP_NOTIFY:
+            window, is_popup = struct.unpack_from("Li", event, 40)
+            if not is_popup:
+                self.mapped.append(window)
 
     def ping(self, window, seconds):
         """Seconds until the window's program answered, or None."""
@@ -148,26 +153,35 @@ class Windows:
                             ctypes.create_string_buffer(event, 192))
         self.lib.XFlush(self.display)
         while answer := self._next_event(start + seconds):
+            self._take_mapped(answer)
             if struct.unpack_from("i", answer)[0] == self.CLIENT_MESSAGE:
                 if struct.unpack_from("LL", answer, 56) == (self.ping_atom, self.sequence):
                     return time.monotonic() - start
         return None
+
+    def title(self, window):
+        name = ctypes.c_char_p()
+        if not self.lib.XFetchName(self.display, ctypes.c_ulong(window), ctypes.byref(name)):
+            return ""
+        text = name.value.decode("latin-1")
+        self.lib.XFree(name)
+        return text
 
     def close(self):
         self.lib.XCloseDisplay(self.display)
 
 
 class Pinger(threading.Thread):
-    """Asks a window every 20 ms whether it answers, on a connection of its own."""
+    """Asks a window again and again whether it answers, on a connection of its own."""
 
-    def __init__(self, display, window):
+    def __init__(self, display, window, pause=0.02):
         super().__init__(daemon=True)
-        self.windows, self.window = Windows(display), window
+        self.windows, self.window, self.pause = Windows(display), window, pause
         self.delays, self.stopping = [], threading.Event()
         self.start()
 
     def run(self):
-        while not self.stopping.wait(0.02):
+        while not self.stopping.wait(self.pause):
             start = time.monotonic()
             answer = self.windows.ping(self.window, 60)
             self.delays.append(time.monotonic() - start if answer is None else answer)
@@ -179,6 +193,51 @@ class Pinger(threading.Thread):
         self.windows.close()
         ordered = sorted(self.delays) or [0.0]
         return round(ordered[len(ordered) // 2] * 1000, 2), round(ordered[-1] * 1000, 1)
+
+
+class Hands:
+    """Keys and clicks that come to a window as if somebody made them."""
+
+    def __init__(self, display):
+        self.x, self.test = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXtst.so.6")
+        self.x.XOpenDisplay.restype = ctypes.c_void_p
+        self.x.XStringToKeysym.restype = ctypes.c_ulong
+        self.display = ctypes.c_void_p(self.x.XOpenDisplay(display.encode()))
+
+    def focus(self, window):
+        """There is no window manager to do that."""
+        self.x.XSetInputFocus(self.display, ctypes.c_ulong(window), 1, ctypes.c_ulong(0))
+        self.x.XSync(self.display, 0)
+        time.sleep(0.3)
+
+    def _code(self, name):
+        return self.x.XKeysymToKeycode(self.display, ctypes.c_ulong(self.x.XStringToKeysym(name)))
+
+    def _turn(self, name, down):
+        self.test.XTestFakeKeyEvent(self.display, self._code(name), down, ctypes.c_ulong(0))
+
+    def press(self, name):
+        for down in (1, 0):
+            self._turn(name, down)
+            self.x.XFlush(self.display)
+
+    def chord(self, *names):
+        """All of them held down at once, such as Ctrl and a letter."""
+        for name in names:
+            self._turn(name, 1)
+        for name in reversed(names):
+            self._turn(name, 0)
+        self.x.XFlush(self.display)
+
+    def click(self, x, y):
+        self.test.XTestFakeMotionEvent(self.display, -1, x, y, ctypes.c_ulong(0))
+        for down in (1, 0):
+            self.test.XTestFakeButtonEvent(self.display, 1, down, ctypes.c_ulong(0))
+        self.x.XSync(self.display, 0)
+        time.sleep(0.3)
+
+    def close(self):
+        self.x.XCloseDisplay(self.display)
 
 
 class Program:

@@ -2,12 +2,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Measures Quarlin from outside, on a pseudo-terminal: how soon it is there and what it costs.
 
-    measure.py start | idle | paced | hook | flood | cycle | memory | micro | all   [--runs 3]
+    measure.py start | idle | paced | hook | flood | cycle | interval | memory | micro | all   [--runs 3]
 
 Each figure is the median of the runs, with the lowest and highest beside it. Where something
 simpler does the same work it is measured in the same run, and the ratio is the median of the
 runs' ratios. The tables are Markdown; the exit status is 1 where a reach was missed.
-bench/README.md tells what the figures mean. Needs Xvfb and libX11; cycle also cc.
+bench/README.md tells what the figures mean. Needs Xvfb and libX11; cycle also cc; with a script also libXtst.
 """
 import argparse
 import json
@@ -25,12 +25,14 @@ from dataclasses import dataclass
 from pathlib import Path
 
 import harness
+import picture
 
 HERE = Path(__file__).resolve().parent
 BINARIES = HERE.parent / "build" / "release" / "bin"
 
 LINE = "ST,GS,+00012.345 kg %07d\r\n"
 REQUEST, ANSWER = b"READ\r\n", b"ST,GS,+00012.345 kg\r\n"
+INTERVALS = (1, 100)  # ms
 DISPLAY_FULL = 150_000  # lines; the display keeps 100,000
 BLOCK = 65536
 
@@ -68,6 +70,8 @@ FIGURES = {
         Figure("exact_js", "JScript: LOG.TXT byte for byte", "", ">= 1"),
     ],
     "flood": [
+        Figure("lines", "lines", "1/s"),
+        Figure("lost", "lines lost", "", "< 1"),
         Figure("rate", "read", "MB/s", ">= 0.4", "cat_rate", of_ratio=True),
         Figure("settled", "until at rest", "s"),
         Figure("cpu", "CPU time", "s", "", "cat_cpu"),
@@ -83,6 +87,13 @@ FIGURES = {
         Figure("rate_1ms", "interval 1 ms: requests", "1/s", ">= 950"),
         Figure("cpu_1ms", "interval 1 ms: CPU, of a core", "%", "< 15"),
         Figure("exact_1ms", "interval 1 ms: LOG.TXT complete, in order", "", ">= 1"),
+    ],
+    "interval": [
+        Figure(f"{key}_{interval}{state}", f"{interval} ms{what}: {label}", unit)
+        for interval in INTERVALS for state, what in (("", ""), ("_busy", ", cores busy"))
+        for key, label, unit in (("half", "half of the distances off by less than", "ms"),
+                                 ("p99", "99 % of them", "ms"), ("longest", "all of them", "ms"),
+                                 ("missed", "ticks left out, of a thousand", ""))
     ],
     "memory": [
         Figure("growth", "resident growth", "MB", "< 5"),
@@ -103,6 +114,8 @@ def numbered_lines(count):
 class Session:
     """Quarlin in a fresh program folder, connected to `port` where its words say so."""
 
+    screen_size = "1280x800x24"
+
     def __init__(self, options, port, words, settings, headless=False, files=None):
         self.folder = Path(tempfile.mkdtemp(prefix="quarlin-bench-"))
         self.output, self.log = self.folder / "output", self.folder / "LOG.TXT"
@@ -114,12 +127,15 @@ class Session:
             (self.folder / name).write_text(text)
         try:
             if not headless:
-                self.screen = harness.Screen()
+                self.screen = harness.Screen(self.screen_size)
             watch = harness.Windows(self.screen.name) if self.screen else None
             argv = [str(options.program), *(["--headless"] if headless else []), *words]
             self.program = harness.Program(argv, self._environment(), str(self.output))
             if watch:
                 self._await_window(watch)
+                if settings.get("chkEnableScript"):
+                    self._choose_script(watch)
+                watch.close()
             if port != "NET" and self.program.wait_open(port, 30) is None:
                 raise RuntimeError(f"the port was not opened: {self.output.read_text()}")
         except BaseException:
@@ -143,7 +159,16 @@ class Session:
         if self.window is None or watch.ping(self.window, 30) is None:
             raise RuntimeError(f"no window that answers: {self.output.read_text()}")
         self.answers = time.monotonic() - self.program.started
-        watch.close()
+
+    def _choose_script(self, watch):
+        """The list opens with the script in front that config.cfg names."""
+        scripts = watch.wait_mapped(30)
+        if scripts is None:
+            raise RuntimeError(f"the list of scripts did not come: {self.output.read_text()}")
+        hands = harness.Hands(self.screen.name)
+        hands.focus(scripts)
+        hands.press(b"Return")
+        hands.close()
 
     def settle(self):
         """Waits until what belongs to the start, or to a flood, is over."""
@@ -268,6 +293,11 @@ def measure_hook(options):
     return taken
 
 
+def lost_lines(sent, logged):
+    """How many of the lines are not in the log, however often others are."""
+    return 0 if logged == sent else len(set(sent.splitlines()) - set(logged.splitlines()))
+
+
 def measure_flood(options):
     data = numbered_lines(options.megabytes * 1_000_000 // len(LINE % 0))
     with harness.Link() as link, Cat(link.path) as cat:
@@ -279,11 +309,13 @@ def measure_flood(options):
         cpu, began = harness.cpu_seconds(session.pid), time.monotonic()
         seconds = send_all(link, session.program, data)
         settled = harness.wait_quiet(session.pid, 300) or time.monotonic()
-        return {"rate": len(data) / 1e6 / seconds, "cat_rate": len(data) / 1e6 / cat_seconds,
-                "settled": max(settled - began, seconds), "ping": pinger.finish()[1],
-                "cpu": harness.cpu_seconds(session.pid) - cpu, "cat_cpu": cat_cpu,
-                "peak": harness.memory_mb(session.pid, "VmHWM"),
-                "exact": int(session.logged() == data)}
+        taken = {"rate": len(data) / 1e6 / seconds, "cat_rate": len(data) / 1e6 / cat_seconds,
+                 "lines": data.count(b"\n") / seconds,
+                 "settled": max(settled - began, seconds), "ping": pinger.finish()[1],
+                 "cpu": harness.cpu_seconds(session.pid) - cpu, "cat_cpu": cat_cpu,
+                 "peak": harness.memory_mb(session.pid, "VmHWM")}
+        logged = session.logged()
+        return {**taken, "lost": lost_lines(data, logged), "exact": int(logged == data)}
 
 
 def measure_memory(options):
@@ -385,6 +417,80 @@ def measure_cycle(options):
                 "rate_1ms": rate_1ms, "cpu_1ms": cpu_1ms, "exact_1ms": exact_1ms}
 
 
+class Busy:
+    """A process on each core that does nothing but compute."""
+
+    def __enter__(self):
+        self.processes = [subprocess.Popen([sys.executable, "-c", "while True: pass"]) for _ in range(os.cpu_count())]
+
+    def __exit__(self, *_):
+        for process in self.processes:
+            process.kill()
+            process.wait()
+
+
+class Prompt:
+    """Whoever takes the times comes before the busy ones, where the system permits it; else its own delay counts."""
+
+    def __enter__(self):
+        try:
+            os.sched_setscheduler(0, os.SCHED_FIFO, os.sched_param(1))
+        except PermissionError:
+            print("Not permitted to come first: the delays of this script are in the figures.", file=sys.stderr)
+
+    def __exit__(self, *_):
+        os.sched_setscheduler(0, os.SCHED_OTHER, os.sched_param(0))
+
+
+def request_times(link, seconds):
+    """When each request came within the next seconds."""
+    times, end = [], time.monotonic() + seconds
+    while time.monotonic() < end:
+        if select.select([link.master], [], [], 1)[0]:
+            requests = os.read(link.master, 4096).count(b"\n")
+            times += [time.monotonic()] * requests
+    return times
+
+
+def run_interval(options, interval, seconds):
+    """The distances from one request to the next, in ms."""
+    settings = {"CBOSEND": "READ", "Check1": 0, "txtInterval": interval}
+    with harness.Link() as link, Session(options, link.path, ["LOAD", "RUN"], settings) as session:
+        request_times(link, 2)  # the start is over
+        with Prompt():
+            times = request_times(link, seconds)
+        if not session.program.alive() or len(times) < 2:
+            raise RuntimeError(f"{len(times)} requests")
+    return [(later - earlier) * 1000 for earlier, later in zip(times, times[1:])]
+
+
+def measure_interval(options):
+    taken = {"distances": {}}
+    for interval in INTERVALS:
+        seconds = options.seconds * (2 if interval < 10 else 6)
+        distances = {"": run_interval(options, interval, seconds)}
+        with Busy():
+            distances["_busy"] = run_interval(options, interval, seconds)
+        for state, values in distances.items():
+            off = sorted(abs(value - interval) for value in values)
+            ticks = round(sum(values) / interval)
+            taken.update({f"half_{interval}{state}": statistics.median(off),
+                          f"p99_{interval}{state}": off[len(off) * 99 // 100], f"longest_{interval}{state}": off[-1],
+                          f"missed_{interval}{state}": (ticks - len(values)) / ticks * 1000})
+        taken["distances"][interval] = distances
+    return taken
+
+
+def draw_intervals(options, runs):
+    """Two pictures of all runs."""
+    for interval in INTERVALS:
+        together = {name: [value for run in runs for value in run["distances"][interval][state]]
+                    for state, name in (("", "nothing else to do"), ("_busy", "another busy process on each core"))}
+        centres = [interval + place / 20 for place in range(-20, 21)]
+        picture.histogram(options.pictures / f"interval-{interval}ms.svg", f"A request every {interval} ms",
+                          centres, together)
+
+
 def run_micro(options):
     """The rooms' own benchmarks, as Google Benchmark prints them."""
     for name in ("macro_bench", "display_bench"):
@@ -396,7 +502,8 @@ def run_micro(options):
 
 
 MEASURES = {"start": measure_start, "idle": measure_idle, "paced": measure_paced, "hook": measure_hook,
-            "flood": measure_flood, "cycle": measure_cycle, "memory": measure_memory}
+            "flood": measure_flood, "cycle": measure_cycle, "interval": measure_interval, "memory": measure_memory}
+DRAWINGS = {"interval": draw_intervals}
 
 
 def number(value):
@@ -441,6 +548,8 @@ def measure(name, options):
           "| figure | measured | lowest–highest | reference | ratio | reach |\n"
           "|---|---|---|---|---|---|")
     print(*(text for text, _ in lines), sep="\n", flush=True)
+    if name in DRAWINGS and options.pictures:
+        DRAWINGS[name](options, runs)
     return all(good for _, good in lines)
 
 
@@ -460,9 +569,10 @@ def main():
     parse.add_argument("--runs", type=int, default=3)
     parse.add_argument("--program", type=Path, default=BINARIES / "quarlin")
     parse.add_argument("--headless", action="store_true", help="cycle: without a window")
-    parse.add_argument("--seconds", type=float, default=5, help="cycle: length of each count")
+    parse.add_argument("--seconds", type=float, default=5, help="cycle: length of each count; interval: half of it at 1 ms")
     parse.add_argument("--megabytes", type=int, default=20, help="flood: what is sent")
     parse.add_argument("--lines", type=int, default=10_000_000, help="memory: what is sent")
+    parse.add_argument("--pictures", type=Path, help="interval: folder for its two histograms")
     options = parse.parse_args()
     options.program = options.program.resolve()
     if not options.program.exists():

@@ -2,15 +2,16 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Measures the dialog mode and the network link, as measure.py measures the rest.
 
-    network.py dialog | entries | flood | all   [--runs 3]
+    network.py dialog | latency | entries | flood | all   [--runs 3]
 
   dialog   answers a second with one client that waits for each, over TCP and over a pseudo-terminal,
            beside a responder in Python that does the same; time from the last byte in to the first out;
            CPU time of an answer
-  entries  the same with 10,000 entries in Dialog.txt beside 10
+  latency  time of an answer over a pseudo-terminal: in the dialog mode, and given by a script in either language
+  entries  dialog with 10,000 entries in Dialog.txt beside 10
   flood    200 MB over TCP into the receive side, display and LOG.TXT on, beside `nc -l > file`
 
-Needs Xvfb and libX11 for the window; flood also nc (netcat-openbsd).
+Needs Xvfb and libX11 for the window; latency also libXtst, flood nc (netcat-openbsd).
 """
 import argparse
 import os
@@ -22,6 +23,7 @@ import subprocess
 import sys
 import tempfile
 import time
+from contextlib import ExitStack
 from pathlib import Path
 
 import harness
@@ -39,8 +41,15 @@ measure.FIGURES.update({
         Figure("pty_p99", "pseudo-terminal: 99 % within", "µs", "", "python_pty_p99"),
         Figure("pty_cpu", "pseudo-terminal: CPU time of an answer", "µs", "", "python_pty_cpu"),
     ],
+    "latency": [
+        Figure(f"{key}{suffix}", f"{label}: {within} within", "µs")
+        for key, label in (("dialog", "dialog mode"), ("vbs", "VBScript"), ("js", "JScript"))
+        for suffix, within in (("_p50", "half of the answers"), ("_p99", "99 %"))
+    ],
     "entries": [Figure("many", "TCP, 10,000 entries: answers", "1/s", ">= 0.9", "few", of_ratio=True)],
     "flood": [
+        Figure("lines", "lines", "1/s"),
+        Figure("lost", "lines lost", "", "< 1"),
         Figure("rate", "TCP until all is in the file", "MB/s", "", "nc"),
         Figure("peak", "peak memory", "MB", "< 150"),
         Figure("exact", "LOG.TXT byte for byte", "", ">= 1"),
@@ -181,6 +190,40 @@ def measure_dialog(options):
     return figures
 
 
+# Scripts that answer as the dialog mode does.
+ANSWERING = {
+    "vbs": """Sub ReceiveString()
+  If StringReceived.InputString = "READ" & vbCrLf Then FormMain.SendString "ST,GS,+00012.345 kg" & vbCrLf
+  StringReceived.OutputString = StringReceived.InputString
+End Sub
+""",
+    "js": """function ReceiveString() {
+  if (StringReceived.InputString == "READ\\r\\n") FormMain.SendString("ST,GS,+00012.345 kg\\r\\n");
+  StringReceived.OutputString = StringReceived.InputString;
+}
+""",
+}
+
+
+def answering_session(options, port, kind):
+    if kind == "dialog":
+        return dialog_session(options, port, {})
+    files = {"any.vbs": "", f"answer.{kind}": ANSWERING[kind]}  # a list without any .vbs would not open
+    settings = {"chkEnableScript": 1, "txtScriptFile": f"answer.{kind}"}
+    return Session(options, port, ["LOAD"], settings, files=files)
+
+
+def measure_latency(options):
+    with ExitStack() as stack:
+        ends = {}
+        for kind in ("dialog", *ANSWERING):
+            link = stack.enter_context(harness.Link())
+            session = stack.enter_context(answering_session(options, link.path, kind))
+            ends[kind] = (link.master, session.pid)
+        time.sleep(1)
+        return named(alternate(ends, options.seconds))
+
+
 def measure_entries(options):
     few, few_port = listener(options, 10)
     with few, connected(few_port) as few_link:
@@ -217,13 +260,14 @@ def measure_flood(options):
     with Session(options, "NET", ["LOAD"], {"chkListen": 1, "txtPort": port, "chkLog": 1}) as session:
         session.settle()
         seconds = pour(port, session.log, data)
-        peak = harness.memory_mb(session.pid, "VmHWM")
+        peak, logged = harness.memory_mb(session.pid, "VmHWM"), session.logged()
         return {"rate": len(data) / 1e6 / seconds, "nc": len(data) / 1e6 / nc_seconds, "peak": peak,
-                "exact": int(session.logged() == data)}
+                "lines": data.count(b"\n") / seconds, "lost": measure.lost_lines(data, logged),
+                "exact": int(logged == data)}
 
 
-measure.MEASURES.update({"dialog": measure_dialog, "entries": measure_entries, "flood": measure_flood})
-NAMES = ["dialog", "entries", "flood"]
+NAMES = {"dialog": measure_dialog, "latency": measure_latency, "entries": measure_entries, "flood": measure_flood}
+measure.MEASURES.update(NAMES)
 
 
 def main():
@@ -236,7 +280,7 @@ def main():
     options = parse.parse_args()
     options.headless = False
     options.program = options.program.resolve()
-    chosen = NAMES if options.what == "all" else [options.what]
+    chosen = list(NAMES) if options.what == "all" else [options.what]
     return 0 if all([measure.measure(name, options) for name in chosen]) else 1
 
 

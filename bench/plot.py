@@ -17,7 +17,6 @@ import time
 from contextlib import ExitStack
 from pathlib import Path
 
-import by_hand
 import harness
 import measure
 
@@ -37,12 +36,9 @@ class Side:
 
     def open_plot(self):
         windows = harness.Windows(self.session.screen.name)
-        hands = by_hand.Hands(self.session.screen.name)
+        hands = harness.Hands(self.session.screen.name)
         hands.focus(self.session.window)
-        for down in (1, 0):
-            for key in (b"Control_L", b"Shift_L", b"p") if down else (b"p", b"Shift_L", b"Control_L"):
-                hands._turn(key, down)
-        hands.x.XFlush(hands.display)
+        hands.chord(b"Control_L", b"Shift_L", b"p")
         if windows.wait_mapped(10) is None:
             raise RuntimeError("the plot window did not come")
         windows.close()

@@ -141,14 +141,17 @@ def report_number(text, label):
     return int(found[-1]) if found else -1
 
 
-def compare(verdict, folder, made, exchanges):
-    """The record and the counters beside what the instrument has made."""
+def read_report(folder):
     if not (folder / "Report.json").exists():
         raise RuntimeError("it left no Report.json")
-    report = json.loads((folder / "Report.json").read_text())
+    return json.loads((folder / "Report.json").read_text())
+
+
+def compare_record(verdict, report, made, exchanges):
+    """The record and the counters beside what the instrument has made; how many exchanges failed, and how many
+    answers were late."""
     sums, said = report["sums"], report["verdicts"]
     counters = {name: int(text) for name, text in report["counters"].items() if text.strip().isdigit()}
-    printed = (folder / "output.txt").read_text()
     # An answer that was late, on a machine that stood still, is unsolicited; its exchange is a time-out.
     late = sums["unsolicited"]
     unread = made["answers"] - sums["received"]
@@ -171,24 +174,38 @@ def compare(verdict, folder, made, exchanges):
     if not late:
         verdict.same("failed", sums["failed"], failed, "one failure an answer")
     verdict.same("answers that were accepted", counters["Label7"], exchanges, "as asked for")
-
     verdict.same("counter lblsend", counters["lblsend"], sums["requests"])
     verdict.same("counter lblerror", counters["lblerror"], failed)
     verdict.same("counter lblErrorLen", counters["lblErrorLen"],
                  said["wrong length"] + said["wrong checksum"])
-    for label, value in (("Tx", sums["requests"]), ("Rx", exchanges), ("Error", failed)):
-        verdict.same(f"printed {label}", report_number(printed, label), value)
     verdict.same("bytes of the requests", made["bytes-in"], len(REQUEST) * made["requests"], "instrument")
-    if not late:
-        verdict.same("LOG.TXT, bytes", (folder / "LOG.TXT").stat().st_size,
-                     made["bytes-in"] + made["bytes-out"], "both ways")
     verdict.same("exit status in the report", report["exitStatus"], int(failed > 0))
     if late:
         print(f"      {late} answers were late: the machine stood still for {ANSWER_TIME} ms")
     latency = report["latencyMs"]
     print(f"      answers after {latency['p50']:.3f} ms (half of them), {latency['p99']:.3f} ms (99 %), "
           f"{latency['max']:.0f} ms (all)")
+    return failed, late
+
+
+def compare(verdict, folder, made, exchanges):
+    """The same, and what a program without a window prints and logs."""
+    report = read_report(folder)
+    failed, late = compare_record(verdict, report, made, exchanges)
+    printed = (folder / "output.txt").read_text()
+    for label, value in (("Tx", report["sums"]["requests"]), ("Rx", exchanges), ("Error", failed)):
+        verdict.same(f"printed {label}", report_number(printed, label), value)
+    if not late:
+        verdict.same("LOG.TXT, bytes", (folder / "LOG.TXT").stat().st_size,
+                     made["bytes-in"] + made["bytes-out"], "both ways")
     return failed
+
+
+def judge_descriptors(verdict, counts):
+    if counts:
+        verdict.say(min(counts) == max(counts), f"descriptors {min(counts)} to {max(counts)}")
+    else:
+        print("      descriptors not judged: the run was too short")
 
 
 def judge_resources(verdict, looks):
@@ -201,8 +218,7 @@ def judge_resources(verdict, looks):
         verdict.say(growth <= MOST_GROWTH, f"memory {memory[0]} MB, grown by {growth:.2f} MB",
                     f"over {steady[-1][0] - steady[0][0]:,} exchanges")
     # The first look may come before the link and the logs are open, the last one while they are closed.
-    counts = sorted({look[2] for look in looks[1:-1]})
-    verdict.say(len(counts) <= 1, f"descriptors {counts}")
+    judge_descriptors(verdict, [look[2] for look in looks[1:-1]])
 
 
 def soak(options, folder):
