@@ -181,6 +181,7 @@ int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return RunHeadless(arguments, folder, endings);
   }
+  QGuiApplication::setDesktopFileName("quarlin");  // by it a desktop finds the icon and the name
   const QApplication application(argc, argv);
   return RunWindow(arguments, folder, endings);
 }
