@@ -6,7 +6,10 @@ build_packages=(
   g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev
   libfmt-dev libc-ares-dev libpcre2-dev nlohmann-json3-dev libpugixml-dev libqcustomplot-dev
 )
-test_packages=(libgtest-dev libbenchmark-dev python3-jsonschema)
+test_packages=(
+  libgtest-dev libbenchmark-dev python3-jsonschema
+  dpkg-dev lintian desktop-file-utils appstream man-db xvfb xdotool
+)
 lint_packages=(clang-format clang-tidy shellcheck pyflakes3)
 
 say() { printf '\n== %s\n' "$*"; }
