@@ -1,6 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Run by CPack between the installation into a folder and the packing of it: what Debian has otherwise than an
 # installation by hand.
+find_program(lister dpkg-shlibdeps)
+if(NOT lister)
+  message(FATAL_ERROR "Without dpkg-shlibdeps nobody knows what the package depends on: install dpkg-dev")
+endif()
 set(root ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
 if(EXISTS ${root}/usr/etc)
   file(RENAME ${root}/usr/etc ${root}/etc)
