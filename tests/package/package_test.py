@@ -130,6 +130,12 @@ def contents(package):
                for path in package.source.glob("demo/**/*") if path.is_file()}
     wanted |= {"usr/share/doc/quarlin/" + str(path.relative_to(package.source))
                for path in package.source.glob("docs/*.md")}
+    conffiles = output_of("dpkg-deb", "-I", package.file(), "conffiles").split()
+    wanted |= {name.lstrip("/") for name in conffiles} | {"etc/quarlin/adapters.conf"}
+    rules = (package.root / "usr/lib/udev/rules.d/60-quarlin.rules").read_text()
+    wanted |= {name.lstrip("/") for name in re.findall(r'PROGRAM=="(\S+)', rules)}
+    expect({path for path in paths if path.startswith("etc/") and not path.endswith("/")} ==
+           {name.lstrip("/") for name in conffiles}, "what is in /etc is the user's:", conffiles)
     expect(wanted <= paths, "missing:", *sorted(wanted - paths))
     for file in package.root.rglob("*"):
         traces = [place for place in (package.source, package.build)
