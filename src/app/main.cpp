@@ -26,6 +26,7 @@
 #include "ui/qt/main_window.h"
 #include "ui/qt/qt_loop.h"
 #include "ui/qt/qt_prompts.h"
+#include "welcome/bundle.h"
 
 namespace quarlin {
 namespace {
@@ -133,13 +134,13 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
   return status;
 }
 
-int RunWindow(const Arguments& arguments, const ProgramFolder& folder, int endings) {
+int RunWindow(const Arguments& arguments, const ProgramFolder& folder, const Bundle& bundle, int endings) {
   QtLoop loop;
   PosixDeviceSource devices(loop);
   QtPrompts prompts;
   DesktopTextOpener opener(EnvironmentText);
   StandardStream errors(loop, STDERR_FILENO);
-  FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), false, MakeEngine});
+  FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), false, MakeEngine, bundle});
   const auto watch = EndOnSignal(loop, endings, frm);
   frm.OnTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
   MainWindow window(frm);
@@ -183,5 +184,5 @@ int main(int argc, char** argv) {
   }
   QGuiApplication::setDesktopFileName("quarlin");  // by it a desktop finds the icon and the name
   const QApplication application(argc, argv);
-  return RunWindow(arguments, folder, endings);
+  return RunWindow(arguments, folder, FindBundle(executable, EnvironmentText), endings);
 }

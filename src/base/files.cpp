@@ -82,6 +82,14 @@ std::error_code OverwriteFile(const fs::path& file, std::string_view content) {
   return replacement.Write([&](const TakePiece& take) { take(whole); });
 }
 
+std::error_code WriteNewFile(const fs::path& file, std::string_view content) {
+  const FileHandle made(open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (made.Get() < 0) return LastError();
+  const std::error_code error = WriteAll(made.Get(), content);
+  if (error) unlink(file.c_str());
+  return error;
+}
+
 std::error_code AppendToFile(const fs::path& file, std::string_view content, std::size_t& written) {
   written = 0;
   struct stat status {};

@@ -44,6 +44,10 @@ std::error_code WriteWholeFile(const std::filesystem::path& file, const FillFile
 // what stands behind them stays.
 std::error_code OverwriteFile(const std::filesystem::path& file, std::string_view content);
 
+// Makes a file that is not there yet. One that is there, be it a link that leads nowhere, stays as it is and
+// is the error std::errc::file_exists. After another error there is no file.
+std::error_code WriteNewFile(const std::filesystem::path& file, std::string_view content);
+
 // Adds to the end of the file, creating it if need be. Opened and closed in the call, so a log that was
 // moved away meanwhile starts afresh. `written` counts what reached the file, also on an error.
 std::error_code AppendToFile(const std::filesystem::path& file, std::string_view content,

@@ -81,6 +81,15 @@ bool Connection::ControlsSay(const LinkTarget& target) const {
   return target.IsNetwork() ? chosen.network == target.network : chosen.settings == target.settings;
 }
 
+bool Connection::Idle() const {
+  return !searching_ && !connecting_ && !disconnecting_ && !waiting_ && !link_.CommIsOpen();
+}
+
+bool Connection::Holds(std::string_view portName) const {
+  if (link_.CommIsOpen()) return link_.Target().port == portName;
+  return waiting_ && gone_->port == portName;
+}
+
 std::string Connection::Target() const {
   return InWords(asked_.value_or(Chosen()));
 }

@@ -79,6 +79,12 @@ class Connection {
 
   bool Searching() const { return searching_; }
 
+  // No link is open, waited for, being opened or closed, and no port is searched.
+  bool Idle() const;
+
+  // The link that is open or waited for leads to that port.
+  bool Holds(std::string_view portName) const;
+
   // Paints shpLink and tells showLink, of a link that somebody else may have opened or closed.
   void ShowLink();
 

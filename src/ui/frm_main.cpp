@@ -74,6 +74,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   WirePlot();
   WireScript();
   WireCalculator();
+  WireWelcome();
   WireSession();
   WireConfiguration();
   WireFiles();
@@ -113,6 +114,10 @@ FrmCalculator& FrmMain::Calculator() {
   return modules_->calculator;
 }
 
+FirstSteps& FrmMain::Welcome() {
+  return modules_->welcome;
+}
+
 std::vector<Form*> FrmMain::Forms() {
   return {this, &modules_->script.Panel(), &modules_->script.List(), &modules_->plot, &modules_->calculator};
 }
@@ -125,6 +130,7 @@ void FrmMain::Load(std::string_view commandLine) {
   ComputeTerminators();
   modules_->configurations.Edited.Settle();
   modules_->session.Start(ParseCommandLine(commandLine));
+  if (!surroundings_.headless && commandLine.empty()) modules_->welcome.Offer();
 }
 
 void FrmMain::FillLists() {

@@ -38,6 +38,7 @@
 #include "transmit/cycle.h"
 #include "transmit/cycle_controls.h"
 #include "transmit/file_controls.h"
+#include "welcome/bundle.h"
 
 namespace quarlin {
 
@@ -51,6 +52,7 @@ struct Surroundings {
   std::function<double()> random;  // uniform in [0, 1)
   bool headless = false;           // nobody can press a button
   EngineFactory engines = {};      // the script languages; without it no script runs
+  Bundle bundle = {};              // what came with the program; without it nothing is offered
 };
 
 struct ConfigControls : ControlGroup {
@@ -92,6 +94,7 @@ struct FrmMainControls {
   NumberControls numbers;
 };
 
+class FirstSteps;
 class FrmCalculator;
 class FrmPlot;
 class OfferedList;
@@ -108,6 +111,7 @@ class FrmMain : public Form {
   ByHand& Hand();
   FrmPlot& Plot();
   FrmCalculator& Calculator();
+  FirstSteps& Welcome();
 
   // Every window of the program, this one first.
   std::vector<Form*> Forms();
@@ -186,6 +190,7 @@ class FrmMain : public Form {
   void WirePlot();
   void WireScript();
   void WireCalculator();
+  void WireWelcome();
   void WireSession();
   void WireFiles();
   void SwitchModes(const CommandLine& words);

@@ -22,6 +22,7 @@
 #include "transmit/by_hand.h"
 #include "transmit/offered_list.h"
 #include "ui/frm_main.h"
+#include "welcome/first_steps.h"
 
 namespace quarlin {
 
@@ -71,6 +72,9 @@ struct FrmMain::Modules {
                 [this](std::string_view text, Color color) { traffic.Append(text, color); }}),
         calculator(around.loop, controls.numbers),
         configurations({frm.Collection(), around.folder, prompts, status}),
+        welcome(around.bundle, around.folder, status,
+                {around.loop, connection, controls.connection, controls.framing, controls.receive,
+                 controls.cycle, controls.run, status}),
         session({around.loop, connection, link, cycle, exchange, sequence, script, logs, prompts, status,
                  controls.counters, around.headless}) {}
 
@@ -102,6 +106,7 @@ struct FrmMain::Modules {
   ScriptHost script;  // ends before them: a script's last code may use all of the above
   FrmCalculator calculator;
   Configurations configurations;
+  FirstSteps welcome;
   Session session;
 };
 

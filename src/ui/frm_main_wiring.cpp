@@ -202,6 +202,23 @@ void FrmMain::WireCalculator() {
   calculator.Hooks.note = [this](std::string_view line) { Note(line); };
 }
 
+// The watch on the program folder would notice most of it, too, but later, and not everywhere.
+void FrmMain::WireWelcome() {
+  FirstStepsHooks& hooks = modules_->welcome.Hooks;
+  hooks.confirm = [this](std::string_view question) {
+    return modules_->prompts.Confirm(question, "Quarlin");
+  };
+  hooks.mayLoad = [this] { return modules_->configurations.MayLose(); };
+  hooks.takeUp = [this](bool withConfiguration) {
+    Refill(modules_->commands);
+    Refill(modules_->parserFormats);
+    modules_->byHand.quick.TakeUp();
+    modules_->sequence.FileChanged();
+    modules_->script.List().Load();
+    if (withConfiguration) modules_->configurations.LoadDefault();
+  };
+}
+
 void FrmMain::WireFiles() {
   FolderWatch& folder = modules_->folder;
   folder.Follow(commandFile, [this] { Refill(modules_->commands); });
@@ -247,6 +264,7 @@ void FrmMain::WireConfiguration() {
   ConfigurationHooks& hooks = configurations.Hooks;
   hooks.write = [this](const std::filesystem::path& file) {
     const RequestCount::Saving saving(modules_->exchange.Requests());
+    const Trial::Away away(modules_->welcome.Try);
     return SaveConfig(Collection(), file);
   };
   hooks.loaded = [this] {

@@ -163,9 +163,10 @@ class MainWindowTest : public QObject {
     Rig rig;
     const QList<QWidget*> besides = rig.WindowsWithControlsOfTheMainOne();
     std::set<QString> names = {
-        "findText",          "sidePanelButton",  "errorKindBox",    "copyErrorsButton", "clearErrorsButton",
-        "smallerTextButton", "largerTextButton", "quickSendButton", "quickAddButton",   "quickTable",
-        "quickRemoveButton", "quickUpButton",    "quickDownButton"};
+        "findText",          "sidePanelButton",    "errorKindBox",      "copyErrorsButton",
+        "clearErrorsButton", "smallerTextButton",  "largerTextButton",  "quickSendButton",
+        "quickAddButton",    "quickTable",         "quickRemoveButton", "quickUpButton",
+        "quickDownButton",   "copyExamplesButton", "tryButton",         "noThanksButton"};
     // Saved with a configuration, but without a use.
     const std::set<QString> outOfSight = {"txtConv_1", "txtConv_3", "txtConv_5", "txtConv_7"};
     for (const Control* control : rig.frm.Collection().All()) {

@@ -7,6 +7,7 @@
 #include <QDesktopServices>
 #include <QLineEdit>
 #include <QMap>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
@@ -33,6 +34,7 @@
 #include "ui/qt/side_panel.h"
 #include "ui/qt/tint.h"
 #include "ui/qt/traffic_panel.h"
+#include "ui/qt/welcome_strip.h"
 #include "ui/qt/widget_text.h"
 #include "ui/qt/window_icon.h"
 #include "ui_command_row.h"
@@ -68,6 +70,7 @@ MainWindow::MainWindow(FrmMain& frm)
     : frm_(frm),
       ui_(std::make_unique<Ui::MainWindow>()),
       linkRow_(new LinkRow),
+      welcome_(new WelcomeStrip(frm.Welcome(), QString::fromStdString(frm.Folder().Path().string()))),
       traffic_(new TrafficPanel),
       errors_(new ErrorPanel),
       fileRow_(new SendFileRow(frm, *this)),
@@ -88,6 +91,7 @@ MainWindow::MainWindow(FrmMain& frm)
   WireErrors();
   WirePlot();
   WireHelp();
+  WireWelcome();
   WirePages();
   WireCalculator();
   WireConfiguration();
@@ -108,6 +112,9 @@ MainWindow::~MainWindow() {
   frm_.OnChanged = nullptr;
   frm_.OnClosing = nullptr;
   frm_.Plot().OnLineWanted = nullptr;
+  frm_.Welcome().Hooks.changed = nullptr;
+  frm_.Welcome().Try.Hooks.changed = nullptr;
+  frm_.Welcome().Try.Hooks.connected = nullptr;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -135,6 +142,7 @@ void MainWindow::PutTogether() {
   column->setContentsMargins(8, 4, 8, 4);
   column->setSpacing(6);
   column->addWidget(linkRow_);
+  column->addWidget(welcome_);
   column->addWidget(sides, 1);
   column->addWidget(MakePart<Ui::CountersRow>());
   auto* status = MakePart<Ui::StatusRow>();
@@ -340,6 +348,33 @@ void MainWindow::WireHelp() {
   connect(ui_->actionFolder, &QAction::triggered, this, &MainWindow::ShowFolder);
   connect(ui_->actionAbout, &QAction::triggered, this, &MainWindow::ShowAbout);
   connect(ui_->actionMessages, &QAction::triggered, messages_, &MessageList::Open);
+}
+
+void MainWindow::WireWelcome() {
+  FirstSteps& steps = frm_.Welcome();
+  steps.Hooks.changed = [this] { welcome_->ShowOffer(); };
+  steps.Try.Hooks.changed = [this] { ShowWelcomeActions(); };
+  steps.Try.Hooks.connected = [this] { ui_->actionCommand->trigger(); };
+  connect(welcome_, &WelcomeStrip::gaveKeyboardUp, this,
+          [this] { Part<QWidget>(*this, "cboSerial")->setFocus(); });
+  connect(ui_->actionTry, &QAction::triggered, this, [&steps] { steps.Try.Toggle(); });
+  connect(ui_->actionCopyExamples, &QAction::triggered, this, [&steps] { steps.CopyExamples(); });
+  connect(ui_->menuHelp, &QMenu::aboutToShow, this, &MainWindow::ShowWelcomeActions);
+}
+
+// What is not installed is grey, and its tool tip says so.
+void MainWindow::ShowWelcomeActions() {
+  FirstSteps& steps = frm_.Welcome();
+  const auto show = [](QAction* action, const std::string& trouble, const QString& toolTip) {
+    action->setEnabled(trouble.empty());
+    action->setToolTip(trouble.empty() ? toolTip : ShownText(trouble));
+  };
+  show(ui_->actionTry, steps.Try.Runs() ? "" : steps.Try.Trouble(),
+       tr("Starts a simulated scale and connects it; a second time puts it away, and the port is yours "
+          "again"));
+  ui_->actionTry->setChecked(steps.Try.Runs());
+  show(ui_->actionCopyExamples, steps.ExamplesTrouble(),
+       tr("Settings, commands and scripts to begin with, for the program folder"));
 }
 
 // The page about what has the keyboard; nothing where that says little. Another window names it in its

@@ -27,6 +27,7 @@ class MessageList;
 class SendFileRow;
 class SidePanel;
 class TrafficPanel;
+class WelcomeStrip;
 class WindowLayout;
 
 class MainWindow : public QMainWindow {
@@ -63,6 +64,8 @@ class MainWindow : public QMainWindow {
   void ShowTitle();
   void WirePlot();
   void WireHelp();
+  void WireWelcome();
+  void ShowWelcomeActions();
   QString HelpHere() const;
   void ShowFolder();
   void ShowAbout();
@@ -70,6 +73,7 @@ class MainWindow : public QMainWindow {
   FrmMain& frm_;
   std::unique_ptr<Ui::MainWindow> ui_;
   LinkRow* linkRow_;
+  WelcomeStrip* welcome_;
   TrafficPanel* traffic_;
   ErrorPanel* errors_;
   SendFileRow* fileRow_;

@@ -10,18 +10,18 @@ constexpr double backShare = 0.4;
 constexpr double foreShare = 0.6;
 constexpr double disabledShare = 0.7;  // of the text's colour in a disabled widget
 
+}  // namespace
+
+QColor ColorOf(Color color) {
+  return QColor(color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF);
+}
+
 QColor Mixed(const QColor& ground, const QColor& color, double share) {
   const auto mix = [share](float from, float to) {
     return static_cast<float>(from * (1 - share) + to * share);
   };
   return QColor::fromRgbF(mix(ground.redF(), color.redF()), mix(ground.greenF(), color.greenF()),
                           mix(ground.blueF(), color.blueF()));
-}
-
-}  // namespace
-
-QColor ColorOf(Color color) {
-  return QColor(color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF);
 }
 
 QPalette Tinted(const QWidget& widget, std::optional<Color> back, std::optional<Color> fore) {

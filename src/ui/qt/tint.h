@@ -13,6 +13,9 @@ namespace quarlin {
 
 QColor ColorOf(Color color);
 
+// The ground with that share of the colour, from 0 to 1, laid over it.
+QColor Mixed(const QColor& ground, const QColor& color, double share);
+
 // The palette of a widget with these colours: laid over the desktop's as a tint, so that the text stays
 // readable in light and dark, also while the widget is disabled.
 QPalette Tinted(const QWidget& widget, std::optional<Color> back, std::optional<Color> fore);
