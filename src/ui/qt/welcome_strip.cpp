@@ -19,8 +19,8 @@ WelcomeStrip::WelcomeStrip(FirstSteps& steps, const QString& folder)
     : steps_(steps), ui_(std::make_unique<Ui::WelcomeStrip>()) {
   ui_->setupUi(this);
   ui_->welcomeText->setText(
-      tr("This is the first start. Quarlin keeps its files in %1, where nothing is yet: "
-         "begin with ready examples, or look around with a simulated instrument.")
+      tr("This is the first start: nothing is in %1 yet, where Quarlin keeps its files.\n"
+         "Begin with ready examples, or look around with a simulated instrument.")
           .arg(folder));
   connect(ui_->copyExamplesButton, &QPushButton::clicked, this, [this] { steps_.TakeExamples(); });
   connect(ui_->tryButton, &QPushButton::clicked, this, [this] { steps_.TakeTrial(); });
@@ -37,8 +37,8 @@ void WelcomeStrip::ShowOffer() {
   ui_->tryButton->setVisible(steps_.Try.Trouble().empty());
   setVisible(steps_.Offered());
   if (steps_.Offered()) {
-    (ui_->copyExamplesButton->isHidden() ? ui_->tryButton : ui_->copyExamplesButton)
-        ->setFocus(Qt::OtherFocusReason);
+    window()->setAttribute(Qt::WA_KeyboardFocusChange);  // as after the Tab key: the style marks the focus
+    (ui_->copyExamplesButton->isHidden() ? ui_->tryButton : ui_->copyExamplesButton)->setFocus();
   } else if (hadKeyboard) {
     emit gaveKeyboardUp();
   }
