@@ -25,6 +25,10 @@ WelcomeStrip::WelcomeStrip(FirstSteps& steps, const QString& folder)
   connect(ui_->copyExamplesButton, &QPushButton::clicked, this, [this] { steps_.TakeExamples(); });
   connect(ui_->tryButton, &QPushButton::clicked, this, [this] { steps_.TakeTrial(); });
   connect(ui_->noThanksButton, &QPushButton::clicked, this, [this] { steps_.Decline(); });
+  // Enter presses the button that has the keyboard; styles mark that only once the Tab key was used.
+  connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) {
+    for (auto* button : findChildren<QPushButton*>()) button->setDefault(button == now);
+  });
   Tint();
   hide();
 }
@@ -37,14 +41,12 @@ void WelcomeStrip::ShowOffer() {
   ui_->tryButton->setVisible(steps_.Try.Trouble().empty());
   setVisible(steps_.Offered());
   if (steps_.Offered()) {
-    window()->setAttribute(Qt::WA_KeyboardFocusChange);  // as after the Tab key: the style marks the focus
     (ui_->copyExamplesButton->isHidden() ? ui_->tryButton : ui_->copyExamplesButton)->setFocus();
   } else if (hadKeyboard) {
     emit gaveKeyboardUp();
   }
 }
 
-// Enter presses the button that has the focus, as Space does.
 void WelcomeStrip::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (auto* button = qobject_cast<QPushButton*>(focusWidget()); enter && button != nullptr) {
