@@ -19,6 +19,7 @@ Pipe MakePipe() {
 
 std::vector<char*> ArgumentsOf(std::vector<std::string>& words) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   return arguments;

@@ -12,7 +12,7 @@ namespace {
 // The session's own folder, which goes with it, before that of everybody.
 fs::path ScratchFolder(const Environment& environment) {
   for (const char* name : {"XDG_RUNTIME_DIR", "TMPDIR"}) {
-    const fs::path named = environment(name);
+    fs::path named = environment(name);
     if (named.is_absolute() && access(named.c_str(), W_OK | X_OK) == 0) return named;
   }
   return "/tmp";
