@@ -21,7 +21,7 @@ namespace quarlin {
 namespace {
 
 struct Start {
-  explicit Start(const TempFolder& folder, Bundle bundle, std::string_view commandLine = "")
+  explicit Start(const TempFolder& folder, const Bundle& bundle, std::string_view commandLine = "")
       : frm{{loop,
              ProgramFolder(folder.Path()),
              devices,
