@@ -54,12 +54,20 @@ Connection::Connection(EventLoop& loop, Link& link, ConnectionControls& controls
   controls_.cmdOpen.OnClick = [this] { cmdOpen_Click(); };
   controls_.cmdsearchcom.OnClick = [this] { cmdsearchcom_Click(); };
   controls_.chkReconnect.Click = [this] { ReconnectClicked(); };
+  controls_.chkListen.Click = [this] { ShowAddress(); };
+  ShowAddress();
   link_.ChooseNetwork = [this] { return ChosenNetwork(); };
   link_.Network().OnEvent = [this](std::string_view words) { NetworkEvent(words); };
   link_.Hooks.progress = [this](std::size_t taken, std::size_t total) { ShowSending(taken, total); };
   link_.Hooks.lineErrors = [this] {
     status_.Mention("line errors: " + InWords(link_.Errors().value_or(LineErrors())));
   };
+}
+
+// A server has an address of its own to listen at, a client the address of its peer.
+void Connection::ShowAddress() {
+  controls_.txtBind.SetVisible(controls_.chkListen.Checked());
+  controls_.txtIp.SetVisible(!controls_.chkListen.Checked());
 }
 
 std::string Connection::Settings() const {

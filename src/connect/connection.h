@@ -100,6 +100,7 @@ class Connection {
   void CloseAfterFailure();
   void ShowClosed();
   void SetAccess(bool enabled);
+  void ShowAddress();
   std::string Settings() const;
   NetworkChoice ChosenNetwork() const;
   LinkTarget Chosen() const;

@@ -197,6 +197,19 @@ class MainWindowTest : public QObject {
     }
   }
 
+  void aPortThatWasLoadedHasItsFields() {
+    Rig rig;
+    for (const auto& [port, network] : {std::pair("NET", true), std::pair("ttyUSB0", false)}) {
+      rig.frm.controls.connection.cboSerial.SetText(port);
+      rig.ShowChanges();
+      QCOMPARE(rig.Find<QWidget>("networkFields").isVisible(), network);
+      QCOMPARE(rig.Find<QWidget>("serialFields").isVisible(), !network);
+      rig.frm.controls.connection.txtBind.SetEnabled(false);  // as a Connect does
+      rig.ShowChanges();
+      QVERIFY(!rig.Find<QWidget>("txtBind").isVisible());
+    }
+  }
+
   void noMnemonicServesTwo() {
     Rig rig;
     rig.OnEachTab([&](const QString& title) {

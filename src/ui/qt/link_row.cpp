@@ -20,8 +20,8 @@ LinkRow::LinkRow(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::Li
   QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
-  connect(ui_->cboSerial, &QComboBox::currentTextChanged, this, &LinkRow::ShowFields);
-  connect(ui_->chkListen, &QCheckBox::toggled, this, &LinkRow::ShowFields);
+  // The edit field tells of a loaded configuration as well, the box of the user's own choice alone.
+  connect(ui_->cboSerial->lineEdit(), &QLineEdit::textChanged, this, &LinkRow::ShowFields);
   WireKeys();
   ShowFields();
 }
@@ -42,14 +42,10 @@ void LinkRow::WireKeys() {
   }
 }
 
-// A server has an address of its own to listen at, a client the address of its peer.
 void LinkRow::ShowFields() {
   const bool network = ui_->cboSerial->currentText().compare("NET", Qt::CaseInsensitive) == 0;
-  const bool listens = ui_->chkListen->isChecked();
   ui_->serialFields->setVisible(!network);
   ui_->networkFields->setVisible(network);
-  ui_->txtBind->setVisible(listens);
-  ui_->txtIp->setVisible(!listens);
 }
 
 bool LinkRow::FitsInOneRow(int width) const {
