@@ -12,28 +12,9 @@
 namespace quarlin {
 namespace {
 
-using namespace std::chrono_literals;
-
-class PlotRig : public FrmMainRig {
+class PlotRig : public RequestRig {
  protected:
-  PlotRig() {
-    Start();
-    Connect();
-    controls().cycle.CBOSEND.SetText("READ");
-    controls().run.Check1.SetChecked(true);
-    controls().run.txtAnswerTime.SetText("200");
-    controls().run.Check2.SetChecked(true);
-  }
-
-  // A run in which the instrument answers so, one after the other, half a second apart, after 10 ms; only
-  // good answers count.
-  void Run(std::vector<std::string> answers, int good) {
-    controls().run.Text1.SetText(std::to_string(good));
-    controls().run.HScroll1.SetValue(500);
-    scale.AnswerLines('\r', ScriptedDevice::InTurn(std::move(answers)), 10ms);
-    StartCycle();
-    Pass(10s);
-  }
+  PlotRig() { controls().run.HScroll1.SetValue(500); }  // milliseconds between requests
 
   FrmPlot& plot() { return frm.Plot(); }
   const Series& Raw(std::size_t curve) { return plot().Shown().Curves()[curve]->raw; }

@@ -76,4 +76,25 @@ class FrmMainRig : public testing::Test {
                CurrentEngines()}};
 };
 
+// Connected, with a request that waits 200 ms for its answer.
+class RequestRig : public FrmMainRig {
+ protected:
+  RequestRig() {
+    Start();
+    Connect();
+    controls().cycle.CBOSEND.SetText("READ");
+    controls().run.Check1.SetChecked(true);
+    controls().run.txtAnswerTime.SetText("200");
+    controls().run.Check2.SetChecked(true);
+  }
+
+  // A run in which the instrument answers so, one after the other, each after 10 ms; only good answers count.
+  void Run(std::vector<std::string> answers, int good) {
+    controls().run.Text1.SetText(std::to_string(good));
+    scale.AnswerLines('\r', ScriptedDevice::InTurn(std::move(answers)), std::chrono::milliseconds(10));
+    StartCycle();
+    Pass(std::chrono::seconds(10));
+  }
+};
+
 }  // namespace quarlin

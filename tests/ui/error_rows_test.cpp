@@ -15,25 +15,8 @@ namespace {
 using namespace std::chrono_literals;
 using Lines = std::vector<std::string>;
 
-class ErrorRowsRig : public FrmMainRig {
+class ErrorRowsRig : public RequestRig {
  protected:
-  ErrorRowsRig() {
-    Start();
-    Connect();
-    controls().cycle.CBOSEND.SetText("READ");
-    controls().run.Check1.SetChecked(true);
-    controls().run.txtAnswerTime.SetText("200");
-    controls().run.Check2.SetChecked(true);
-  }
-
-  // A run in which the instrument answers so, one after the other.
-  void Run(std::vector<std::string> answers, int requests) {
-    controls().run.Text1.SetText(std::to_string(requests));
-    scale.AnswerLines('\r', ScriptedDevice::InTurn(std::move(answers)), 10ms);
-    StartCycle();
-    Pass(10s);
-  }
-
   // The rows without the time of day and the request: "No.|what|expected|got|ms", and headings.
   Lines Rows() {
     Lines lines;
