@@ -24,7 +24,7 @@ void AppendFlood(benchmark::State& state, std::string_view line) {
   const std::string piece = PieceOf(line);
   TextRing ring;
   for (auto _ : state) ring.Append(piece, TextKind::Received, colors::black, LocalTime());
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * pieceSize));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(pieceSize));
 }
 
 BENCHMARK_CAPTURE(AppendFlood, LinesOf30, std::string_view("ST,GS,N:  123.456 kg,T: 0.0\x03\r\n"));

@@ -39,7 +39,7 @@ bool IsInstalled(const fs::path& executable) {
 
 fs::path ChooseFolder(const fs::path& executable, const Environment& environment) {
   if (const std::string named = environment("QUARLIN_HOME"); !named.empty()) return named;
-  const fs::path beside = executable.parent_path();
+  fs::path beside = executable.parent_path();
   const bool usable = beside.is_absolute() && beside != beside.root_path() && !IsSystemFolder(beside) &&
                       !IsInstalled(executable);
   if (usable && access(beside.c_str(), W_OK) == 0) return beside;
@@ -49,7 +49,7 @@ fs::path ChooseFolder(const fs::path& executable, const Environment& environment
 }  // namespace
 
 fs::path ProgramFolder::File(std::string_view name) const {
-  const fs::path exact = path_ / name;
+  fs::path exact = path_ / name;
   std::error_code error;
   if (fs::exists(exact, error)) return exact;
   for (const fs::directory_entry& entry : fs::directory_iterator(path_, error)) {

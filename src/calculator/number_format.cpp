@@ -29,6 +29,7 @@ const NumberFormat* NumberFormatNamed(std::string_view name) {
 
 std::vector<std::string> NumberFormatNames() {
   std::vector<std::string> names;
+  names.reserve(formats.size());
   for (const NumberFormat& format : formats) names.emplace_back(format.name);
   return names;
 }

@@ -20,7 +20,7 @@ class ScriptEngine {
 
   // A named global whose members can also be used without its name; of two objects that have the same
   // member the one added first has it.
-  virtual void AddObject(std::u16string_view name, vbs::ObjectRef object) = 0;
+  virtual void AddObject(std::u16string_view name, const vbs::ObjectRef& object) = 0;
 
   // Compiles the whole text, then runs its top-level code. After a compile error nothing of it counts.
   virtual void AddCode(std::u16string_view source) = 0;

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/vbscript_engine.h"
 
-#include <utility>
-
 namespace quarlin {
 
-void VbscriptEngine::AddObject(std::u16string_view name, vbs::ObjectRef object) {
-  engine_.AddObject(name, std::move(object), true);
+void VbscriptEngine::AddObject(std::u16string_view name, const vbs::ObjectRef& object) {
+  engine_.AddObject(name, object, true);
 }
 
 void VbscriptEngine::AddCode(std::u16string_view source) {

@@ -11,7 +11,7 @@ class VbscriptEngine : public ScriptEngine {
  public:
   explicit VbscriptEngine(vbs::Services& services) : engine_(services) {}
 
-  void AddObject(std::u16string_view name, vbs::ObjectRef object) override;
+  void AddObject(std::u16string_view name, const vbs::ObjectRef& object) override;
   void AddCode(std::u16string_view source) override;
   void Check(std::u16string_view source) override;
   bool HasProcedure(std::u16string_view name) const override;

@@ -72,7 +72,7 @@ void ErrorReports::ShowTimeOut(std::string_view detail, std::uint64_t number) {
 
 std::string ErrorReports::CountTimeOut() {
   const std::int16_t count = parts_.exchange.CountTimeOut();
-  const std::string suffix = fmt::format(" ({}/{})", count, parts_.run.txtTimeout.Text());
+  std::string suffix = fmt::format(" ({}/{})", count, parts_.run.txtTimeout.Text());
   if (count >= parts_.run.txtTimeout.Integer() && parts_.exchange.Running()) Hooks.stopCycle();
   return suffix;
 }

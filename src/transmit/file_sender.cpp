@@ -306,7 +306,8 @@ void FileSender::Answered(const WaitEnd& end) {
   }
   const bool enough = parts_.run.chkTimeout.Checked() && missingInARow_ > 0 &&
                       missingInARow_ >= parts_.run.txtTimeout.Integer();
-  if (enough) return Fail(fmt::format("no answer to {} in a row", Lines(missingInARow_)));
+  if (enough)
+    return Fail(fmt::format("no answer to {} in a row", Lines(static_cast<std::uint64_t>(missingInARow_))));
   nextAlarm_.At(parts_.loop.Now() + LinePause());
 }
 

@@ -110,7 +110,7 @@ void AddErrorMembers(Members& members, Link& link) {
 
 }  // namespace
 
-vbs::ObjectRef MakeFormMainObject(FrmMain& frm, Link& link, std::function<void()> linkChanged) {
+vbs::ObjectRef MakeFormMainObject(FrmMain& frm, Link& link, const std::function<void()>& linkChanged) {
   Members members;
   AddWindowMembers(members, frm);
   AddTransferMembers(members, link);

@@ -13,6 +13,6 @@ namespace quarlin {
 class FrmMain;
 
 // `linkChanged` is told when a script has opened or closed the link. All of it outlives the object.
-vbs::ObjectRef MakeFormMainObject(FrmMain& frm, Link& link, std::function<void()> linkChanged);
+vbs::ObjectRef MakeFormMainObject(FrmMain& frm, Link& link, const std::function<void()>& linkChanged);
 
 }  // namespace quarlin

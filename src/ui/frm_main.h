@@ -104,7 +104,7 @@ struct ByHand;
 class FrmMain : public Form {
  public:
   explicit FrmMain(Surroundings surroundings);
-  ~FrmMain();
+  ~FrmMain() override;
 
   FrmMainControls controls;
   ScriptHost& Script();

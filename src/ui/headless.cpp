@@ -10,7 +10,7 @@ namespace quarlin {
 namespace {
 
 constexpr Duration longestDelay = std::chrono::milliseconds(50);
-constexpr std::size_t printSize = 64 * 1024;
+constexpr std::size_t printSize = std::size_t{64} * 1024;
 
 }  // namespace
 

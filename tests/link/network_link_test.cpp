@@ -86,7 +86,7 @@ class NetworkRig : public testing::Test {
       EXPECT_EQ(bind(full.Get(), address.Pointer(), address.length), 0);
       EXPECT_EQ(listen(full.Get(), 0), 0);
       first = rig.RawPeer();
-      connect(second.Get(), address.Pointer(), address.length);
+      EXPECT_EQ(connect(second.Get(), address.Pointer(), address.length), -1);
     }
     Socket full = Socket::Make(AF_INET, SOCK_STREAM);
     Socket first;
@@ -336,7 +336,7 @@ TEST_F(NetworkRig, APulledCableIsNoticedUnderLoadAndAPeerThatDoesNotReadIsNotLos
     ASSERT_TRUE(Until([&] { return link.State() == Passage::Open; }));
     loop.Pass(400ms);  // silence without a debt is none
     if (pulled) PullCable(peer);
-    const std::string piece(64 * 1024, 'x');
+    const std::string piece(std::size_t{64} * 1024, 'x');
     do {
       ASSERT_FALSE(link.Send(piece));
       loop.Pass(0ms);
@@ -413,7 +413,7 @@ TEST_F(NetworkRig, AResetHandsOutWhatCameBeforeAndNeverSpins) {
 
 TEST_F(NetworkRig, APeerThatNeverReadsFillsABoundedQueue) {
   Pair();
-  const std::string piece(64 * 1024, 'x');
+  const std::string piece(std::size_t{64} * 1024, 'x');
   std::error_code error;
   std::size_t taken = 0;
   while (!error && taken < (std::size_t{64} << 20)) {

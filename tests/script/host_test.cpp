@@ -446,7 +446,7 @@ class BusyEngine : public ScriptEngine {
  public:
   BusyEngine(VirtualLoop& loop, vbs::Services& services, Duration work, int& steps)
       : loop_(loop), services_(services), work_(work), steps_(steps) {}
-  void AddObject(std::u16string_view, vbs::ObjectRef) override {}
+  void AddObject(std::u16string_view, const vbs::ObjectRef&) override {}
   void AddCode(std::u16string_view) override {}
   void Check(std::u16string_view) override {}
   bool HasProcedure(std::u16string_view name) const override { return name == u"ReceiveString"; }

@@ -31,7 +31,7 @@ class CycleRig : public FrmMainRig {
     controls().run.Text1.SetText("");  // typed anew: a 0 that stood there is no longer what a run has left
     controls().run.Text1.SetText(count);
   }
-  void Answer(std::string answer, Duration after = 5ms) {
+  void Answer(const std::string& answer, Duration after = 5ms) {
     scale.AnswerLines(
         '\n', [answer](std::string_view) { return answer; }, after);
   }

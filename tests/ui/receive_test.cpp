@@ -12,6 +12,8 @@ using namespace std::chrono_literals;
 using namespace std::string_literals;
 using Lines = std::vector<std::string>;
 
+constexpr std::size_t chunkSize = std::size_t{64} * 1024;
+
 class ReceiveRig : public FrmMainRig {
  protected:
   ReceiveRig() {
@@ -205,7 +207,7 @@ TEST_F(ReceiveRig, RxOnlyHoldsEverythingUntilItIsCleared) {
 
 TEST_F(ReceiveRig, RxOnlyStopsTakingAtOneMebibyte) {
   controls().link.chkLogOnly.SetChecked(true);
-  for (int i = 0; i < 30; ++i) Receive(std::string(64 * 1024, 'x'));
+  for (int i = 0; i < 30; ++i) Receive(std::string(chunkSize, 'x'));
   EXPECT_GT(scale.Unread(), 800'000U);
   EXPECT_NE(Note().find("1 MiB"), std::string::npos);
   controls().link.chkLogOnly.SetChecked(false);
@@ -215,7 +217,7 @@ TEST_F(ReceiveRig, RxOnlyStopsTakingAtOneMebibyte) {
 
 TEST_F(ReceiveRig, LinesAreNoOverrun) {
   controls().link.chkLogOnly.SetChecked(true);
-  for (int i = 0; i < 16; ++i) Receive(std::string(64 * 1024 - 2, 'x') + "\r\n");
+  for (int i = 0; i < 16; ++i) Receive(std::string(chunkSize - 2, 'x') + "\r\n");
   controls().link.chkLogOnly.SetChecked(false);
   Pass(100ms);
   EXPECT_EQ(Note().find("without a terminator"), std::string::npos);
@@ -225,8 +227,8 @@ TEST_F(ReceiveRig, ATerminatorThatNeverComesIsHandedOnAtOneMebibyte) {
   controls().display.chkLog.SetChecked(true);
   std::string sent;
   for (int i = 0; i < 17; ++i) {
-    sent += std::string(64 * 1024, static_cast<char>('a' + i));
-    Receive(std::string(64 * 1024, static_cast<char>('a' + i)));
+    sent += std::string(chunkSize, static_cast<char>('a' + i));
+    Receive(std::string(chunkSize, static_cast<char>('a' + i)));
   }
   EXPECT_EQ(Answers(), "1");
   EXPECT_NE(Note().find("without a terminator"), std::string::npos);

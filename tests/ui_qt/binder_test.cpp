@@ -396,7 +396,7 @@ class BinderTest : public QObject {
       if (shown.last() != rig.form.count.text()) shown << rig.form.count.text();
     }
     QCOMPARE(shown.size(), 8);
-    QVERIFY2(time.elapsed() >= 6 * 30, qPrintable(QString::number(time.elapsed())));
+    QVERIFY2(time.elapsed() >= 6LL * 30, qPrintable(QString::number(time.elapsed())));
     QTRY_COMPARE(rig.form.count.text(), QString::number(rig.controls.lblCount.Integer()));
   }
 

@@ -201,7 +201,7 @@ Engine::Engine(vbs::Services& services, Limits limits) : realm_(std::make_unique
 
 Engine::~Engine() = default;
 
-void Engine::AddObject(std::u16string_view name, vbs::ObjectRef object) {
+void Engine::AddObject(std::u16string_view name, const vbs::ObjectRef& object) {
   realm_->AddObject(name, object);
 }
 

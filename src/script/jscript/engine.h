@@ -42,7 +42,7 @@ class Engine : public ScriptEngine {
   explicit Engine(vbs::Services& services, Limits limits = {});
   ~Engine() override;
 
-  void AddObject(std::u16string_view name, vbs::ObjectRef object) override;
+  void AddObject(std::u16string_view name, const vbs::ObjectRef& object) override;
   void AddCode(std::u16string_view source) override;
   void Check(std::u16string_view source) override;
 

@@ -90,7 +90,7 @@ Value ArrayToHost(const QJSValue& array, int depth) {
     const QJSValue item = array.property(static_cast<quint32>(index));
     result->Items()[static_cast<std::size_t>(index)] = ToHostWithin(item, depth + 1);
   }
-  return Value::Array(std::move(result));
+  return Value::Array(result);
 }
 
 // A facade tells its handle; one that stands for a member waiting for its index tells the member too.

@@ -102,7 +102,7 @@ std::uint32_t BitsOf(const Value& value) {
 }
 
 Value Digits(const Value& value, int base) {
-  const Value plain = Plain(value);
+  Value plain = Plain(value);
   if (plain.IsNull()) return plain;
   std::array<char, 16> digits;
   const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), BitsOf(plain), base).ptr;

@@ -11,8 +11,8 @@ Engine::Engine(Services& services, EngineLimits limits)
 
 Engine::~Engine() = default;
 
-void Engine::AddObject(std::u16string_view name, ObjectRef object, bool membersAreGlobal) {
-  machine_->AddObject(name, std::move(object), membersAreGlobal);
+void Engine::AddObject(std::u16string_view name, const ObjectRef& object, bool membersAreGlobal) {
+  machine_->AddObject(name, object, membersAreGlobal);
 }
 
 void Engine::AddCode(std::u16string_view source) {

@@ -25,7 +25,7 @@ class Engine {
 
   // A named global of every script that is added. With `membersAreGlobal` its members can be used
   // without its name; of two that have the same member the one added first has it.
-  void AddObject(std::u16string_view name, ObjectRef object, bool membersAreGlobal);
+  void AddObject(std::u16string_view name, const ObjectRef& object, bool membersAreGlobal);
 
   // Compiles the text as a whole, then runs its top-level statements. Throws ScriptError; after a compile
   // error nothing of the text counts.

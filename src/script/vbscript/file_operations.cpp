@@ -37,7 +37,7 @@ bool LiesIn(const fs::path& inner, const fs::path& outer) {
 
 // Where a file or folder goes that is to be copied or moved `to`.
 fs::path Target(Services& services, const fs::path& from, std::u16string_view to, bool intoFolder) {
-  const fs::path target = LocatedPath(services, to);
+  fs::path target = LocatedPath(services, to);
   if (!intoFolder && !EndsWithSeparator(to)) {
     if (!Exists(target.parent_path(), EntryKind::Folder)) throw ScriptError(pathNotFound);
     return target;
@@ -168,7 +168,7 @@ std::filesystem::path Rename(EntryKind kind, const fs::path& path, std::u16strin
   if (name.empty() || parts.name != name || name.find(u'\0') != name.npos || name == u"." || name == u"..") {
     throw ScriptError(invalidCall);
   }
-  const fs::path target = path.parent_path() / Utf8Of(name);
+  fs::path target = path.parent_path() / Utf8Of(name);
   if (target == path) return target;
   if (IsThere(target)) throw ScriptError(fileExists);
   std::error_code error;

@@ -142,7 +142,7 @@ std::filesystem::path LocatedIn(const fs::path& folder, const fs::path& name) {
 std::filesystem::path LocatedPath(Services& services, std::u16string_view name) {
   if (name.empty()) throw ScriptError(invalidCall);
   if (BeginsWithDrive(name)) throw ScriptError(pathNotFound);
-  const fs::path wanted = fs::absolute(services.Folder() / SystemPath(name)).lexically_normal();
+  fs::path wanted = fs::absolute(services.Folder() / SystemPath(name)).lexically_normal();
   if (wanted.has_filename() && IsThere(wanted)) return wanted;
   fs::path found = wanted.root_path();
   for (const fs::path& part : wanted.relative_path()) {

@@ -10,7 +10,7 @@ namespace quarlin::vbs {
 namespace {
 
 Value NumberFor(const Value& given) {
-  const Value value = Plain(given);
+  Value value = Plain(given);
   switch (value.GetKind()) {
     case Kind::Empty:
       return Value::Integer(0);

@@ -87,7 +87,7 @@ Value Combine(Operator operation, const Value& left, const Value& right) {
 }
 
 Value Not(const Value& value) {
-  const Value plain = Plain(value);
+  Value plain = Plain(value);
   if (plain.IsNull()) return plain;
   const Bits bits = BitsOf(plain);
   return ValueOf(bits.kind, ~bits.pattern);

@@ -102,8 +102,8 @@ Machine::~Machine() {
   holders_.LetAllGo();
 }
 
-void Machine::AddObject(std::u16string_view name, ObjectRef object, bool membersAreGlobal) {
-  symbols_.AddObject(name, Value::Object(std::move(object)), membersAreGlobal);
+void Machine::AddObject(std::u16string_view name, const ObjectRef& object, bool membersAreGlobal) {
+  symbols_.AddObject(name, Value::Object(object), membersAreGlobal);
 }
 
 void Machine::AddCode(std::u16string_view source) {

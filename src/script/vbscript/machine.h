@@ -82,7 +82,7 @@ class Machine {
   Machine(const Machine&) = delete;
   Machine& operator=(const Machine&) = delete;
 
-  void AddObject(std::u16string_view name, ObjectRef object, bool membersAreGlobal);
+  void AddObject(std::u16string_view name, const ObjectRef& object, bool membersAreGlobal);
   void AddCode(std::u16string_view source);
   bool HasProcedure(std::u16string_view name) const;
   Value RunNamed(std::u16string_view name, Arguments arguments);

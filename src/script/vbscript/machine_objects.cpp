@@ -92,8 +92,7 @@ bool Machine::PutMember(const Value& target, const Site& site, Value* indices, s
   Instance* instance = object->AsInstance();
   if (instance == nullptr) {
     Follow(indices, count);
-    const Value stored = value;
-    object->Put(number, {indices, count}, stored, kind);
+    object->Put(number, {indices, count}, Value(value), kind);  // a copy: it may run code that moves ours
     return false;
   }
   const ClassMember* member = instance->MemberAt(number);

@@ -32,7 +32,7 @@ Value Finite(double value) {
 }
 
 Value Abs(LibraryContext&, Arguments arguments) {
-  const Value number = ToNumber(arguments[0]);
+  Value number = ToNumber(arguments[0]);
   if (number.IsNull()) return number;
   const bool scaled = IsWhole(number) || number.Is(Kind::Currency);
   return (scaled ? number.AsWhole() < 0 : number.AsReal() < 0) ? Negate(number) : number;
@@ -44,7 +44,7 @@ Value Sgn(LibraryContext&, Arguments arguments) {
 }
 
 Value Int(LibraryContext&, Arguments arguments) {
-  const Value number = ToNumber(arguments[0]);
+  Value number = ToNumber(arguments[0]);
   if (number.IsNull() || IsWhole(number)) return number;
   if (!number.Is(Kind::Currency)) return InKindOf(number, std::floor(number.AsReal()));
   const std::int64_t rest = number.AsWhole() % currencyScale;
@@ -52,7 +52,7 @@ Value Int(LibraryContext&, Arguments arguments) {
 }
 
 Value Fix(LibraryContext&, Arguments arguments) {
-  const Value number = ToNumber(arguments[0]);
+  Value number = ToNumber(arguments[0]);
   if (number.IsNull() || IsWhole(number)) return number;
   if (!number.Is(Kind::Currency)) return InKindOf(number, std::trunc(number.AsReal()));
   return Value::Currency(number.AsWhole() - number.AsWhole() % currencyScale);
@@ -82,7 +82,7 @@ Value Round(LibraryContext&, Arguments arguments) {
   const Value* given = Given(arguments, 1);
   const std::int32_t places = given == nullptr ? 0 : ToLong(*given);
   if (places < 0 || places > mostPlaces) throw ScriptError(invalidCall);
-  const Value number = ToNumber(arguments[0]);
+  Value number = ToNumber(arguments[0]);
   if (number.IsNull() || IsWhole(number)) return number;
   if (number.Is(Kind::Currency)) return Value::Currency(RoundedCurrency(number.AsWhole(), places));
   return InKindOf(number, RoundedReal(number.AsReal(), places));

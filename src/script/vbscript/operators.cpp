@@ -294,7 +294,7 @@ Value Apply(Operator operation, const Value& left, const Value& right, Origin or
 }
 
 Value Negate(const Value& value) {
-  const Value number = ToNumber(value);
+  Value number = ToNumber(value);
   switch (number.GetKind()) {
     case Kind::Null:
       return number;

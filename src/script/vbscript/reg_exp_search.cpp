@@ -26,8 +26,8 @@ constexpr std::uint64_t mostSteps = 100'000'000;          // of a stretch; some 
 constexpr std::uint64_t stepsBetweenQuestions = 1024;
 constexpr std::size_t matchesBetweenQuestions = 4096;
 
-constexpr std::size_t stackAtFirst = 32 * 1024;
-constexpr std::size_t largestStack = 64 * 1024 * 1024;
+constexpr std::size_t stackAtFirst = std::size_t{32} * 1024;
+constexpr std::size_t largestStack = std::size_t{64} * 1024 * 1024;
 constexpr std::uint32_t heapKilobytes = largestStack / 1024;
 
 struct Free {
@@ -180,11 +180,11 @@ bool PatternSearch::Try(std::size_t firstStart, std::size_t lastStart) {
 }
 
 std::size_t PatternSearch::Begin(std::uint32_t group) const {
-  return pcre2_get_ovector_pointer(state_->data.get())[2 * group];
+  return pcre2_get_ovector_pointer(state_->data.get())[2 * std::size_t{group}];
 }
 
 std::size_t PatternSearch::End(std::uint32_t group) const {
-  return pcre2_get_ovector_pointer(state_->data.get())[2 * group + 1];
+  return pcre2_get_ovector_pointer(state_->data.get())[2 * std::size_t{group} + 1];
 }
 
 std::u16string_view PatternSearch::Text(std::uint32_t group) const {

@@ -18,7 +18,7 @@
 namespace quarlin::vbs {
 namespace {
 
-constexpr std::size_t blockBytes = 64 * 1024;
+constexpr std::size_t blockBytes = std::size_t{64} * 1024;
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view utf16LittleMark = "\xFF\xFE";
 constexpr std::string_view utf16BigMark = "\xFE\xFF";

@@ -119,7 +119,7 @@ Value TextStream::ReadLine() {
   const std::u16string_view ready = ReadyOrEnd();
   const std::size_t end = ready.find(u'\n');
   if (end == ready.npos) return ReadLongLine();
-  const Value line = Value::String(WithoutReturn(ready.substr(0, end)));
+  Value line = Value::String(WithoutReturn(ready.substr(0, end)));
   Pass(ready.substr(0, end + 1));
   reader_->Take(end + 1);
   return line;

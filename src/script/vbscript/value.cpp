@@ -79,11 +79,11 @@ Value Value::Character(char16_t unit) {
   return Adopt(TextBody::Make({&unit, 1}));
 }
 
-Value Value::Array(ArrayRef array) {
+Value Value::Array(const ArrayRef& array) {
   return Value(Kind::Array, static_cast<Counted*>(array.Get()));
 }
 
-Value Value::Object(ObjectRef object) {
+Value Value::Object(const ObjectRef& object) {
   return Value(Kind::Object, static_cast<Counted*>(object.Get()));
 }
 

@@ -150,8 +150,8 @@ class Value {
   static Value String(std::u16string_view text);
   static Value Character(char16_t unit);  // one of a ready set for codes below 256
   static Value Adopt(TextBody* body) { return Value(Kind::String, body); }
-  static Value Array(ArrayRef array);
-  static Value Object(ObjectRef object);  // Nothing without one
+  static Value Array(const ArrayRef& array);
+  static Value Object(const ObjectRef& object);  // Nothing without one
   static Value Nothing() { return Value(Kind::Object, static_cast<Counted*>(nullptr)); }
   static Value Missing() { return Value(Kind::Error, Held{.integer = 448}); }
   static Value To(Value& place) { return Value(Kind::Reference, Held{.place = &place}); }

@@ -222,7 +222,7 @@ void ReceivedTextView::AdjustVerticalBar() {
 // The widest line decides among those that are seen, or would be without this bar, so that the bar does
 // not hide the very line that it is there for. The range never shrinks below where the user has scrolled.
 void ReceivedTextView::AdjustHorizontalBar() {
-  const auto mostRows = static_cast<std::uint64_t>(height() / painter_->RowHeight() + 1);
+  const auto mostRows = static_cast<std::uint64_t>(height() / painter_->RowHeight()) + 1;
   const std::uint64_t end = std::min(map_.EndRow(), top_ + mostRows);
   const std::uint64_t room = std::min(mostRows, end - map_.FirstRow());
   const std::uint64_t first = Following() ? end - room : std::max(top_, map_.FirstRow());
