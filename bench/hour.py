@@ -34,8 +34,10 @@ INTERVAL, TASK = 20, 100      # ms
 ACCEPTED_A_MINUTE = 2_910     # of 3,000 ticks: a time-out is 25 of them, and not every answer is accepted
 LOOK, LOOKS_A_DEED = 5, 3     # seconds between two looks, looks between two deeds by hand
 FULL = 50_000                 # exchanges of two lines, then the display has had its 100,000
-MOST_GROWTH = 5.0             # MB beyond what the curves and the table of errors keep
-POINT, ERROR_ROW = 2 * 16.3, 600   # bytes: a number raw and filtered; a row with its texts
+MOST_GROWTH = 5.0             # MB beyond what these need, in bytes:
+POINT = 2 * 16.3              # a number in its curves, raw and filtered
+STATISTICS = 16 + 2 * 8 + 2 * (16 + 8 + 8 + 16)   # its copy, its values, and the spectrum, up to twice as long
+ERROR_ROW = 600               # a row of the table of errors with its texts
 LONGEST_SILENCE = 250         # ms without an answer of the window
 
 SCRIPT = f"""' Counts all that it sees; the window's title tells how much that was.
@@ -274,10 +276,10 @@ def judge_resources(verdict, rows, pinger_figures, failed):
     else:
         first, last = steady[0], steady[-1]
         points = last["answers"] - first["answers"]
-        kept = (points * POINT + failed * points / last["answers"] * ERROR_ROW) / 1e6
+        kept = (points * (POINT + STATISTICS) + failed * points / last["answers"] * ERROR_ROW) / 1e6
         growth = last["anonymous_mb"] - first["anonymous_mb"]
         verdict.say(growth - kept <= MOST_GROWTH, f"memory {first['anonymous_mb']} MB once the display was full, "
-                    f"{last['anonymous_mb']} MB at the end", f"curves and errors keep {kept:.1f} MB of it")
+                    f"{last['anonymous_mb']} MB at the end", f"curves, statistics and errors need {kept:.1f} MB more")
     median, longest = pinger_figures
     verdict.say(longest < LONGEST_SILENCE, f"window: half of its answers within {median} ms, all within {longest} ms")
     print(f"      resident {rows[-1]['resident_mb']} MB; CPU "
