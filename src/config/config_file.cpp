@@ -28,6 +28,11 @@ constexpr std::size_t recordSize = nameSize + textSize + indexSize;
 // The control whose handler starts a script.
 constexpr std::string_view scriptSwitch = "chkEnableScript";
 
+// Files that are older than the choice of the flow control hold its box alone, which is a full statement.
+constexpr std::string_view flowBox = "chkRTS";
+constexpr std::string_view flowChoice = "cboFlow";
+constexpr std::string_view noFlow = "none";
+
 struct Record {
   std::string_view name;
   std::string_view text;
@@ -112,6 +117,13 @@ bool NamesAny(const Record& record, const ControlCollection& controls) {
                      [&](const Control* control) { return Addresses(record, *control); });
 }
 
+bool Names(std::string_view content, std::string_view name) {
+  for (; content.size() >= recordSize; content.remove_prefix(recordSize)) {
+    if (RecordAt(content.substr(0, recordSize)).name == name) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string ConfigFault(const ControlCollection& controls, std::string_view content) {
@@ -143,6 +155,7 @@ SavedConfig SaveConfig(const ControlCollection& controls, const std::filesystem:
 bool LoadConfig(ControlCollection& controls, const std::filesystem::path& file) {
   const std::optional<std::string> content = ReadWholeFile(file);
   if (!content) return false;
+  if (Names(*content, flowBox) && !Names(*content, flowChoice)) Apply({flowChoice, noFlow, ""}, controls);
   std::vector<Record> atTheEnd;
   std::string_view rest = *content;
   for (; rest.size() >= recordSize; rest.remove_prefix(recordSize)) {

@@ -27,9 +27,13 @@ constexpr Duration longestPause = milliseconds(10'000);
 
 const FoundPort networkPort{"NET", "UDP or TCP"};
 
-// "COM1 9600,n,8,1", "TCP 127.0.0.1:4001", "TCP port 4001".
+// "COM1 9600,n,8,1", "COM1 9600,n,8,1 RTS/CTS", "TCP 127.0.0.1:4001", "TCP port 4001".
 std::string InWords(const LinkTarget& target) {
-  if (!target.IsNetwork()) return target.port + " " + target.settings;
+  if (!target.IsNetwork()) {
+    const FlowControl flow = target.flow.value_or(FlowControl::None);
+    return fmt::format("{} {}{}{}", target.port, target.settings, flow == FlowControl::None ? "" : " ",
+                       flow == FlowControl::None ? "" : NameOf(flow));
+  }
   const NetworkChoice& choice = target.network;
   const std::string_view protocol = choice.udp ? "UDP" : "TCP";
   if (!choice.listen) return fmt::format("{} {}:{}", protocol, choice.host, choice.port);
@@ -59,6 +63,7 @@ Connection::Connection(EventLoop& loop, Link& link, ConnectionControls& controls
   link_.ChooseNetwork = [this] { return ChosenNetwork(); };
   link_.Network().OnEvent = [this](std::string_view words) { NetworkEvent(words); };
   link_.Hooks.progress = [this](std::size_t taken, std::size_t total) { ShowSending(taken, total); };
+  link_.Hooks.held = [this] { ShowHold(); };
   link_.Hooks.lineErrors = [this] {
     status_.Mention("line errors: " + InWords(link_.Errors().value_or(LineErrors())));
   };
@@ -80,13 +85,14 @@ NetworkChoice Connection::ChosenNetwork() const {
 }
 
 LinkTarget Connection::Chosen() const {
-  return {controls_.cboSerial.Text(), Settings(), false, ChosenNetwork()};
+  return {controls_.cboSerial.Text(), Settings(), link_.ChosenFlow(), ChosenNetwork()};
 }
 
 bool Connection::ControlsSay(const LinkTarget& target) const {
   const LinkTarget chosen = Chosen();
   if (!EqualsIgnoringCase(chosen.port, target.port)) return false;
-  return target.IsNetwork() ? chosen.network == target.network : chosen.settings == target.settings;
+  if (target.IsNetwork()) return chosen.network == target.network;
+  return chosen.settings == target.settings && chosen.flow == target.flow;
 }
 
 bool Connection::Idle() const {
@@ -105,12 +111,18 @@ std::string Connection::Target() const {
 std::string Connection::Description() const {
   if (connecting_) return "connecting to " + InWords(Chosen());
   if (link_.CommIsOpen()) {
-    return link_.State.CommNetMode ? NetworkDescription() : "connected " + InWords(link_.Target());
+    return link_.State.CommNetMode ? NetworkDescription() : SerialDescription();
   }
   if (!gone_) return "not connected";
   if (!waiting_) return InWords(*gone_) + " has gone";
   const Duration left = retryAlarm_.When().value_or(loop_.Now()) - loop_.Now();
   return fmt::format("waiting for {}, next try in {} s", InWords(*gone_), SecondsBegun(left));
+}
+
+std::string Connection::SerialDescription() const {
+  const std::string target = InWords(link_.Target());
+  if (link_.HeldBy() == Hold::None) return "connected " + target;
+  return fmt::format("{}; {}", InWords(link_.HeldBy()), target);
 }
 
 std::string Connection::NetworkDescription() const {
@@ -135,7 +147,7 @@ std::string Connection::NetworkDescription() const {
 Color Connection::LampColor() const {
   if (connecting_ || waiting_) return colors::yellow;
   if (!link_.CommIsOpen()) return gone_ ? colors::red : colors::darkGreen;
-  if (!link_.State.CommNetMode) return colors::green;
+  if (!link_.State.CommNetMode) return link_.HeldBy() == Hold::None ? colors::green : colors::yellow;
   switch (link_.Network().State()) {
     case Passage::Open:
       return colors::green;
@@ -154,6 +166,7 @@ void Connection::ShowLink() {
     stablePath_ = named_->path;
     if (stablePath_.empty() && !named_->IsNetwork()) stablePath_ = Hooks.stablePath(named_->port);
   }
+  if (!link_.CommIsOpen()) toldHold_ = false;
   controls_.shpLink.SetFillColor(LampColor());
   controls_.shpLink.SetToolTipText(Description());
   Hooks.showLink(Description());
@@ -206,14 +219,11 @@ void Connection::Open() {
 // Of a network connection its own event has told.
 void Connection::TellWhyNot() {
   if (link_.Target().IsNetwork()) return;
-  const std::string whose = WhoseIs(link_.Target().port);
-  failure_ = fmt::format("{}: {}{}{}", link_.State.CommLastErrorSource, link_.State.CommLastErrorText,
-                         whose.empty() ? "" : "; ", whose);
+  const std::string& port = link_.Target().port;
+  const std::string why = Hooks.whoseIsIt(port, link_.State.CommLastError);
+  failure_ = fmt::format("{}: {}", link_.State.CommLastErrorSource, link_.State.CommLastErrorText);
+  if (!why.empty()) failure_ += fmt::format("; {} {}", port, why);
   status_.Say(failure_);
-}
-
-std::string Connection::WhoseIs(const std::string& portName) const {
-  return Hooks.whoseIsIt(portName, link_.State.CommLastError);
 }
 
 void Connection::ShowOpened() {
@@ -264,6 +274,11 @@ void Connection::SettingsLoaded() {
   const LinkTarget& target = waiting_ ? *gone_ : link_.Target();
   if (!held || ControlsSay(target)) return;
   status_.Say(fmt::format("{} keeps its settings until the next Connect", InWords(target)));
+}
+
+void Connection::FlowChanged() {
+  if (!link_.CommIsOpen() || link_.State.CommNetMode || link_.ChosenFlow() == link_.Target().flow) return;
+  status_.Mention("the flow control is taken at the next Connect");
 }
 
 // What happens while somebody waits for the outcome of her click is its answer.
@@ -376,6 +391,13 @@ void Connection::ShowSending(std::size_t taken, std::size_t total) {
                    : fmt::format("sending: {} of {} bytes, waiting for {}", taken, total, link_.WaitsFor()));
 }
 
+// An instrument that holds the line with every string shows that in the lamp, and is told of once.
+void Connection::ShowHold() {
+  ShowLink();
+  if (link_.HeldBy() == Hold::None || std::exchange(toldHold_, true)) return;
+  Hooks.held(SerialDescription());
+}
+
 // An open link is closed by the first probe, which fails by that: the port is probed again.
 bool Connection::Probe(const std::string& name) {
   status_.Runs("searching: " + name);
@@ -389,9 +411,17 @@ bool Connection::Probe(const std::string& name) {
   return opened;
 }
 
+// What one refusal tells is told once.
 void Connection::NoteRefusal(const std::string& name) {
-  const std::string whose = WhoseIs(name);
-  if (!whose.empty() && refusals_.size() < mostRefusalsTold) refusals_.push_back(name + ": " + whose);
+  std::string why = Hooks.whoseIsIt(name, link_.State.CommLastError);
+  if (why.empty()) return;
+  const auto same = std::find_if(refusals_.begin(), refusals_.end(),
+                                 [&](const Refusal& refusal) { return refusal.why == why; });
+  if (same != refusals_.end()) {
+    ++same->others;
+  } else if (refusals_.size() < mostRefusalsTold) {
+    refusals_.push_back({name, std::move(why)});
+  }
 }
 
 std::vector<FoundPort> Connection::Search() {
@@ -419,8 +449,18 @@ void Connection::ShowPorts(const std::vector<FoundPort>& ports) {
   for (const FoundPort& port : ports) names.push_back(port.name);
   controls_.cboSerial.SetList(std::move(names));
   for (std::size_t i = 0; i < ports.size(); ++i) {
-    controls_.cboSerial.SetItemToolTip(static_cast<int>(i), ports[i].description);
+    controls_.cboSerial.SetItemToolTip(static_cast<int>(i), WhatIsKnownOf(ports[i]));
   }
+}
+
+// The first line stands in the list, beside the name.
+std::string Connection::WhatIsKnownOf(const FoundPort& port) const {
+  const std::string missing = Hooks.missingPermission(port.name);
+  std::string text = port.description;
+  if (!missing.empty()) text += text.empty() ? "no permission" : ", no permission";
+  if (!missing.empty()) text += fmt::format("\n{} {}", port.name, missing);
+  if (!port.adapter.empty()) text += fmt::format("\nadapter {}", port.adapter);
+  return text;
 }
 
 void Connection::cmdsearchcom_Click() {
@@ -452,7 +492,10 @@ void Connection::cmdsearchcom_Click() {
   const std::size_t ports = found.size() - 1;
   std::string words = fmt::format("{} port{} found{}", ports, ports == 1 ? "" : "s",
                                   stopSearch_ ? " before the search was stopped" : "");
-  for (const std::string& refusal : refusals_) words += "; " + refusal;
+  for (const Refusal& refusal : refusals_) {
+    words += fmt::format("; {} {}", refusal.port, refusal.why);
+    if (refusal.others > 0) words += fmt::format(" (and {} more)", refusal.others);
+  }
   status_.Say(words);
 }
 

@@ -27,11 +27,17 @@ struct ConnectionHooks {
   Hook<void(std::string_view link)> showLink;  // in words, which may change each second
   Hook<void(std::string_view line)> outage;    // the link went away and is waited for
   Hook<void(std::string_view line)> lost;  // the link or a server's peer went away, and nobody waits for it
+  Hook<void(std::string_view line)>
+      held;  // the instrument keeps the link from sending; once for each opening
   Hook<std::vector<FoundPort>()> systemPorts;
   Hook<std::string(const std::string& portName)> stablePath;  // empty where there is none
 
-  // Why the system refused a port, beyond its error: whose it is; empty where nothing is known.
+  // Why the system refused a port, beyond its error: whose it is, in words that follow its name; empty where
+  // nothing is known.
   Hook<std::string(const std::string& portName, std::int32_t error)> whoseIsIt;
+
+  // The same of a port that nobody has tried to open, where it is sure to be refused.
+  Hook<std::string(const std::string& portName)> missingPermission;
 };
 
 class Connection {
@@ -71,6 +77,9 @@ class Connection {
   // and the status bar says so where that differs.
   void SettingsLoaded();
 
+  // Another flow control was chosen: says that an open port keeps its own.
+  void FlowChanged();
+
   // What the link leads or last led to, or would: "COM1 9600,n,8,1", "TCP 127.0.0.1:4001".
   std::string Target() const;
 
@@ -95,7 +104,6 @@ class Connection {
   void Connect();
   void Open();
   void TellWhyNot();
-  std::string WhoseIs(const std::string& portName) const;
   void ShowOpened();
   void CloseAfterFailure();
   void ShowClosed();
@@ -105,12 +113,14 @@ class Connection {
   NetworkChoice ChosenNetwork() const;
   LinkTarget Chosen() const;
   bool ControlsSay(const LinkTarget& target) const;
+  std::string SerialDescription() const;
   std::string NetworkDescription() const;
   Color LampColor() const;
   std::vector<FoundPort> Search();
   bool Probe(const std::string& name);
   void NoteRefusal(const std::string& name);
   void ShowPorts(const std::vector<FoundPort>& ports);
+  std::string WhatIsKnownOf(const FoundPort& port) const;
   void NetworkEvent(std::string_view words);
   void PeerWent(std::string_view reason);
   void ReconnectClicked();
@@ -121,6 +131,7 @@ class Connection {
   void SetRetry();
   void CountDown();
   void ShowSending(std::size_t taken, std::size_t total);
+  void ShowHold();
 
   EventLoop& loop_;
   Link& link_;
@@ -130,7 +141,13 @@ class Connection {
   bool searching_ = false;
   bool stopSearch_ = false;
   std::string failure_;
-  std::vector<std::string> refusals_;  // of this search
+  struct Refusal {
+    std::string port;
+    std::string why;
+    int others = 0;  // that were refused for the same reason
+  };
+  std::vector<Refusal> refusals_;  // of this search
+  bool toldHold_ = false;          // of the open link
   bool connecting_ = false;
   bool disconnecting_ = false;
   bool waiting_ = false;             // for a link that went away

@@ -30,7 +30,9 @@ struct ConnectionControls : ControlGroup {
   TextBox txtBind{*this, "txtBind"};                          // the local address to listen at; empty for all
   CheckBox chkReconnect{*this, "chkReconnect", "Reconnect"};  // waits for a link that went away
   Label lblReconnects{*this, "lblReconnects", "0"};
-  Shape shpLink{*this, "shpLink", colors::darkGreen};  // whether data can pass
+  CheckBox chkLowLatency{*this, "chkLowLatency", "Low latency"};  // of the adapter, while connected
+  Label lblLatency{*this, "lblLatency"};                          // "adapter waits 16 ms", of the open port
+  Shape shpLink{*this, "shpLink", colors::darkGreen};             // whether data can pass
   CommandButton cmdOpen{*this, "cmdOpen", "Connect"};  // outside both frames: it works while they are off
 };
 

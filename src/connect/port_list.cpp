@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "base/files.h"
+#include "base/numbers.h"
 #include "base/text.h"
 
 namespace quarlin {
@@ -42,16 +44,28 @@ fs::path UsbAncestor(fs::path device, const fs::path& sysfsRoot) {
   return {};
 }
 
-std::string Description(const fs::path& device, const fs::path& sysfsRoot) {
-  const fs::path usb = UsbAncestor(device, sysfsRoot);
+std::string Description(const fs::path& usb) {
   std::string text;
-  if (usb.empty()) return text;
   for (const char* name : {"manufacturer", "product", "serial"}) {
     const std::string value = Attribute(usb / name);
     if (!text.empty() && !value.empty()) text += ' ';
     text += value;
   }
   return text;
+}
+
+std::string AdapterName(const fs::path& usb) {
+  const std::string vendor = Attribute(usb / "idVendor");
+  const std::string product = Attribute(usb / "idProduct");
+  const std::string serial = Attribute(usb / "serial");
+  if (vendor.empty() || product.empty()) return {};
+  return vendor + ":" + product + (serial.empty() ? "" : ":") + serial;
+}
+
+FoundPort Describe(std::string name, const fs::path& device, const fs::path& sysfsRoot) {
+  const fs::path usb = UsbAncestor(device, sysfsRoot);
+  if (usb.empty()) return {std::move(name), ""};
+  return {std::move(name), Description(usb), AdapterName(usb)};
 }
 
 // The digits that `text` begins with, without leading zeros; they are taken off it.
@@ -92,11 +106,19 @@ std::vector<FoundPort> ListSystemPorts(const fs::path& sysfsRoot) {
     std::error_code missing;
     const fs::path device = fs::canonical(terminal->path() / "device", missing);
     if (missing || IsNumberedMachinePort(name)) continue;
-    ports.push_back({name, Description(device, root)});
+    ports.push_back(Describe(name, device, root));
   }
   std::sort(ports.begin(), ports.end(),
             [](const FoundPort& a, const FoundPort& b) { return NaturallyBefore(a.name, b.name); });
   return ports;
+}
+
+std::optional<int> AdapterDelay(const fs::path& device, const fs::path& sysfsRoot) {
+  std::error_code missing;
+  const fs::path name = fs::canonical(device, missing).filename();
+  const std::string text = Attribute(sysfsRoot / "class" / "tty" / name / "device" / "latency_timer");
+  const int milliseconds = IntegerOf(text);
+  return milliseconds > 0 ? std::optional(milliseconds) : std::nullopt;
 }
 
 bool IsSameDevice(const std::filesystem::path& left, const std::filesystem::path& right) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,8 @@ struct FoundPort {
   std::string name;         // as it stands below /dev: "ttyUSB0"
   std::string description;  // of a USB device its maker, product and serial number, as far as it tells them
 
+  std::string adapter{};  // of a USB device its name for udev rules: "0403:6001:A50285BI"
+
   bool operator==(const FoundPort&) const = default;
 };
 
@@ -20,6 +23,11 @@ struct FoundPort {
 // numbered ports ("ttyS0"): the system lists those without anything behind them too, so they are found
 // by trying.
 std::vector<FoundPort> ListSystemPorts(const std::filesystem::path& sysfsRoot = "/sys");
+
+// How long, in milliseconds, the adapter behind a device file keeps what it received before it hands it on;
+// nothing for one that does not, or does not tell.
+std::optional<int> AdapterDelay(const std::filesystem::path& device,
+                                const std::filesystem::path& sysfsRoot = "/sys");
 
 // Whether both names lead to one device of the system: the same number behind two device files.
 bool IsSameDevice(const std::filesystem::path& left, const std::filesystem::path& right);

@@ -71,6 +71,9 @@ class Device {
   // Hands over as much as the driver takes at once; never waits.
   virtual Transfer Write(std::string_view bytes) = 0;
 
+  // Whether the driver takes bytes now.
+  virtual bool Writable() const = 0;
+
   // Yields until the driver can take bytes again, the device is closed or fails, `givenUp` says so, or the
   // instant has passed; false in the last case.
   virtual bool WaitWritable(Instant deadline, const std::function<bool()>& givenUp) = 0;
@@ -87,6 +90,10 @@ class Device {
 
   virtual ModemStatus Modem() = 0;
   virtual std::error_code SetLine(OutputLine line, bool asserted) = 0;
+
+  // Switches the low-latency mode of the adapter on, or back to what it was at the opening; so does Close.
+  // "Not supported" where the driver has no such mode.
+  virtual std::error_code SetLowLatency(bool on) = 0;
 
   // What the driver has counted since the port was opened; nothing where it does not count.
   virtual std::optional<LineErrors> Errors() = 0;

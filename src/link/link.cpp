@@ -83,6 +83,7 @@ Link::Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls)
       devices_(devices),
       controls_(controls),
       progress_(loop, [this](std::size_t taken, std::size_t total) { Hooks.progress(taken, total); }),
+      flowWatch_(loop, [this] { Hooks.held(); }),
       lineErrorAlarm_(loop, [this] { CountLineErrors(); }),
       streamAlarm_(loop, [this] { OfferRoom(); }),
       network_(loop) {
@@ -95,7 +96,7 @@ Link::Link(EventLoop& loop, DeviceSource& devices, LinkControls& controls)
 Link::~Link() = default;
 
 std::int32_t Link::CommOpen(const std::string& portName, std::string_view settings) {
-  const LinkTarget target{portName, std::string(settings), controls_.chkRTS.Checked(),
+  const LinkTarget target{portName, std::string(settings), controls_.Flow(),
                           ChooseNetwork ? ChooseNetwork() : NetworkChoice{}};
   // The link that is open keeps what it was opened with: it is closed below.
   const bool inUse = State.CommPortOpen && !target.IsNetwork();
@@ -193,15 +194,13 @@ std::int32_t Link::SetUp(Device& device) {
   const CurrentSettings current = device.Settings();
   if (current.error) return fail(sources::getCommState, current.error);
   SerialSettings wanted = current.settings;
-  if (!BuildCommDcb(target_.settings, wanted)) {
+  if (!target_.flow || !BuildCommDcb(target_.settings, wanted)) {
     return fail(sources::buildCommDcb, std::make_error_code(std::errc::invalid_argument));
   }
-  if (target_.rtsFlow) {
-    wanted.ctsFlow = true;
-    wanted.rtsToggle = true;
-  }
+  AddFlowControl(*target_.flow, wanted);
   State.CommDCB = wanted;
   if (const auto error = device.Apply(wanted)) return fail(sources::setCommState, error);
+  flowWatch_.Opened(device, wanted);
   return 0;
 }
 
@@ -219,6 +218,7 @@ std::int32_t Link::CommClose() {
   if (const auto error = device_->Close()) return CommSetError(sources::close, error);
   ++openings_;
   lineErrorAlarm_.Cancel();
+  flowWatch_.Closed();
   device_.reset();
   State.CommPortOpen = false;
   TellLost(left);
@@ -341,21 +341,29 @@ std::int32_t Link::WriteWhole(Device& device, std::string_view text, Writing& wr
   std::size_t sent = 0;
   for (;;) {
     const Transfer transfer = device.Write(text.substr(sent));
+    flowWatch_.Wrote(transfer.bytes);
     sent += transfer.bytes;
     writing.taken += transfer.bytes;
     if (transfer.error) return Fail(writing, source, transfer.error);
     if (sent == text.size()) return static_cast<std::int32_t>(sent);
     progress_.Tell(writing.taken, writing.total);
     source = sources::pendingWrite;
-    const bool inTime = WaitForDriver(device, deadline);
+    const bool inTime = WaitForDriver(device, deadline, writing);
     if (writing.opening != openings_ || calledOff_) return Cancel(writing);
     if (!inTime) return Fail(writing, source, std::make_error_code(std::errc::timed_out));
   }
 }
 
-bool Link::WaitForDriver(Device& device, Instant deadline) {
+// A wait that lasts is interrupted for a look at who holds the line.
+bool Link::WaitForDriver(Device& device, Instant deadline, const Writing& writing) {
   const ScopeFlag waiting(waitsForDriver_);
-  return device.WaitWritable(deadline, [this] { return calledOff_; });
+  for (;;) {
+    const Instant look = std::min(deadline, loop_.Now() + FlowWatch::interval);
+    if (device.WaitWritable(look, [this] { return calledOff_; })) return true;
+    if (look == deadline) return false;
+    flowWatch_.Look();
+    progress_.Tell(writing.taken, writing.total);
+  }
 }
 
 bool Link::TakesStream() const {
@@ -396,6 +404,7 @@ Transfer Link::SendSome(std::string_view bytes) {
     taken = SendSomeToPeer(bytes);
   } else if (const auto device = OpenDevice()) {
     taken = device->Write(bytes.substr(0, streamPiece));
+    flowWatch_.Wrote(taken.bytes);
     if (taken.error) CommSetErrorFlags(sources::write, taken.error);
   } else {
     taken.error = BadHandle();
@@ -456,10 +465,16 @@ void Link::WaitUntilSent(std::size_t bytes) {
 
 std::string_view Link::WaitsFor() const {
   if (State.CommNetMode) return "the peer";
+  if (HeldBy() == Hold::Xoff) return "XON";
   const auto device = OpenDevice();
   if (!device || !State.CommDCB.ctsFlow) return "the driver";
   const ModemStatus status = device->Modem();
   return status.error || (status.lines & cts) != 0 ? "the driver" : "CTS";
+}
+
+std::error_code Link::SetLowLatency(bool on) {
+  const auto device = OpenDevice();
+  return device ? device->SetLowLatency(on) : BadHandle();
 }
 
 std::int32_t Link::CommReadCD(std::uint16_t mask, bool& state) {
@@ -568,6 +583,7 @@ Link::Sending Link::Transmit(std::string text, bool scripted) {
   } else if (writing.error) {
     outcome.end = SendEnd::Failed;
     outcome.reason = CommErrorText(writing.error.value());
+    if (HeldBy() != Hold::None) outcome.reason += fmt::format("; {}", InWords(HeldBy()));
   }
   return {status, std::move(outcome)};
 }

@@ -18,6 +18,7 @@
 #include "base/hook.h"
 #include "controls/event_loop.h"
 #include "link/device.h"
+#include "link/flow_watch.h"
 #include "link/link_controls.h"
 #include "link/network_link.h"
 #include "link/write_progress.h"
@@ -26,9 +27,9 @@ namespace quarlin {
 
 // What a link leads to.
 struct LinkTarget {
-  std::string port;      // "NET" in any case, or a serial port
-  std::string settings;  // of the serial port, in either form of BuildCommDcb
-  bool rtsFlow = false;  // RTS/CTS flow control as well
+  std::string port;                                     // "NET" in any case, or a serial port
+  std::string settings;                                 // of the serial port, in either form of BuildCommDcb
+  std::optional<FlowControl> flow = FlowControl::None;  // beside that of the settings; nothing: not known
   NetworkChoice network{};
   std::string path{};  // the device of the port where that is known better than by its name
 
@@ -95,6 +96,8 @@ struct LinkHooks {
   Hook<void(std::size_t bytes)> lost;
 
   Hook<void()> lineErrors;  // Errors has changed
+
+  Hook<void()> held;  // HeldBy has changed while the link is open; also during a yield: must only show
 };
 
 class Link {
@@ -221,8 +224,17 @@ class Link {
   // data come they are asked for at most every 250 ms.
   const std::optional<LineErrors>& Errors() const { return errors_; }
 
-  // What a write that waits is waiting for: "the driver", "CTS", "the peer".
+  // What a write that waits is waiting for: "the driver", "CTS", "XON", "the peer".
   std::string_view WaitsFor() const;
+
+  // By what the instrument keeps the open port from sending, for half a second or longer.
+  Hold HeldBy() const { return flowWatch_.By(); }
+
+  // The flow control that the next opening takes; nothing where the control's text is none.
+  std::optional<FlowControl> ChosenFlow() const { return controls_.Flow(); }
+
+  // The low-latency mode of the open port's adapter: see Device::SetLowLatency. Records nothing.
+  std::error_code SetLowLatency(bool on);
 
   static std::string CommErrorText(std::int32_t code);
 
@@ -267,7 +279,7 @@ class Link {
   void TransmitQueued();
   void NetworkQueueChanged(std::size_t taken, std::size_t total);
   void TellFree();
-  bool WaitForDriver(Device& device, Instant deadline);
+  bool WaitForDriver(Device& device, Instant deadline, const Writing& writing);
   Transfer SendSomeToPeer(std::string_view bytes);
   void OfferRoom();
   Duration TimeOnTheLine(std::size_t bytes) const;
@@ -301,6 +313,7 @@ class Link {
   std::deque<Queued> queued_;      // texts that came meanwhile
   std::size_t queuedBytes_ = 0;
   WriteProgress progress_;
+  FlowWatch flowWatch_;
   Alarm lineErrorAlarm_;
   std::function<void()> stream_;  // whom room is offered
   Alarm streamAlarm_;             // of the network, where nothing is ready by itself

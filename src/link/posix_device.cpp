@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <linux/serial.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -57,6 +58,21 @@ std::optional<serial_icounter_struct> CountedErrors(int descriptor) {
   return counts;
 }
 
+// Nothing where the driver knows no such mode.
+std::optional<bool> IsLowLatency(int descriptor) {
+  serial_struct port{};
+  if (Control(descriptor, TIOCGSERIAL, &port)) return std::nullopt;
+  return (port.flags & ASYNC_LOW_LATENCY) != 0;
+}
+
+// A driver that does not know the mode may report success.
+std::error_code SwitchLowLatency(int descriptor, bool on) {
+  serial_struct port{};
+  if (const std::error_code error = Control(descriptor, TIOCGSERIAL, &port)) return error;
+  port.flags = on ? port.flags | ASYNC_LOW_LATENCY : port.flags & ~ASYNC_LOW_LATENCY;
+  return Control(descriptor, TIOCSSERIAL, &port);
+}
+
 class PosixDevice final : public Device {
  public:
   PosixDevice(EventLoop& loop, int descriptor, std::function<void()> arrived);
@@ -70,12 +86,14 @@ class PosixDevice final : public Device {
   QueueStatus Queue() override;
   Transfer Read(char* buffer, std::size_t size) override;
   Transfer Write(std::string_view bytes) override;
+  bool Writable() const override;
   bool WaitWritable(Instant deadline, const std::function<bool()>& givenUp) override;
   void CallWhileWritable(std::function<void()> room) override;
   void WaitSent(Instant deadline) override;
   std::size_t Unsent() const override;
   ModemStatus Modem() override;
   std::error_code SetLine(OutputLine line, bool asserted) override;
+  std::error_code SetLowLatency(bool on) override;
   std::optional<LineErrors> Errors() override;
   std::uint32_t TakeErrorFlags() override;
   std::error_code Close() override;
@@ -102,6 +120,7 @@ class PosixDevice final : public Device {
   std::function<void()> room_;            // whom CallWhileWritable calls
   std::unique_ptr<Watch> roomWatch_;      // for it; a descriptor can be watched once only
   bool flowControl_ = false;
+  bool madeLowLatency_ = false;  // which it was not before
   Duration characterTime_{};
   Instant lineFree_{};  // when what was written can have left the line at the earliest
   std::optional<serial_icounter_struct> counts_;        // when the flags were last taken
@@ -215,6 +234,11 @@ Transfer PosixDevice::Write(std::string_view bytes) {
   return {static_cast<std::size_t>(count), {}};
 }
 
+bool PosixDevice::Writable() const {
+  pollfd room{descriptor_, POLLOUT, 0};
+  return Uninterrupted([&] { return poll(&room, 1, 0); }) > 0;
+}
+
 bool PosixDevice::WaitWritable(Instant deadline, const std::function<bool()>& givenUp) {
   if (Over()) return true;
   bool writable = false;
@@ -281,6 +305,18 @@ std::error_code PosixDevice::SetLine(OutputLine line, bool asserted) {
   return Control(descriptor_, asserted ? TIOCMBIS : TIOCMBIC, &bit);
 }
 
+// A mode that somebody else has switched on is none of ours to switch off.
+std::error_code PosixDevice::SetLowLatency(bool on) {
+  if (!on && !madeLowLatency_) return {};
+  const std::optional<bool> before = IsLowLatency(descriptor_);
+  if (before == on) return {};
+  if (!before || SwitchLowLatency(descriptor_, on) || IsLowLatency(descriptor_) != on) {
+    return std::make_error_code(std::errc::not_supported);
+  }
+  madeLowLatency_ = on;
+  return {};
+}
+
 std::optional<LineErrors> PosixDevice::Errors() {
   if (Closed() || !before_) return std::nullopt;
   const std::optional<serial_icounter_struct> now = CountedErrors(descriptor_);
@@ -310,6 +346,7 @@ std::uint32_t PosixDevice::TakeErrorFlags() {
 // other side holds back is dropped, or the kernel would keep the program waiting for half a minute.
 std::error_code PosixDevice::Close() {
   if (Closed()) return {};
+  SetLowLatency(false);
   if (OutputMayBeHeld()) tcflush(descriptor_, TCOFLUSH);
   readableWatch_.reset();
   writableWatch_.reset();

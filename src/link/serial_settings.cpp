@@ -155,6 +155,16 @@ bool ReadLongForm(std::string_view text, SerialSettings& settings) {
 
 }  // namespace
 
+std::string_view NameOf(FlowControl flow) {
+  constexpr std::array<std::string_view, 3> names{"none", "RTS/CTS", "XON/XOFF"};
+  return names.at(static_cast<std::size_t>(flow));
+}
+
+void AddFlowControl(FlowControl flow, SerialSettings& settings) {
+  if (flow == FlowControl::XonXoff) settings.xonXoff = true;
+  if (flow == FlowControl::RtsCts) settings.ctsFlow = settings.rtsToggle = true;
+}
+
 bool BuildCommDcb(std::string_view text, SerialSettings& settings) {
   text = TrimBlanks(text);
   SerialSettings changed = settings;

@@ -12,6 +12,10 @@ namespace quarlin {
 
 enum class Parity { None, Odd, Even, Mark, Space };
 enum class StopBits { One, OneAndHalf, Two };
+enum class FlowControl { None, RtsCts, XonXoff };
+
+// "none", "RTS/CTS", "XON/XOFF".
+std::string_view NameOf(FlowControl flow);
 
 struct SerialSettings {
   std::uint32_t baud = 9600;
@@ -35,6 +39,9 @@ struct SerialSettings {
 // rts=hs, tg as well), in any case and order. False, with `settings` unchanged, when the text is in
 // neither form or names a value that no line has.
 bool BuildCommDcb(std::string_view text, SerialSettings& settings);
+
+// Adds the flow control to what the settings have already.
+void AddFlowControl(FlowControl flow, SerialSettings& settings);
 
 // True when a line that reads back as `taken` runs as `wanted`: the rate within 2 %, which is as far as
 // a divisor may be off before characters break, everything else exactly.

@@ -64,6 +64,7 @@ FrmMain::FrmMain(Surroundings surroundings)
   modules_ = std::make_unique<Modules>(*this, controls, surroundings_);
   WireLink();
   WireConnection();
+  WireAdapter();
   WireNetwork();
   WireExchange();
   WireCycle();
@@ -174,7 +175,8 @@ std::string FrmMain::FolderTrouble() const {
 // A text that its list does not know would check nothing, or fail at the opening without a word about where
 // it came from.
 std::string FrmMain::SettingTrouble() const {
-  for (const ComboBox* box : {&controls.receive.cboCheckSum, &controls.connection.ComboWord}) {
+  for (const ComboBox* box :
+       {&controls.receive.cboCheckSum, &controls.connection.ComboWord, &controls.link.cboFlow}) {
     if (box->ListIndex() < 0) {
       return fmt::format("config.cfg: {} \"{}\" is not known", box->Name(), CodedText(box->Text(), 40));
     }
@@ -268,9 +270,10 @@ void FrmMain::LinkChanged() {
   modules_->connection.ShowLink();
   modules_->modem.LinkChanged();
   OnLinkChanged();
-  if (!modules_->link.CommIsOpen()) return;
+  if (!modules_->link.CommIsOpen()) return modules_->lowLatency.LinkChanged();
   modules_->session.LinkOpened();
   if (!modules_->link.State.CommNetMode) modules_->status.Clear();
+  modules_->lowLatency.LinkChanged();
   modules_->cycle.MaySendAgain();
 }
 

@@ -180,6 +180,7 @@ class FrmMain : public Form {
   void Refill(OfferedList& list);
   void WireLink();
   void WireConnection();
+  void WireAdapter();
   void WireNetwork();
   void WireExchange();
   void WireCycle();

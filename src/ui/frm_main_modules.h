@@ -4,6 +4,7 @@
 
 #include "calculator/frm_calculator.h"
 #include "connect/connection.h"
+#include "connect/low_latency.h"
 #include "connect/modem_lines.h"
 #include "controls/folder_watch.h"
 #include "curves/frm_plot.h"
@@ -40,6 +41,7 @@ struct FrmMain::Modules {
         commands(controls.cycle.CBOSEND, around.folder, commandFile),
         parserFormats(controls.receive.cboParser, around.folder, parserFile),
         connection(around.loop, link, controls.connection, prompts, status),
+        lowLatency(link, controls.connection, status),
         modem(link, controls.modem),
         sequence(controls.cycle, around.folder),
         expander(
@@ -86,6 +88,7 @@ struct FrmMain::Modules {
   OfferedList commands;
   OfferedList parserFormats;
   Connection connection;
+  LowLatency lowLatency;
   ModemLines modem;
   Sequence sequence;
   Expander expander;

@@ -66,11 +66,22 @@ void FrmMain::WireConnection() {
     modules_->cycle.MaySendAgain();  // a peer may have come
     modules_->byHand.LinkChanged();
   };
+  hooks.held = [this](std::string_view line) { Trouble(line); };
   hooks.whoseIsIt = [](const std::string& portName, std::int32_t error) {
     return WhoseIsIt(DevicePath(portName), error);
   };
+  hooks.missingPermission = [](const std::string& portName) {
+    return MissingPermission(DevicePath(portName));
+  };
   hooks.systemPorts = [] { return ListSystemPorts(); };
   hooks.stablePath = [](const std::string& portName) { return StablePath(DevicePath(portName)); };
+}
+
+void FrmMain::WireAdapter() {
+  controls.link.FlowChanged = [this] { modules_->connection.FlowChanged(); };
+  modules_->lowLatency.delayOf = [](const std::string& portName) {
+    return AdapterDelay(DevicePath(portName));
+  };
 }
 
 void FrmMain::WireNetwork() {
@@ -110,6 +121,7 @@ void FrmMain::WireCycle() {
   hooks.starting = [this] {
     modules_->receive.DropBeginning();
     modules_->byHand.quick.StopWaiting();
+    modules_->lowLatency.CycleStarts(controls.run.HScroll1.Value());
     modules_->session.RunBegins();
   };
   hooks.stopped = [this](RunEnd end) {

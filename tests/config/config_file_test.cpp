@@ -8,6 +8,7 @@
 
 #include "base/files.h"
 #include "controls/controls.h"
+#include "link/link_controls.h"
 #include "support/file_size_limit.h"
 #include "support/temp_folder.h"
 #include "support/virtual_loop.h"
@@ -252,6 +253,34 @@ TEST_F(ConfigRig, NoFileChangesNothingAndABlockedOneIsAnError) {
   std::filesystem::create_directory(file_);
   EXPECT_FALSE(Load());
   EXPECT_EQ(SaveConfig(window_, file_).error, std::errc::is_a_directory);
+}
+
+// The box is older than the choice: a file may hold either or both, in any order.
+TEST_F(ConfigRig, TheFlowControlOfAnyFileStandsInTheBoxAndInTheChoice) {
+  const std::string on = Record("chkRTS", "1");
+  const std::string off = Record("chkRTS", "0");
+  const auto choice = [](std::string_view text) { return Record("cboFlow", text); };
+  const std::vector<std::pair<std::string, std::string>> cases{
+      {on, "RTS/CTS 1"},
+      {off, "none 0"},
+      {choice("XON/XOFF") + off, "XON/XOFF 0"},
+      {off + choice("XON/XOFF"), "XON/XOFF 0"},
+      {choice("RTS/CTS") + on, "RTS/CTS 1"},
+      {on + choice("rts/cts"), "RTS/CTS 1"},
+      {choice("none") + off, "none 0"},
+      {choice("RTS/CTS"), "RTS/CTS 1"},
+  };
+  for (const char* before : {"none", "RTS/CTS", "XON/XOFF"}) {
+    for (const auto& [file, expected] : cases) {
+      LinkControls link(loop_);
+      ControlCollection window;
+      window.Add(link);
+      link.cboFlow.SetText(before);
+      WriteInPlace(file_, file);
+      ASSERT_TRUE(LoadConfig(window, file_));
+      EXPECT_EQ(link.cboFlow.Text() + " " + std::to_string(link.chkRTS.Value()), expected) << before;
+    }
+  }
 }
 
 }  // namespace

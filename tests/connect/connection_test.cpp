@@ -31,8 +31,10 @@ class ConnectionRig : public testing::Test {
     hooks.lost = [this](std::string_view line) { told.push_back("lost: " + std::string(line)); };
     hooks.stateChanged = [this] { connection.ShowLink(); };
     hooks.whoseIsIt = [this](const std::string& port, std::int32_t error) {
-      return error == EACCES ? "the owner of " + port : std::string();
+      return error != EACCES ? "" : port == "COM3" ? "is root's" : "is anna's";
     };
+    hooks.missingPermission = [](const std::string& port) { return port == "COM2" ? "is anna's" : ""; };
+    hooks.held = [this](std::string_view line) { told.push_back("held: " + std::string(line)); };
     hooks.systemPorts = [this] { return systemPorts; };
     hooks.stablePath = [this](const std::string& port) { return stablePaths[port]; };
   }
@@ -80,13 +82,15 @@ class SerialConnection : public ConnectionRig<VirtualLoop> {
 
 TEST_F(SerialConnection, TheSearchDoesNotLoseThePortThatWasOpenAndTellsWhoseTheOthersAre) {
   ports.AddPort("ttyUSB0");
-  ports.AddPort("COM2").Fail(DeviceCall::Open, std::errc::permission_denied);
-  systemPorts = {{"ttyUSB0", "Scale maker"}};
+  for (const char* name : {"COM2", "COM3", "COM4", "COM5"}) {
+    ports.AddPort(name).Fail(DeviceCall::Open, std::errc::permission_denied);
+  }
+  systemPorts = {{"ttyUSB0", "Scale maker", "0403:6001"}};
   Click();
   controls.cmdsearchcom.Click();
   EXPECT_EQ(controls.cboSerial.List(), (Lines{"NET", "COM1", "ttyUSB0"}));
-  EXPECT_EQ(controls.cboSerial.ItemToolTip(2), "Scale maker");
-  EXPECT_EQ(Note(), "2 ports found; COM2: the owner of COM2");
+  EXPECT_EQ(controls.cboSerial.ItemToolTip(2), "Scale maker\nadapter 0403:6001");
+  EXPECT_EQ(Note(), "2 ports found; COM2 is anna's (and 2 more); COM3 is root's");
   EXPECT_FALSE(link.CommIsOpen());
   EXPECT_EQ(controls.cmdOpen.Caption(), "Connect");
   EXPECT_EQ(controls.cboSerial.BackColor(), std::nullopt);
@@ -98,14 +102,15 @@ TEST_F(SerialConnection, TheListHoldsTheSystemsPortsFromTheStartAndTheChoiceStay
   EXPECT_EQ(controls.cboSerial.List(),
             (Lines{"COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7", "COM8", "NET", "ttyUSB0"}));
   EXPECT_EQ(controls.cboSerial.Text(), "COM1");
+  EXPECT_EQ(controls.cboSerial.ItemToolTip(1), "no permission\nCOM2 is anna's");
 }
 
 TEST_F(SerialConnection, AConnectThatFailsSaysWhyAndStaysRedUntilTheNext) {
   port.Fail(DeviceCall::Open, std::errc::permission_denied, 1);
   Click();
-  EXPECT_EQ(Note(), "CommOpen (CreateFile) COM1 : Permission denied; the owner of COM1");
+  EXPECT_EQ(Note(), "CommOpen (CreateFile) COM1 : Permission denied; COM1 is anna's");
   note.Mention("something else");
-  EXPECT_EQ(Note(), "CommOpen (CreateFile) COM1 : Permission denied; the owner of COM1");
+  EXPECT_EQ(Note(), "CommOpen (CreateFile) COM1 : Permission denied; COM1 is anna's");
   EXPECT_EQ(controls.cboSerial.BackColor(), colors::red);
   Click();
   EXPECT_EQ(controls.cboSerial.BackColor(), colors::green);
@@ -212,6 +217,28 @@ TEST_F(SerialConnection, AWriteThatWaitsSaysForWhat) {
     EXPECT_EQ(status.lblStatusCycle.Caption(), "");
     Click();
   }
+}
+
+TEST_F(SerialConnection, AnInstrumentThatHoldsTheLineShowsInLampAndWordsAndIsToldOnce) {
+  linkControls.chkRTS.SetChecked(true);
+  Click();
+  EXPECT_EQ(shown, "connected COM1 9600,n,8,1 RTS/CTS");
+  linkControls.chkRTS.SetChecked(false);
+  connection.FlowChanged();
+  EXPECT_EQ(Note(), "the flow control is taken at the next Connect");
+  const std::string held = "the instrument holds the line: CTS is off; COM1 9600,n,8,1 RTS/CTS";
+  for (int i = 0; i < 3; ++i) {
+    port.SetModemLines(0);
+    link.CommWrite("READ");
+    loop.Pass(1s);
+    EXPECT_EQ(shown, held);
+    EXPECT_EQ(Lamp(), colors::yellow);
+    port.SetModemLines(cts);
+    loop.Pass(1s);
+    EXPECT_EQ(shown, "connected COM1 9600,n,8,1 RTS/CTS");
+    EXPECT_EQ(Lamp(), colors::green);
+  }
+  EXPECT_EQ(told, Lines{"held: " + held});
 }
 
 TEST_F(SerialConnection, LineErrorsAreMentioned) {

@@ -68,16 +68,31 @@ TEST_F(PortList, AUsbPortIsDescribedByItsOwnDeviceNotByTheHub) {
   AddUsbDevice("usb1", "Hub maker", "Hub", "0000");
   AddUsbDevice("usb1/1-1", " W\xC3\xA4gen & Co ", "Two ports", "A1B2");
   AddUsbDevice("usb1/1-2", "", "Nameless", "");
+  AddAttribute("usb1/1-1", "idProduct", "3c4d\n");
+  AddAttribute("usb1/1-3", "idProduct", "5e6f\n");
   AddUsbDevice("usb1/1-3", "", "", "");
   AddAttribute("pci0", "serial", "no business of ours");
   AddPort("ttyUSB0", "usb1/1-1/1-1:1.0/ttyUSB0");
   AddPort("ttyUSB1", "usb1/1-2/1-2:1.0/ttyUSB1");
   AddPort("ttyACM0", "usb1/1-3/1-3:1.0");
   AddPort("ttyX0", "pci0/port");
-  EXPECT_EQ(ListSystemPorts(root_), (Ports{{"ttyACM0", ""},
-                                           {"ttyUSB0", "W\xE4gen & Co Two ports A1B2"},
+  EXPECT_EQ(ListSystemPorts(root_), (Ports{{"ttyACM0", "", "1a2b:5e6f"},
+                                           {"ttyUSB0", "W\xE4gen & Co Two ports A1B2", "1a2b:3c4d:A1B2"},
                                            {"ttyUSB1", "Nameless"},
                                            {"ttyX0", ""}}));
+}
+
+TEST_F(PortList, TheDelayOfAnAdapterIsFoundUnderEveryNameOfItsPort) {
+  AddPort("ttyUSB0", "usb1/1-1/ttyUSB0");
+  AddAttribute("usb1/1-1/ttyUSB0", "latency_timer", "16\n");
+  AddPort("ttyACM0", "usb1/1-2");
+  fs::create_directories(root_ / "dev");
+  for (const char* name : {"ttyUSB0", "ttyACM0"}) WriteWholeFile(root_ / "dev" / name, "");
+  fs::create_symlink("ttyUSB0", root_ / "dev/scale");
+  EXPECT_EQ(AdapterDelay(root_ / "dev/ttyUSB0", root_), 16);
+  EXPECT_EQ(AdapterDelay(root_ / "dev/scale", root_), 16);
+  EXPECT_EQ(AdapterDelay(root_ / "dev/ttyACM0", root_), std::nullopt);
+  EXPECT_EQ(AdapterDelay(root_ / "dev/missing", root_), std::nullopt);
 }
 
 TEST_F(PortList, ASystemThatCannotBeReadHasNoPorts) {

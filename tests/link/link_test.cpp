@@ -43,6 +43,36 @@ TEST_F(LinkRig, OpensInOrder) {
   EXPECT_GE(State().CommHandle, 3);
 }
 
+TEST_F(LinkRig, TheChoiceOfTheFlowControlMovesItsBoxAndIsTakenAtTheOpening) {
+  struct Step {
+    std::function<void()> does;
+    std::string choice;
+    bool box;
+  };
+  const std::vector<Step> steps{
+      {[&] { controls.chkRTS.SetValue(2); }, "RTS/CTS", true},
+      {[&] { controls.cboFlow.SetText("xon/xoff"); }, "XON/XOFF", false},
+      {[&] { controls.chkRTS.SetChecked(false); }, "XON/XOFF", false},
+      {[&] { controls.chkRTS.SetChecked(true); }, "RTS/CTS", true},
+      {[&] { controls.chkRTS.SetChecked(false); }, "none", false},
+      {[&] { controls.cboFlow.SetListIndex(1); }, "RTS/CTS", true},
+      {[&] { controls.cboFlow.SetText("DTR"); }, "DTR", false},
+  };
+  for (const Step& step : steps) {
+    step.does();
+    SCOPED_TRACE(step.choice);
+    EXPECT_EQ(controls.cboFlow.Text(), step.choice);
+    EXPECT_EQ(controls.chkRTS.Checked(), step.box);
+    EXPECT_EQ(Open(), step.choice == "DTR" ? EINVAL : 0);
+    if (!link.CommIsOpen()) continue;
+    EXPECT_EQ(port.Settings().xonXoff, step.choice == "XON/XOFF");
+    EXPECT_EQ(port.Settings().ctsFlow, step.box);
+    link.CommClose();
+    port.ForgetSettings();
+  }
+  EXPECT_EQ(State().CommLastErrorSource, "CommOpen (BuildCommDCB) COM1 ");
+}
+
 struct OpenFault {
   DeviceCall call;
   const char* source;
@@ -429,6 +459,49 @@ TEST_F(LinkRig, AnotherOpeningOfTheSameLinkKeepsItsSettings) {
   EXPECT_TRUE(port.Settings().ctsFlow);
   EXPECT_EQ(link.CommOpen("COM2", "300,n,8,1"), -1) << "in use";
   EXPECT_EQ(link.Target(), before);
+}
+
+// A driver keeps short strings to itself, and one that is full makes the write wait: both are found out.
+TEST_F(LinkRig, WhoHoldsTheLineIsToldWhileAnythingWaitsForIt) {
+  std::string told;
+  std::string reason;
+  link.Hooks.held = [&] { told += fmt::format("{};", static_cast<int>(link.HeldBy())); };
+  const auto send = [&] { link.Send("READ", [&](const SendOutcome& sent) { reason = sent.reason; }); };
+  controls.cboFlow.SetText("RTS/CTS");
+  Open();
+  send();
+  loop.Pass(499ms);
+  EXPECT_EQ(told, "") << "an instrument may take its time";
+  loop.Pass(1ms);
+  EXPECT_EQ(std::exchange(told, ""), "1;") << "CTS is off, whatever the driver says of its queue";
+  port.SetModemLines(cts);
+  loop.Pass(500ms);
+  EXPECT_EQ(std::exchange(told, ""), "0;");
+  const int turns = loop.Turns();
+  loop.Pass(1h);
+  EXPECT_EQ(loop.Turns(), turns) << "nothing waits, so nobody looks";
+  link.CommClose();
+
+  controls.cboFlow.SetText("XON/XOFF");
+  Open();
+  port.HoldBack(4);
+  send();
+  loop.Pass(500ms);
+  EXPECT_EQ(told, "") << "the bytes may be on the line";
+  loop.Pass(500ms);
+  EXPECT_EQ(std::exchange(told, ""), "2;");
+  port.HoldBack(0);
+  loop.Pass(500ms);
+  EXPECT_EQ(std::exchange(told, ""), "0;");
+  port.BlockWrites();
+  send();
+  EXPECT_EQ(told, "2;");
+  EXPECT_EQ(link.WaitsFor(), "XON");
+  EXPECT_EQ(reason,
+            Link::CommErrorText(ETIMEDOUT) + "; the instrument holds the line: it has probably sent XOFF");
+  port.UnblockWrites();
+  loop.Pass(500ms);
+  EXPECT_EQ(told, "2;0;");
 }
 
 TEST_F(LinkRig, AnUnpluggedDeviceIsToldOnce) {

@@ -223,6 +223,35 @@ TEST_F(PosixDeviceRig, APortThatAnotherProgramLeftInAnyModeStartsPlain) {
   EXPECT_EQ(InstrumentReads(), special);
 }
 
+TEST_F(PosixDeviceRig, XoffHoldsTheLineUntilXonOrTheNextOpening) {
+  Open();
+  EXPECT_FALSE(Set("9600,n,8,1,x"));
+  termios modes{};
+  EXPECT_EQ(tcgetattr(instrument_, &modes), 0);
+  EXPECT_EQ(modes.c_iflag & (IXON | IXOFF), static_cast<tcflag_t>(IXON | IXOFF));
+  InstrumentSends("\x13");
+  ASSERT_TRUE(Until([&] { return !device_->Writable(); }));
+  EXPECT_EQ(device_->Write("READ").bytes, 0U);
+  InstrumentSends("\x11");
+  ASSERT_TRUE(Until([&] { return device_->Writable(); }));
+  EXPECT_EQ(device_->Write("READ").bytes, 4U);
+  EXPECT_EQ(InstrumentReads(), "READ");
+  InstrumentSends(
+      "a\x13"
+      "b");
+  ASSERT_TRUE(Until([&] { return !device_->Writable(); }));
+  EXPECT_EQ(TakeQueue(), "ab") << "both bytes are the line's, not data";
+  device_.reset();
+  Open();
+  EXPECT_TRUE(device_->Writable());
+}
+
+TEST_F(PosixDeviceRig, APseudoTerminalHasNoLowLatencyMode) {
+  Open();
+  EXPECT_EQ(device_->SetLowLatency(true), std::errc::not_supported);
+  EXPECT_FALSE(device_->SetLowLatency(false)) << "nothing to put back";
+}
+
 TEST_F(PosixDeviceRig, ALongStreamKeepsEveryByteWhileTheReaderIsSlow) {
   Open();
   std::string sent;

@@ -57,6 +57,8 @@ class ScriptedDevice::Handle : public Device {
     return port_.Take(bytes);
   }
 
+  bool Writable() const override { return port_.room_ > 0; }
+
   bool WaitWritable(Instant deadline, const std::function<bool()>& givenUp) override {
     return Wait([&] { return port_.room_ > 0 || givenUp(); }, deadline);
   }
@@ -106,6 +108,12 @@ class ScriptedDevice::Handle : public Device {
     return {};
   }
 
+  std::error_code SetLowLatency(bool on) override {
+    if (!port_.lowLatency_) return std::make_error_code(std::errc::not_supported);
+    port_.lowLatency_ = on;
+    return {};
+  }
+
   std::uint32_t TakeErrorFlags() override { return std::exchange(port_.errorFlags_, 0); }
 
   std::error_code Close() override {
@@ -145,6 +153,7 @@ class ScriptedDevice::Handle : public Device {
 
   void End() {
     closed_ = true;
+    if (port_.lowLatency_) port_.lowLatency_ = false;
     roomAlarm_.Cancel();
     port_.handle_ = nullptr;
     port_.arrived_ = nullptr;

@@ -85,6 +85,7 @@ class ScriptedDevice {
     lineErrors_ = lineErrors_.value_or(LineErrors()) + errors;
   }
   void SetModemLines(std::uint16_t lines) { modemLines_ = lines; }
+  void HasLowLatencyMode() { lowLatency_ = false; }
 
   // What the program did.
   const std::string& Written() const { return written_; }  // every byte since the start or ForgetWritten
@@ -93,7 +94,9 @@ class ScriptedDevice {
   const std::vector<LineSetting>& LineSettings() const { return lineSettings_; }
   bool Line(OutputLine line) const { return lines_.contains(line) && lines_.at(line); }
   const SerialSettings& Settings() const { return settings_; }  // as last applied
+  void ForgetSettings() { settings_ = {}; }
   std::size_t Unread() const { return queue_.size(); }
+  std::optional<bool> LowLatency() const { return lowLatency_; }
   bool IsOpen() const { return handle_ != nullptr; }
   int Opens() const { return opens_; }  // successful ones
   int Closes() const { return closes_; }
@@ -133,6 +136,7 @@ class ScriptedDevice {
   SerialSettings settings_;
   std::uint16_t modemLines_ = 0;
   std::uint32_t errorFlags_ = 0;
+  std::optional<bool> lowLatency_;        // nothing: no such mode
   std::optional<LineErrors> lineErrors_;  // since the port exists
   std::map<OutputLine, bool> lines_;
   std::map<DeviceCall, Failure> failures_;

@@ -167,8 +167,8 @@ class MainWindowTest : public QObject {
         "clearErrorsButton", "smallerTextButton",  "largerTextButton",  "quickSendButton",
         "quickAddButton",    "quickTable",         "quickRemoveButton", "quickUpButton",
         "quickDownButton",   "copyExamplesButton", "tryButton",         "noThanksButton"};
-    // Saved with a configuration, but without a use.
-    const std::set<QString> outOfSight = {"txtConv_1", "txtConv_3", "txtConv_5", "txtConv_7"};
+    // Saved with a configuration, but without a use, or shown as a part of another: chkRTS of cboFlow.
+    const std::set<QString> outOfSight = {"txtConv_1", "txtConv_3", "txtConv_5", "txtConv_7", "chkRTS"};
     for (const Control* control : rig.frm.Collection().All()) {
       if (control->Kind() == ControlKind::Timer) continue;
       const QString name = WidgetName(*control);

@@ -46,7 +46,7 @@ class WhenShown : public QObject {
   std::function<void()> shown_;
 };
 
-// A row of the list shows what its tool tip tells as well; the entry itself stays as it is.
+// A row of the list shows the first line of its tool tip as well; the entry itself stays as it is.
 class DescribedRow : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -54,7 +54,7 @@ class DescribedRow : public QStyledItemDelegate {
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
-    const QString description = index.data(Qt::ToolTipRole).toString();
+    const QString description = index.data(Qt::ToolTipRole).toString().section(u'\n', 0, 0);
     if (!description.isEmpty()) option->text += QStringLiteral(" \u2013 ") + description;
   }
 };
