@@ -156,6 +156,7 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, const Bun
 }  // namespace
 }  // namespace quarlin
 
+// What nobody expects ends the program where a debugger sees it. NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   using namespace quarlin;
   PrepareProcess();

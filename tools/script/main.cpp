@@ -141,6 +141,7 @@ int Run(std::span<const char* const> arguments) {
 }  // namespace
 }  // namespace quarlin::script_tool
 
+// What nobody expects ends the program where a debugger sees it. NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   quarlin::PrepareProcess();
   const QCoreApplication application(argc, argv);

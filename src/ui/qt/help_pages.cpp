@@ -14,8 +14,6 @@
 namespace quarlin {
 namespace {
 
-constexpr auto root = ":/help/";
-
 // The page that lists the others.
 constexpr auto contents = "docs/guide.md";
 

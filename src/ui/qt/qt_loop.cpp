@@ -47,7 +47,7 @@ struct QtLoop::Watched {
   Instant served{};
 };
 
-class QtLoop::NotifierWatch : public Watch {
+class QtLoop::NotifierWatch final : public Watch {
  public:
   NotifierWatch(QtLoop& loop, Watched watched)
       : watched_(std::make_shared<Watched>(std::move(watched))),
