@@ -58,18 +58,20 @@ std::optional<serial_icounter_struct> CountedErrors(int descriptor) {
   return counts;
 }
 
+constexpr int lowLatency = static_cast<int>(ASYNC_LOW_LATENCY);
+
 // Nothing where the driver knows no such mode.
 std::optional<bool> IsLowLatency(int descriptor) {
   serial_struct port{};
   if (Control(descriptor, TIOCGSERIAL, &port)) return std::nullopt;
-  return (port.flags & ASYNC_LOW_LATENCY) != 0;
+  return (port.flags & lowLatency) != 0;
 }
 
 // A driver that does not know the mode may report success.
 std::error_code SwitchLowLatency(int descriptor, bool on) {
   serial_struct port{};
   if (const std::error_code error = Control(descriptor, TIOCGSERIAL, &port)) return error;
-  port.flags = on ? port.flags | ASYNC_LOW_LATENCY : port.flags & ~ASYNC_LOW_LATENCY;
+  port.flags = on ? port.flags | lowLatency : port.flags & ~lowLatency;
   return Control(descriptor, TIOCSSERIAL, &port);
 }
 
