@@ -17,6 +17,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextBrowser>
 #include <QToolButton>
 #include <map>
 #include <set>
@@ -283,6 +284,18 @@ class MainWindowTest : public QObject {
     QCOMPARE(seen, 4);
     QTest::keyClick(rig.WindowsWithControlsOfTheMainOne().back(), Qt::Key_F1);
     QVERIFY(rig.Find<QWidget>("helpWindow").isVisible());
+  }
+
+  void everyPageOfThePanelHasItsHelp() {
+    Rig rig;
+    rig.OnEachTab([&](const QString& title) {
+      rig.window.activateWindow();
+      QVERIFY(QTest::qWaitForWindowActive(&rig.window));
+      rig.Find<QTabWidget>("tabs").tabBar()->setFocus();
+      rig.Find<QAction>("actionHelp").trigger();
+      const QUrl page = rig.Find<QTextBrowser>("helpPage").source();
+      QVERIFY2(IsHelp(page) && page.fileName() != "guide.md", qPrintable(title + ": " + page.toString()));
+    });
   }
 
   void nothingIsClippedInASmallWindow() {
