@@ -14,7 +14,10 @@ using namespace std::chrono_literals;
 // The time zone of the machine, as long as this lives.
 class Zone {
  public:
-  explicit Zone(const char* name) : before_(getenv("TZ") == nullptr ? "" : getenv("TZ")) { Set(name); }
+  explicit Zone(const char* name) {
+    if (const char* before = getenv("TZ")) before_ = before;
+    Set(name);
+  }
   ~Zone() { before_.empty() ? Reset() : Set(before_.c_str()); }
 
  private:

@@ -13,8 +13,8 @@ namespace {
 struct Case {
   std::vector<const char*> given;
   std::string commandLine;
-  std::string unknown = "";
-  std::string flags = "";  // headless, help, version, platform chosen
+  std::string unknown = {};
+  std::string flags = {};  // headless, help, version, platform chosen
 };
 
 std::string FlagsOf(const Arguments& arguments) {

@@ -30,7 +30,7 @@ class ConnectionRig : public testing::Test {
     hooks.outage = [this](std::string_view line) { told.push_back("outage: " + std::string(line)); };
     hooks.lost = [this](std::string_view line) { told.push_back("lost: " + std::string(line)); };
     hooks.stateChanged = [this] { connection.ShowLink(); };
-    hooks.whoseIsIt = [this](const std::string& port, std::int32_t error) {
+    hooks.whoseIsIt = [](const std::string& port, std::int32_t error) {
       return error != EACCES ? "" : port == "COM3" ? "is root's" : "is anna's";
     };
     hooks.missingPermission = [](const std::string& port) { return port == "COM2" ? "is anna's" : ""; };

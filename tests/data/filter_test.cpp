@@ -140,7 +140,7 @@ TEST(Filter, AGapPassesAndLeavesTheStateAlone) {
 TEST(Filter, RecoversFromAHugeValue) {
   for (const FilterSettings& settings : {MovingAverageOf(5), MedianOf(7), ExponentialOf(0.1),
                                          ButterworthOf(4, 10, 100), NotchOf(20, 1, 100)}) {
-    for (const std::size_t before : {0, 50}) {
+    for (const std::size_t before : {0U, 50U}) {
       std::vector<double> values(3000, 1000.1);
       std::fill_n(values.begin() + static_cast<std::ptrdiff_t>(before), 3, 9.9e37);
       values[before + 1] = 9.91e37;

@@ -13,6 +13,8 @@
 namespace quarlin {
 namespace {
 
+using namespace std::string_literals;
+
 struct NumberCase {
   std::string text;
   std::vector<double> numbers;
@@ -81,7 +83,7 @@ TEST(NumberText, AChosenDecimalSignLeavesNoDoubt) {
 }
 
 TEST(NumberRule, FindsTheNumberThatIsMeant) {
-  const auto read = [](NumberRule rule, std::string_view text, char separator = ';') {
+  const auto read = [](const NumberRule& rule, std::string_view text, char separator = ';') {
     const auto number = NumberReader(rule).Read(text, separator);
     return number ? number->value : gapValue;
   };
@@ -124,7 +126,7 @@ std::string Show(const Series& series) {
   return text;
 }
 
-TableSettings Columns(std::vector<int> places, int timeColumn = 0) {
+TableSettings Columns(const std::vector<int>& places, int timeColumn = 0) {
   TableSettings settings;
   settings.rules.clear();
   for (const int place : places) settings.rules.push_back({.kind = NumberRule::Kind::Column, .place = place});
@@ -214,9 +216,8 @@ TEST(TableReader, TimesThatAreMissingOrRunBackAreBadRows) {
 }
 
 TEST(TableReader, SurvivesWhatIsNoTable) {
-  EXPECT_TRUE(Read(std::string("\x7f"
-                               "ELF\0\0 12\n",
-                               11))
+  EXPECT_TRUE(Read("\x7f"
+                   "ELF\0\0 12\n"s)
                   .LooksBinary());
   std::string endless = "5 ";
   endless.append(3'000'000, '7');  // its half number is not read
@@ -224,8 +225,9 @@ TEST(TableReader, SurvivesWhatIsNoTable) {
   EXPECT_EQ(reader.CutLines(), 1u);
   EXPECT_EQ(Show(reader.Curves()[0]), "Number[] 0:1 1:5 2:6");
   EXPECT_EQ(Show(reader.Curves()[1]), "Number 2[] 0:- 1:- 2:-");
-  for (TableSettings wrong : {TableSettings{.rules = {}}, TableSettings{.rules = std::vector<NumberRule>(9)},
-                              TableSettings{.time = TableSettings::Time::Rate, .rate = 0}, Columns({1, 0})}) {
+  for (const TableSettings& wrong :
+       {TableSettings{.rules = {}}, TableSettings{.rules = std::vector<NumberRule>(9)},
+        TableSettings{.time = TableSettings::Time::Rate, .rate = 0}, Columns({1, 0})}) {
     EXPECT_THROW(TableReader{wrong}, std::invalid_argument);
   }
 }

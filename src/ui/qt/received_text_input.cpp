@@ -79,17 +79,13 @@ bool ReceivedTextView::focusNextPrevChild(bool next) {
 }
 
 void ReceivedTextView::keyPressEvent(QKeyEvent* event) {
-  if (IsLineCopy(*event)) {
-    Copy();
-  } else if (IsLinePaste(*event)) {
-    emit pasteRequested();
-  } else if (IsLineLeaving(*event)) {
+  if (IsLineLeaving(*event)) {
     QAbstractScrollArea::focusNextPrevChild(event->key() == Qt::Key_Tab);
   } else if (const auto code = ControlCode(*event); onLine_ && code) {
     emit typed(QByteArray(1, *code));
-  } else if (event->matches(QKeySequence::Paste)) {
+  } else if (IsLinePaste(*event) || event->matches(QKeySequence::Paste)) {
     emit pasteRequested();
-  } else if (event->matches(QKeySequence::Copy)) {
+  } else if (IsLineCopy(*event) || event->matches(QKeySequence::Copy)) {
     Copy();
   } else if (event->matches(QKeySequence::SelectAll)) {
     SelectAll();

@@ -21,6 +21,8 @@ namespace quarlin {
 struct TextPosition {
   std::uint64_t line = 0;
   std::size_t byte = 0;
+  // The check takes the 0 that a comparison is compared with for a pointer.
+  // NOLINTNEXTLINE(modernize-use-nullptr)
   auto operator<=>(const TextPosition&) const = default;
 };
 

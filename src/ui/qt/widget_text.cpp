@@ -73,7 +73,7 @@ QString WithoutMnemonic(const QString& text) {
 }
 
 QString WithMnemonic(std::string_view caption, QChar mnemonic) {
-  const QString text = ShownText(caption);
+  QString text = ShownText(caption);
   if (text.contains('&') || mnemonic.isNull()) return text;
   const qsizetype at = text.indexOf(mnemonic, 0, Qt::CaseInsensitive);
   return at < 0 ? text : QString(text).insert(at, '&');
