@@ -54,7 +54,7 @@ TEST_F(RealOutputs, AReportThatNobodyReadsChangesNoStatus) {
   const FileHandle writer(ends[1]);
   ConfigureRun(wire.Path(), "100");
   Program& program = Start({"LOAD", "RUN", "x", "LOG", "EXIT"}, writer.Get());
-  const std::string answer = std::string(998, 'x') + "\r\n";
+  std::string answer = std::string(998, 'x') + "\r\n";
   wire.Serve([&](std::string_view) { return answer; }, [&] { return FileText("LOG.TXT").size() == 100'600; });
   EXPECT_TRUE(Eventually([&] {
     program.Signal(SIGTERM);  // the first after the run ends the wait for the reader

@@ -2,6 +2,7 @@
 #include "e2e/program.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
@@ -15,8 +16,6 @@
 
 #include "base/files.h"
 
-extern char** environ;
-
 namespace quarlin {
 namespace {
 
@@ -24,6 +23,7 @@ using Clock = std::chrono::steady_clock;
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
   return pointers;
@@ -51,7 +51,7 @@ Program::Program(const std::string& name, const std::vector<std::string>& argume
     const std::string variable = *entry;
     if (!environment.contains(variable.substr(0, variable.find('=')))) variables.push_back(variable);
   }
-  for (const auto& [key, value] : environment) variables.push_back(key + "=" + value);
+  for (const auto& [key, value] : environment) variables.push_back(fmt::format("{}={}", key, value));
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   constexpr int writeNew = O_WRONLY | O_CREAT | O_TRUNC;

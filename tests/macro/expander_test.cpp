@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "macro/expander.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -226,8 +227,10 @@ TEST_F(ExpanderTest, ChecksumsCoverWhatStandsLeftOfThem) {
                                                               {"1234", "MOTR", "CB"},
                                                               {"WREC,0,0000,123456,", "ARCR", "35"},
                                                               {"", "MOT", "FF"}}) {
-    EXPECT_EQ(Expanded(text + "[CHECKSUM" + name + "]{41}"), text + checksum + "A") << name;
-    EXPECT_EQ(Expanded(text + "[CCHECKSUM" + name + "]{41}[CHECKSUMCALC]"), text + "A" + checksum) << name;
+    EXPECT_EQ(Expanded(fmt::format("{}[CHECKSUM{}]{{41}}", text, name)), text + checksum + "A") << name;
+    EXPECT_EQ(Expanded(fmt::format("{}[CCHECKSUM{}]{{41}}[CHECKSUMCALC]", text, name)),
+              fmt::format("{}A{}", text, checksum))
+        << name;
   }
   Check({{"{02}R[CNT3][CHECKSUMSYS]{03}", "\x02R00161\x03"},
          {"READ[CHECKSUMARC][CHECKSUMARC]", "READ1C[CHECKSUMARC]"},

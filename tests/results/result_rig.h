@@ -30,7 +30,7 @@ class ResultRig : public testing::Test {
   }
 
   // A request, 10 ms later its answer, and what was found.
-  void Exchange(std::string_view request, std::string_view answer, std::vector<Finding> findings) {
+  void Exchange(std::string_view request, std::string_view answer, const std::vector<Finding>& findings) {
     const std::uint64_t number = record_.AddRequest(request);
     loop_.Pass(std::chrono::milliseconds(10));
     if (!answer.empty()) record_.Received(number, answer, loop_.Now());

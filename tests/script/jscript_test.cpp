@@ -106,7 +106,7 @@ struct Panel : vbs::TableObject<Panel> {
   static std::span<const vbs::Member<Panel>> Members() {
     static const std::array<vbs::Member<Panel>, 9> members{{
         {u"Value", MemberKind::Property, 0, 0, [](Panel& self, Arguments) { return self.value; },
-         [](Panel& self, Arguments, const Value& value) { self.value = value; }},
+         [](Panel& self, Arguments, const Value& given) { self.value = given; }},
         {u"txtOutput", MemberKind::Property, 0, 0,
          [](Panel& self, Arguments) { return Value::Object(self.output); }},
         {u"TextIO", MemberKind::Indexed, 0, 1,

@@ -68,7 +68,7 @@ class Beside {
  public:
   using Carrier = std::function<void(const SignalInput&)>;
 
-  explicit Beside(Carrier carrier) : thread_([this, carrier] { carrier(signals_); }) {}
+  explicit Beside(const Carrier& carrier) : thread_([this, carrier] { carrier(signals_); }) {}
   ~Beside() {
     if (thread_.joinable()) End();
     pthread_sigmask(SIG_SETMASK, &before_, nullptr);
