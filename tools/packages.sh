@@ -1,6 +1,8 @@
+#!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Sourced by run and test: says what is done, and sees to it that the packages of Debian are there.
-# shellcheck shell=bash disable=SC2034 # the lists are for those who source this
+# Sourced by run and test: says what is done, and sees to it that the packages of Debian are there. Run by
+# itself it sees to all of them, also to what only lint, pictures, the fuzzer and bench/ need.
+# shellcheck disable=SC2034 # the lists are for those who source this
 
 build_packages=(
   g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev
@@ -8,9 +10,12 @@ build_packages=(
 )
 test_packages=(
   libgtest-dev libbenchmark-dev python3-jsonschema
-  dpkg-dev lintian desktop-file-utils appstream man-db xvfb xdotool
+  dpkg-dev file lintian desktop-file-utils appstream man-db xvfb xdotool
 )
-lint_packages=(clang-format clang-tidy shellcheck pyflakes3)
+lint_packages=(git clang-format clang-tidy shellcheck pyflakes3)
+picture_packages=(openbox imagemagick)
+fuzz_packages=(clang libclang-rt-dev)
+bench_packages=(libx11-6 libxtst6 netcat-openbsd)
 
 say() { printf '\n== %s\n' "$*"; }
 
@@ -50,3 +55,8 @@ build() {
   cmake --build --preset "$preset" --target "$@"
   rm -f "build-$preset.log"
 }
+
+if [ "${BASH_SOURCE[0]}" = "$0" ]; then
+  need_packages "${build_packages[@]}" "${test_packages[@]}" "${lint_packages[@]}" \
+    "${picture_packages[@]}" "${fuzz_packages[@]}" "${bench_packages[@]}"
+fi

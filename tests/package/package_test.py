@@ -102,7 +102,6 @@ class Session:
 
 
 def make(package):
-    need("cpack", "dpkg-shlibdeps", "dpkg-deb", "strip")
     shutil.rmtree(package.folder, ignore_errors=True)
     output_of("cpack", "--config", package.build / "CPackConfig.cmake", "-B", package.folder)
     package.unpack()
@@ -310,7 +309,7 @@ def main():
     arguments.add_argument("--source", type=pathlib.Path, required=True)
     arguments.add_argument("--build", type=pathlib.Path, required=True)
     chosen = arguments.parse_args()
-    need("cpack", "dpkg-shlibdeps", "dpkg-deb", "strip")
+    need("cpack", "dpkg-shlibdeps", "dpkg-deb", "file", "strip")
     TESTS[chosen.test](Package(chosen.source.resolve(), chosen.build.resolve()))
 
 
