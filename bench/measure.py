@@ -500,7 +500,7 @@ def draw_intervals(options, runs):
     """Two pictures of all runs."""
     for interval in INTERVALS:
         together = {name: [value for run in runs for value in run["distances"][interval][state]]
-                    for state, name in (("", "nothing else to do"), ("_busy", "another busy process on each core"))}
+                    for state, name in (("", "the machine as it was"), ("_busy", "and a busy process on each core"))}
         centres = [interval + place / 20 for place in range(-20, 21)]
         picture.histogram(options.pictures / f"interval-{interval}ms.svg", f"A request every {interval} ms",
                           centres, together)
