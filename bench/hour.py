@@ -2,13 +2,15 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """An hour of use: Quarlin in its real window with everything on, looked at every five seconds.
 
-    hour.py [--minutes 60] [--out FOLDER]
+    hour.py [--minutes 60] [--interval 20] [--out FOLDER]
 
 A request every 20 ms waits for its answer from the simulated instrument, which spoils answers in every way it
 knows. Meanwhile both logs are written, the parser works, a script sees every character and string and has a
 task of its own, the plot window is open with a filter, the table of errors too, and keys find, scroll, switch
 and zoom now and then. At the end the record, the counters, the logs and the script must agree with the
 instrument to the last exchange, and memory, descriptors and clocks must be where they belong.
+
+With --interval 2 the exchanges of an hour are made in some ten minutes.
 
 Writes hour.csv into the folder, a row for each look, and pictures of it. The exit status is 0 when everything
 was as it should be. Needs Xvfb, libX11 and libXtst, and quarlin, quarlin-instrument and quarlin-data in one folder.
@@ -30,8 +32,8 @@ import harness
 import measure
 import soak
 
-INTERVAL, TASK = 20, 100      # ms
-ACCEPTED_A_MINUTE = 2_910     # of 3,000 ticks: a time-out is 25 of them, and not every answer is accepted
+TASK = 100                    # ms
+ACCEPTED_A_MINUTE = 2_910     # of 3,000 ticks of 20 ms: a time-out is 25 of them, and not every answer is accepted
 LOOK, LOOKS_A_DEED = 5, 3     # seconds between two looks, looks between two deeds by hand
 FULL = 50_000                 # exchanges of two lines, then the display has had its 100,000
 MOST_GROWTH = 5.0             # MB beyond what these need, in bytes:
@@ -175,9 +177,9 @@ class Looks:
 
 
 def settings(options, instrument):
-    return {**soak.settings(options, instrument), "txtInterval": INTERVAL, "chkLog": 1, "chkLogRows": 1,
+    return {**soak.settings(options, instrument), "txtInterval": options.interval, "chkLog": 1, "chkLogRows": 1,
             "chkLogPar": 1, "chkParser": 1, "cboParser": "R" * soak.ANSWER_SIZE, "chkEnableScript": 1,
-            "txtScriptFile": "hour.vbs", "cboFilter": "Butterworth", "txtFilterRate": 1000 // INTERVAL,
+            "txtScriptFile": "hour.vbs", "cboFilter": "Butterworth", "txtFilterRate": 1000 // options.interval,
             "txtFilterCutoff": 2}
 
 
@@ -218,7 +220,7 @@ def read_log(path):
     return counts, sent
 
 
-def grid_drift(sent):
+def grid_drift(sent, interval):
     """How far, in ms, the sends of each minute stand off the grid of the interval that the first minute had.
 
     A request leaves at its tick or a little later, so the earliest tenth of a minute tells where the ticks are.
@@ -231,7 +233,7 @@ def grid_drift(sent):
     offsets = []
     for stamps in minutes.values():
         base = offsets[0] if offsets else 0.0
-        phases = sorted((stamp - base + INTERVAL / 2) % INTERVAL - INTERVAL / 2 for stamp in stamps)
+        phases = sorted((stamp - base + interval / 2) % interval - interval / 2 for stamp in stamps)
         offsets.append(base + phases[len(phases) // 10] if offsets else phases[len(phases) // 10])
     return [offset - offsets[0] for offset in offsets]
 
@@ -252,15 +254,16 @@ def compare(verdict, session, made, told, options):
     return sent, failed
 
 
-def judge_clocks(verdict, rows, sent):
+def judge_clocks(verdict, rows, sent, interval):
+    # One that comes more than its interval late, since the machine stood still, is left out and not made up for.
     # The title comes up to a frame, 33 ms, after the tick.
-    behind = [row["ticks_behind"] for row in rows]
-    verdict.say(max(behind) < 2.5, f"script's task: {behind[-1]:.1f} ticks of {TASK} ms behind at the end",
-                f"at most {max(behind):.1f}, the one under way among them")
+    behind, ticks = [row["ticks_behind"] for row in rows], rows[-1]["seconds"] * 1000 / TASK
+    verdict.say(max(behind) < 2.5 + ticks / 1000,
+                f"script's task: {int(behind[-1])} of {ticks:,.0f} ticks of {TASK} ms left out")
     shown = [row["elapsed_behind_s"] for row in rows]
     verdict.say(max(shown) < 1.6 and min(shown) > -0.6, f"elapsed time shown: {min(shown)} to {max(shown)} s behind",
                 "a second is shown until it is over")
-    drift = grid_drift(sent)
+    drift = grid_drift(sent, interval)
     verdict.say(max(map(abs, drift)) <= 2, f"cycle's grid: {drift[-1]:+.1f} ms off at the end",
                 f"at most {max(map(abs, drift)):.1f} ms; the log tells whole ones")
     steps = max(abs(row["clock_ms"]) for row in rows)
@@ -287,13 +290,13 @@ def judge_resources(verdict, rows, pinger_figures, failed):
           f"load {min(row['load'] for row in rows)} to {max(row['load'] for row in rows)}")
 
 
-def draw(options, name, column, what):
+def draw(options, name, column, what, shown=float):
     """The column over the time, as quarlin-data draws it."""
     table, picture = options.out / "hour.csv", options.out / f"hour-{name}.svg"
     numbers = options.out / f"{name}.csv"
     with open(table) as source, open(numbers, "w") as target:
         target.write(f"seconds,{what}\n")
-        target.writelines(f"{row['seconds']},{row[column]}\n" for row in csv.DictReader(source))
+        target.writelines(f"{row['seconds']},{shown(float(row[column]))}\n" for row in csv.DictReader(source))
     subprocess.run([options.program.parent / "quarlin-data", "plot", numbers, "-o", picture, "--column", "2",
                     "--time-column", "1"], check=True)
     numbers.unlink()
@@ -323,10 +326,10 @@ def run(options):
         made = instrument.finish()
         verdict = soak.Verdict()
         sent, failed = compare(verdict, session, made, told, options)
-        judge_clocks(verdict, looks.rows, sent)
+        judge_clocks(verdict, looks.rows, sent, options.interval)
         judge_resources(verdict, looks.rows, figures, failed)
         draw(options, "memory", "anonymous_mb", "Memory [MB]")
-        draw(options, "descriptors", "descriptors", "Descriptors")
+        draw(options, "ticks", "ticks_behind", "Ticks left out", int)
         print(f"{'GOOD' if verdict.good else 'BAD'}: {made['requests']:,} requests in "
               f"{looks.rows[-1]['seconds'] / 60:.1f} minutes, {failed:,} failures")
         return verdict.good
@@ -335,6 +338,7 @@ def run(options):
 def main():
     parse = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parse.add_argument("--minutes", type=float, default=60)
+    parse.add_argument("--interval", type=int, default=20, help="ms of the cycle (20)")
     parse.add_argument("--seed", type=int, default=1)
     parse.add_argument("--program", type=Path, default=measure.BINARIES / "quarlin")
     parse.add_argument("--out", type=Path, default=Path("hour"), help="folder of hour.csv and the pictures (hour)")
