@@ -60,6 +60,8 @@ fs::path ProgramFolder::File(std::string_view name) const {
 
 std::error_code ProgramFolder::Trouble() const {
   std::error_code error;
+  fs::create_directories(path_, error);  // a folder that is missing is so because it could not be made
+  if (error) return error;
   const fs::directory_iterator entries(path_, error);
   return error;
 }

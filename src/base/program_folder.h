@@ -16,7 +16,8 @@ class ProgramFolder {
 
   const std::filesystem::path& Path() const { return path_; }
 
-  // Why nothing can be read from the folder, in the platform's words; nothing when it can.
+  // Why nothing can be read from the folder, in the platform's words; nothing when it can. A folder that is
+  // missing is made, or the reason is why it cannot be.
   std::error_code Trouble() const;
 
   // The file of that name, looked up exactly first and then without regard to case, so that a folder
