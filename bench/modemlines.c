@@ -12,11 +12,11 @@ typedef int (*ioctl_function)(int, unsigned long, ...);
 int ioctl(int descriptor, unsigned long request, ...) {
   va_list arguments;
   va_start(arguments, request);
-  void *argument = va_arg(arguments, void *);
+  void* argument = va_arg(arguments, void*);
   va_end(arguments);
 
   if (request == TIOCMGET) {
-    *(int *)argument = TIOCM_CTS | TIOCM_DSR | TIOCM_CAR | TIOCM_DTR | TIOCM_RTS;
+    *(int*)argument = TIOCM_CTS | TIOCM_DSR | TIOCM_CAR | TIOCM_DTR | TIOCM_RTS;
     return 0;
   }
   if (request == TIOCMSET || request == TIOCMBIS || request == TIOCMBIC) return 0;
