@@ -12,7 +12,7 @@ test_packages=(
   libgtest-dev libbenchmark-dev python3-jsonschema
   dpkg-dev file lintian desktop-file-utils appstream man-db xvfb xdotool
 )
-lint_packages=(git clang-format clang-tidy shellcheck pyflakes3)
+lint_packages=(git clang-format clang-tidy shellcheck pyflakes3 libgtest-dev libbenchmark-dev)
 picture_packages=(openbox imagemagick)
 fuzz_packages=(clang libclang-rt-dev)
 bench_packages=(libx11-6 libxtst6 netcat-openbsd)

@@ -17,6 +17,14 @@ using namespace std::chrono_literals;
 class QtLoopTest : public QObject {
   Q_OBJECT
 
+  void Send() { QCOMPARE(write(ends_[1], "x", 1), ssize_t{1}); }
+  void Take() {
+    char taken = 0;
+    QCOMPARE(read(ends_[0], &taken, 1), ssize_t{1});
+  }
+
+  std::array<int, 2> ends_{};
+
  private slots:
   void init() { QCOMPARE(pipe(ends_.data()), 0); }
   void cleanup() {
@@ -68,15 +76,6 @@ class QtLoopTest : public QObject {
     loop.Run();
     QCOMPARE(served, 1000);
   }
-
- private:
-  void Send() { QCOMPARE(write(ends_[1], "x", 1), ssize_t{1}); }
-  void Take() {
-    char taken = 0;
-    QCOMPARE(read(ends_[0], &taken, 1), ssize_t{1});
-  }
-
-  std::array<int, 2> ends_{};
 };
 
 }  // namespace quarlin

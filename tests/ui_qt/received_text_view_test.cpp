@@ -60,6 +60,8 @@ class PaintCounter : public QObject {
 class ReceivedTextViewTest : public QObject {
   Q_OBJECT
 
+  std::unique_ptr<ReceivedTextRig> rig;
+
  private slots:
   void init() { rig = std::make_unique<ReceivedTextRig>(); }
   void cleanup() { rig.reset(); }
@@ -444,9 +446,6 @@ class ReceivedTextViewTest : public QObject {
     qInfo("find %lld ms, slowest view %lld ms", search, slowest);
     QVERIFY(search < 1000 && slowest < 2000);  // ten times what is wanted: the machine may be busy
   }
-
- private:
-  std::unique_ptr<ReceivedTextRig> rig;
 };
 
 }  // namespace quarlin

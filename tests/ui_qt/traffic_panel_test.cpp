@@ -47,6 +47,8 @@ struct PanelRig {
 class TrafficPanelTest : public QObject {
   Q_OBJECT
 
+  std::unique_ptr<PanelRig> rig;
+
  private slots:
   void init() { rig = std::make_unique<PanelRig>(); }
   void cleanup() { rig.reset(); }
@@ -135,9 +137,6 @@ class TrafficPanelTest : public QObject {
     QVERIFY(told.at(1).at(0).toString().contains("was not written: Is a directory"));
     QVERIFY(ReadWholeFile(file.toStdString())->starts_with("\u2190 <STX>weight 0<CR><LF>\n"));
   }
-
- private:
-  std::unique_ptr<PanelRig> rig;
 };
 
 }  // namespace quarlin
