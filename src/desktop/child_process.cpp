@@ -68,8 +68,10 @@ ChildProcess::~ChildProcess() {
   Uninterrupted([&] { return waitpid(process_, nullptr, 0); });
 }
 
+// An error means that the system has reaped it, which it does where SIGCHLD was ignored by whoever started
+// us.
 bool ChildProcess::Ended() {
-  if (process_ != 0 && waitpid(process_, nullptr, WNOHANG) == process_) process_ = 0;
+  if (process_ != 0 && waitpid(process_, nullptr, WNOHANG) != 0) process_ = 0;
   return process_ == 0;
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 #include "support/poll_loop.h"
 #include "support/temp_folder.h"
 #include "support/virtual_loop.h"
@@ -56,6 +58,14 @@ TEST(SimulatedInstrument, AnEndIsExplained) {
     EXPECT_EQ(rig.end, row.why);
     EXPECT_FALSE(rig.instrument.Runs());
   }
+}
+
+TEST(SimulatedInstrument, AnEndIsNoticedAlsoWhereTheSystemReapsOurChildren) {
+  const auto before = std::signal(SIGCHLD, SIG_IGN);  // as a launcher may leave it to us
+  Rig rig("exit 0\n");
+  EXPECT_EQ(rig.instrument.Start(), "");
+  EXPECT_TRUE(rig.Comes([&] { return rig.end.has_value(); }));
+  std::signal(SIGCHLD, before);
 }
 
 TEST(SimulatedInstrument, OneThatWillNotEndIsMadeTo) {

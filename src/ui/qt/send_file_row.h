@@ -25,6 +25,7 @@ class SendFileRow : public QWidget {
   // Asks for a file and offers it.
   void Choose();
 
+ protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
