@@ -28,7 +28,7 @@ constexpr std::size_t recordSize = nameSize + textSize + indexSize;
 // The control whose handler starts a script.
 constexpr std::string_view scriptSwitch = "chkEnableScript";
 
-// Files that are older than the choice of the flow control hold its box alone, which is a full statement.
+// Files that are older than the choice of the flow control hold its box alone.
 constexpr std::string_view flowBox = "chkRTS";
 constexpr std::string_view flowChoice = "cboFlow";
 constexpr std::string_view noFlow = "none";
@@ -117,11 +117,18 @@ bool NamesAny(const Record& record, const ControlCollection& controls) {
                      [&](const Control* control) { return Addresses(record, *control); });
 }
 
-bool Names(std::string_view content, std::string_view name) {
+std::optional<std::string_view> TextOf(std::string_view name, std::string_view content) {
   for (; content.size() >= recordSize; content.remove_prefix(recordSize)) {
-    if (RecordAt(content.substr(0, recordSize)).name == name) return true;
+    const Record record = RecordAt(content.substr(0, recordSize));
+    if (record.name == name) return record.text;
   }
-  return false;
+  return std::nullopt;
+}
+
+// A box alone that is not checked means no flow control at all; one that is makes its choice by itself.
+bool MeansNoFlow(std::string_view content) {
+  const std::optional<std::string_view> box = TextOf(flowBox, content);
+  return box && SmallInteger(*box) == 0 && !TextOf(flowChoice, content);
 }
 
 }  // namespace
@@ -155,7 +162,7 @@ SavedConfig SaveConfig(const ControlCollection& controls, const std::filesystem:
 bool LoadConfig(ControlCollection& controls, const std::filesystem::path& file) {
   const std::optional<std::string> content = ReadWholeFile(file);
   if (!content) return false;
-  if (Names(*content, flowBox) && !Names(*content, flowChoice)) Apply({flowChoice, noFlow, ""}, controls);
+  if (MeansNoFlow(*content)) Apply({flowChoice, noFlow, ""}, controls);
   std::vector<Record> atTheEnd;
   std::string_view rest = *content;
   for (; rest.size() >= recordSize; rest.remove_prefix(recordSize)) {
