@@ -101,7 +101,7 @@ bool Connection::Idle() const {
 
 bool Connection::Holds(std::string_view portName) const {
   if (link_.CommIsOpen()) return link_.Target().port == portName;
-  return waiting_ && gone_->port == portName;
+  return gone_ && gone_->port == portName;
 }
 
 std::string Connection::Target() const {

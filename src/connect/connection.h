@@ -91,7 +91,7 @@ class Connection {
   // No link is open, waited for, being opened or closed, and no port is searched.
   bool Idle() const;
 
-  // The link that is open or waited for leads to that port.
+  // The link that is open, or went away and was neither opened anew nor given up since, leads to that port.
   bool Holds(std::string_view portName) const;
 
   // Paints shpLink and tells showLink, of a link that somebody else may have opened or closed.

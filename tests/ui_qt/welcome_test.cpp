@@ -120,15 +120,19 @@ class WelcomeTest : public QObject {
     const Installed installed;
     {
       Start start(folder, installed.bundle);
-      start.frm.controls.connection.chkReconnect.SetChecked(true);  // nobody waits for this one
       auto& tryAction = start.Find<QAction>("actionTry");
-      tryAction.trigger();
-      QTRY_VERIFY(start.frm.LinkOpen());
-      kill(installed.Instrument(), SIGKILL);
-      QTRY_COMPARE(start.Note(), "the simulated instrument has gone: it ended by itself");
-      QVERIFY(!tryAction.isChecked());
-      QCOMPARE(start.frm.controls.connection.cmdOpen.Caption(), "Connect");
-      QCOMPARE(start.Port(), "COM1");
+      auto& connection = start.frm.controls.connection;
+      for (const bool reconnects : {false, true}) {  // nobody waits for this one, nor misses it
+        connection.chkReconnect.SetChecked(reconnects);
+        tryAction.trigger();
+        QTRY_VERIFY(start.frm.LinkOpen());
+        kill(installed.Instrument(), SIGKILL);
+        QTRY_COMPARE(start.Note(), "the simulated instrument has gone: it ended by itself");
+        QVERIFY(!tryAction.isChecked());
+        QCOMPARE(connection.cmdOpen.Caption(), "Connect");
+        QCOMPARE(start.Port(), "COM1");
+        QVERIFY(!connection.cboSerial.BackColor());
+      }
       tryAction.trigger();
       QTRY_VERIFY(start.frm.LinkOpen());
       QVERIFY(installed.InstrumentRuns());
