@@ -27,8 +27,7 @@ struct ConnectionHooks {
   Hook<void(std::string_view link)> showLink;  // in words, which may change each second
   Hook<void(std::string_view line)> outage;    // the link went away and is waited for
   Hook<void(std::string_view line)> lost;  // the link or a server's peer went away, and nobody waits for it
-  Hook<void(std::string_view line)>
-      held;  // the instrument keeps the link from sending; once for each opening
+  Hook<void(std::string_view line)> held;  // the instrument keeps it from sending; once for each opening
   Hook<std::vector<FoundPort>()> systemPorts;
   Hook<std::string(const std::string& portName)> stablePath;  // empty where there is none
 

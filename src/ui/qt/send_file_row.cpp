@@ -12,6 +12,7 @@
 #include "ui_send_file_row.h"
 
 namespace quarlin {
+
 SendFileRow::SendFileRow(FrmMain& frm, QWidget& window)
     : frm_(frm), ui_(std::make_unique<Ui::SendFileRow>()) {
   ui_->setupUi(this);
