@@ -75,14 +75,15 @@ void Instrument::Enqueue(Answer answer, Instant now) {
     ++counters_.faults[static_cast<std::size_t>(Fault::Drop)];
     return;
   }
-  Piece piece;
-  piece.due = now + settings_.delay;
+  Instant due = now + settings_.delay;
   if (settings_.jitter > Duration{0}) {
-    piece.due += std::chrono::duration_cast<Duration>(settings_.jitter * timing_.Fraction());
+    due += std::chrono::duration_cast<Duration>(settings_.jitter * timing_.Fraction());
   }
-  piece.fault = answer.fault;
   for (std::size_t i = 0; i < answer.pieces.size(); ++i) {
+    Piece piece;
     piece.text = std::move(answer.pieces[i]);
+    piece.due = due;
+    piece.fault = answer.fault;
     piece.first = i == 0;
     piece.last = i + 1 == answer.pieces.size();
     if (!piece.first) piece.gap = FromMilliseconds(timing_.Between(shortestGap, longestGap));

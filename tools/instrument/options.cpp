@@ -61,7 +61,7 @@ std::string ReadNumber(std::string_view value, Number least, Number most, Number
 
 std::string ReadMilliseconds(std::string_view value, Duration& duration) {
   double milliseconds = 0;
-  const auto wrong = ReadNumber(value, 0.0, mostMilliseconds, milliseconds);
+  auto wrong = ReadNumber(value, 0.0, mostMilliseconds, milliseconds);
   duration = std::chrono::duration_cast<Duration>(std::chrono::duration<double, std::milli>(milliseconds));
   return wrong;
 }
