@@ -277,7 +277,9 @@ TEST_F(ConfigRig, TheFlowControlOfAnyFileStandsInTheBoxAndInTheChoice) {
       window.Add(link);
       link.cboFlow.SetText(before);
       const bool stays = expected.starts_with(before);
-      link.FlowChanged = [&] { EXPECT_TRUE(!stays || link.cboFlow.Text() == before) << file; };
+      link.FlowChanged = [&, file = file] {  // clang before 16 cannot capture a binding
+        EXPECT_TRUE(!stays || link.cboFlow.Text() == before) << file;
+      };
       WriteInPlace(file_, file);
       ASSERT_TRUE(LoadConfig(window, file_));
       EXPECT_EQ(link.cboFlow.Text() + " " + std::to_string(link.chkRTS.Value()), expected) << before;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "ui/plot/axis_tickers.h"
@@ -117,7 +118,7 @@ void SmallChart::Parts::Clear() {
 
 void SmallChart::Parts::SetLogarithmic(QCPAxis& axis, bool on, QSharedPointer<QCPAxisTicker> linear) {
   axis.setScaleType(on ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
-  axis.setTicker(on ? QSharedPointer<QCPAxisTicker>(new QCPAxisTickerLog) : linear);
+  axis.setTicker(on ? QSharedPointer<QCPAxisTicker>(new QCPAxisTickerLog) : std::move(linear));
   axis.setNumberFormat(on ? "gb" : "g");
 }
 
