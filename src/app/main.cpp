@@ -23,6 +23,7 @@
 #include "link/posix_device.h"
 #include "ui/frm_main.h"
 #include "ui/headless.h"
+#include "ui/qt/legible_style.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/qt_loop.h"
 #include "ui/qt/qt_prompts.h"
@@ -185,5 +186,6 @@ int main(int argc, char** argv) {
   }
   QGuiApplication::setDesktopFileName("quarlin");  // by it a desktop finds the icon and the name
   const QApplication application(argc, argv);
+  MakeStyleLegible();
   return RunWindow(arguments, folder, FindBundle(executable, EnvironmentText), endings);
 }

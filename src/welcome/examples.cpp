@@ -73,12 +73,11 @@ bool CopiedExamples::Copied(std::string_view name) const {
 }
 
 std::string CopiedExamples::Text(const fs::path& folder) const {
-  std::string text = copied.empty() ? "no example was copied"
-                                    : fmt::format("{} of examples copied to {}", CountOf(copied.size()),
-                                                  BytesFromUtf8(folder.string()));
-  if (!failed.empty()) text += "; not copied: " + Named(failed);
-  if (!kept.empty()) text += "; there already, and left as they are: " + Named(kept);
-  return text;
+  std::string text = failed.empty() ? "" : "not copied: " + Named(failed) + "; ";
+  if (!kept.empty()) text += "there already, and left as they are: " + Named(kept) + "; ";
+  if (copied.empty()) return text + "no example was copied";
+  return text +
+         fmt::format("{} of examples copied to {}", CountOf(copied.size()), BytesFromUtf8(folder.string()));
 }
 
 CopiedExamples CopyExamples(const fs::path& examples, const ProgramFolder& folder) {

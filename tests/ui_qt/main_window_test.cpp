@@ -470,6 +470,18 @@ class MainWindowTest : public QObject {
     QCOMPARE(rig.frm.controls.display.txtric.Ring().Bytes(), std::size_t{0});
   }
 
+  void whoSendsSeesWhatComesOfIt() {
+    Rig rig;
+    auto& view = rig.Find<ReceivedTextView>("txtric");
+    for (int i = 0; i < 500; ++i) {
+      rig.frm.controls.display.txtric.Append("a line\r\n", TextKind::Received, colors::black);
+    }
+    QVERIFY(view.ShowLine(3));
+    QVERIFY(!view.Following());
+    rig.Find<QPushButton>("cmdSend").click();
+    QVERIFY(view.Following());
+  }
+
   void findShowsTheText() {
     Rig rig;
     rig.frm.controls.display.txtric.Append("first weight\r\nsecond Weight\r\n", TextKind::Received,

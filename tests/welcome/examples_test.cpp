@@ -53,8 +53,8 @@ TEST_F(Examples, WhatIsThereStaysAndIsNamed) {
   EXPECT_EQ(Text("Command.txt"), "(none)");
   EXPECT_EQ(fs::read_symlink(folder / "config.cfg"), "nowhere");
   EXPECT_EQ(outcome.Text("/f"),
-            "1 file of examples copied to /f; not copied: instrument/config.cfg: Not a directory; "
-            "there already, and left as they are: Command.txt, config.cfg");
+            "not copied: instrument/config.cfg: Not a directory; "
+            "there already, and left as they are: Command.txt, config.cfg; 1 file of examples copied to /f");
 }
 
 TEST_F(Examples, AFolderIsUntouchedUntilTheProgramHasAFileInIt) {

@@ -61,6 +61,7 @@ void HelpWindow::AddChapter(const QString& title) {
   QFont bold = ui_->helpPages->font();
   bold.setBold(true);
   chapter->setFont(bold);
+  chapter->setForeground(ui_->helpPages->palette().text());
 }
 
 QListWidgetItem* HelpWindow::ItemOf(int page) const {

@@ -212,6 +212,7 @@ void MainWindow::WireMenus() {
 void MainWindow::WireDisplay() {
   Part<QToolButton>(*this, "smallerTextButton")->setDefaultAction(&font_->Smaller());
   Part<QToolButton>(*this, "largerTextButton")->setDefaultAction(&font_->Larger());
+  FollowWhatIsSent();
   connect(traffic_, &TrafficPanel::clearRequested, this, [this] { frm_.controls.display.txtric.Clear(); });
   hand_ = std::make_unique<HandInput>(frm_, traffic_->View(), *Part<QComboBox>(*this, "CBOSEND"));
   connect(traffic_, &TrafficPanel::told, this,
@@ -220,6 +221,15 @@ void MainWindow::WireDisplay() {
   frm_.OnFocusDisplay = [this] { traffic_->View().setFocus(); };
   frm_.OnLinkChanged = [this] { ShowLink(); };
   ShowLink();
+}
+
+// Who sends wants to see what comes of it, also after a look at what was before.
+void MainWindow::FollowWhatIsSent() {
+  ReceivedTextView& view = traffic_->View();
+  connect(Part<QPushButton>(*this, "cmdSend"), &QPushButton::clicked, &view, &ReceivedTextView::Follow);
+  connect(Part<QPushButton>(*this, "Command1"), &QPushButton::clicked, &view, [this, &view] {
+    if (frm_.Running()) view.Follow();
+  });
 }
 
 // With no link open the display says how to begin. Who has just connected goes on with a command; a link that

@@ -53,6 +53,7 @@ class MainWindow : public QMainWindow {
   void FillMenus();
   void WireMenus();
   void WireDisplay();
+  void FollowWhatIsSent();
   void WireErrors();
   void ShowTrafficLine(std::uint64_t line);
   void ShowLink();

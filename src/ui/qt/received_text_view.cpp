@@ -96,11 +96,15 @@ void ReceivedTextView::SetPaused(bool paused) {
   emit pausedChanged(paused);
 }
 
-void ReceivedTextView::JumpToEnd() {
-  SetPaused(false);
+void ReceivedTextView::Follow() {
   SetFollowing(true);
   AdjustBars();
   UpdateAll();
+}
+
+void ReceivedTextView::JumpToEnd() {
+  SetPaused(false);
+  Follow();
 }
 
 void ReceivedTextView::SetFollowing(bool following) {

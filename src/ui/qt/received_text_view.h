@@ -71,6 +71,7 @@ class ReceivedTextView : public QAbstractScrollArea {
   void SetDisplayFont(const QFont& font) { setFont(font); }
 
   bool Following() const { return following_ && !paused_; }
+  void Follow();     // from its end on, once a pause has ended
   void JumpToEnd();  // ends a pause, too
 
   // Brings a line of the ring into view, selected, and stops following; where only errors are shown and it is
