@@ -76,7 +76,7 @@ struct FrmMain::Modules {
         configurations({frm.Collection(), around.folder, prompts, status}),
         welcome(around.bundle, around.folder, status,
                 {around.loop, connection, controls.connection, controls.framing, controls.receive,
-                 controls.cycle, controls.run, status}),
+                 controls.link, controls.cycle, controls.run, status}),
         session({around.loop, connection, link, cycle, exchange, sequence, script, logs, prompts, status,
                  controls.counters, around.headless}) {}
 

@@ -62,8 +62,9 @@ void Trial::Ready(const std::string& port) {
     return GiveUp();
   }
   before_ = Chosen();
-  tried_ = {port, "9600", "n,8,1", static_cast<std::size_t>(TxEnd::CrLf),
-            static_cast<std::size_t>(RxEnd::CrLf)};
+  tried_ = {
+      port, "9600", "n,8,1", static_cast<std::size_t>(TxEnd::CrLf), static_cast<std::size_t>(RxEnd::CrLf),
+      "010"};
   Choose(tried_);
   ComboBox& command = parts_.cycle.CBOSEND;
   if (command.Text().empty()) command.SetText(firstCommand);
@@ -106,8 +107,8 @@ void Trial::Ended(std::string_view why) {
 }
 
 Trial::Settings Trial::Chosen() const {
-  return {parts_.port.cboSerial.Text(), parts_.port.ComboBaud.Text(), parts_.port.ComboWord.Text(),
-          parts_.framing.Option3.Selected(), parts_.receive.Option4.Selected()};
+  return {parts_.port.cboSerial.Text(),      parts_.port.ComboBaud.Text(),      parts_.port.ComboWord.Text(),
+          parts_.framing.Option3.Selected(), parts_.receive.Option4.Selected(), parts_.link.txtterm.Text()};
 }
 
 void Trial::Choose(const Settings& settings) {
@@ -116,14 +117,15 @@ void Trial::Choose(const Settings& settings) {
   parts_.port.ComboWord.SetText(settings.format);
   if (settings.txEnd) parts_.framing.Option3[*settings.txEnd].SetValue(true);
   if (settings.rxEnd) parts_.receive.Option4[*settings.rxEnd].SetValue(true);
+  parts_.link.txtterm.SetText(settings.term);
 }
 
 Trial::Settings Trial::Users() const {
   const Settings now = Chosen();
-  return {BackFrom(now.port, tried_.port, before_->port), BackFrom(now.speed, tried_.speed, before_->speed),
-          BackFrom(now.format, tried_.format, before_->format),
-          BackFrom(now.txEnd, tried_.txEnd, before_->txEnd),
-          BackFrom(now.rxEnd, tried_.rxEnd, before_->rxEnd)};
+  return {
+      BackFrom(now.port, tried_.port, before_->port),       BackFrom(now.speed, tried_.speed, before_->speed),
+      BackFrom(now.format, tried_.format, before_->format), BackFrom(now.txEnd, tried_.txEnd, before_->txEnd),
+      BackFrom(now.rxEnd, tried_.rxEnd, before_->rxEnd),    BackFrom(now.term, tried_.term, before_->term)};
 }
 
 void Trial::PutBack() {

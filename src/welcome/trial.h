@@ -27,6 +27,7 @@ struct TrialParts {
   ConnectionControls& port;
   FramingControls& framing;
   ReceiveControls& receive;
+  LinkControls& link;
   CycleControls& cycle;
   RunControls& run;
   StatusNote& status;
@@ -61,6 +62,7 @@ class Trial {
   struct Settings {
     std::string port, speed, format;
     std::optional<std::size_t> txEnd, rxEnd;
+    std::string term{};  // the code of the last character; the choice of rxEnd sets it
     bool operator==(const Settings&) const = default;
   };
 

@@ -476,6 +476,7 @@ class MainWindowTest : public QObject {
     for (int i = 0; i < 500; ++i) {
       rig.frm.controls.display.txtric.Append("a line\r\n", TextKind::Received, colors::black);
     }
+    rig.ShowChanges();
     QVERIFY(view.ShowLine(3));
     QVERIFY(!view.Following());
     rig.Find<QPushButton>("cmdSend").click();

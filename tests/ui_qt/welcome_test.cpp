@@ -122,6 +122,8 @@ class WelcomeTest : public QObject {
       Start start(folder, installed.bundle);
       auto& tryAction = start.Find<QAction>("actionTry");
       auto& connection = start.frm.controls.connection;
+      start.frm.controls.receive.Option4[static_cast<std::size_t>(RxEnd::ManualChar)].SetValue(true);
+      start.frm.controls.link.txtterm.SetText("000");
       for (const bool reconnects : {false, true}) {  // nobody waits for this one, nor misses it
         connection.chkReconnect.SetChecked(reconnects);
         tryAction.trigger();
@@ -131,6 +133,7 @@ class WelcomeTest : public QObject {
         QVERIFY(!tryAction.isChecked());
         QCOMPARE(connection.cmdOpen.Caption(), "Connect");
         QCOMPARE(start.Port(), "COM1");
+        QCOMPARE(start.frm.controls.link.txtterm.Text(), "000");
         QVERIFY(!connection.cboSerial.BackColor());
       }
       tryAction.trigger();
