@@ -329,6 +329,7 @@ def run(options):
         judge_clocks(verdict, looks.rows, sent, options.interval)
         judge_resources(verdict, looks.rows, figures, failed)
         draw(options, "memory", "anonymous_mb", "Memory [MB]")
+        draw(options, "descriptors", "descriptors", "Descriptors")
         draw(options, "ticks", "ticks_behind", "Ticks left out", int)
         print(f"{'GOOD' if verdict.good else 'BAD'}: {made['requests']:,} requests in "
               f"{looks.rows[-1]['seconds'] / 60:.1f} minutes, {failed:,} failures")
