@@ -83,7 +83,6 @@ class NetworkRig : public testing::Test {
   struct OutOfReach {
     explicit OutOfReach(NetworkRig& rig) {
       const SocketAddress address = *SocketAddress::FromNumeric("127.0.0.1", std::stoi(rig.port));
-      full.SetOption(SOL_SOCKET, SO_REUSEADDR, 1);  // what an earlier test left behind does no harm
       EXPECT_EQ(bind(full.Get(), address.Pointer(), address.length), 0);
       EXPECT_EQ(listen(full.Get(), 0), 0);
       first = rig.RawPeer();

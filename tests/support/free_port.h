@@ -11,9 +11,9 @@
 
 namespace quarlin {
 
+// Nobody has it, nor has a connection that was just closed.
 inline bool IsFree(int port, int type) {
   const Socket socket = Socket::Make(AF_INET, type);
-  if (type == SOCK_STREAM) socket.SetOption(SOL_SOCKET, SO_REUSEADDR, 1);
   const SocketAddress address = SocketAddress::Any(AF_INET, port);
   return bind(socket.Get(), address.Pointer(), address.length) == 0;
 }
