@@ -96,8 +96,12 @@ class Session:
 
     def __exit__(self, *_):
         for process in reversed(self.started):
-            process.kill()
-            process.wait()
+            process.terminate()
+            try:
+                process.wait(10)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
         shutil.rmtree(self.home)
 
 
@@ -277,7 +281,8 @@ def window(package):
     window_class = re.search("^StartupWMClass=(.+)$", entry, re.M).group(1)
     with Session() as session:
         read, write = os.pipe()
-        session.start("Xvfb", "-displayfd", write, "-screen", "0", "1366x768x24", pass_fds=[write],
+        # Without a reset when the last client goes: it would turn away whoever comes meanwhile.
+        session.start("Xvfb", "-noreset", "-displayfd", write, "-screen", "0", "1366x768x24", pass_fds=[write],
                       stderr=subprocess.DEVNULL)
         os.close(write)
         with os.fdopen(read) as numbers:
