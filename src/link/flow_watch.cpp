@@ -47,18 +47,17 @@ void FlowWatch::Look() {
   const std::size_t unsent = device_->Unsent();
   const std::uint64_t left = handedOver_ - unsent;
   if (std::exchange(left_, left) != left) still_ = loop_.Now();
-  const Hold by = Judge(unsent);
-  const bool waits = by != Hold::None || unsent > 0 || !device_->Writable();
-  if (waits) alarm_.At(loop_.Now() + interval);
+  const bool waits = unsent > 0 || !device_->Writable();
+  const Hold by = Judge(unsent, waits);
+  if (waits || by != Hold::None) alarm_.At(loop_.Now() + interval);
   if (std::exchange(by_, by) != by) changed_();
 }
 
 // CTS is believed also where the driver says that nothing waits: adapters keep some bytes to themselves.
-Hold FlowWatch::Judge(std::size_t unsent) const {
+Hold FlowWatch::Judge(std::size_t unsent, bool waits) const {
   const Duration still = loop_.Now() - still_;
   if (still < interval) return Hold::None;
   if (settings_.ctsFlow && CtsIsOff()) return Hold::Cts;
-  const bool waits = unsent > 0 || !device_->Writable();
   const Duration needed = interval + static_cast<std::int64_t>(unsent) * CharacterTime(settings_);
   return settings_.xonXoff && waits && still >= needed ? Hold::Xoff : Hold::None;
 }

@@ -39,7 +39,7 @@ class FlowWatch {
   Hold By() const { return by_; }
 
  private:
-  Hold Judge(std::size_t unsent) const;
+  Hold Judge(std::size_t unsent, bool waits) const;
   bool CtsIsOff() const;
 
   EventLoop& loop_;

@@ -481,6 +481,17 @@ class MainWindowTest : public QObject {
     QVERIFY(!view.Following());
     rig.Find<QPushButton>("cmdSend").click();
     QVERIFY(view.Following());
+
+    rig.frm.controls.connection.cboSerial.SetText("NET");
+    rig.frm.controls.connection.chkUDP.SetChecked(true);
+    rig.frm.controls.connection.cmdOpen.Click();
+    rig.frm.controls.cycle.CBOSEND.SetText("READ");
+    for (const bool starts : {true, false}) {  // who stops goes on reading where she is
+      QVERIFY(view.ShowLine(3));
+      rig.Find<QPushButton>("Command1").click();
+      QCOMPARE(rig.frm.Running(), starts);
+      QCOMPARE(view.Following(), starts);
+    }
   }
 
   void findShowsTheText() {
