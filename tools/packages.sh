@@ -7,6 +7,7 @@
 build_packages=(
   g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev
   libfmt-dev libc-ares-dev libpcre2-dev nlohmann-json3-dev libpugixml-dev libqcustomplot-dev
+  libqscintilla2-qt6-dev libxlsxwriter-dev
 )
 test_packages=(
   libgtest-dev libbenchmark-dev python3-jsonschema

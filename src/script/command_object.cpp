@@ -3,7 +3,7 @@
 
 #include "script/form_object.h"
 #include "script/script_text.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 
 namespace quarlin {
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "script/frm_command.h"
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 namespace quarlin {
 

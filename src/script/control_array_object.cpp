@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 
 namespace quarlin {
 

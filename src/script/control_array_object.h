@@ -5,7 +5,7 @@
 #include <map>
 #include <span>
 
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 namespace quarlin {
 

@@ -7,7 +7,7 @@
 #include "controls/timer.h"
 #include "display/display_controls.h"
 #include "script/script_text.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 
 namespace quarlin {
 namespace {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "controls/control.h"
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 namespace quarlin {
 

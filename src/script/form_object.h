@@ -10,7 +10,7 @@
 
 #include "controls/collection.h"
 #include "script/control_array_object.h"
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 namespace quarlin {
 

@@ -9,8 +9,8 @@
 #include <memory>
 #include <string_view>
 
-#include "script/vbscript/dispatch.h"
-#include "script/vbscript/services.h"
+#include "script/values/dispatch.h"
+#include "script/values/services.h"
 
 namespace quarlin {
 

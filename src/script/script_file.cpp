@@ -6,8 +6,8 @@
 #include "base/files.h"
 #include "base/text.h"
 #include "script/script_text.h"
-#include "script/vbscript/conversions.h"
-#include "script/vbscript/error.h"
+#include "script/values/conversions.h"
+#include "script/values/error.h"
 
 namespace quarlin {
 namespace fs = std::filesystem;

@@ -9,7 +9,7 @@
 #include "script/command_object.h"
 #include "script/script_file.h"
 #include "script/script_text.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 
 namespace quarlin {
 namespace {

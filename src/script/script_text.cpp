@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/script_text.h"
 
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 
 namespace quarlin {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "script/vbscript/value.h"
+#include "script/values/value.h"
 
 namespace quarlin {
 

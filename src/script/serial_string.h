@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 namespace quarlin {
 

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "script/script_text.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 
 namespace quarlin {
 

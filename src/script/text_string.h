@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "controls/control.h"
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 namespace quarlin {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "script/script_text.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 
 namespace quarlin {
 

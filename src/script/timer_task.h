@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 namespace quarlin {
 

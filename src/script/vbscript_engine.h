@@ -3,7 +3,7 @@
 #pragma once
 
 #include "script/script_engine.h"
-#include "script/vbscript/engine.h"
+#include "script/vbscript/machine/engine.h"
 
 namespace quarlin {
 

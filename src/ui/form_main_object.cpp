@@ -6,7 +6,7 @@
 #include "curves/frm_plot.h"
 #include "script/form_object.h"
 #include "script/script_text.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 #include "ui/frm_main.h"
 
 namespace quarlin {

@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "link/link.h"
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 namespace quarlin {
 

@@ -4,7 +4,7 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 
 namespace quarlin {
 namespace {

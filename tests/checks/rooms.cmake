@@ -25,13 +25,11 @@ endforeach()
 
 # The room that a path leads to: a room may lie in a folder of another.
 function(room_of path result)
-  string(REGEX REPLACE "^([a-z]+/[a-z]+)/.*" "\\1" inner "${path}")
-  string(REGEX MATCH "^[a-z]+" outer "${path}")
-  if(inner IN_LIST rooms)
-    set(${result} ${inner} PARENT_SCOPE)
-  else()
-    set(${result} "${outer}" PARENT_SCOPE)
-  endif()
+  get_filename_component(folder "${path}" DIRECTORY)
+  while(folder MATCHES "/" AND NOT folder IN_LIST rooms)
+    get_filename_component(folder "${folder}" DIRECTORY)
+  endwhile()
+  set(${result} "${folder}" PARENT_SCOPE)
 endfunction()
 
 # What may be named only in these files.

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "script/vbscript/engine.h"
+#include "script/vbscript/machine/engine.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::u16string source(data, data + size);

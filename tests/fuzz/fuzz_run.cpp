@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "script/vbscript/engine.h"
-#include "script/vbscript/heap.h"
+#include "script/values/heap.h"
+#include "script/vbscript/machine/engine.h"
 #include "support/quiet_services.h"
 
 namespace quarlin::vbs {

@@ -6,8 +6,8 @@
 
 #include "script/jscript/engine.h"
 #include "script/jscript/source_names.h"
-#include "script/vbscript/array.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/array.h"
+#include "script/values/conversions.h"
 #include "support/quiet_services.h"
 
 namespace quarlin::jscript {

@@ -12,9 +12,9 @@
 #include <sstream>
 
 #include "base/text.h"
-#include "script/vbscript/conversions.h"
-#include "script/vbscript/engine.h"
-#include "script/vbscript/heap.h"
+#include "script/values/conversions.h"
+#include "script/values/heap.h"
+#include "script/vbscript/machine/engine.h"
 #include "support/temp_folder.h"
 
 namespace quarlin::vbs {

@@ -2,7 +2,7 @@
 // A program around a script that shows nothing and answers every question with what was proposed.
 #pragma once
 
-#include "script/vbscript/services.h"
+#include "script/values/services.h"
 
 namespace quarlin::vbs {
 

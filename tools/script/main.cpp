@@ -16,7 +16,7 @@
 #include "link/posix_device.h"
 #include "script/options.h"
 #include "script/script_host.h"
-#include "script/vbscript/conversions.h"
+#include "script/values/conversions.h"
 #include "ui/frm_main.h"
 #include "ui/headless.h"
 #include "ui/qt/qt_loop.h"

@@ -7,9 +7,9 @@
 #include "script/jscript/errors.h"
 #include "script/jscript/text.h"
 #include "script/jscript/values.h"
-#include "script/vbscript/array.h"
-#include "script/vbscript/conversions.h"
-#include "script/vbscript/library_object.h"
+#include "script/library/create_object.h"
+#include "script/values/array.h"
+#include "script/values/conversions.h"
 
 namespace quarlin::jscript {
 
@@ -59,7 +59,7 @@ template <class Work>
 QJSValue Bridge::Guarded(Work work) {
   const HostCall call(watchdog_);
   try {
-    if (watchdog_.TimeToAsk()) vbs::AskToGoOn(context_.services);
+    if (watchdog_.TimeToAsk()) vbs::AskToGoOn(services_);
     return work();
   } catch (const ScriptError& error) {
     return Throw(error);
@@ -142,7 +142,8 @@ QJSValue Bridge::Items(int id) {
 }
 
 QJSValue Bridge::Create(const QString& programId) {
-  return Guarded([&] { return objects_.Wrap(vbs::CreateLibraryObject(context_, View(programId))); });
+  return Guarded(
+      [&] { return objects_.Wrap(vbs::CreateLibraryObject(services_, nullptr, View(programId))); });
 }
 
 int Bridge::NumberOf(const QString& name, const QString& message) {

@@ -8,7 +8,7 @@
 
 #include "script/jscript/host_objects.h"
 #include "script/jscript/watchdog.h"
-#include "script/vbscript/library.h"
+#include "script/values/services.h"
 
 namespace quarlin::jscript {
 
@@ -22,7 +22,7 @@ class Bridge : public QObject {
 
  public:
   Bridge(QJSEngine& engine, HostObjects& objects, Watchdog& watchdog, vbs::Services& services)
-      : engine_(engine), objects_(objects), watchdog_(watchdog), context_{services, {}} {}
+      : engine_(engine), objects_(objects), watchdog_(watchdog), services_(services) {}
 
   // The member's code; -1 where there is no such member.
   Q_INVOKABLE int Find(int id, const QString& name);
@@ -57,7 +57,7 @@ class Bridge : public QObject {
   QJSEngine& engine_;
   HostObjects& objects_;
   Watchdog& watchdog_;
-  vbs::LibraryContext context_;
+  vbs::Services& services_;
   std::optional<vbs::ScriptError> finalError_;
 };
 

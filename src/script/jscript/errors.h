@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "script/vbscript/error.h"
+#include "script/values/error.h"
 
 class QJSEngine;
 

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "script/vbscript/dispatch.h"
+#include "script/values/dispatch.h"
 
 class QJSEngine;
 

@@ -8,7 +8,7 @@
 #include <limits>
 
 #include "script/jscript/text.h"
-#include "script/vbscript/array.h"
+#include "script/values/array.h"
 
 namespace quarlin::jscript {
 

@@ -13,7 +13,7 @@
 #include <QJSValue>
 
 #include "script/jscript/host_objects.h"
-#include "script/vbscript/value.h"
+#include "script/values/value.h"
 
 namespace quarlin::jscript {
 

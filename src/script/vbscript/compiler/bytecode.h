@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the compiler makes and the machine runs: instructions on places. Every variable of a procedure has
+// a numbered register, and so has every intermediate result.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "script/values/operators.h"
+#include "script/values/value.h"
+#include "script/vbscript/syntax/ast.h"
+
+namespace quarlin::vbs {
+
+// Where an operand lies, in its three upper bits; the rest is its number there.
+enum class Space : std::uint32_t {
+  Register,   // of the running procedure; never a Reference while it is read
+  Parameter,  // a register that may hold a Reference to somebody else's place, which is then meant
+  Constant,   // of the procedure
+  Global,
+  Field  // of the object whose method runs
+};
+
+struct Operand {
+  std::uint32_t bits = 0;
+
+  static constexpr int spaceShift = 29;
+  static constexpr std::uint32_t numberMask = (1U << spaceShift) - 1;
+
+  static constexpr Operand In(Space space, std::size_t number) {
+    return {(static_cast<std::uint32_t>(space) << spaceShift) | static_cast<std::uint32_t>(number)};
+  }
+  Space GetSpace() const { return static_cast<Space>(bits >> spaceShift); }
+  std::uint32_t Number() const { return bits & numberMask; }
+  bool operator==(const Operand&) const = default;
+};
+
+// `a` is the place of the result unless the comment says otherwise; R[n] is register n.
+enum class Op : std::uint16_t {
+  Load,      // a = b, whatever it is
+  Take,      // a = b, a register that is read for the last time
+  Let,       // a = the plain value of b; an array is copied
+  LetTaken,  // the same of a register that is read for the last time
+  Set,       // a = b, which must be an object
+  SetTaken,
+  Refer,  // R[a] = a Reference to b
+  Clear,  // R[a] .. R[a + count - 1] become Empty
+  Add,    // a = b op c; Add to Imp in the order of Operator
+  Subtract,
+  Multiply,
+  Divide,
+  IntegerDivide,
+  Modulo,
+  Power,
+  Concatenate,
+  Equal,  // comparisons: count is the Origin
+  NotEqual,
+  Less,
+  Greater,
+  LessEqual,
+  GreaterEqual,
+  Is,
+  And,
+  Or,
+  Xor,
+  Eqv,
+  Imp,
+  Negate,  // a = -b
+  Plus,    // a = +b
+  Not,
+  Jump,             // to instruction d
+  JumpUnless,       // to d unless b is true
+  JumpIf,           // to d if b is true
+  JumpIfEqual,      // to d if b = c, count being the Origin
+  JumpUnlessEqual,  // to d unless b op c, count being the Origin; in the order of the comparisons
+  JumpUnlessNotEqual,
+  JumpUnlessLess,
+  JumpUnlessGreater,
+  JumpUnlessLessEqual,
+  JumpUnlessGreaterEqual,
+  JumpBack,       // to d, after a look at whether the script may go on
+  Index,          // a = b(R[c] ..), count indices; d: the site that names b, or noSite
+  IndexOne,       // a = b(c); d as above
+  ElementPlace,   // R[a] = a Reference to the element b(R[c] ..), count indices; b becomes an array of its
+                  // own. Of an object, the value of its default member.
+  PutIndex,       // a(R[c] ..) = b, count indices; Let
+  PutIndexOne,    // a(c) = b; Let
+  SetIndex,       // the same for Set
+  PutBack,        // the element a(R[c] ..) = b if a holds an array: an element passed by reference
+  GetMember,      // a = b.site[d]
+  CallMember,     // a = b.site[d](R[c] ..), count arguments
+  PutMember,      // b.site[d](R[c] ..) = a, count arguments; Let
+  SetMember,      // the same for Set
+  CallProcedure,  // a = procedure[d](R[c] ..)
+  CallMethod,     // a = method[d] of the running object, (R[c] ..)
+  CallBuiltin,    // a = builtin[d](R[c] ..)
+  CallLate,       // a = whatever site[d] names at that time, called with (R[c] ..)
+  ReadLate,       // a = the global variable that site[d] names, Empty if there is none
+  Raise,          // error number b (a constant), culprit site[d]
+  ReadyArray,     // a = a fixed array of declared[d]
+  ReDim,          // a is sized to R[c] .., count bounds
+  ReDimPreserve,
+  Erase,       // a
+  New,         // a = an object of the class site[d] names
+  Me,          // a = the running object
+  ForStart,    // a = b; R[c] = limit and R[c + 1] = step are there already; to d if there is no round
+  ForNext,     // a += R[c + 1]; to d if there is another round
+  EachStart,   // R[a] = the walk over b
+  EachNext,    // a = the next item of the walk R[c]; to d behind the last
+  ResumeNext,  // On Error Resume Next
+  GoToZero,    // On Error GoTo 0
+  Execute,     // run the text b in this procedure
+  ExecuteGlobal,
+  Eval,    // a = the value of the text b
+  GetRef,  // a = an object that calls the procedure named by b
+  Return
+};
+
+inline constexpr std::uint32_t noSite = ~0U;
+
+struct Instruction {
+  Op op;
+  std::uint16_t count = 0;
+  Operand a;
+  Operand b;
+  Operand c;
+  std::uint32_t d = 0;
+};
+
+// A name that is looked up while the script runs, with what the last look-up found.
+struct Site {
+  std::u16string name;
+  std::u16string object;  // the name of what it is a member of, where that is a plain name; for messages
+  mutable const void* shape = nullptr;
+  mutable int member = 0;
+};
+
+// Where a statement, or a part of one that Resume Next goes on with, begins.
+struct Mark {
+  std::uint32_t instruction;
+  Position at;
+};
+
+struct NamedPlace {
+  std::u16string name;  // folded
+  Operand place;
+};
+
+// One procedure, the top level of a text, or a text given to Execute.
+struct Code {
+  std::u16string name;
+  std::vector<Instruction> instructions;
+  std::vector<Value> constants;
+  std::vector<Site> sites;
+  std::vector<Mark> marks;                        // in ascending order
+  std::vector<std::vector<std::int32_t>> arrays;  // bounds of the fixed arrays
+  std::vector<NamedPlace> names;                  // what Execute inside it can see
+  std::vector<NamedPlace> imports;  // of a text given to Execute: names of the procedure around it
+  std::uint32_t parameters = 0;
+  bool takesValues = false;   // at least one parameter is by value
+  std::vector<bool> byValue;  // for each parameter
+  std::uint32_t variables =
+      0;  // the registers below, which are Empty at the start; the rest is written first
+  std::uint32_t registers = 0;
+  std::uint32_t result = 0;  // the register that holds the function's value at the end
+  std::shared_ptr<const std::u16string> source;
+};
+
+// Without regard to case, as the names of the language are; for keys.
+std::u16string Folded(std::u16string_view name);
+
+}  // namespace quarlin::vbs

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The names that every procedure of an engine can see: what its scripts declared, the library, and the
+// host's objects with their members.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "script/values/dispatch.h"
+#include "script/vbscript/compiler/bytecode.h"
+#include "script/vbscript/functions/library.h"
+
+namespace quarlin::vbs {
+
+enum class SymbolKind {
+  Variable,    // number: its place among the globals
+  Constant,    // value
+  Procedure,   // number: its slot
+  Class,       // number
+  Object,      // value: a named object of the host, or Err
+  HostMember,  // value: the object; a member of it under this name
+  Builtin,     // number: in the table of the library
+  Special      // number: a SpecialName
+};
+
+// Names that look like functions, but need the machine itself.
+enum class SpecialName { Execute, ExecuteGlobal, Eval, GetRef };
+
+struct Symbol {
+  SymbolKind kind;
+  std::size_t number = 0;
+  Value value;
+};
+
+// A text that was added, which its procedures refer to for messages.
+struct Unit {
+  std::shared_ptr<const std::u16string> source;
+  bool optionExplicit = false;
+};
+
+struct ClassInfo;
+
+// A procedure by its number. It is compiled when it is first called, so that it sees all that is declared
+// by then, and so that the unused part of a long script costs nothing.
+struct ProcedureSlot {
+  std::u16string name;
+  std::shared_ptr<const ast::Procedure> tree;
+  std::shared_ptr<const Unit> unit;
+  const ClassInfo* owner = nullptr;  // of a method
+  std::shared_ptr<const Code> code;
+};
+
+struct ClassMember {
+  static constexpr int none = -1;
+  std::u16string name;
+  bool isPrivate = false;
+  int field = none;  // or procedure slots:
+  int get = none;    // Sub, Function or Property Get
+  int let = none;
+  int set = none;
+};
+
+struct ClassInfo {
+  std::u16string name;
+  std::vector<ClassMember> members;
+  std::unordered_map<std::u16string, int> numbers;  // folded name to place in members
+  struct Field {
+    bool isArray = false;
+    std::vector<std::int32_t> bounds;
+  };
+  std::vector<Field> fields;
+  int defaultMember = ClassMember::none;
+  int initialize = ClassMember::none;  // procedure slots
+  int terminate = ClassMember::none;
+
+  const ClassMember* Find(const std::u16string& folded) const;
+};
+
+class Symbols {
+ public:
+  Symbols();
+
+  // A script's own names come first, then the library's, then the host's objects, then their members.
+  std::optional<Symbol> Find(const std::u16string& folded) const;
+
+  // Only what scripts declared.
+  const Symbol* FindDeclared(const std::u16string& folded) const;
+
+  std::size_t DeclareVariable(const std::u16string& folded);  // its place; the present one if there is one
+  void Declare(const std::u16string& folded, Symbol symbol);
+  void AddObject(std::u16string_view name, Value object, bool membersAreGlobal);
+
+  std::size_t VariableCount() const { return variables_; }
+  const Builtin& BuiltinAt(std::size_t number) const { return *builtins_[number]; }
+
+ private:
+  std::unordered_map<std::u16string, Symbol> declared_;
+  std::unordered_map<std::u16string, Symbol> library_;
+  std::unordered_map<std::u16string, Symbol> objects_;
+  std::vector<Value> withGlobalMembers_;
+  std::vector<const Builtin*> builtins_;
+  std::size_t variables_ = 0;
+};
+
+}  // namespace quarlin::vbs

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <array>
+
+#include "script/library/create_object.h"
+#include "script/values/arguments.h"
+#include "script/vbscript/functions/library.h"
+
+namespace quarlin::vbs {
+namespace {
+
+// One locale, whatever the machine's: an instrument's decimal point must not depend on where it is read.
+constexpr std::int32_t locale = 1033;  // English, United States
+
+// An optional text as a value, which holds it while a box lets events run.
+Value TextOr(Arguments arguments, std::size_t index, std::u16string_view otherwise) {
+  const Value* given = Given(arguments, index);
+  return given == nullptr ? Value::String(otherwise) : ToTextValue(*given);
+}
+
+constexpr std::u16string_view ordinaryTitle = u"VBScript";
+
+Value MsgBox(LibraryContext& context, Arguments arguments) {
+  const Value text = ToTextValue(arguments[0]);
+  const std::int32_t style = CountOr(arguments, 1, 0);
+  const Value title = TextOr(arguments, 2, ordinaryTitle);
+  const int button = context.services.MsgBox(text.AsText(), style, title.AsText());
+  return Value::Integer(static_cast<std::int16_t>(button));
+}
+
+// The arguments behind the proposal tell where the box appears, which is the window system's business.
+Value InputBox(LibraryContext& context, Arguments arguments) {
+  const Value prompt = ToTextValue(arguments[0]);
+  const Value title = TextOr(arguments, 1, ordinaryTitle);
+  const Value proposal = TextOr(arguments, 2, u"");
+  const auto answer = context.services.InputBox(prompt.AsText(), title.AsText(), proposal.AsText());
+  return answer ? Value::String(*answer) : Value();
+}
+
+Value CreateObject(LibraryContext& context, Arguments arguments) {
+  const GivenText programId(arguments[0]);
+  return Value::Object(CreateLibraryObject(context.services, context.holders, programId.View()));
+}
+
+// There are no objects of other programs to be had.
+Value GetObject(LibraryContext&, Arguments) {
+  throw ScriptError(cannotCreateObject);
+}
+
+Value ScriptEngine(LibraryContext&, Arguments) {
+  return Value::String(u"VBScript");
+}
+
+// The version whose language this is: scripts ask before they use what came late.
+template <std::int32_t number>
+Value Number(LibraryContext&, Arguments) {
+  return Value::Long(number);
+}
+
+constexpr auto functions = std::to_array<Builtin>({
+    {u"CreateObject", 1, 2, CreateObject},
+    {u"GetLocale", 0, 0, Number<locale>},
+    {u"GetObject", 1, 2, GetObject},
+    {u"InputBox", 1, 7, InputBox},
+    {u"MsgBox", 1, 5, MsgBox},
+    {u"ScriptEngine", 0, 0, ScriptEngine},
+    {u"ScriptEngineBuildVersion", 0, 0, Number<0>},
+    {u"ScriptEngineMajorVersion", 0, 0, Number<5>},
+    {u"ScriptEngineMinorVersion", 0, 0, Number<8>},
+    {u"SetLocale", 0, 1, Number<locale>},
+});
+
+}  // namespace
+
+std::span<const Builtin> InteractionFunctions() {
+  return functions;
+}
+
+}  // namespace quarlin::vbs

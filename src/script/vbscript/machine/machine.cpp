@@ -1,0 +1,366 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "script/values/conversions.h"
+#include "script/values/heap.h"
+#include "script/values/indexing.h"
+#include "script/vbscript/machine/machine_calls.h"
+#include "script/vbscript/syntax/parser.h"
+
+namespace quarlin::vbs {
+namespace {
+
+constexpr int deepestNesting = 120;  // runs of the loop within each other
+constexpr std::uint32_t stepsPerLook = 5000;
+constexpr std::size_t registersPerCall = 100;  // on the average; many calls of small procedures fit
+constexpr std::size_t mostGlobals = std::size_t{1} << 16;
+
+std::u16string LineOf(std::u16string_view source, int line) {
+  std::size_t begin = 0;
+  for (int number = 1; number < line; ++number) {
+    const std::size_t end = source.find_first_of(u"\r\n", begin);
+    if (end == std::u16string_view::npos) return {};
+    begin = end + (source.substr(end, 2) == u"\r\n" ? 2 : 1);
+  }
+  const std::u16string_view rest = source.substr(std::min(begin, source.size()));
+  return std::u16string(rest.substr(0, rest.find_first_of(u"\r\n")));
+}
+
+const Mark* MarkBefore(const Code& code, std::size_t instruction) {
+  const auto after = std::upper_bound(code.marks.begin(), code.marks.end(), instruction,
+                                      [](std::size_t at, const Mark& mark) { return at < mark.instruction; });
+  return after == code.marks.begin() ? nullptr : &*(after - 1);
+}
+
+// Where Resume Next goes on: the next statement, or the end of the procedure.
+const Instruction* NextStatement(const Code& code, const Instruction* failed) {
+  const auto at = static_cast<std::size_t>(failed - code.instructions.data());
+  const Mark* mark = MarkBefore(code, at);
+  const Mark* end = code.marks.data() + code.marks.size();
+  const Mark* next = mark == nullptr ? code.marks.data() : mark + 1;
+  while (next != end && next->instruction <= at) ++next;
+  if (next == end) return &code.instructions.back();
+  return code.instructions.data() + next->instruction;
+}
+
+}  // namespace
+
+FrameStack::FrameStack(std::size_t most)
+    : begin_(static_cast<Frame*>(::operator new(most * sizeof(Frame), std::align_val_t(alignof(Frame))))),
+      end_(begin_ + most),
+      top_(begin_) {}
+
+FrameStack::~FrameStack() {
+  while (!Empty()) Pop();
+  ::operator delete(begin_, std::align_val_t(alignof(Frame)));
+}
+
+RegisterStack::RegisterStack(std::size_t size)
+    : values_(static_cast<Value*>(::operator new(size * sizeof(Value)))),
+      end_(values_ + size),
+      made_(values_) {}
+
+RegisterStack::~RegisterStack() {
+  std::destroy(values_, made_);
+  ::operator delete(values_);
+}
+
+void RegisterStack::Reach(const Value* end) {
+  if (end > end_) throw ScriptError(outOfStackSpace);
+  while (made_ < end) new (made_++) Value();
+}
+
+Machine::Nesting::Nesting(Machine& machine) : machine_(machine) {
+  if (machine.nesting_ >= deepestNesting) throw ScriptError(outOfStackSpace);
+  ++machine.nesting_;
+}
+
+Machine::Nesting::~Nesting() {
+  --machine_.nesting_;
+}
+
+Machine::Machine(Services& services, EngineLimits limits)
+    : services_(services),
+      limits_(limits),
+      library_{services, {}, &holders_},
+      link_(new MachineLink),
+      err_(new ErrObject),
+      stack_(limits.callDepth * registersPerCall),
+      frames_(limits.callDepth),
+      untilLook_(stepsPerLook) {
+  link_->machine = this;
+  globals_.reserve(mostGlobals);
+  symbols_.AddObject(u"Err", Value::Object(err_.Get()), false);
+}
+
+Machine::~Machine() {
+  // The last objects may run their Class_Terminate as long as everything else is there.
+  for (Value& global : globals_) global = Value();
+  link_->machine = nullptr;
+  holders_.LetAllGo();
+}
+
+void Machine::AddObject(std::u16string_view name, const ObjectRef& object, bool membersAreGlobal) {
+  symbols_.AddObject(name, Value::Object(object), membersAreGlobal);
+}
+
+void Machine::AddCode(std::u16string_view source) {
+  RunText(source);
+}
+
+Value Machine::RunText(std::u16string_view source) {
+  ast::Program program = Parse(source);
+  auto unit = std::make_shared<Unit>();
+  unit->source = std::make_shared<const std::u16string>(source);
+  unit->optionExplicit = program.optionExplicit;
+  Declare(program, unit);
+  const auto code = CompileTopLevel(symbols_, *unit, program);
+  if (symbols_.VariableCount() > mostGlobals) throw ScriptError(outOfMemory);
+  globals_.resize(symbols_.VariableCount());
+  return RunCode(*code, nullptr);
+}
+
+void Machine::Declare(ast::Program& program, const std::shared_ptr<const Unit>& unit) {
+  for (ast::Procedure& procedure : program.procedures) DeclareProcedure(std::move(procedure), unit);
+  for (ast::Class& tree : program.classes) DeclareClass(tree, unit);
+}
+
+namespace {
+
+ProcedureSlot SlotOf(ast::Procedure procedure, std::shared_ptr<const Unit> unit, const ClassInfo* owner) {
+  std::u16string name = procedure.name;
+  return {std::move(name),
+          std::make_shared<const ast::Procedure>(std::move(procedure)),
+          std::move(unit),
+          owner,
+          {}};
+}
+
+}  // namespace
+
+// A second procedure of a name takes the slot of the first, so that callers which are compiled find it.
+void Machine::DeclareProcedure(ast::Procedure procedure, const std::shared_ptr<const Unit>& unit) {
+  const std::u16string folded = Folded(procedure.name);
+  const Symbol* known = symbols_.FindDeclared(folded);
+  ProcedureSlot made = SlotOf(std::move(procedure), unit, nullptr);
+  if (known != nullptr && known->kind == SymbolKind::Procedure) {
+    ProcedureSlot& slot = slots_[known->number];
+    if (slot.code) kept_.push_back(slot.code);
+    slot = std::move(made);
+    return;
+  }
+  symbols_.Declare(folded, {SymbolKind::Procedure, slots_.size(), {}});
+  slots_.push_back(std::move(made));
+}
+
+void Machine::DeclareClass(ast::Class& tree, const std::shared_ptr<const Unit>& unit) {
+  auto info = std::make_shared<ClassInfo>();
+  info->name = tree.name;
+  const auto member = [&](const std::u16string& name) -> ClassMember& {
+    const auto [place, isNew] =
+        info->numbers.try_emplace(Folded(name), static_cast<int>(info->members.size()));
+    if (isNew) info->members.push_back({name});
+    return info->members[static_cast<std::size_t>(place->second)];
+  };
+  for (const ast::Class::Field& field : tree.fields) {
+    ClassMember& made = member(field.declarator.name);
+    made.isPrivate = field.isPrivate;
+    made.field = static_cast<int>(info->fields.size());
+    std::vector<std::int32_t> bounds;
+    for (const auto& bound : field.declarator.bounds) {
+      bounds.push_back(static_cast<std::int32_t>(LiteralValue(*bound).AsWhole()));
+    }
+    info->fields.push_back({field.declarator.isArray, std::move(bounds)});
+  }
+  for (ast::Procedure& procedure : tree.procedures) {
+    const std::u16string folded = Folded(procedure.name);
+    const ast::ProcedureKind kind = procedure.kind;
+    ClassMember& made = member(procedure.name);
+    made.isPrivate = procedure.isPrivate;
+    if (procedure.isDefault) info->defaultMember = info->numbers[folded];
+    const int slot = static_cast<int>(slots_.size());
+    slots_.push_back(SlotOf(std::move(procedure), unit, info.get()));
+    (kind == ast::ProcedureKind::PropertyLet   ? made.let
+     : kind == ast::ProcedureKind::PropertySet ? made.set
+                                               : made.get) = slot;
+    if (folded == u"class_initialize") info->initialize = slot;
+    if (folded == u"class_terminate") info->terminate = slot;
+  }
+  symbols_.Declare(Folded(tree.name), {SymbolKind::Class, classes_.size(), {}});
+  classes_.push_back(std::move(info));
+}
+
+bool Machine::HasProcedure(std::u16string_view name) const {
+  const Symbol* symbol = symbols_.FindDeclared(Folded(name));
+  return symbol != nullptr && symbol->kind == SymbolKind::Procedure;
+}
+
+Value Machine::RunNamed(std::u16string_view name, Arguments arguments) {
+  const Symbol* symbol = symbols_.FindDeclared(Folded(name));
+  if (symbol == nullptr || symbol->kind != SymbolKind::Procedure) throw ScriptError(typeMismatch, name);
+  return RunSlot(symbol->number, nullptr, arguments);
+}
+
+void Machine::CompileSlot(std::size_t number) {
+  ProcedureSlot& slot = slots_[number];
+  slot.code = CompileProcedure(symbols_, slot);
+  globals_.resize(symbols_.VariableCount());
+}
+
+Value Machine::RunCode(const Code& code, Instance* me) {
+  const Nesting nesting(*this);
+  const std::size_t entry = frames_.Size();
+  Push(code, Top(), 0, me, {}, false);
+  return RunFrom(entry);
+}
+
+Value Machine::RunSlot(std::size_t slot, Instance* me, Arguments arguments) {
+  const Nesting nesting(*this);
+  const std::size_t entry = frames_.Size();
+  Value* top = Top();
+  stack_.Reach(top + arguments.size());
+  for (std::size_t i = 0; i < arguments.size(); ++i) top[i] = arguments[i].Followed();
+  Enter(slot, top, arguments.size(), me, {});
+  return RunFrom(entry);
+}
+
+Value Machine::RunFrom(std::size_t entry) {
+  for (;;) {
+    try {
+      return Loop(entry);
+    } catch (ScriptError& error) {
+      if (!Recover(error, entry)) throw;
+    } catch (const std::bad_alloc&) {
+      ScriptError error(outOfMemory);
+      if (!Recover(error, entry)) throw error;
+    }
+  }
+}
+
+void Machine::RunTerminate(Instance& instance) noexcept {
+  try {
+    RunSlot(static_cast<std::size_t>(instance.Info().terminate), &instance, {});
+  } catch (...) {
+    // Nobody waits for the outcome: the object goes in any case.
+  }
+}
+
+namespace {
+
+// Arguments of the call that failed: what is put into their registers next must not reach their places.
+void ForgetReferences(const Frame& frame) {
+  for (std::size_t i = frame.code->variables; i < frame.code->registers; ++i) {
+    if (frame.registers[i].Is(Kind::Reference)) frame.registers[i].Clear();
+  }
+}
+
+}  // namespace
+
+// Unwinds to the nearest procedure under Resume Next and sets it to go on behind the failed statement.
+// False when there is none above `entry`; all of those procedures have then ended.
+bool Machine::Recover(ScriptError& error, std::size_t entry) {
+  Explain(error);
+  while (frames_.Size() > entry) {
+    Frame& frame = frames_.Back();
+    if (frame.resumeNext && !error.isFinal) {
+      err_->Take(error);
+      ForgetReferences(frame);
+      frame.instruction = NextStatement(*frame.code, frame.instruction);
+      return true;
+    }
+    Pop();
+  }
+  return false;
+}
+
+namespace {
+
+// What was wrong with the operands of an operator, as a report quotes it.
+std::u16string Quoted(const Value& left, const Value& right) {
+  for (const Value* value : {&left, &right}) {
+    if (value->IsString() && !IsNumeric(*value))
+      return u"[string: \"" + std::u16string(value->AsText()) + u"\"]";
+  }
+  return {};
+}
+
+}  // namespace
+
+// The place where it happened, and the name of the culprit where the instruction tells it.
+void Machine::Explain(ScriptError& error) const {
+  if (error.position.line != 0 || frames_.Empty()) return;
+  const Frame& frame = frames_.Back();
+  const Code& code = *frame.code;
+  const Mark* mark = MarkBefore(code, static_cast<std::size_t>(frame.instruction - code.instructions.data()));
+  if (mark != nullptr) error.position = mark->at;
+  error.line = LineOf(*code.source, error.position.line);
+  const Instruction& failed = *frame.instruction;
+  if (!error.culprit.empty()) return;
+  if (failed.op == Op::CallBuiltin) error.culprit = symbols_.BuiltinAt(failed.d).name;
+  const bool binary = (failed.op >= Op::Add && failed.op <= Op::Imp) ||
+                      (failed.op >= Op::JumpIfEqual && failed.op <= Op::JumpUnlessGreaterEqual);
+  if (binary && error.number == typeMismatch) {
+    const auto valueOf = [&](Operand operand) -> Value {
+      switch (operand.GetSpace()) {
+        case Space::Register:
+        case Space::Parameter:
+          return frame.registers[operand.Number()].Followed();
+        case Space::Constant:
+          return code.constants[operand.Number()];
+        case Space::Global:
+          return globals_[operand.Number()];
+        case Space::Field:
+          return frame.me->Fields()[operand.Number()];
+      }
+      return {};
+    };
+    error.culprit = Quoted(valueOf(failed.b), valueOf(failed.c));
+  }
+}
+
+void Machine::LookAround() {
+  untilLook_ = stepsPerLook;
+  steps_ += stepsPerLook;
+  const bool tooLong = limits_.steps != 0 && steps_ > limits_.steps;
+  if (!tooLong && services_.MayGoOn()) return;
+  ScriptError stopped(507);
+  stopped.description = u"The script was stopped";
+  stopped.isFinal = true;
+  throw stopped;
+}
+
+Value Machine::GetFrom(Instance& instance, const ClassMember& member, Arguments arguments) {
+  if (member.field != ClassMember::none) {
+    const Value field = instance.Fields()[static_cast<std::size_t>(member.field)];
+    return arguments.empty() ? field : IndexValue(field, arguments, member.name);
+  }
+  if (member.get == ClassMember::none) throw ScriptError(wrongArgumentCount, member.name);
+  const auto slot = static_cast<std::size_t>(member.get);
+  if (!arguments.empty() && CodeOf(slot).parameters == 0) {
+    const Value got = RunSlot(slot, &instance, {});
+    if (!got.IsArray() && !got.IsObject()) throw ScriptError(wrongArgumentCount, member.name);
+    return IndexValue(got, arguments, member.name);
+  }
+  return RunSlot(slot, &instance, arguments);
+}
+
+void Machine::PutInto(Instance& instance, const ClassMember& member, Arguments indices, const Value& value,
+                      PutKind kind) {
+  if (member.field != ClassMember::none) {
+    Value& field = instance.Fields()[static_cast<std::size_t>(member.field)];
+    if (!indices.empty()) return PutIndexed(field, indices, value, kind, member.name);
+    if (kind == PutKind::Set && !value.IsObject()) throw ScriptError(objectRequired, member.name);
+    Value stored = kind == PutKind::Let ? LetValue(value) : value;
+    field.Swap(stored);
+    return;
+  }
+  int slot = kind == PutKind::Let ? member.let : member.set;
+  if (slot == ClassMember::none) throw ScriptError(noSuchMember, member.name);
+  std::vector<Value> arguments(indices.begin(), indices.end());
+  arguments.push_back(value);
+  RunSlot(static_cast<std::size_t>(slot), &instance, arguments);
+}
+
+}  // namespace quarlin::vbs

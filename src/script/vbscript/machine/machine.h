@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Runs compiled scripts: the values of their variables, the calls on the stack, and what happens when
+// something goes wrong.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "script/vbscript/compiler/compiler.h"
+#include "script/vbscript/compiler/symbols.h"
+#include "script/vbscript/machine/engine.h"
+#include "script/vbscript/machine/err_object.h"
+#include "script/vbscript/machine/instance.h"
+
+namespace quarlin::vbs {
+
+// A procedure that is being run. As large as a line of the processor's cache, so that counting frames needs
+// no division.
+struct alignas(64) Frame {
+  const Code* code;
+  const Instruction* instruction;  // being done; of all but the innermost frame, a call
+  Value* registers;
+  Instance* me;     // referred to by the frame; null outside methods
+  Operand result;   // where the caller wants the value
+  bool resumeNext;  // On Error Resume Next holds
+  bool throwsResultAway;
+  std::unique_ptr<std::map<std::u16string, Value>> extras;  // variables made by Execute
+};
+
+// The procedures that are being run, the innermost last. Their places never move.
+class FrameStack {
+ public:
+  explicit FrameStack(std::size_t most);
+  ~FrameStack();
+  FrameStack(const FrameStack&) = delete;
+  FrameStack& operator=(const FrameStack&) = delete;
+
+  bool Empty() const { return top_ == begin_; }
+  bool Full() const { return top_ == end_; }
+  std::size_t Size() const { return static_cast<std::size_t>(top_ - begin_); }
+  Frame& Back() { return top_[-1]; }
+  const Frame& Back() const { return top_[-1]; }
+  void Push(const Code& code, Value* registers, Instance* me, Operand result, bool throwsResultAway) {
+    new (top_++)
+        Frame{&code, code.instructions.data(), registers, me, result, false, throwsResultAway, nullptr};
+  }
+  void Pop() { (--top_)->~Frame(); }
+
+ private:
+  Frame* begin_;
+  Frame* end_;
+  Frame* top_;
+};
+
+// The memory of all registers: never moves, so that References stay good. A procedure's registers begin
+// at the arguments that its caller put there.
+class RegisterStack {
+ public:
+  explicit RegisterStack(std::size_t size);
+  ~RegisterStack();
+  RegisterStack(const RegisterStack&) = delete;
+  RegisterStack& operator=(const RegisterStack&) = delete;
+
+  Value* Begin() { return values_; }
+  // Makes all registers below `end` values. Error 28 beyond the end of the stack.
+  void Reach(const Value* end);
+
+ private:
+  Value* values_;
+  Value* end_;
+  Value* made_;  // those below are values
+};
+
+class Machine {
+ public:
+  Machine(Services& services, EngineLimits limits);
+  ~Machine();
+  Machine(const Machine&) = delete;
+  Machine& operator=(const Machine&) = delete;
+
+  void AddObject(std::u16string_view name, const ObjectRef& object, bool membersAreGlobal);
+  void AddCode(std::u16string_view source);
+  bool HasProcedure(std::u16string_view name) const;
+  Value RunNamed(std::u16string_view name, Arguments arguments);
+
+  // A procedure or method, from outside the loop.
+  Value RunSlot(std::size_t slot, Instance* me, Arguments arguments);
+  void RunTerminate(Instance& instance) noexcept;
+  Value GetFrom(Instance& instance, const ClassMember& member, Arguments arguments);
+  void PutInto(Instance& instance, const ClassMember& member, Arguments indices, const Value& value,
+               PutKind kind);
+
+ private:
+  // Counts the runs of the loop within each other, which the stack of the process has to hold.
+  class Nesting {
+   public:
+    explicit Nesting(Machine& machine);
+    ~Nesting();
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+
+   private:
+    Machine& machine_;
+  };
+
+  // machine.cpp
+  void Declare(ast::Program& program, const std::shared_ptr<const Unit>& unit);
+  void DeclareProcedure(ast::Procedure procedure, const std::shared_ptr<const Unit>& unit);
+  void DeclareClass(ast::Class& tree, const std::shared_ptr<const Unit>& unit);
+  Value RunText(std::u16string_view source);
+  void CompileSlot(std::size_t slot);
+  Value RunCode(const Code& code, Instance* me);
+  Value RunFrom(std::size_t entry);
+  bool Recover(ScriptError& error, std::size_t entry);
+  void Explain(ScriptError& error) const;
+  void LookAround();
+
+  // machine_calls.h
+  const Code& CodeOf(std::size_t slot);
+  Value* Top();
+  void Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Operand result,
+            bool throwsResultAway);
+  Value Pop() noexcept;
+  void Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Operand result,
+             bool throwsResultAway = false);
+
+  // machine_loop.cpp
+  Value Loop(std::size_t entry);
+  static void CopyByValue(const Code& code, Value* registers, std::size_t count);
+  std::u16string_view NameAt(const Instruction& instruction) const;
+
+  // machine_objects.cpp: what an instruction does that is about objects and arrays.
+  bool GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count, Operand result,
+                 Value& direct);
+  bool PutMember(const Value& target, const Site& site, Value* indices, std::size_t count, const Value& value,
+                 PutKind kind);
+  int FindMember(Dispatch& object, const Site& site);
+  bool CallLate(const Site& site, Value* arguments, std::size_t count, Operand result, Value& direct);
+  Value ReadLate(const Site& site);
+  Value CallBuiltin(const Builtin& builtin, Arguments arguments);
+  Value MakeObject(const Site& site);
+  void Redimension(Value& array, const Value* bounds, std::size_t count, bool preserve);
+  static void Erase(Value& array);
+  void PutBack(Value& array, const Value* indices, std::size_t count, const Value& element);
+  Value Execute(Op op, const Value& text);
+  Value RunSnippet(const Code& code, Frame& around);
+  Value ReferenceTo(const Value& name);
+
+  Services& services_;
+  EngineLimits limits_;
+  Holders holders_;
+  LibraryContext library_;
+  Ref<MachineLink> link_;
+  Ref<ErrObject> err_;
+  Symbols symbols_;
+  std::vector<Value> globals_;
+  std::vector<ProcedureSlot> slots_;
+  std::vector<std::shared_ptr<const ClassInfo>> classes_;
+  std::vector<std::shared_ptr<const Code>> kept_;  // code that may still be on the stack
+  RegisterStack stack_;
+  FrameStack frames_;
+  int nesting_ = 0;          // runs of the loop within each other
+  std::uint32_t untilLook_;  // backward jumps and calls until the script's right to run is looked at
+  std::uint64_t steps_ = 0;
+};
+
+}  // namespace quarlin::vbs

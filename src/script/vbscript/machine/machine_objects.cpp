@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <utility>
+
+#include "script/library/create_object.h"
+#include "script/values/array.h"
+#include "script/values/conversions.h"
+#include "script/values/indexing.h"
+#include "script/vbscript/machine/machine_calls.h"
+#include "script/vbscript/syntax/parser.h"
+
+namespace quarlin::vbs {
+namespace {
+
+constexpr std::size_t mostBounds = 60;
+
+void Follow(Value* arguments, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    if (arguments[i].Is(Kind::Reference)) arguments[i] = Value(arguments[i].Place());
+  }
+}
+
+bool Unchanged(const Value& left, const Value& right) {
+  if (left.GetKind() != right.GetKind()) return false;
+  switch (left.GetKind()) {
+    case Kind::Single:
+    case Kind::Double:
+    case Kind::Date:
+      return left.AsReal() == right.AsReal();
+    case Kind::String:
+      return left.AsText().data() == right.AsText().data();
+    case Kind::Array:
+      return &left.AsArray() == &right.AsArray();
+    case Kind::Object:
+      return left.AsObject() == right.AsObject();
+    default:
+      return left.AsWhole() == right.AsWhole();
+  }
+}
+
+}  // namespace
+
+std::u16string_view Machine::NameAt(const Instruction& instruction) const {
+  if (instruction.d == noSite) return {};
+  return frames_.Back().code->sites[instruction.d].name;
+}
+
+int Machine::FindMember(Dispatch& object, const Site& site) {
+  const void* shape = object.Shape();
+  if (shape != nullptr && shape == site.shape) return site.member;
+  const auto member = object.Find(site.name);
+  if (!member) throw ScriptError(noSuchMember, site.name);
+  site.shape = shape;
+  site.member = *member;
+  return *member;
+}
+
+// True when a method was entered, whose value will come to `result`; otherwise the value is in `direct`.
+bool Machine::GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count,
+                        Operand result, Value& direct) {
+  if (!target.IsObject() || target.IsNothing()) throw ScriptError(objectRequired, site.object);
+  const ObjectRef object(target.AsObject());
+  const int number = FindMember(*object, site);
+  Instance* instance = object->AsInstance();
+  if (instance == nullptr) {
+    Follow(arguments, count);
+    direct = object->Invoke(number, {arguments, count});
+    return false;
+  }
+  const ClassMember* member = instance->MemberAt(number);
+  if (member == nullptr || (member->isPrivate && frames_.Back().me != instance)) {
+    throw ScriptError(noSuchMember, site.name);
+  }
+  if (member->get != ClassMember::none) {
+    const auto slot = static_cast<std::size_t>(member->get);
+    if (count == 0 || CodeOf(slot).parameters > 0) {
+      Enter(slot, arguments, count, instance, result);
+      return true;
+    }
+  }
+  Follow(arguments, count);
+  direct = GetFrom(*instance, *member, {arguments, count});
+  return false;
+}
+
+// True when a Property Let or Set was entered.
+bool Machine::PutMember(const Value& target, const Site& site, Value* indices, std::size_t count,
+                        const Value& value, PutKind kind) {
+  if (!target.IsObject() || target.IsNothing()) throw ScriptError(objectRequired, site.object);
+  const ObjectRef object(target.AsObject());
+  const int number = FindMember(*object, site);
+  if (kind == PutKind::Set && !value.IsObject()) throw ScriptError(objectRequired, site.name);
+  Instance* instance = object->AsInstance();
+  if (instance == nullptr) {
+    Follow(indices, count);
+    object->Put(number, {indices, count}, Value(value), kind);  // a copy: it may run code that moves ours
+    return false;
+  }
+  const ClassMember* member = instance->MemberAt(number);
+  if (member == nullptr || (member->isPrivate && frames_.Back().me != instance)) {
+    throw ScriptError(noSuchMember, site.name);
+  }
+  if (member->field != ClassMember::none) {
+    Follow(indices, count);
+    PutInto(*instance, *member, {indices, count}, value, kind);
+    return false;
+  }
+  const int slot = kind == PutKind::Let ? member->let : member->set;
+  if (slot == ClassMember::none) throw ScriptError(noSuchMember, site.name);
+  Value* top = Top();
+  stack_.Reach(top + count + 1);
+  for (std::size_t i = 0; i < count; ++i) top[i] = indices[i].Followed();
+  top[count] = value;
+  Enter(static_cast<std::size_t>(slot), top, count + 1, instance, {}, true);
+  return true;
+}
+
+bool Machine::CallLate(const Site& site, Value* arguments, std::size_t count, Operand result, Value& direct) {
+  const auto symbol = symbols_.Find(Folded(site.name));
+  if (symbol && symbol->kind == SymbolKind::Procedure) {
+    Enter(symbol->number, arguments, count, nullptr, result);
+    return true;
+  }
+  if (!symbol || symbol->kind != SymbolKind::Variable) throw ScriptError(typeMismatch, site.name);
+  Follow(arguments, count);
+  direct = IndexValue(globals_[symbol->number], {arguments, count}, site.name);
+  return false;
+}
+
+Value Machine::ReadLate(const Site& site) {
+  const auto symbol = symbols_.Find(Folded(site.name));
+  if (!symbol) return {};
+  switch (symbol->kind) {
+    case SymbolKind::Variable:
+      return globals_[symbol->number];
+    case SymbolKind::Procedure:
+      return RunSlot(symbol->number, nullptr, {});
+    default:
+      return symbol->value;
+  }
+}
+
+Value Machine::CallBuiltin(const Builtin& builtin, Arguments arguments) {
+  const int count = static_cast<int>(arguments.size());
+  if (count < builtin.fewest || count > builtin.most) throw ScriptError(wrongArgumentCount, builtin.name);
+  return builtin.function(library_, arguments);
+}
+
+Value Machine::MakeObject(const Site& site) {
+  const Symbol* symbol = symbols_.FindDeclared(Folded(site.name));
+  if (symbol == nullptr && Folded(site.name) == u"regexp") {
+    return Value::Object(CreateLibraryObject(services_, &holders_, u"VBScript.RegExp"));
+  }
+  if (symbol == nullptr || symbol->kind != SymbolKind::Class) throw ScriptError(classNotDefined, site.name);
+  const auto& info = classes_[symbol->number];
+  Ref<Instance> made(new Instance(info, link_, &holders_));
+  if (info->initialize != ClassMember::none) {
+    RunSlot(static_cast<std::size_t>(info->initialize), made.Get(), {});
+  }
+  return Value::Object(made.Get());
+}
+
+void Machine::Redimension(Value& array, const Value* bounds, std::size_t count, bool preserve) {
+  std::array<std::int32_t, mostBounds> numbers;
+  if (count > mostBounds) throw ScriptError(subscriptOutOfRange);
+  for (std::size_t i = 0; i < count; ++i) numbers[i] = ToLong(bounds[i].Followed());
+  const std::span<const std::int32_t> sizes(numbers.data(), count);
+  if (array.IsArray() && array.AsArray().Fixed()) throw ScriptError(arrayFixedOrLocked);
+  if (preserve && array.IsArray()) {
+    array.OwnArray().Preserve(sizes);
+  } else {
+    array = Value::Array(ArrayBody::Make(sizes));
+  }
+}
+
+void Machine::Erase(Value& array) {
+  if (!array.IsArray()) throw ScriptError(typeMismatch);
+  if (!array.AsArray().Fixed()) {
+    array = Value::Array(ArrayBody::Make({}));
+    return;
+  }
+  ArrayBody& own = array.OwnArray();
+  std::vector<Value> items(own.Items().size());
+  own.Items().swap(items);
+}
+
+void Machine::PutBack(Value& array, const Value* indices, std::size_t count, const Value& element) {
+  if (!array.IsArray()) return;  // the default member of an object was read
+  const IndexNumbers numbers({indices, count});
+  if (!array.IsArray() || Unchanged(array.AsArray().At(numbers.Span()), element)) return;
+  array.OwnArray().At(numbers.Span()) = element;
+}
+
+Value Machine::Execute(Op op, const Value& text) {
+  const std::u16string source = ToText(text);
+  Frame& around = frames_.Back();
+  if (op == Op::ExecuteGlobal) {
+    RunText(source);
+    return {};
+  }
+  Unit unit;
+  unit.source = std::make_shared<const std::u16string>(source);
+  const Surroundings seen{around.code, around.extras.get(), around.me ? &around.me->Info() : nullptr};
+  if (op == Op::Eval) {
+    const auto expression = ParseExpression(source);
+    const auto code = CompileEval(symbols_, unit, *expression, seen);
+    return RunSnippet(*code, around);
+  }
+  ast::Program program = Parse(source);
+  const auto shared = std::make_shared<const Unit>(unit);
+  Declare(program, shared);
+  const auto code = CompileSnippet(symbols_, *shared, program, seen);
+  RunSnippet(*code, around);
+  return {};
+}
+
+// Each name that the text shares with the procedure around it becomes a Reference to that one's place.
+Value Machine::RunSnippet(const Code& code, Frame& around) {
+  const Nesting nesting(*this);
+  globals_.resize(symbols_.VariableCount());
+  const std::size_t entry = frames_.Size();
+  Push(code, Top(), 0, around.me, {}, false);
+  for (const NamedPlace& import : code.imports) {
+    const auto& names = around.code->names;
+    const auto known = std::find_if(names.begin(), names.end(),
+                                    [&](const NamedPlace& place) { return place.name == import.name; });
+    Value* place = nullptr;
+    if (known != names.end()) {
+      place = &around.registers[known->place.Number()].Followed();
+    } else {
+      if (!around.extras) around.extras = std::make_unique<std::map<std::u16string, Value>>();
+      place = &(*around.extras)[import.name];
+    }
+    frames_.Back().registers[import.place.Number()] = Value::To(*place);
+  }
+  return RunFrom(entry);
+}
+
+Value Machine::ReferenceTo(const Value& name) {
+  const std::u16string text = ToText(name);
+  const Symbol* symbol = symbols_.FindDeclared(Folded(text));
+  if (symbol == nullptr || symbol->kind != SymbolKind::Procedure) throw ScriptError(invalidCall, text);
+  return Value::Object(new ProcedureReference(symbol->number, link_));
+}
+
+}  // namespace quarlin::vbs
