@@ -52,6 +52,11 @@ void Assembler::BeginPart(Position at) {
   }
 }
 
+void Assembler::BeginStatement(Position at) {
+  BeginPart(at);
+  code_->marks.back().isStatement = true;
+}
+
 Operand Assembler::Constant(const Value& value) {
   auto& constants = code_->constants;
   const std::size_t first = constants.size() > constantsCompared ? constants.size() - constantsCompared : 0;

@@ -23,7 +23,8 @@ class Assembler {
                      std::size_t count = 0);
   std::uint32_t Here() const { return static_cast<std::uint32_t>(code_->instructions.size()); }
   void JumpHere(std::uint32_t instruction) { code_->instructions[instruction].d = Here(); }
-  void BeginPart(Position at);  // a statement, or what Resume Next goes on with after one
+  void BeginStatement(Position at);
+  void BeginPart(Position at);  // what Resume Next goes on with within a statement
 
   Operand Constant(const Value& value);
   std::uint32_t SiteOf(std::u16string_view name, std::u16string_view object = {});

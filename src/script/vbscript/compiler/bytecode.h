@@ -116,7 +116,8 @@ enum class Op : std::uint16_t {
   ExecuteGlobal,
   Eval,    // a = the value of the text b
   GetRef,  // a = an object that calls the procedure named by b
-  Return
+  Return,
+  Stop  // a debugger is told, then the operation of the mark that begins here is done
 };
 
 inline constexpr std::uint32_t noSite = ~0U;
@@ -142,6 +143,8 @@ struct Site {
 struct Mark {
   std::uint32_t instruction;
   Position at;
+  bool isStatement = false;       // a debugger can stop here
+  mutable Op stopped = Op::Stop;  // the operation that a Stop stands in the place of
 };
 
 struct NamedPlace {
@@ -152,7 +155,7 @@ struct NamedPlace {
 // One procedure, the top level of a text, or a text given to Execute.
 struct Code {
   std::u16string name;
-  std::vector<Instruction> instructions;
+  mutable std::vector<Instruction> instructions;  // a debugger's stops come and go
   std::vector<Value> constants;
   std::vector<Site> sites;
   std::vector<Mark> marks;                        // in ascending order

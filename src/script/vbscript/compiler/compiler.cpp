@@ -133,7 +133,7 @@ std::shared_ptr<const Code> Compiler::Procedure(const ast::Procedure& procedure)
   out_.BeginPart(procedure.at);
   DeclareLocals(procedure);
   Statements(procedure.body);
-  out_.BeginPart(procedure.endAt);
+  out_.BeginStatement(procedure.endAt);
   out_.Emit(Op::Return);
   NoteNames();
   return out_.Finish();

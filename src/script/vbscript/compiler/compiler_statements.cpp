@@ -18,7 +18,7 @@ void Compiler::Statements(const ast::Block& block) {
 void Compiler::OneStatement(const Statement& statement) {
   const std::uint32_t mark = out_.Mark();
   if (statement.kind != StatementKind::Dim && statement.kind != StatementKind::Const) {
-    out_.BeginPart(statement.at);
+    out_.BeginStatement(statement.at);
   }
   switch (statement.kind) {
     case StatementKind::Dim:
@@ -265,7 +265,7 @@ void Compiler::If(const Statement& statement) {
   for (std::size_t i = 0; i < statement.branches.size(); ++i) {
     const ast::Branch& branch = statement.branches[i];
     const Position at = i == 0 ? statement.at : branch.at;
-    if (i > 0) out_.BeginPart(at);
+    if (i > 0) out_.BeginStatement(at);
     const std::uint32_t mark = out_.Mark();
     const std::uint32_t otherwise = JumpUnless(*branch.tests[0]);
     out_.BackTo(mark);
@@ -340,7 +340,7 @@ void Compiler::For(const Statement& statement) {
   out_.BeginPart(statement.at);
   BeginLoop(ast::ExitKind::For);
   Statements(statement.body);
-  out_.BeginPart(statement.endAt);
+  out_.BeginStatement(statement.endAt);
   out_.Emit(Op::ForNext, *counter, {}, {hidden}, body);
   out_.JumpHere(start);
   EndLoop();
@@ -360,7 +360,7 @@ void Compiler::ForEach(const Statement& statement) {
   out_.ClearHeldObjects();
   BeginLoop(ast::ExitKind::For);
   Statements(statement.body);
-  out_.BeginPart(statement.endAt);
+  out_.BeginStatement(statement.endAt);
   const std::uint32_t next = out_.Emit(Op::EachNext, *item, {}, {walk});
   out_.Emit(Op::JumpBack, {}, {}, {}, body);
   out_.JumpHere(first);
@@ -377,7 +377,7 @@ void Compiler::While(const Statement& statement) {
   out_.BeginPart(statement.at);
   out_.ClearHeldObjects();
   Statements(statement.body);
-  out_.BeginPart(statement.endAt);
+  out_.BeginStatement(statement.endAt);
   out_.Emit(Op::JumpBack, {}, {}, {}, top);
   out_.JumpHere(exit);
 }
@@ -394,7 +394,7 @@ void Compiler::Do(const Statement& statement) {
     out_.BeginPart(statement.at);
     out_.ClearHeldObjects();
     Statements(statement.body);
-    out_.BeginPart(statement.endAt);
+    out_.BeginStatement(statement.endAt);
     out_.Emit(Op::JumpBack, {}, {}, {}, top);
     out_.JumpHere(exit);
   } else {
@@ -406,7 +406,7 @@ void Compiler::Do(const Statement& statement) {
 void Compiler::DoLast(const Statement& statement) {
   const std::uint32_t top = out_.Here();
   Statements(statement.body);
-  out_.BeginPart(statement.endAt);
+  out_.BeginStatement(statement.endAt);
   if (statement.loop == ast::LoopKind::Forever) {
     out_.Emit(Op::JumpBack, {}, {}, {}, top);
     return;
@@ -437,7 +437,7 @@ void Compiler::With(const Statement& statement) {
   withObjects_.push_back(object);
   Statements(statement.body);
   withObjects_.pop_back();
-  out_.BeginPart(statement.endAt);
+  out_.BeginStatement(statement.endAt);
   out_.Emit(Op::Clear, object, {}, {}, 0, 1);
 }
 

@@ -96,6 +96,12 @@ class Symbols {
   void AddObject(std::u16string_view name, Value object, bool membersAreGlobal);
 
   std::size_t VariableCount() const { return variables_; }
+  template <class Call>
+  void EachVariable(Call call) const {  // with its folded name and its place, in no order
+    for (const auto& [name, symbol] : declared_) {
+      if (symbol.kind == SymbolKind::Variable) call(name, symbol.number);
+    }
+  }
   const Builtin& BuiltinAt(std::size_t number) const { return *builtins_[number]; }
 
  private:

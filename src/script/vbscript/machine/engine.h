@@ -8,6 +8,7 @@
 
 #include "script/values/dispatch.h"
 #include "script/values/services.h"
+#include "script/vbscript/machine/debug.h"
 
 namespace quarlin::vbs {
 
@@ -38,6 +39,14 @@ class Engine {
 
   // Runs a Sub or Function. Error 13 when there is none of that name. Yields where the script does.
   Value Run(std::u16string_view name, Arguments arguments = {});
+
+  // Who follows the script from now on, null for nobody, and where it is told of it; both also from within
+  // its calls. The hook outlives the engine, or is taken away before. Stops are forgotten with it.
+  void SetDebugHook(DebugHook* hook);
+  void StopAt(StopsAt stops);
+
+  // The lines of a text at which a statement begins that can be stopped at. Throws ScriptError.
+  static std::set<int> StatementLines(std::u16string_view source);
 
  private:
   std::unique_ptr<Machine> machine_;

@@ -7,6 +7,7 @@
 #include "script/values/heap.h"
 #include "script/values/indexing.h"
 #include "script/vbscript/machine/machine_calls.h"
+#include "script/vbscript/machine/machine_debugging.h"
 #include "script/vbscript/syntax/parser.h"
 
 namespace quarlin::vbs {
@@ -28,12 +29,6 @@ std::u16string LineOf(std::u16string_view source, int line) {
   return std::u16string(rest.substr(0, rest.find_first_of(u"\r\n")));
 }
 
-const Mark* MarkBefore(const Code& code, std::size_t instruction) {
-  const auto after = std::upper_bound(code.marks.begin(), code.marks.end(), instruction,
-                                      [](std::size_t at, const Mark& mark) { return at < mark.instruction; });
-  return after == code.marks.begin() ? nullptr : &*(after - 1);
-}
-
 // Where Resume Next goes on: the next statement, or the end of the procedure.
 const Instruction* NextStatement(const Code& code, const Instruction* failed) {
   const auto at = static_cast<std::size_t>(failed - code.instructions.data());
@@ -46,6 +41,12 @@ const Instruction* NextStatement(const Code& code, const Instruction* failed) {
 }
 
 }  // namespace
+
+const Mark* MarkBefore(const Code& code, std::size_t instruction) {
+  const auto after = std::upper_bound(code.marks.begin(), code.marks.end(), instruction,
+                                      [](std::size_t at, const Mark& mark) { return at < mark.instruction; });
+  return after == code.marks.begin() ? nullptr : &*(after - 1);
+}
 
 FrameStack::FrameStack(std::size_t most)
     : begin_(static_cast<Frame*>(::operator new(most * sizeof(Frame), std::align_val_t(alignof(Frame))))),
@@ -107,13 +108,14 @@ void Machine::AddObject(std::u16string_view name, const ObjectRef& object, bool 
 }
 
 void Machine::AddCode(std::u16string_view source) {
-  RunText(source);
+  script_ = std::make_shared<const std::u16string>(source);
+  RunText(script_);
 }
 
-Value Machine::RunText(std::u16string_view source) {
-  ast::Program program = Parse(source);
+Value Machine::RunText(std::shared_ptr<const std::u16string> source) {
+  ast::Program program = Parse(*source);
   auto unit = std::make_shared<Unit>();
-  unit->source = std::make_shared<const std::u16string>(source);
+  unit->source = std::move(source);
   unit->optionExplicit = program.optionExplicit;
   Declare(program, unit);
   const auto code = CompileTopLevel(symbols_, *unit, program);
@@ -207,11 +209,13 @@ void Machine::CompileSlot(std::size_t number) {
   ProcedureSlot& slot = slots_[number];
   slot.code = CompileProcedure(symbols_, slot);
   globals_.resize(symbols_.VariableCount());
+  if (debugging_) debugging_->Follow(*slot.code);
 }
 
 Value Machine::RunCode(const Code& code, Instance* me) {
   const Nesting nesting(*this);
   const std::size_t entry = frames_.Size();
+  if (debugging_) debugging_->Follow(code);
   Push(code, Top(), 0, me, {}, false);
   return RunFrom(entry);
 }
@@ -261,7 +265,9 @@ void ForgetReferences(const Frame& frame) {
 // Unwinds to the nearest procedure under Resume Next and sets it to go on behind the failed statement.
 // False when there is none above `entry`; all of those procedures have then ended.
 bool Machine::Recover(ScriptError& error, std::size_t entry) {
+  const bool isNew = error.position.line == 0;
   Explain(error);
+  if (debugging_ && isNew) debugging_->Failed(error);
   while (frames_.Size() > entry) {
     Frame& frame = frames_.Back();
     if (frame.resumeNext && !error.isFinal) {
@@ -296,7 +302,8 @@ void Machine::Explain(ScriptError& error) const {
   const Mark* mark = MarkBefore(code, static_cast<std::size_t>(frame.instruction - code.instructions.data()));
   if (mark != nullptr) error.position = mark->at;
   error.line = LineOf(*code.source, error.position.line);
-  const Instruction& failed = *frame.instruction;
+  Instruction failed = *frame.instruction;
+  failed.op = OperationAt(code, *frame.instruction);
   if (!error.culprit.empty()) return;
   if (failed.op == Op::CallBuiltin) error.culprit = symbols_.BuiltinAt(failed.d).name;
   const bool binary = (failed.op >= Op::Add && failed.op <= Op::Imp) ||
@@ -323,6 +330,7 @@ void Machine::Explain(ScriptError& error) const {
 void Machine::LookAround() {
   untilLook_ = stepsPerLook;
   steps_ += stepsPerLook;
+  if (debugging_) debugging_->CountLook();
   const bool tooLong = limits_.steps != 0 && steps_ > limits_.steps;
   if (!tooLong && services_.MayGoOn()) return;
   ScriptError stopped(507);

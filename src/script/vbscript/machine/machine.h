@@ -12,6 +12,7 @@
 
 #include "script/vbscript/compiler/compiler.h"
 #include "script/vbscript/compiler/symbols.h"
+#include "script/vbscript/machine/debug.h"
 #include "script/vbscript/machine/engine.h"
 #include "script/vbscript/machine/err_object.h"
 #include "script/vbscript/machine/instance.h"
@@ -44,6 +45,7 @@ class FrameStack {
   std::size_t Size() const { return static_cast<std::size_t>(top_ - begin_); }
   Frame& Back() { return top_[-1]; }
   const Frame& Back() const { return top_[-1]; }
+  Frame& operator[](std::size_t number) { return begin_[number]; }  // from the outermost
   void Push(const Code& code, Value* registers, Instance* me, Operand result, bool throwsResultAway) {
     new (top_++)
         Frame{&code, code.instructions.data(), registers, me, result, false, throwsResultAway, nullptr};
@@ -86,6 +88,8 @@ class Machine {
   void AddCode(std::u16string_view source);
   bool HasProcedure(std::u16string_view name) const;
   Value RunNamed(std::u16string_view name, Arguments arguments);
+  void SetDebugHook(DebugHook* hook);
+  void StopAt(StopsAt stops);
 
   // A procedure or method, from outside the loop.
   Value RunSlot(std::size_t slot, Instance* me, Arguments arguments);
@@ -95,6 +99,8 @@ class Machine {
                PutKind kind);
 
  private:
+  class Debugging;
+
   // Counts the runs of the loop within each other, which the stack of the process has to hold.
   class Nesting {
    public:
@@ -111,7 +117,7 @@ class Machine {
   void Declare(ast::Program& program, const std::shared_ptr<const Unit>& unit);
   void DeclareProcedure(ast::Procedure procedure, const std::shared_ptr<const Unit>& unit);
   void DeclareClass(ast::Class& tree, const std::shared_ptr<const Unit>& unit);
-  Value RunText(std::u16string_view source);
+  Value RunText(std::shared_ptr<const std::u16string> source);
   void CompileSlot(std::size_t slot);
   Value RunCode(const Code& code, Instance* me);
   Value RunFrom(std::size_t entry);
@@ -132,6 +138,9 @@ class Machine {
   Value Loop(std::size_t entry);
   static void CopyByValue(const Code& code, Value* registers, std::size_t count);
   std::u16string_view NameAt(const Instruction& instruction) const;
+
+  // machine_debug.cpp
+  Instruction StopHere();
 
   // machine_objects.cpp: what an instruction does that is about objects and arrays.
   bool GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count, Operand result,
@@ -166,6 +175,14 @@ class Machine {
   int nesting_ = 0;          // runs of the loop within each other
   std::uint32_t untilLook_;  // backward jumps and calls until the script's right to run is looked at
   std::uint64_t steps_ = 0;
+  std::shared_ptr<const std::u16string> script_;  // the text that was added last
+  std::unique_ptr<Debugging> debugging_;          // null while nobody follows
 };
+
+// The part of a procedure that the instruction belongs to; null in front of the first.
+const Mark* MarkBefore(const Code& code, std::size_t instruction);
+
+// What an instruction does, also where a Stop stands in its place.
+Op OperationAt(const Code& code, const Instruction& instruction);
 
 }  // namespace quarlin::vbs

@@ -162,9 +162,12 @@ Value Machine::Loop(std::size_t entry) {
     if (--untilLook_ == 0) LookAround();
   };
   const auto jump = [&](std::uint32_t target) { at = frame->code->instructions.data() + target; };
+  Instruction stopped{};
   for (;;) {
-    const Instruction& now = *at;
+    const Instruction* doing = at;
     frame->instruction = at++;
+  perform:
+    const Instruction& now = *doing;
     switch (now.op) {
       case Op::Load:
         place[now.a] = place[now.b];
@@ -448,6 +451,10 @@ Value Machine::Loop(std::size_t entry) {
         if (wanted) place[target].Swap(result);
         break;
       }
+      case Op::Stop:
+        stopped = StopHere();
+        doing = &stopped;
+        goto perform;
     }
   }
 }

@@ -195,7 +195,7 @@ Value Machine::Execute(Op op, const Value& text) {
   const std::u16string source = ToText(text);
   Frame& around = frames_.Back();
   if (op == Op::ExecuteGlobal) {
-    RunText(source);
+    RunText(std::make_shared<const std::u16string>(source));
     return {};
   }
   Unit unit;

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <utility>
+
+#include "script/vbscript/machine/machine_calls.h"
+#include "script/vbscript/machine/machine_debugging.h"
+#include "script/vbscript/syntax/parser.h"
+
+namespace quarlin::vbs {
+namespace {
+
+constexpr int looksPerEvaluation = 400;  // some millions of steps
+
+void PutStop(const Code& code, const Mark& mark, bool wanted) {
+  Op& op = code.instructions[mark.instruction].op;
+  if (wanted == (op == Op::Stop)) return;
+  if (wanted) {
+    mark.stopped = std::exchange(op, Op::Stop);
+  } else {
+    op = mark.stopped;
+  }
+}
+
+}  // namespace
+
+Op OperationAt(const Code& code, const Instruction& instruction) {
+  if (instruction.op != Op::Stop) return instruction.op;
+  return MarkBefore(code, static_cast<std::size_t>(&instruction - code.instructions.data()))->stopped;
+}
+
+void Machine::SetDebugHook(DebugHook* hook) {
+  debugging_ = hook == nullptr ? nullptr : std::make_unique<Debugging>(*this, *hook);
+}
+
+void Machine::StopAt(StopsAt stops) {
+  if (debugging_) debugging_->StopAt(std::move(stops));
+}
+
+Instruction Machine::StopHere() {
+  const Frame& frame = frames_.Back();
+  if (debugging_) debugging_->AtStatement();
+  Instruction instruction = *frame.instruction;
+  instruction.op = OperationAt(*frame.code, *frame.instruction);
+  return instruction;
+}
+
+// An expression that is evaluated while the machine stands: Err stays as it is, nothing is told.
+class Machine::Debugging::Evaluation {
+ public:
+  explicit Evaluation(Debugging& debugging) : debugging_(debugging), saved_(0) {
+    const ErrObject& err = *debugging_.machine_.err_;
+    saved_.number = err.Number;
+    saved_.description = err.Description;
+    saved_.source = err.Source;
+    saved_.helpFile = err.HelpFile;
+    saved_.helpContext = err.HelpContext;
+    debugging_.evaluating_ = true;
+    debugging_.looksLeft_ = looksPerEvaluation;
+  }
+  ~Evaluation() {
+    debugging_.evaluating_ = false;
+    debugging_.machine_.err_->Take(saved_);
+  }
+  Evaluation(const Evaluation&) = delete;
+  Evaluation& operator=(const Evaluation&) = delete;
+
+ private:
+  Debugging& debugging_;
+  ScriptError saved_;
+};
+
+void Machine::Debugging::StopAt(StopsAt stops) {
+  stops_ = std::move(stops);
+  for (const ProcedureSlot& slot : machine_.slots_) {
+    if (slot.code) Follow(*slot.code);
+  }
+  for (std::size_t call = 0; call < machine_.frames_.Size(); ++call) Follow(*FrameOf(call).code);
+}
+
+void Machine::Debugging::Follow(const Code& code) const {
+  if (!OfScript(code)) return;
+  int line = 0;
+  for (const Mark& mark : code.marks) {
+    if (!mark.isStatement) continue;
+    const bool first = mark.at.line != line;
+    line = mark.at.line;
+    PutStop(code, mark, stops_.everyStatement || (first && stops_.lines.contains(line)));
+  }
+}
+
+void Machine::Debugging::AtStatement() {
+  if (!evaluating_) hook_.AtStatement(*this);
+}
+
+void Machine::Debugging::Failed(ScriptError& error) {
+  if (evaluating_ || error.isFinal) return;
+  bool caught = false;
+  for (std::size_t call = 0; call < machine_.frames_.Size(); ++call) caught |= FrameOf(call).resumeNext;
+  try {
+    hook_.AtError(*this, error, caught);
+  } catch (const ScriptError& other) {
+    error = other;
+  }
+}
+
+void Machine::Debugging::CountLook() {
+  if (!evaluating_ || --looksLeft_ > 0) return;
+  ScriptError tooLong(507);
+  tooLong.description = u"The expression takes too long";
+  tooLong.isFinal = true;
+  throw tooLong;
+}
+
+std::vector<CallView> Machine::Debugging::Calls() {
+  std::vector<CallView> calls;
+  for (std::size_t call = 0; call < machine_.frames_.Size(); ++call) {
+    const Frame& frame = FrameOf(call);
+    const Code& code = *frame.code;
+    const auto instruction = static_cast<std::size_t>(frame.instruction - code.instructions.data());
+    const Mark* mark = MarkBefore(code, instruction);
+    calls.push_back({code.name, mark == nullptr ? Position{} : mark->at, OfScript(code)});
+  }
+  return calls;
+}
+
+std::vector<NamedValue> Machine::Debugging::Locals(std::size_t call) {
+  Frame& frame = FrameOf(call);
+  std::vector<NamedPlace> places = frame.code->names;
+  std::sort(places.begin(), places.end(), [](const NamedPlace& left, const NamedPlace& right) {
+    return left.place.Number() < right.place.Number();
+  });
+  std::vector<NamedValue> locals;
+  if (frame.me != nullptr) locals.push_back({u"me", Value::Object(frame.me)});
+  for (const NamedPlace& named : places) {
+    locals.push_back({named.name, frame.registers[named.place.Number()].Followed()});
+  }
+  if (frame.extras) {
+    for (const auto& [name, value] : *frame.extras) locals.push_back({name, value});
+  }
+  return locals;
+}
+
+std::vector<NamedValue> Machine::Debugging::Globals() {
+  std::vector<NamedValue> globals(machine_.globals_.size());
+  machine_.symbols_.EachVariable([&](const std::u16string& name, std::size_t number) {
+    if (number < globals.size()) globals[number] = {name, machine_.globals_[number]};
+  });
+  std::erase_if(globals, [](const NamedValue& global) { return global.name.empty(); });
+  return globals;
+}
+
+Value Machine::Debugging::Evaluate(std::size_t call, std::u16string_view expression) {
+  Frame& around = FrameOf(call);
+  Unit unit;
+  unit.source = std::make_shared<const std::u16string>(expression);
+  unit.optionExplicit = true;
+  const Surroundings seen{around.code, around.extras.get(), around.me ? &around.me->Info() : nullptr};
+  const auto code = CompileEval(machine_.symbols_, unit, *ParseExpression(expression), seen);
+  const Evaluation evaluation(*this);
+  return machine_.RunSnippet(*code, around);
+}
+
+}  // namespace quarlin::vbs
