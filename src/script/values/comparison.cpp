@@ -5,6 +5,8 @@
 #include <cstring>
 
 #include "script/values/conversions.h"
+#include "script/values/dispatch.h"
+#include "script/values/number_text.h"
 
 namespace quarlin::vbs {
 namespace {
@@ -92,8 +94,28 @@ bool MixedHolds(Operator operation, const Value& left, const Value& right, Origi
   return Holds(operation, NumberOrder(number(left), number(right)));
 }
 
+bool IsComparable(const Value& value) {
+  return !value.IsArray() && !value.IsMissing() && !value.IsObject();
+}
+
 void CheckComparable(const Value& value) {
-  if (value.IsArray() || value.IsMissing() || value.IsObject()) throw ScriptError(typeMismatch);
+  if (!IsComparable(value)) throw ScriptError(typeMismatch);
+}
+
+// Whether NumberBesideLiteral has a number for the text.
+bool IsNumberBesideLiteral(std::u16string_view text, const Value& literal) {
+  if (literal.Is(Kind::Date) && DateOfText(text)) return true;
+  if (literal.Is(Kind::Boolean) && (SameName(text, u"True") || SameName(text, u"False"))) return true;
+  return ReadNumber(text).has_value();
+}
+
+// A text beside a number literal, in either order, is compared as a number.
+bool CanBeCompared(const Value& left, const Value& right, Origin origin) {
+  if (!IsComparable(left) || !IsComparable(right)) return false;
+  if (left.IsNull() || right.IsNull() || left.IsEmpty() || right.IsEmpty()) return true;
+  if (left.IsString() == right.IsString() || origin == Origin::Variable) return true;
+  const Value& literal = origin == Origin::LiteralLeft ? left : right;
+  return literal.IsString() || IsNumberBesideLiteral((left.IsString() ? left : right).AsText(), literal);
 }
 
 }  // namespace
@@ -112,6 +134,12 @@ Value Compare(Operator operation, const Value& left, const Value& right, Origin 
   if (left.IsEmpty() && right.IsString()) return Value::Bool(TextHolds(operation, {}, right.AsText()));
   if (left.IsString() || right.IsString()) return Value::Bool(MixedHolds(operation, left, right, origin));
   return Value::Bool(Holds(operation, NumberOrder(left, right)));
+}
+
+bool FitsCase(const Value& selected, const Value& choice, Origin origin) {
+  const Value left = Plain(selected);
+  const Value right = Plain(choice);
+  return CanBeCompared(left, right, origin) && IsTrue(Compare(Operator::Equal, left, right, origin));
 }
 
 Value IsSame(const Value& left, const Value& right) {

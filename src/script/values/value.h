@@ -155,12 +155,15 @@ class Value {
   static Value Nothing() { return Value(Kind::Object, static_cast<Counted*>(nullptr)); }
   static Value Missing() { return Value(Kind::Error, Held{.integer = 448}); }
   static Value To(Value& place) { return Value(Kind::Reference, Held{.place = &place}); }
+  // Empty, as a variable is that nothing was assigned to yet. A copy of it cannot be told from it.
+  static Value Untouched() { return Value(Kind::Empty, Held{.integer = untouched}); }
   // The smallest of Integer, Long and Double that holds it.
   static Value Whole(std::int64_t value);
 
   Kind GetKind() const { return kind_; }
   bool Is(Kind kind) const { return kind_ == kind; }
   bool IsEmpty() const { return kind_ == Kind::Empty; }
+  bool IsUntouched() const { return kind_ == Kind::Empty && held_.integer == untouched; }
   bool IsNull() const { return kind_ == Kind::Null; }
   bool IsMissing() const { return kind_ == Kind::Error; }
   bool IsNothing() const { return kind_ == Kind::Object && held_.counted == nullptr; }
@@ -217,6 +220,9 @@ class Value {
     Counted* counted;
     Value* place;
   };
+
+  // Beside Empty, where no other value leaves such a number behind.
+  static constexpr std::int64_t untouched = 0x5EED'0F0F'A11D'EAD5;
 
   Value(Kind kind, Held held) noexcept : kind_(kind), held_(held) {}
   Value(Kind kind, Counted* counted) noexcept : kind_(kind), held_{.counted = counted} { AddReference(); }

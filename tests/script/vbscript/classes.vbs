@@ -94,4 +94,17 @@ y = 5 : y.Name = 1 : Print Err.Number : Err.Clear  ' expect: 424
 z.Name = 1 : Print Err.Number : Err.Clear  ' expect: 424
 x = Nothing : Print Err.Number : Err.Clear  ' expect: 91
 x = s : Print Err.Number : Err.Clear  ' expect: 438
+Err.Clear : On Error Goto 0
+Class NameValue
+  Public Name, Value
+  Public Function Init(n, v)
+    Name = n : Value = v
+    Set Init = Me
+  End Function
+  Public Default Function Shown : Shown = Name & "=" & Value : End Function
+End Class
+Set pair = New NameValue.Init("Dog", 1) : Print pair.Shown, New NameValue.Init("Cat", 2).Name  ' expect: Dog=1 Cat
+Dim nameValue, regExp
+Set nameValue = New NameValue : nameValue.Name = "own" : Print nameValue.Name, TypeName(New nameVALUE)  ' expect: own NameValue
+Set regExp = New RegExp : Print TypeName(regExp), regExp.Global  ' expect: IRegExp2 False
 ' SPDX-License-Identifier: GPL-3.0-or-later

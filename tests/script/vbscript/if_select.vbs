@@ -73,4 +73,18 @@ Select Case Ask()
   Case 3 Print "asked", asked  ' expect: asked 1
 End Select
 Select Case "b" : Case "a" : Print "a" : Case "b" : Print "line" : End Select  ' expect: line
+' What cannot be compared is just not equal.
+Function Kind(value)
+  Select Case value
+    Case 1, 2.5 : Kind = "number"
+    Case True : Kind = "truth"
+    Case #2/29/2024# : Kind = "day"
+    Case "abc" : Kind = "text"
+    Case Else : Kind = "else"
+  End Select
+End Function
+Print Kind("1"), Kind("2.5"), Kind("true"), Kind("2/29/2024"), Kind("abc"), Kind("xyz"), Kind("")
+' expect: number number truth day text else else
+Print Kind(Array(1)), Kind(Null), Kind(Empty)  ' expect: else else else
+Select Case "x" : Case 1 : Print "no" : Case Array(1) : Print "no" : Case Else : Print "else" : End Select  ' expect: else
 ' SPDX-License-Identifier: GPL-3.0-or-later

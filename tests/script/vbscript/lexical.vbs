@@ -41,4 +41,10 @@ Const Pi = 3.14, Greeting = "hi", Low = -5, Flag = True, When_ = #1/1/2024#
 Print Pi, Greeting, Low, Flag, When_  ' expect: 3.14 hi -5 True 1/1/2024
 Const mask = &HFF
 Print mask, TypeName(mask)  ' expect: 255 Integer
+Print &17, 1 + &17, -&10, "a" & &17, &177777, &177777&, TypeName(&17&)  ' expect: 15 16 -8 a15 -1 65535 Long
+Print "x" &17, a &17, a&17, 1&17  ' expect: x17 517 517 117
+Print(&17) : Dim sized(&17) : Print UBound(sized)
+' expect: 15
+' expect: 15
+Const Octal = &17, Under = -&17 : Print Octal, Under  ' expect: 15 -15
 ' SPDX-License-Identifier: GPL-3.0-or-later

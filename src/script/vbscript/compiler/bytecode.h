@@ -74,7 +74,7 @@ enum class Op : std::uint16_t {
   Jump,             // to instruction d
   JumpUnless,       // to d unless b is true
   JumpIf,           // to d if b is true
-  JumpIfEqual,      // to d if b = c, count being the Origin
+  JumpIfEqual,      // to d if the Case c fits b, count being the Origin
   JumpUnlessEqual,  // to d unless b op c, count being the Origin; in the order of the comparisons
   JumpUnlessNotEqual,
   JumpUnlessLess,
@@ -114,8 +114,9 @@ enum class Op : std::uint16_t {
   GoToZero,    // On Error GoTo 0
   Execute,     // run the text b in this procedure
   ExecuteGlobal,
-  Eval,    // a = the value of the text b
-  GetRef,  // a = an object that calls the procedure named by b
+  Eval,        // a = the value of the text b
+  Reconsider,  // compile the procedure anew if one of its `awaited` has been assigned meanwhile
+  GetRef,      // a = an object that calls the procedure named by b
   Return,
   Stop  // a debugger is told, then the operation of the mark that begins here is done
 };
@@ -161,7 +162,9 @@ struct Code {
   std::vector<Mark> marks;                        // in ascending order
   std::vector<std::vector<std::int32_t>> arrays;  // bounds of the fixed arrays
   std::vector<NamedPlace> names;                  // what Execute inside it can see
-  std::vector<NamedPlace> imports;  // of a text given to Execute: names of the procedure around it
+  std::vector<std::u16string> assumed;  // variables that are its own only because nothing else had the name
+  std::vector<std::size_t> awaited;     // globals of such a name: theirs once the top level has assigned them
+  std::vector<NamedPlace> imports;      // of a text given to Execute: names of the procedure around it
   std::uint32_t parameters = 0;
   bool takesValues = false;   // at least one parameter is by value
   std::vector<bool> byValue;  // for each parameter

@@ -71,7 +71,7 @@ void Compiler::DeclareGlobals(const BlockNames& names) {
   }
   if (unit_.optionExplicit) return;
   for (const auto& name : names.used) {
-    if (!symbols_.Find(name)) symbols_.DeclareVariable(name);
+    if (!symbols_.Find(name)) symbols_.AwaitVariable(name);
   }
 }
 
@@ -89,6 +89,23 @@ void Compiler::SizeArrays(const BlockNames& names) {
 
 void Compiler::Local(const std::u16string& folded, Operand place) {
   locals_[folded] = place;
+}
+
+// Nobody declared the name, and no statement of the top level has assigned it yet.
+bool Compiler::IsFree(const std::u16string& folded) {
+  if (ResolveInside(folded)) return false;
+  const Resolved outside = ResolveOutside(folded);
+  if (outside.meaning != Meaning::Variable || outside.place.GetSpace() != Space::Global) {
+    return outside.meaning == Meaning::Unknown;
+  }
+  return symbols_.FindDeclared(folded)->awaited;
+}
+
+// A free name becomes a variable of the procedure.
+void Compiler::Assume(const std::u16string& folded) {
+  if (const Symbol* symbol = symbols_.FindDeclared(folded)) out_.Made().awaited.push_back(symbol->number);
+  out_.Made().assumed.push_back(folded);
+  Local(folded, Operand::In(Space::Register, localCount_++));
 }
 
 void Compiler::DeclareLocals(const ast::Procedure& procedure) {
@@ -113,18 +130,16 @@ void Compiler::DeclareLocals(const ast::Procedure& procedure) {
     Local(constant.name, out_.Constant(LiteralValue(*constant.value)));
   }
   for (const auto& name : names.declared) declare(name);
-  const auto isFree = [this](const std::u16string& name) {
-    return !locals_.contains(name) && ResolveOutside(name).meaning == Meaning::Unknown;
-  };
   for (const auto& name : names.resized) {
-    if (isFree(name)) declare(name);
+    if (IsFree(name)) Assume(name);
   }
   if (!unit_.optionExplicit) {
     for (const auto& name : names.used) {
-      if (isFree(name)) declare(name);
+      if (IsFree(name)) Assume(name);
     }
   }
   out_.ReserveVariables(localCount_);
+  if (!out_.Made().awaited.empty()) out_.Emit(Op::Reconsider);
   SizeArrays(names);
 }
 
@@ -162,10 +177,10 @@ std::shared_ptr<const Code> Compiler::Snippet(const ast::Program& program, const
   }
   for (const auto& name : names.declared) Import(name);
   for (const auto& name : names.resized) {
-    if (Resolve(name).meaning == Meaning::Unknown) Import(name);
+    if (IsFree(name)) Import(name);
   }
   for (const auto& name : names.used) {
-    if (Resolve(name).meaning == Meaning::Unknown && !unit_.optionExplicit) Import(name);
+    if (IsFree(name) && !unit_.optionExplicit) Import(name);
   }
   // Names that are only read are imported while the statements are compiled, so there is room for them.
   out_.Made().result = localCount_ + roomForRead;
@@ -243,8 +258,6 @@ Compiler::Resolved Compiler::ResolveOutside(const std::u16string& folded) {
       return {Meaning::Builtin, {}, symbol->number};
     case SymbolKind::Special:
       return {Meaning::Special, {}, symbol->number};
-    case SymbolKind::Class:
-      break;
   }
   return {};
 }

@@ -84,6 +84,8 @@ class Compiler {
   void LookInto(const Surroundings& around);
   Operand Import(const std::u16string& folded);
   void DeclareLocals(const ast::Procedure& procedure);
+  bool IsFree(const std::u16string& folded);
+  void Assume(const std::u16string& folded);
   void Local(const std::u16string& folded, Operand place);
   void DeclareGlobals(const BlockNames& names);
   void SizeArrays(const BlockNames& names);

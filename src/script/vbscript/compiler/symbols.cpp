@@ -63,13 +63,38 @@ const Symbol* Symbols::FindDeclared(const std::u16string& folded) const {
 
 std::size_t Symbols::DeclareVariable(const std::u16string& folded) {
   const auto found = declared_.find(folded);
-  if (found != declared_.end() && found->second.kind == SymbolKind::Variable) return found->second.number;
+  if (found != declared_.end() && found->second.kind == SymbolKind::Variable) {
+    found->second.awaited = false;
+    return found->second.number;
+  }
   declared_[folded] = {SymbolKind::Variable, variables_, {}};
   return variables_++;
 }
 
+void Symbols::AwaitVariable(const std::u16string& folded) {
+  declared_[folded] = {SymbolKind::Variable, variables_++, {}, true};
+  awaited_.push_back(folded);
+}
+
+void Symbols::Settle(const std::vector<Value>& globals) {
+  std::erase_if(awaited_, [&](const std::u16string& name) {
+    Symbol& symbol = declared_[name];
+    symbol.awaited = symbol.awaited && globals[symbol.number].IsUntouched();
+    return !symbol.awaited;
+  });
+}
+
 void Symbols::Declare(const std::u16string& folded, Symbol symbol) {
   declared_[folded] = std::move(symbol);
+}
+
+void Symbols::DeclareClass(const std::u16string& folded, std::size_t number) {
+  classes_[folded] = number;
+}
+
+std::optional<std::size_t> Symbols::FindClass(const std::u16string& folded) const {
+  const auto found = classes_.find(folded);
+  return found == classes_.end() ? std::nullopt : std::optional(found->second);
 }
 
 void Symbols::AddObject(std::u16string_view name, Value object, bool membersAreGlobal) {

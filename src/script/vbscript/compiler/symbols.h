@@ -21,7 +21,6 @@ enum class SymbolKind {
   Variable,    // number: its place among the globals
   Constant,    // value
   Procedure,   // number: its slot
-  Class,       // number
   Object,      // value: a named object of the host, or Err
   HostMember,  // value: the object; a member of it under this name
   Builtin,     // number: in the table of the library
@@ -35,6 +34,7 @@ struct Symbol {
   SymbolKind kind;
   std::size_t number = 0;
   Value value;
+  bool awaited = false;  // a variable that nobody declared, and to which the top level assigns later on
 };
 
 // A text that was added, which its procedures refer to for messages.
@@ -92,7 +92,20 @@ class Symbols {
   const Symbol* FindDeclared(const std::u16string& folded) const;
 
   std::size_t DeclareVariable(const std::u16string& folded);  // its place; the present one if there is one
+
+  // A name that a statement of the top level assigns. Until that has happened a procedure that assigns it,
+  // too, has a variable of its own.
+  void AwaitVariable(const std::u16string& folded);
+
+  // What has been assigned by now is awaited no longer.
+  void Settle(const std::vector<Value>& globals);
+
   void Declare(const std::u16string& folded, Symbol symbol);
+
+  // Classes have names of their own: Dim dog : Set dog = New Dog.
+  void DeclareClass(const std::u16string& folded, std::size_t number);
+  std::optional<std::size_t> FindClass(const std::u16string& folded) const;
+
   void AddObject(std::u16string_view name, Value object, bool membersAreGlobal);
 
   std::size_t VariableCount() const { return variables_; }
@@ -106,10 +119,12 @@ class Symbols {
 
  private:
   std::unordered_map<std::u16string, Symbol> declared_;
+  std::unordered_map<std::u16string, std::size_t> classes_;
   std::unordered_map<std::u16string, Symbol> library_;
   std::unordered_map<std::u16string, Symbol> objects_;
   std::vector<Value> withGlobalMembers_;
   std::vector<const Builtin*> builtins_;
+  std::vector<std::u16string> awaited_;
   std::size_t variables_ = 0;
 };
 

@@ -120,8 +120,23 @@ Value Machine::RunText(std::shared_ptr<const std::u16string> source) {
   Declare(program, unit);
   const auto code = CompileTopLevel(symbols_, *unit, program);
   if (symbols_.VariableCount() > mostGlobals) throw ScriptError(outOfMemory);
-  globals_.resize(symbols_.VariableCount());
+  MakeGlobals();
   return RunCode(*code, nullptr);
+}
+
+// The places of new names. Procedures that took one for a variable of their own are compiled anew.
+void Machine::MakeGlobals() {
+  if (globals_.size() == symbols_.VariableCount()) return;
+  globals_.resize(symbols_.VariableCount(), Value::Untouched());
+  for (ProcedureSlot& slot : slots_) {
+    if (!slot.code) continue;
+    const auto& assumed = slot.code->assumed;
+    if (std::none_of(assumed.begin(), assumed.end(),
+                     [this](const auto& name) { return symbols_.FindDeclared(name) != nullptr; })) {
+      continue;
+    }
+    kept_.push_back(std::move(slot.code));
+  }
 }
 
 void Machine::Declare(ast::Program& program, const std::shared_ptr<const Unit>& unit) {
@@ -190,7 +205,7 @@ void Machine::DeclareClass(ast::Class& tree, const std::shared_ptr<const Unit>& 
     if (folded == u"class_initialize") info->initialize = slot;
     if (folded == u"class_terminate") info->terminate = slot;
   }
-  symbols_.Declare(Folded(tree.name), {SymbolKind::Class, classes_.size(), {}});
+  symbols_.DeclareClass(Folded(tree.name), classes_.size());
   classes_.push_back(std::move(info));
 }
 
@@ -207,9 +222,29 @@ Value Machine::RunNamed(std::u16string_view name, Arguments arguments) {
 
 void Machine::CompileSlot(std::size_t number) {
   ProcedureSlot& slot = slots_[number];
+  MakeGlobals();
+  symbols_.Settle(globals_);
   slot.code = CompileProcedure(symbols_, slot);
-  globals_.resize(symbols_.VariableCount());
   if (debugging_) debugging_->Follow(*slot.code);
+}
+
+// At the first instruction of a procedure. True when the frame has other code now.
+bool Machine::Reconsider(Frame& frame) {
+  const auto& awaited = frame.code->awaited;
+  if (std::all_of(awaited.begin(), awaited.end(),
+                  [this](std::size_t global) { return globals_[global].IsUntouched(); })) {
+    return false;
+  }
+  const auto slot = std::find_if(slots_.begin(), slots_.end(),
+                                 [&](const ProcedureSlot& one) { return one.code.get() == frame.code; });
+  kept_.push_back(slot->code);
+  CompileSlot(static_cast<std::size_t>(slot - slots_.begin()));
+  const Code& code = *slot->code;
+  stack_.Reach(frame.registers + code.registers);
+  for (std::size_t i = code.parameters; i < code.variables; ++i) frame.registers[i].Clear();
+  frame.code = &code;
+  frame.instruction = code.instructions.data();
+  return true;
 }
 
 Value Machine::RunCode(const Code& code, Instance* me) {

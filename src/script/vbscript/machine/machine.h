@@ -119,6 +119,8 @@ class Machine {
   void DeclareClass(ast::Class& tree, const std::shared_ptr<const Unit>& unit);
   Value RunText(std::shared_ptr<const std::u16string> source);
   void CompileSlot(std::size_t slot);
+  void MakeGlobals();
+  bool Reconsider(Frame& frame);
   Value RunCode(const Code& code, Instance* me);
   Value RunFrom(std::size_t entry);
   bool Recover(ScriptError& error, std::size_t entry);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "script/values/array.h"
+#include "script/values/comparison.h"
 #include "script/values/conversions.h"
 #include "script/values/indexing.h"
 #include "script/vbscript/machine/arithmetic.h"
@@ -113,6 +114,12 @@ bool Holds(const Instruction& instruction, const Places& at, Operator operation,
   const int quick = QuickCompare(left, right, compare);
   if (quick >= 0) return quick != 0;
   return IsTrue(Apply(operation, left, right, static_cast<Origin>(instruction.count)));
+}
+
+bool Fits(const Value& selected, const Value& choice, const Instruction& instruction) {
+  const int quick = QuickCompare(selected, choice, std::equal_to<>());
+  if (quick >= 0) return quick != 0;
+  return FitsCase(selected, choice, static_cast<Origin>(instruction.count));
 }
 
 bool QuickNext(Value& counter, const Value* bounds, bool& again) {
@@ -274,7 +281,7 @@ Value Machine::Loop(std::size_t entry) {
         if (IsTrue(place[now.b])) jump(now.d);
         break;
       case Op::JumpIfEqual:
-        if (Holds(now, place, Operator::Equal, std::equal_to<>())) jump(now.d);
+        if (Fits(place[now.b], place[now.c], now)) jump(now.d);
         break;
       case Op::JumpUnlessEqual:
         if (!Holds(now, place, Operator::Equal, std::equal_to<>())) jump(now.d);
@@ -437,6 +444,11 @@ Value Machine::Loop(std::size_t entry) {
         place[now.a].Swap(result);
         break;
       }
+      case Op::Reconsider:
+        if (!Reconsider(*frame)) break;
+        at = frame->instruction;
+        place.Switch(*frame, globals_);
+        break;
       case Op::GetRef:
         place[now.a] = ReferenceTo(place[now.b]);
         break;

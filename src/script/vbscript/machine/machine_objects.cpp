@@ -147,12 +147,13 @@ Value Machine::CallBuiltin(const Builtin& builtin, Arguments arguments) {
 }
 
 Value Machine::MakeObject(const Site& site) {
-  const Symbol* symbol = symbols_.FindDeclared(Folded(site.name));
-  if (symbol == nullptr && Folded(site.name) == u"regexp") {
+  const std::u16string folded = Folded(site.name);
+  const auto number = symbols_.FindClass(folded);
+  if (!number && folded == u"regexp") {
     return Value::Object(CreateLibraryObject(services_, &holders_, u"VBScript.RegExp"));
   }
-  if (symbol == nullptr || symbol->kind != SymbolKind::Class) throw ScriptError(classNotDefined, site.name);
-  const auto& info = classes_[symbol->number];
+  if (!number) throw ScriptError(classNotDefined, site.name);
+  const auto& info = classes_[*number];
   Ref<Instance> made(new Instance(info, link_, &holders_));
   if (info->initialize != ClassMember::none) {
     RunSlot(static_cast<std::size_t>(info->initialize), made.Get(), {});
@@ -209,6 +210,7 @@ Value Machine::Execute(Op op, const Value& text) {
   ast::Program program = Parse(source);
   const auto shared = std::make_shared<const Unit>(unit);
   Declare(program, shared);
+  symbols_.Settle(globals_);
   const auto code = CompileSnippet(symbols_, *shared, program, seen);
   RunSnippet(*code, around);
   return {};
@@ -217,7 +219,6 @@ Value Machine::Execute(Op op, const Value& text) {
 // Each name that the text shares with the procedure around it becomes a Reference to that one's place.
 Value Machine::RunSnippet(const Code& code, Frame& around) {
   const Nesting nesting(*this);
-  globals_.resize(symbols_.VariableCount());
   const std::size_t entry = frames_.Size();
   Push(code, Top(), 0, around.me, {}, false);
   for (const NamedPlace& import : code.imports) {

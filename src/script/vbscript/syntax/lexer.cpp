@@ -261,6 +261,19 @@ TokenKind Lexer::Based(std::size_t digits) {
   return TokenKind::Number;
 }
 
+Token Lexer::OctalAt(const Token& sign) {
+  if (!IsDigit(At(sign.offset + 1))) return sign;
+  Token number = sign;
+  offset_ = sign.offset + 1;
+  while (IsOctalDigit(At(offset_))) ++offset_;
+  if (IsDigit(At(offset_))) Fail(invalidNumber, sign.offset);
+  NumberMayEnd(sign.offset);
+  if (At(offset_) == u'&') ++offset_;
+  number.kind = TokenKind::Number;
+  number.text = source_.substr(sign.offset, offset_ - sign.offset);
+  return number;
+}
+
 TokenKind Lexer::Sign(Token& token) {
   const auto taken = [this](TokenKind kind) {
     ++offset_;

@@ -124,6 +124,9 @@ class Lexer {
   // EndOfText again and again behind the last one.
   Token Next();
 
+  // `sign` is an & where an operand must stand: the octal number that it begins (&17), or the sign again.
+  Token OctalAt(const Token& sign);
+
   // What Next would return.
   Token Peek() const { return Lexer(*this).Next(); }
 

@@ -11,12 +11,18 @@ namespace {
 // At most this many decimal digits fit into 64 bits without a look at them.
 constexpr std::size_t safeDigits = 18;
 
+bool IsDigit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+// "&HFF", "&O17" and "&17".
 std::optional<Value> Based(std::string_view text) {
   const bool isLong = text.back() == '&';
   if (isLong) text.remove_suffix(1);
   const int base = (text[1] | 0x20) == 'h' ? 16 : 8;
+  text.remove_prefix(IsDigit(text[1]) ? 1 : 2);
   std::uint32_t bits = 0;
-  const auto read = std::from_chars(text.data() + 2, text.data() + text.size(), bits, base);
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), bits, base);
   if (read.ec != std::errc()) return std::nullopt;
   if (!isLong && bits <= std::numeric_limits<std::uint16_t>::max()) {
     return Value::Integer(static_cast<std::int16_t>(bits));

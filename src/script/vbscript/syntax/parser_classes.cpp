@@ -12,7 +12,7 @@ void Parser::Class(const Access& access) {
   declared.at = access.at;
   Advance();
   const Token name = TakeName();
-  Declare(name);
+  if (!classNames_.insert(name.text).second) Fail(nameRedefined, name);
   declared.name = name.text;
   ClassShape shape;
   meIsKnown_ = true;

@@ -108,7 +108,7 @@ ast::Declarator Parser::Declarator(const Token& name) {
 
 ast::ExpressionPtr Parser::Bound() {
   const Token number = token_;
-  if (!At(TokenKind::Number)) Fail(expectedInteger);
+  if (!At(TokenKind::Number) && !AtOctal()) Fail(expectedInteger);
   Tree bound = Literal();
   const Value& value = bound.root->value;
   const bool isWhole = value.Is(Kind::Integer) || value.Is(Kind::Long);
@@ -161,6 +161,7 @@ Parser::Tree Parser::Constant() {
     case TokenKind::Null:
       return Literal();
     default:
+      if (AtOctal()) return Literal();
       Fail(expectedLiteral);
   }
 }

@@ -134,6 +134,13 @@ void Parser::Reduce(std::size_t base, int binding) {
   }
 }
 
+// Where an operand must stand, an & with digits behind it is a number.
+bool Parser::AtOctal() {
+  if (!At(TokenKind::Concatenate)) return false;
+  token_ = lexer_.OctalAt(token_);
+  return At(TokenKind::Number);
+}
+
 Parser::Tree Parser::Operand() {
   switch (token_.kind) {
     case TokenKind::Number:
@@ -147,6 +154,9 @@ Parser::Tree Parser::Operand() {
       return Literal();
     case TokenKind::New:
       return New();
+    case TokenKind::Concatenate:
+      if (AtOctal()) return Literal();
+      [[fallthrough]];
     default:
       return Suffixes(Atom());
   }
@@ -272,11 +282,12 @@ Parser::Tree Parser::Literal(Value value) {
   return literal;
 }
 
+// What follows a dot is about the new object: New Point.At(1, 2)
 Parser::Tree Parser::New() {
   Tree made = Node(ExpressionKind::New, token_.at);
   Advance();
   made.root->name = TakeName().text;
-  return made;
+  return At(TokenKind::Dot) ? Suffixes(std::move(made)) : std::move(made);
 }
 
 }  // namespace quarlin::vbs

@@ -124,7 +124,7 @@ StatementPtr Parser::AssignmentOrCall() {
 StatementPtr Parser::BareCall(StatementPtr statement, Tree callee) {
   if (callee.root->kind == ExpressionKind::Call) {
     callee = WithoutParentheses(std::move(callee));
-  } else if (StartsExpression(token_.kind) || At(TokenKind::Comma)) {
+  } else if (StartsExpression(token_.kind) || At(TokenKind::Comma) || AtOctal()) {
     Tree call = Node(ExpressionKind::Call, statement->at);
     Adopt(call, std::move(callee));
     Arguments(call);

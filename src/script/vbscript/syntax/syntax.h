@@ -24,6 +24,8 @@ struct FoldedEqual {
   bool operator()(std::u16string_view left, std::u16string_view right) const;
 };
 
+using NameSet = std::unordered_set<std::u16string_view, FoldedHash, FoldedEqual>;
+
 class Parser {
  public:
   explicit Parser(std::u16string_view source);
@@ -49,7 +51,7 @@ class Parser {
   // The script itself, or the procedure that is being taken apart.
   struct Scope {
     std::optional<ast::ProcedureKind> procedure;
-    std::unordered_set<std::u16string_view, FoldedHash, FoldedEqual> names;
+    NameSet names;
     int doLoops = 0;
     int forLoops = 0;
   };
@@ -87,6 +89,7 @@ class Parser {
 
   // Tokens.
   void Advance() { token_ = lexer_.Next(); }
+  bool AtOctal();
   bool At(TokenKind kind) const { return token_.kind == kind; }
   bool Accept(TokenKind kind);
   void Expect(TokenKind kind, std::int32_t number);
@@ -180,6 +183,7 @@ class Parser {
   Token token_;
   Scope script_;
   Scope* scope_ = &script_;
+  NameSet classNames_;
   ast::Program program_;
   bool meIsKnown_ = false;
   int levels_ = 0;
