@@ -28,11 +28,12 @@ constexpr std::u16string_view firstVersion = u".1";
 }  // namespace
 
 ObjectRef CreateLibraryObject(Services& services, Holders* holders, std::u16string_view programId) {
+  const std::u16string_view wanted = programId;
   if (programId.ends_with(firstVersion)) programId.remove_suffix(firstVersion.size());
   for (const Program& program : programs) {
     if (SameName(program.id, programId)) return program.create(services, holders);
   }
-  throw ScriptError(cannotCreateObject);
+  throw ScriptError(cannotCreateObject, wanted);
 }
 
 }  // namespace quarlin::vbs

@@ -26,6 +26,18 @@ bool BeginsWithDrive(std::u16string_view name) {
   return letter >= u'A' && letter <= u'Z';
 }
 
+// \\server\share: what is shared in a network is a folder like any other here, once it is mounted.
+bool BeginsWithServer(std::u16string_view name) {
+  return name.starts_with(u"\\\\");
+}
+
+ScriptError NoDrives(std::u16string_view name) {
+  ScriptError error(pathNotFound, name);
+  error.description +=
+      u" (there are no drives and shares here: a name begins with / or in the program folder)";
+  return error;
+}
+
 std::u16string_view WithoutSeparatorsAtEnd(std::u16string_view path) {
   while (path.size() > 1 && IsSeparator(path.back())) path.remove_suffix(1);
   return path;
@@ -141,7 +153,7 @@ std::filesystem::path LocatedIn(const fs::path& folder, const fs::path& name) {
 
 std::filesystem::path LocatedPath(Services& services, std::u16string_view name) {
   if (name.empty()) throw ScriptError(invalidCall);
-  if (BeginsWithDrive(name)) throw ScriptError(pathNotFound);
+  if (BeginsWithDrive(name) || BeginsWithServer(name)) throw NoDrives(name);
   fs::path wanted = fs::absolute(services.Folder() / SystemPath(name)).lexically_normal();
   if (wanted.has_filename() && IsThere(wanted)) return wanted;
   fs::path found = wanted.root_path();

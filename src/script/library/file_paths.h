@@ -28,7 +28,7 @@ bool HasWildcards(std::u16string_view name);
 
 // The file or folder that a script means: from Services::Folder() on, each part looked up exactly first and
 // then without regard to case. What does not exist keeps its name. Errors: 5 for "", 52 for a name that no
-// file can have, 76 for one that begins with a drive's letter.
+// file can have, 76, which says that there are none, for one that begins with a drive's letter or a server.
 std::filesystem::path LocatedPath(Services& services, std::u16string_view name);
 
 // The same for something right in `folder`.

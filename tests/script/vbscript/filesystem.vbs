@@ -36,11 +36,17 @@ Print fso.FileExists("copy.txt"), fso.FileExists("moved.txt")  ' expect: False T
 fso.DeleteFile "moved.txt"
 fso.CreateFolder "sub"
 Print fso.FolderExists("sub"), fso.FileExists("moved.txt")  ' expect: True False
-fso.CopyFile "new.txt", "sub/inside.txt"
+fso.CopyFile "NEW.txt", "Sub\"
+fso.MoveFile ".\sub\new.txt", "sub\inside.txt"
 Print fso.GetFolder("sub").Files.Count, fso.GetFolder("sub").Name, fso.GetFolder("sub").SubFolders.Count  ' expect: 1 sub 0
 For Each file In fso.GetFolder("sub").Files : Print file.Name, file.Size : Next  ' expect: inside.txt 1
 Set text = fso.GetFile("sub/inside.txt").OpenAsTextStream(ForReading)
 Print text.ReadAll : text.Close  ' expect: x
+fso.CreateFolder "sub\deep" : fso.CopyFile "sub\in*.txt", "sub\deep" : fso.MoveFolder "sub\deep", "sub\moved"
+fso.OpenTextFile("sub\moved\..\moved\INSIDE.txt", ForAppending).Write "y"
+Print fso.FileExists("Sub\Moved\inside.txt"), fso.GetFile("sub\moved\inside.txt").Size, fso.FileExists("C:\x"), fso.FolderExists("\\server\share")
+' expect: True 2 False False
+fso.DeleteFile "sub\moved\*.*" : Print fso.GetFolder("sub\moved").Files.Count  ' expect: 0
 fso.DeleteFolder "sub" : Print fso.FolderExists("sub")  ' expect: False
 On Error Resume Next
 Set x = fso.OpenTextFile("none.txt") : Print Err.Number : Err.Clear  ' expect: 53

@@ -42,8 +42,9 @@ Value CreateObject(LibraryContext& context, Arguments arguments) {
 }
 
 // There are no objects of other programs to be had.
-Value GetObject(LibraryContext&, Arguments) {
-  throw ScriptError(cannotCreateObject);
+Value GetObject(LibraryContext&, Arguments arguments) {
+  const Value* wanted = Given(arguments, 1);
+  throw ScriptError(cannotCreateObject, GivenText(wanted == nullptr ? arguments[0] : *wanted).View());
 }
 
 Value ScriptEngine(LibraryContext&, Arguments) {
