@@ -221,6 +221,11 @@ TEST_F(JscriptTest, ValuesKeepTheirKindOnTheWay) {
       {u"var d = new ActiveXObject('scripting.dictionary'), kept = {k: 1}; d.Add('a', kept); d.add('b', 2);"
        u"[d('a') === kept, d.Item('b'), d.Count, d.Keys().length, new VBArray(d.keys()).toArray()].join()",
        "true,2,2,2,a,b"},
+      {u"var xl = new ActiveXObject('Excel.Application'), sheet = xl.Workbooks.Add().Worksheets(1);"
+       u"xl.Cells(1, 2).Value = 3; sheet.Range('A2:B3').Value = [[1, 'x'], [2]]; sheet.Rows(1).Font.Bold = true;"
+       u"[sheet.Range('B1').Value, sheet.Cells(2, 2).Value, sheet.Cells(3, 2).Value, sheet.UsedRange.Address(),"
+       u" sheet.Cells(1, 2).Font.Bold, sheet.Rows.Count].join()",
+       "3,x,,$A$1:$B$3,true,1048576"},
       {u"ScriptEngine() + typeof WScript + typeof GetObject + typeof console",
        "JScriptundefinedundefinedundefined"},
   };

@@ -6,6 +6,7 @@
 #include "script/library/dictionary.h"
 #include "script/library/file_system.h"
 #include "script/library/reg_exp.h"
+#include "script/library/workbook_objects.h"
 
 namespace quarlin::vbs {
 namespace {
@@ -19,6 +20,8 @@ constexpr std::array programs = std::to_array<Program>({
     {u"Scripting.Dictionary", [](Services&, Holders* holders) { return ObjectRef(new Dictionary(holders)); }},
     {u"Scripting.FileSystemObject",
      [](Services& services, Holders*) { return ObjectRef(new FileSystem(services)); }},
+    {u"Excel.Application",
+     [](Services& services, Holders*) { return ObjectRef(new sheets::Application(services)); }},
     {u"VBScript.RegExp", [](Services& services, Holders*) { return ObjectRef(new RegExp(services)); }},
 });
 

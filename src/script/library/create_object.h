@@ -10,9 +10,9 @@
 
 namespace quarlin::vbs {
 
-// The object of a program identifier: "Scripting.Dictionary", "Scripting.FileSystemObject" and
-// "VBScript.RegExp", without regard to case. Error 429, which names it, for any other. `holders` is the
-// engine's list for objects that hold values, null where it keeps none.
+// The object of a program identifier: "Scripting.Dictionary", "Scripting.FileSystemObject",
+// "VBScript.RegExp" and "Excel.Application", without regard to case. Error 429, which names it, for any
+// other. `holders` is the engine's list for objects that hold values, null where it keeps none.
 ObjectRef CreateLibraryObject(Services& services, Holders* holders, std::u16string_view programId);
 
 }  // namespace quarlin::vbs

@@ -6,6 +6,7 @@
 #include <fmt/core.h>
 #include <pcre2.h>
 #include <qcustomplot.h>
+#include <xlsxwriter.h>
 
 #include <QFile>
 #include <QMessageBox>
@@ -43,6 +44,7 @@ QString Libraries() {
       "fmt " + Dotted(FMT_VERSION),
       QString("c-ares %1").arg(ares_version(nullptr)),
       "PCRE2 " + RegexLibrary(),
+      QString("libxlsxwriter %1").arg(lxw_version()),
       QString("pugixml %1.%2").arg(PUGIXML_VERSION / 1000).arg(PUGIXML_VERSION / 10 % 100),
       QString("nlohmann-json %1.%2.%3")
           .arg(NLOHMANN_JSON_VERSION_MAJOR)
