@@ -65,8 +65,7 @@ void ScriptRunner::AddObject(std::u16string_view name, vbs::ObjectRef object) {
   objects_.push_back({std::u16string(name), std::move(object)});
 }
 
-std::shared_ptr<ScriptEngine> ScriptRunner::MakeEngine(const std::filesystem::path& file) {
-  const std::string_view language = LanguageOf(file.filename().string());
+std::shared_ptr<ScriptEngine> ScriptRunner::MakeEngine(std::string_view language) {
   std::shared_ptr<ScriptEngine> engine = engines_ ? engines_(language, *services_) : nullptr;
   if (!engine) throw vbs::ScriptError(vbs::cannotCreateObject, Utf16FromBytes(language));
   return engine;
@@ -74,14 +73,18 @@ std::shared_ptr<ScriptEngine> ScriptRunner::MakeEngine(const std::filesystem::pa
 
 void ScriptRunner::Start(const std::filesystem::path& file) {
   const Call call(*this);
-  const auto engine = MakeEngine(file);
+  const auto engine = MakeEngine(LanguageOf(file.filename().string()));
   engine_ = engine;
   for (const NamedObject& named : objects_) engine->AddObject(named.name, named.object);
   engine->AddCode(ReadScript(file));
 }
 
 void ScriptRunner::Check(const std::filesystem::path& file) {
-  MakeEngine(file)->Check(ReadScript(file));
+  CheckText(LanguageOf(file.filename().string()), ReadScript(file));
+}
+
+void ScriptRunner::CheckText(std::string_view language, std::u16string_view text) {
+  MakeEngine(language)->Check(text);
 }
 
 // The end of the engine may run code of the script, too.

@@ -31,6 +31,9 @@ class ScriptRunner {
   // Compiles the file and throws the result away; throws ScriptError.
   void Check(const std::filesystem::path& file);
 
+  // The same of a text in "VBScript" or "JScript".
+  void CheckText(std::string_view language, std::u16string_view text);
+
   // Throws away all code. A call that is on the stack still returns in order.
   void Stop();
 
@@ -50,7 +53,7 @@ class ScriptRunner {
   class Call;
   class Services;
 
-  std::shared_ptr<ScriptEngine> MakeEngine(const std::filesystem::path& file);
+  std::shared_ptr<ScriptEngine> MakeEngine(std::string_view language);
 
   struct NamedObject {
     std::u16string name;

@@ -115,12 +115,21 @@ FrmCalculator& FrmMain::Calculator() {
   return modules_->calculator;
 }
 
+FrmEditor& FrmMain::Editor() {
+  return modules_->editor;
+}
+
 FirstSteps& FrmMain::Welcome() {
   return modules_->welcome;
 }
 
 std::vector<Form*> FrmMain::Forms() {
-  return {this, &modules_->script.Panel(), &modules_->script.List(), &modules_->plot, &modules_->calculator};
+  return {this,
+          &modules_->script.Panel(),
+          &modules_->script.List(),
+          &modules_->plot,
+          &modules_->calculator,
+          &modules_->editor};
 }
 
 void FrmMain::Load(std::string_view commandLine) {
@@ -303,9 +312,11 @@ void FrmMain::Unload(EndCause cause) {
 // off.
 void FrmMain::RequestUnload() {
   const auto unload = [this] {
-    if (modules_->session.Ending() || modules_->configurations.MayLose()) Unload();
+    const bool ends = modules_->session.Ending();
+    if (ends || (modules_->editor.MayLose() && modules_->configurations.MayLose())) Unload();
   };
-  if (surroundings_.loop.Alarms().Held() && !modules_->configurations.Edited.Captions().empty()) {
+  const bool asks = modules_->editor.Modified() || !modules_->configurations.Edited.Captions().empty();
+  if (surroundings_.loop.Alarms().Held() && asks) {
     surroundings_.loop.Post(unload);
   } else {
     unload();
@@ -318,6 +329,7 @@ void FrmMain::CloseWindow() {
   modules_->script.Panel().SetVisible(false);
   modules_->calculator.SetVisible(false);
   modules_->plot.SetVisible(false);
+  modules_->editor.SetVisible(false);
   controls.run.Command1.SetCaption("Stop");
   modules_->script.EndTask();
   for (Timer* timer : {&controls.cycle.Timer1, &controls.cycle.Timer2, &controls.receive.Timer3,

@@ -96,6 +96,7 @@ struct FrmMainControls {
 
 class FirstSteps;
 class FrmCalculator;
+class FrmEditor;
 class FrmPlot;
 class OfferedList;
 class ScriptHost;
@@ -111,6 +112,7 @@ class FrmMain : public Form {
   ByHand& Hand();
   FrmPlot& Plot();
   FrmCalculator& Calculator();
+  FrmEditor& Editor();
   FirstSteps& Welcome();
 
   // Every window of the program, this one first.

@@ -16,6 +16,7 @@
 #include "receive/character_conversion.h"
 #include "receive/parser.h"
 #include "receive/receive_loop.h"
+#include "script/edit/frm_editor.h"
 #include "script/script_host.h"
 #include "testmodes/dialog.h"
 #include "testmodes/error_reports.h"
@@ -72,6 +73,7 @@ struct FrmMain::Modules {
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
         script({around.loop, controls.script, around.folder, prompts, around.engines, status,
                 [this](std::string_view text, Color color) { traffic.Append(text, color); }}),
+        editor({around.loop, around.folder, script, prompts}),
         calculator(around.loop, controls.numbers),
         configurations({frm.Collection(), around.folder, prompts, status}),
         welcome(around.bundle, around.folder, status,
@@ -107,6 +109,7 @@ struct FrmMain::Modules {
   ReceiveLoop receive;
   Dialog dialog;
   ScriptHost script;  // ends before them: a script's last code may use all of the above
+  FrmEditor editor;
   FrmCalculator calculator;
   Configurations configurations;
   FirstSteps welcome;

@@ -40,7 +40,7 @@ set(allowed_1 "ui/qt/qt_loop.cpp")
 set(allowed_2 "base/clock.cpp")
 set(allowed_3 "link/(posix_device|termios2)[a-z_0-9]*\\.(cpp|h)")
 set(allowed_4 "ui/qt/(binder|repaint|frame)[a-z_]*\\.(cpp|h)")
-set(allowed_5 "^(ui/qt|ui/plot|app|script/jscript)/")
+set(allowed_5 "^(ui/qt|ui/plot|ui/editor|app|script/jscript)/")
 
 file(GLOB_RECURSE files RELATIVE ${ROOT}/src ${ROOT}/src/*.h ${ROOT}/src/*.cpp)
 list(LENGTH files count)

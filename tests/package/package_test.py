@@ -149,7 +149,7 @@ def contents(package):
         for picture in MARKDOWN_PICTURE.findall(page.read_text()):
             expect((page.parent / picture).is_file(), f"{page} shows {picture}, which is not there")
     needed = output_of("dpkg-deb", "-f", package.file(), "Depends")
-    for library in ("libqt6widgets6", "libqcustomplot", "libxlsxwriter", "libfmt", "libc6"):
+    for library in ("libqt6widgets6", "libqcustomplot", "libqscintilla2", "libxlsxwriter", "libfmt", "libc6"):
         expect(library in needed, f"does not depend on {library}: {needed}")
 
 

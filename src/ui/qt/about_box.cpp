@@ -2,6 +2,7 @@
 #include "ui/qt/about_box.h"
 
 #define PCRE2_CODE_UNIT_WIDTH 8
+#include <Qsci/qsciglobal.h>
 #include <ares.h>
 #include <fmt/core.h>
 #include <pcre2.h>
@@ -41,6 +42,7 @@ QString Libraries() {
   const QStringList names{
       QString("Qt %1").arg(qVersion()),
       QString("QCustomPlot %1").arg(QCUSTOMPLOT_VERSION_STR),
+      QString("QScintilla %1").arg(QSCINTILLA_VERSION_STR),
       "fmt " + Dotted(FMT_VERSION),
       QString("c-ares %1").arg(ares_version(nullptr)),
       "PCRE2 " + RegexLibrary(),
@@ -77,7 +79,8 @@ QMessageBox* MakeAboutBox(QWidget& window) {
           "<p>%1. Free software: you may use, study, change and pass it on under the GNU General "
           "Public License, version 3 or later. There is no warranty, as far as the law allows that. "
           "The licence: %2</p>"
-          "<p>With %3; each has a licence of its own, that of QCustomPlot is the GPL, too.</p>")
+          "<p>With %3; each has a licence of its own, those of QCustomPlot and QScintilla are the GPL, "
+          "too.</p>")
           .arg(ShownText(copyrightText), LicenceLink(), Libraries()));
   return box;
 }

@@ -18,6 +18,7 @@
 #include "calculator/frm_calculator.h"
 #include "config/window_layout.h"
 #include "curves/frm_plot.h"
+#include "script/edit/frm_editor.h"
 #include "script/script_host.h"
 #include "ui/qt/about_box.h"
 #include "ui/qt/configuration_menu.h"
@@ -181,6 +182,7 @@ void MainWindow::FillMenus() {
   ui_->menuEdit->addActions(traffic_->CopyActions());
   ui_->menuFile->insertAction(ui_->actionReport, traffic_->SaveAction());
   AddMirrors(*this);
+  ui_->menuScript->addAction(ui_->actionEditHere);
   ui_->menuTest->addSeparator();
   ui_->menuTest->addAction(ui_->actionCalculator);
   ui_->menuSend->insertAction(ui_->menuSend->actions().first(), ui_->actionCommand);
@@ -197,6 +199,7 @@ void MainWindow::WireMenus() {
   }
   auto* command = Part<QComboBox>(*this, "CBOSEND");
   connect(ui_->actionSendFile, &QAction::triggered, fileRow_, &SendFileRow::Choose);
+  connect(ui_->actionEditHere, &QAction::triggered, this, [this] { frm_.Editor().Open(); });
   connect(ui_->actionQuit, &QAction::triggered, this, &MainWindow::close);
   connect(ui_->actionSidePanel, &QAction::toggled, side_, &QWidget::setVisible);
   connect(ui_->actionCommand, &QAction::triggered, command, [command] {

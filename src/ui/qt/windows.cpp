@@ -6,6 +6,7 @@
 #include "script/frm_command.h"
 #include "ui/qt/calculator_window.h"
 #include "ui/qt/command_window.h"
+#include "ui/qt/editor_window.h"
 #include "ui/qt/plot_window.h"
 #include "ui_script_list.h"
 
@@ -40,6 +41,7 @@ struct Windows::WindowRow {
 const Windows::WindowRow Windows::rows[] = {
     {"FrmCommand", &Make<CommandWindow>, "docs/scripts.md"},
     {"FrmCalculator", &Make<CalculatorWindow, FrmCalculator>, "docs/calculator.md", true},
+    {"FrmEditor", &Make<EditorWindow, FrmEditor>, "docs/editor.md"},
     {"FrmScript", &MakeOfUi<Ui::ScriptList>, "docs/scripts.md"},
     {"FrmPlot", &Make<PlotWindow>, "docs/data.md", true},
 };

@@ -144,6 +144,12 @@ constexpr bool IsLineBreak(char16_t unit) {
 
 }  // namespace
 
+std::vector<std::string_view> KeywordSpellings() {
+  std::vector<std::string_view> spellings;
+  for (const Keyword& keyword : keywords) spellings.push_back(keyword.spelling);
+  return spellings;
+}
+
 Lexer::Lexer(std::u16string_view source) : source_(source) {
   constexpr char16_t byteOrderMark = 0xFEFF;
   if (At(0) == byteOrderMark) lineStart_ = offset_ = 1;

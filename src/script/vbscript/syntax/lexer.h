@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "script/values/error.h"
 
@@ -115,6 +116,9 @@ struct Token {
   std::size_t offset = 0;    // where it begins in the text
   std::u16string_view text;  // a name without its brackets; a text or date without what encloses it
 };
+
+// The words with a meaning of their own, in small letters.
+std::vector<std::string_view> KeywordSpellings();
 
 // Cheap to copy, which is how somebody looks ahead. Every failure is a ScriptError with its place.
 class Lexer {

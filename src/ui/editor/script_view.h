@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The text of a script, to be edited: coloured by its language, with line numbers, folding, the mark of an
+// error, and room for what a debugger shows. Lines count from 1, columns from 0.
+#pragma once
+
+#include <Qsci/qsciscintilla.h>
+
+#include <string>
+#include <string_view>
+
+namespace quarlin {
+
+class VbscriptLexer;
+struct ScriptColors;
+
+class ScriptView : public QsciScintilla {
+  Q_OBJECT
+
+ public:
+  explicit ScriptView(QWidget* parent = nullptr);
+
+  // "VBScript" or "JScript".
+  void SetLanguage(std::string_view language);
+
+  // A new text, with nothing to undo, and told to nobody. `lineEnd` is what Enter puts in.
+  void ShowText(const std::string& utf8, std::string_view lineEnd);
+
+  // The same as a change that Undo takes back; the cursor stays about where it was.
+  void ReplaceText(const std::string& utf8);
+
+  std::string Text() const;
+
+  // Puts the cursor there and brings it into sight.
+  void GoTo(int line, int column);
+
+  // A squiggle under the word at the place; the cursor stays. Line 0 takes it away.
+  void MarkError(int line, int column);
+
+  // For a debugger: the line where the script stands, 0 for none, and the lines where it is to stop.
+  void SetRunningLine(int line);
+  void SetBreakpoint(int line, bool set, bool conditional = false);
+
+  // Of the lines that the cursor or the selection touches: takes the sign in front of them away when all
+  // have it, else puts it there.
+  void ToggleComment();
+
+ signals:
+  void breakpointWanted(int line);  // a click left of the line numbers
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void SetUpMargins();
+  void SetUpKeys();
+  void DressUp();
+  void DressLexer(const ScriptColors& colors);
+  void FitLineNumbers();
+
+  VbscriptLexer* vbscript_;
+  QsciLexer* jscript_;
+  int errorSquiggle_ = -1;
+};
+
+}  // namespace quarlin

@@ -1,0 +1,362 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/qt/editor_window.h"
+
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/editor/find_bar.h"
+#include "ui/editor/script_view.h"
+#include "ui/qt/elided_label.h"
+#include "ui/qt/widget_text.h"
+
+namespace quarlin {
+namespace {
+
+QString PathText(const std::filesystem::path& path) {
+  return QFile::decodeName(path.c_str());
+}
+
+std::filesystem::path PathOf(const QString& text) {
+  return QFile::encodeName(text).toStdString();
+}
+
+QTabWidget* MakeTabs(const char* name) {
+  auto* tabs = new QTabWidget;
+  tabs->setObjectName(name);
+  tabs->setDocumentMode(true);
+  tabs->hide();
+  return tabs;
+}
+
+QSplitter* MakeSplitter(Qt::Orientation orientation, const char* name, QWidget* first, QWidget* second) {
+  auto* splitter = new QSplitter(orientation);
+  splitter->setObjectName(name);
+  splitter->setChildrenCollapsible(false);
+  splitter->addWidget(first);
+  splitter->addWidget(second);
+  splitter->setStretchFactor(0, 1);
+  splitter->setStretchFactor(1, 0);
+  return splitter;
+}
+
+// A slot of the text itself, which has several of that name.
+template <typename Object>
+auto OfView(void (Object::*slot)()) {
+  return slot;
+}
+
+}  // namespace
+
+// An entry of a menu, and of the row of tools where it has a short name. Without a name it is a line.
+struct EditorWindow::ActionRow {
+  const char* menu;
+  const char* name;
+  const char* text;
+  const char* toolTip;
+  const char* shortcut;
+  void (EditorWindow::*slot)();
+  void (QsciScintilla::*viewSlot)();
+  const char* tool;
+};
+
+const EditorWindow::ActionRow EditorWindow::rows[] = {
+    {"editorMenuFile", "actionEditorNewVbscript", QT_TR_NOOP("&New VBScript"),
+     QT_TR_NOOP("A new script with the procedures that the program calls"), "Ctrl+N",
+     &EditorWindow::NewVbscript, nullptr, nullptr},
+    {"editorMenuFile", "actionEditorNewJscript", QT_TR_NOOP("New &JScript"),
+     QT_TR_NOOP("The same in JScript"), "", &EditorWindow::NewJscript, nullptr, nullptr},
+    {"editorMenuFile", "actionEditorOpen", QT_TR_NOOP("&Open…"), QT_TR_NOOP("Opens another script"), "Ctrl+O",
+     &EditorWindow::OpenOther, nullptr, nullptr},
+    {"editorMenuFile", "actionEditorSave", QT_TR_NOOP("&Save"), QT_TR_NOOP("Saves the script"), "Ctrl+S",
+     &EditorWindow::Save, nullptr, QT_TR_NOOP("Save")},
+    {"editorMenuFile", "actionEditorSaveAs", QT_TR_NOOP("Save &as…"),
+     QT_TR_NOOP("Saves the script under another name"), "Ctrl+Shift+S", &EditorWindow::SaveAs, nullptr,
+     nullptr},
+    {"editorMenuFile", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
+    {"editorMenuFile", "actionEditorClose", QT_TR_NOOP("&Close"), QT_TR_NOOP("Closes the editor"), "Ctrl+W",
+     nullptr, nullptr, nullptr},
+    {"editorMenuEdit", "actionEditorUndo", QT_TR_NOOP("&Undo"), "", "Ctrl+Z", nullptr, &QsciScintilla::undo,
+     nullptr},
+    {"editorMenuEdit", "actionEditorRedo", QT_TR_NOOP("&Redo"), "", "Ctrl+Y", nullptr, &QsciScintilla::redo,
+     nullptr},
+    {"editorMenuEdit", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
+    {"editorMenuEdit", "actionEditorFind", QT_TR_NOOP("&Find…"), QT_TR_NOOP("Finds a text in the script"),
+     "Ctrl+F", &EditorWindow::Find, nullptr, QT_TR_NOOP("Find")},
+    {"editorMenuEdit", "actionEditorFindNext", QT_TR_NOOP("Find &next"), "", "F3", &EditorWindow::FindNext,
+     nullptr, nullptr},
+    {"editorMenuEdit", "actionEditorFindPrevious", QT_TR_NOOP("Find &previous"), "", "Shift+F3",
+     &EditorWindow::FindPrevious, nullptr, nullptr},
+    {"editorMenuEdit", "actionEditorReplace", QT_TR_NOOP("R&eplace…"),
+     QT_TR_NOOP("Finds a text and puts another in its place"), "Ctrl+H", &EditorWindow::Replace, nullptr,
+     nullptr},
+    {"editorMenuEdit", "actionEditorGoToLine", QT_TR_NOOP("&Go to line…"), "", "Ctrl+G",
+     &EditorWindow::GoToLine, nullptr, nullptr},
+    {"editorMenuEdit", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
+    {"editorMenuEdit", "actionEditorComment", QT_TR_NOOP("&Comment out, or back in"),
+     QT_TR_NOOP("Puts the comment sign before the selected lines, or takes it away"), "Ctrl+/", nullptr,
+     nullptr, nullptr},
+    {"editorMenuView", "actionEditorLarger", QT_TR_NOOP("La&rger text"), "", "Ctrl++", nullptr,
+     OfView<QsciScintilla>(&QsciScintilla::zoomIn), nullptr},
+    {"editorMenuView", "actionEditorSmaller", QT_TR_NOOP("S&maller text"), "", "Ctrl+-", nullptr,
+     OfView<QsciScintilla>(&QsciScintilla::zoomOut), nullptr},
+    {"editorMenuView", "actionEditorOrdinary", QT_TR_NOOP("&Ordinary text size"), "", "Ctrl+0", nullptr,
+     nullptr, nullptr},
+    {"editorMenuRun", "actionEditorCheck", QT_TR_NOOP("&Check"),
+     QT_TR_NOOP("Looks for what the language does not allow, and goes to the first place"), "F7",
+     &EditorWindow::Check, nullptr, QT_TR_NOOP("Check")},
+};
+
+EditorWindow::EditorWindow(FrmEditor& form)
+    : FormWindow(form),
+      form_(form),
+      view_(new ScriptView),
+      findBar_(new FindBar(*view_)),
+      tools_(new QToolBar),
+      below_(MakeTabs("editorBelow")),
+      right_(MakeTabs("editorRight")),
+      recent_(new QMenu(tr("&Recent scripts"), this)),
+      place_(new QLabel) {
+  view_->setObjectName("scriptText");
+  view_->setAccessibleName(tr("Text of the script"));
+  PutTogether();
+  WireText();
+  WireForm();
+  Bind();
+  view_->setFocus();
+}
+
+EditorWindow::~EditorWindow() {
+  EditorHooks& hooks = form_.Hooks;
+  hooks.text = nullptr;
+  hooks.opened = nullptr;
+  hooks.readAgain = nullptr;
+  hooks.fileChanged = nullptr;
+  hooks.faultChanged = nullptr;
+  hooks.placeWanted = nullptr;
+}
+
+void EditorWindow::PutTogether() {
+  auto* textAndFind = new QWidget;
+  auto* textColumn = new QVBoxLayout(textAndFind);
+  textColumn->setContentsMargins(0, 0, 0, 0);
+  textColumn->setSpacing(4);
+  textColumn->addWidget(findBar_);
+  textColumn->addWidget(view_, 1);
+
+  auto* fault = new ElidedLabel;
+  fault->setObjectName("lblEditorFault");
+  fault->setToolTip(tr("The first thing in the text that the language does not allow"));
+  auto* told = new ElidedLabel;
+  told->setObjectName("lblEditorTold");
+  told->setToolTip(tr("What the editor has done last"));
+  place_->setObjectName("editorPlace");
+  place_->setToolTip(tr("Where the cursor is, and how the file is written"));
+  auto* status = new QHBoxLayout;
+  status->addWidget(fault, 2);
+  status->addWidget(told, 1);
+  status->addWidget(place_);
+
+  auto* bar = new QMenuBar;
+  auto* column = new QVBoxLayout(this);
+  column->setMenuBar(bar);
+  column->setContentsMargins(8, 4, 8, 4);
+  column->setSpacing(6);
+  column->addWidget(tools_);
+  column->addWidget(
+      MakeSplitter(Qt::Vertical, "editorTextAndBelow",
+                   MakeSplitter(Qt::Horizontal, "editorTextAndRight", textAndFind, right_), below_),
+      1);
+  column->addLayout(status);
+  FillMenus(*bar);
+  resize(900, 620);
+}
+
+void EditorWindow::FillMenus(QMenuBar& bar) {
+  tools_->setObjectName("editorTools");
+  tools_->setToolButtonStyle(Qt::ToolButtonTextOnly);
+  const std::pair<const char*, QString> menus[] = {{"editorMenuFile", tr("&File")},
+                                                   {"editorMenuEdit", tr("&Edit")},
+                                                   {"editorMenuView", tr("&View")},
+                                                   {"editorMenuRun", tr("&Run")}};
+  for (const auto& [name, title] : menus) {
+    QMenu* menu = bar.addMenu(title);
+    menu->setObjectName(name);
+    menu->setToolTipsVisible(true);
+  }
+  for (const ActionRow& row : rows) Add(row);
+  Menu("editorMenuFile")->insertMenu(findChild<QAction*>("actionEditorSave"), recent_);
+  connect(findChild<QAction*>("actionEditorClose"), &QAction::triggered, this, &QWidget::close);
+  connect(findChild<QAction*>("actionEditorComment"), &QAction::triggered, view_, &ScriptView::ToggleComment);
+  connect(findChild<QAction*>("actionEditorOrdinary"), &QAction::triggered, this,
+          [this] { view_->zoomTo(0); });
+}
+
+QAction* EditorWindow::Add(const ActionRow& row) {
+  QMenu* menu = Menu(row.menu);
+  if (row.name == nullptr) return menu->addSeparator();
+  QAction* action = menu->addAction(tr(row.text));
+  action->setObjectName(row.name);
+  action->setShortcut(QKeySequence(row.shortcut));
+  addAction(action);  // its key works while the menu is closed
+  if (row.slot != nullptr) connect(action, &QAction::triggered, this, row.slot);
+  if (row.viewSlot != nullptr) connect(action, &QAction::triggered, view_, row.viewSlot);
+  const QString key = action->shortcut().toString(QKeySequence::NativeText);
+  if (row.toolTip != nullptr && *row.toolTip != '\0') {
+    action->setToolTip(key.isEmpty() ? tr(row.toolTip) : tr("%1 (%2)").arg(tr(row.toolTip), key));
+  }
+  if (row.tool != nullptr) {
+    action->setIconText(tr(row.tool));
+    tools_->addAction(action);
+  }
+  return action;
+}
+
+void EditorWindow::WireText() {
+  connect(view_, &QsciScintilla::textChanged, this, [this] { form_.TextChanged(); });
+  connect(view_, &QsciScintilla::modificationChanged, this,
+          [this](bool modified) { form_.SetModified(modified); });
+  connect(view_, &QsciScintilla::cursorPositionChanged, this, &EditorWindow::ShowPlace);
+  connect(recent_, &QMenu::aboutToShow, this, &EditorWindow::FillRecent);
+}
+
+void EditorWindow::WireForm() {
+  EditorHooks& hooks = form_.Hooks;
+  hooks.text = [this] { return view_->Text(); };
+  hooks.opened = [this] {
+    view_->SetLanguage(form_.Language());
+    view_->ShowText(form_.Text().utf8, form_.Text().lineEnd);
+    view_->setFocus();
+  };
+  hooks.readAgain = [this] {
+    view_->ReplaceText(form_.Text().utf8);
+    view_->setModified(false);
+  };
+  hooks.fileChanged = [this] { ShowFile(); };
+  hooks.faultChanged = [this] { ShowFault(); };
+  hooks.placeWanted = [this](vbs::Position place) {
+    view_->GoTo(place.line, place.column);
+    view_->setFocus();
+  };
+  hooks.opened();
+  ShowFile();
+  ShowFault();
+}
+
+void EditorWindow::ShowFile() {
+  if (!form_.Modified() && view_->isModified()) view_->setModified(false);
+  view_->SetLanguage(form_.Language());
+  ShowPlace();
+}
+
+void EditorWindow::ShowFault() {
+  const auto& fault = form_.Fault();
+  view_->MarkError(fault ? fault->place.line : 0, fault ? fault->place.column : 0);
+}
+
+void EditorWindow::ShowPlace() {
+  int line = 0, column = 0;
+  view_->getCursorPosition(&line, &column);
+  const std::string_view encoding = EncodingName(form_.Text().encoding);
+  place_->setText(tr("Line %1, column %2   %3   %4")
+                      .arg(line + 1)
+                      .arg(column)
+                      .arg(QLatin1String(encoding.data(), static_cast<qsizetype>(encoding.size())),
+                           QString::fromStdString(std::string(form_.Language()))));
+}
+
+void EditorWindow::FillRecent() {
+  recent_->clear();
+  for (const std::filesystem::path& file : form_.Recent.Files()) {
+    const QString number = QString::number(recent_->actions().size() + 1);
+    QAction* entry = recent_->addAction('&' + number + "  " + PathText(file).replace('&', "&&"));
+    connect(
+        entry, &QAction::triggered, this, [this, file] { form_.OpenFile(file); }, Qt::QueuedConnection);
+  }
+}
+
+void EditorWindow::Save() {
+  form_.File().empty() ? AskForFile(true) : static_cast<void>(form_.Save());
+}
+
+// The dialog stands open beside the traffic. What the user chose is done when it has gone, for there may be
+// another question.
+void EditorWindow::AskForFile(bool save) {
+  auto* dialog =
+      new QFileDialog(this, save ? tr("Save script as") : tr("Open script"), PathText(form_.Folder()));
+  dialog->setObjectName("scriptDialog");
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setNameFilters({tr("Scripts (*.vbs *.js)"), tr("All files (*)")});
+  dialog->setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog->setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  if (save) {
+    dialog->setDefaultSuffix(form_.Language() == "VBScript" ? "vbs" : "js");
+    dialog->selectFile(QString::fromStdString(form_.FileName()));
+  }
+  connect(
+      dialog, &QFileDialog::fileSelected, this,
+      [this, save](const QString& file) { save ? form_.SaveAs(PathOf(file)) : form_.OpenFile(PathOf(file)); },
+      Qt::QueuedConnection);
+  dialog->open();
+}
+
+void EditorWindow::GoToLine() {
+  int line = 0, column = 0;
+  view_->getCursorPosition(&line, &column);
+  auto* dialog = new QInputDialog(this);
+  dialog->setObjectName("goToLineDialog");
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setWindowTitle(tr("Go to line"));
+  dialog->setLabelText(tr("Line, from 1 to %1").arg(view_->lines()));
+  dialog->setInputMode(QInputDialog::IntInput);
+  dialog->setIntRange(1, view_->lines());
+  dialog->setIntValue(line + 1);
+  connect(dialog, &QInputDialog::intValueSelected, this, [this](int wanted) {
+    view_->GoTo(wanted, 0);
+    view_->setFocus();
+  });
+  dialog->open();
+}
+
+void EditorWindow::Find() {
+  findBar_->Open(false);
+}
+
+void EditorWindow::Replace() {
+  findBar_->Open(true);
+}
+
+void EditorWindow::FindNext() {
+  findBar_->FindNext();
+}
+
+void EditorWindow::FindPrevious() {
+  findBar_->FindPrevious();
+}
+
+void EditorWindow::Check() {
+  if (form_.CheckText()) {
+    form_.Tell("no errors found");
+  } else {
+    view_->GoTo(form_.Fault()->place.line, form_.Fault()->place.column);
+    view_->setFocus();
+  }
+}
+
+void EditorWindow::AddPanel(Side side, QWidget* panel, const QString& title) {
+  QTabWidget* tabs = side == Side::Below ? below_ : right_;
+  tabs->addTab(panel, title);
+  tabs->show();
+}
+
+// A dialog would close on Escape, and press a button on Enter.
+void EditorWindow::keyPressEvent(QKeyEvent* event) {
+  event->ignore();
+}
+
+}  // namespace quarlin
