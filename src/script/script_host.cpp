@@ -5,6 +5,7 @@
 
 #include <array>
 
+#include "base/profile_file.h"
 #include "base/text.h"
 #include "script/command_object.h"
 #include "script/script_file.h"
@@ -87,6 +88,16 @@ void ScriptHost::SetFormMain(vbs::ObjectRef formMain) {
   runner_.AddObject(u"TimerTask", vbs::ObjectRef(timerTask_.Get()));
   runner_.AddObject(u"FormMain", std::move(formMain));
   runner_.AddObject(u"FrmCommand", MakeCommandObject(panel_));
+}
+
+std::string ScriptHost::TakeUpLocale() {
+  const std::string wanted = ProfileFile(parts_.folder, "position.ini").ReadProfileString("SCRIPT", "Locale");
+  if (wanted.empty()) return {};
+  if (const vbs::Locale* locale = vbs::FindLocale(Utf16FromBytes(wanted))) {
+    runner_.StartWith(*locale);
+    return {};
+  }
+  return fmt::format("position.ini: Locale={} is not known, scripts begin with en-us", CodedText(wanted, 40));
 }
 
 bool ScriptHost::Sees() const {

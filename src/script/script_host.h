@@ -69,6 +69,10 @@ class ScriptHost {
   // The main window as scripts see it; to be set before any script is started.
   void SetFormMain(vbs::ObjectRef formMain);
 
+  // Scripts that are started from now on begin with the locale that position.ini names. Returns what is wrong
+  // with it, empty when nothing is.
+  std::string TakeUpLocale();
+
   // Whether text that goes through the link is to be offered to the script. Not while the script runs:
   // what it sends itself does not enter it again.
   bool Sees() const;

@@ -22,7 +22,10 @@ class ScriptRunner::Services : public vbs::Services {
     return prompts_.InputBox(prompt, title, proposal);
   }
   std::filesystem::path Folder() const override { return folder_; }
+  const vbs::Locale& StartLocale() const override { return *startLocale; }
   bool MayGoOn() override { return guard_.MayGoOn(); }
+
+  const vbs::Locale* startLocale = &vbs::UsualLocale();
 
  private:
   const EventLoop& loop_;
@@ -48,6 +51,9 @@ class ScriptRunner::Call {
  private:
   ScriptRunner& runner_;
   std::optional<AlarmQueue::Hold> hold_;
+  // Where another script waits further out, its locale is not this one's.
+  vbs::LocaleChoice usual_{vbs::UsualLocale()};
+  vbs::LocaleScope locale_{usual_};
 };
 
 ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder,
@@ -59,6 +65,10 @@ ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesyst
 
 ScriptRunner::~ScriptRunner() {
   Stop();
+}
+
+void ScriptRunner::StartWith(const vbs::Locale& locale) {
+  services_->startLocale = &locale;
 }
 
 void ScriptRunner::AddObject(std::u16string_view name, vbs::ObjectRef object) {

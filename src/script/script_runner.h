@@ -24,6 +24,9 @@ class ScriptRunner {
   // An object of every script that is started from now on.
   void AddObject(std::u16string_view name, vbs::ObjectRef object);
 
+  // Scripts that are started from now on begin with it; en-us until then.
+  void StartWith(const vbs::Locale& locale);
+
   // Makes an engine for the file's language and runs the script's top-level code. Throws ScriptError, also
   // where the file cannot be read; the engine then stays until Stop. Yields.
   void Start(const std::filesystem::path& file);

@@ -158,6 +158,7 @@ void FrmMain::FillLists() {
   if (const std::error_code trouble = modules_->folder.Trouble()) {
     Note(fmt::format("changes of files in the program folder are not noticed: {}", trouble.message()));
   }
+  if (const std::string trouble = modules_->script.TakeUpLocale(); !trouble.empty()) Trouble(trouble);
   modules_->byHand.quick.TakeUp();
   if (surroundings_.headless) return;  // a test run leaves nobody's history behind
   if (const std::string trouble = modules_->byHand.history.Load(); !trouble.empty()) Note(trouble);

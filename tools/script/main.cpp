@@ -112,6 +112,7 @@ int RunInProgram(const Options& options) {
   frm.controls.display.txtric.OnAppend = [](std::string_view text, Color) {
     PrintText(stdout, Utf8FromBytes(text));
   };
+  frm.OnTrouble = [](std::string_view line) { Complain(Utf8FromBytes(line)); };
   frm.Load("");
   return RunScript(options, file, frm.Script());
 }

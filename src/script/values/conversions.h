@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From one kind of value to another, by the rules of the language (locale en-US). An object stands for
+// From one kind of value to another, by the rules of the language, with numbers
+// and dates in the way of the current locale. An object stands for
 // its default member. Failures are errors 13 (no such conversion), 6 (out of range) and 94 (Null).
 #pragma once
 
@@ -11,6 +12,8 @@
 #include "script/values/value.h"
 
 namespace quarlin::vbs {
+
+struct Locale;
 
 // The value that an object stands for in an expression: its default member, read. Anything else as it is.
 // 91 for Nothing, 438 for an object without a default member.
@@ -39,19 +42,20 @@ Value ToNumber(const Value& value);
 // Halves to even; error 6 beyond 32 bits.
 std::int32_t RoundToLong(double value);
 
-// A text as a number: blanks around it, a sign in front or behind, thousands separators, a currency sign,
-// "(5)" for -5, an exponent, &H and &O. Nothing where it is no number, also for "".
+// A text as a number: blanks around it, a sign in front or behind, the locale's thousands separators and
+// currency sign, "(5)" for -5, an exponent, &H and &O. Nothing where it is no number, also for "".
 std::optional<double> NumberOfText(std::u16string_view text);
 
-// Dates as engineers write them in the en-US order ("3/15/2024 10:20:30 PM", "2024-03-15", "15 March
-// 2024", "10:20"), or nothing. "3/15" and "15 Mar" are dates only where the present year is told.
+// Dates as engineers write them in the locale's order (in en-us "3/15/2024 10:20:30 PM", "2024-03-15", "15
+// March 2024", "10:20"), or nothing. "3/15" and "15 Mar" are dates only where the present year is told. The
+// names of months and days may be English everywhere.
 std::optional<double> DateOfText(std::u16string_view text, std::optional<int> thisYear = {});
+std::optional<double> DateOfText(std::u16string_view text, std::optional<int> thisYear, const Locale& locale);
 
-// 15 significant digits (Single: 7), scientific from 1E+15 up and where a fraction would need more places.
+// 15 significant digits, scientific from 1E+15 up and where a fraction would need more places.
 std::u16string TextOfDouble(double value);
-std::u16string TextOfSingle(float value);
 
-// "3/15/2024 10:20:30 PM"; no time at midnight, no date on day 0.
+// In en-us "3/15/2024 10:20:30 PM"; no time at midnight, no date on day 0.
 std::u16string TextOfDate(double days);
 
 bool IsNumeric(const Value& value);

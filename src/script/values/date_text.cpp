@@ -1,263 +1,122 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <fmt/format.h>
+#include "script/values/date_text.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
+#include <cstdint>
 
 #include "script/values/conversions.h"
-#include "script/values/dispatch.h"
 
 namespace quarlin::vbs {
 namespace {
 
-constexpr auto months =
-    std::to_array<std::u16string_view>({u"January", u"February", u"March", u"April", u"May", u"June", u"July",
-                                        u"August", u"September", u"October", u"November", u"December"});
-constexpr auto weekdays = std::to_array<std::u16string_view>(
-    {u"Sunday", u"Monday", u"Tuesday", u"Wednesday", u"Thursday", u"Friday", u"Saturday"});
-constexpr std::size_t shortName = 3;
-
-// The number of a name, from 1, or 0. Names may be cut to three letters.
-template <std::size_t count>
-int NumberOfName(const std::array<std::u16string_view, count>& names, std::u16string_view word) {
-  int number = 0;
-  for (const std::u16string_view name : names) {
-    ++number;
-    if (SameName(word, name) || SameName(word, name.substr(0, shortName))) return number;
-  }
-  return 0;
+std::size_t WeekdayFromSunday(const DateParts& parts) {
+  using namespace std::chrono;
+  const year_month_day date(year(parts.year), month(static_cast<unsigned>(parts.month)),
+                            day(static_cast<unsigned>(parts.day)));
+  return weekday(sys_days(date)).c_encoding();
 }
 
-struct Token {
-  enum class Type { End, Number, Word, Symbol } type = Type::End;
-  int number = 0;
-  std::size_t digits = 0;
-  char16_t symbol = 0;
-  std::u16string_view word;
-};
-
-bool IsHalfOfDay(const Token& token) {
-  constexpr auto names = std::to_array<std::u16string_view>({u"AM", u"PM", u"A", u"P"});
-  return std::any_of(names.begin(), names.end(),
-                     [&](std::u16string_view name) { return SameName(name, token.word); });
+void PutNumber(std::u16string& text, int number, std::size_t leastDigits) {
+  const std::string digits = std::to_string(number);
+  if (digits.size() < leastDigits) text.append(leastDigits - digits.size(), u'0');
+  text.append(digits.begin(), digits.end());
 }
 
-bool IsDigit(char16_t unit) {
-  return unit >= u'0' && unit <= u'9';
-}
-
-bool IsLetter(char16_t unit) {
-  return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
-}
-
-bool IsBlank(char16_t unit) {
-  return unit == u' ' || unit == u'\t';
-}
-
-// Gives one token after the other, and lets the reader see the one behind it.
-class Tokens {
- public:
-  explicit Tokens(std::u16string_view text) : text_(text), next_(Take()), second_(Take()) {}
-
-  const Token& Next() const { return next_; }
-  const Token& Second() const { return second_; }
-  Token Pop() {
-    const Token taken = next_;
-    next_ = second_;
-    second_ = Take();
-    return taken;
-  }
-
- private:
-  Token Take() {
-    while (!text_.empty() && IsBlank(text_.front())) text_.remove_prefix(1);
-    if (text_.empty()) return {};
-    std::size_t length = 0;
-    Token token;
-    if (IsDigit(text_.front())) {
-      token.type = Token::Type::Number;
-      constexpr int most = 100'000;  // beyond every number that means something in a date
-      for (; length < text_.size() && IsDigit(text_[length]); ++length) {
-        token.number = std::min(token.number * 10 + (text_[length] - u'0'), most);
+// A run of one letter; false when it stands for nothing.
+bool PutField(std::u16string& text, char16_t letter, std::size_t count, const DateParts& parts,
+              const DateNames& names) {
+  constexpr int noon = 12;
+  constexpr std::size_t byName = 4;
+  switch (letter) {
+    case u'd':
+      if (count == byName) {
+        text += names.weekdays[WeekdayFromSunday(parts)];
+      } else {
+        PutNumber(text, parts.day, count);
       }
-      token.digits = length;
-    } else if (IsLetter(text_.front())) {
-      token.type = Token::Type::Word;
-      while (length < text_.size() && IsLetter(text_[length])) ++length;
-      token.word = text_.substr(0, length);
-    } else {
-      token.type = Token::Type::Symbol;
-      token.symbol = text_.front();
-      length = 1;
-    }
-    text_.remove_prefix(length);
-    return token;
+      return true;
+    case u'M':
+      if (count == byName) {
+        text += names.monthsOfDate[static_cast<std::size_t>(parts.month) - 1];
+      } else {
+        PutNumber(text, parts.month, count);
+      }
+      return true;
+    case u'y':
+      PutNumber(text, parts.year, 1);
+      return true;
+    case u'H':
+      PutNumber(text, parts.hour, count);
+      return true;
+    case u'h':
+      PutNumber(text, parts.hour % noon == 0 ? noon : parts.hour % noon, count);
+      return true;
+    case u'm':
+      PutNumber(text, parts.minute, count);
+      return true;
+    case u's':
+      PutNumber(text, parts.second, count);
+      return true;
+    case u't':
+      text += parts.hour < noon ? u"AM" : u"PM";
+      return true;
+    default:
+      return false;
   }
-
-  std::u16string_view text_;
-  Token next_;
-  Token second_;
-};
-
-// A number within a date.
-struct Field {
-  int number = 0;
-  std::size_t digits = 0;
-
-  bool MustBeYear() const { return digits > 2 || number > 31; }
-  int AsYear() const {
-    if (digits > 2) return number;
-    return number + (number < 30 ? 2000 : 1900);
-  }
-};
-
-// The day, where the calendar has it.
-std::optional<double> DayOf(int year, int month, int day) {
-  if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1 || day > 31) return std::nullopt;
-  const std::chrono::year_month_day date(std::chrono::year(year),
-                                         std::chrono::month(static_cast<unsigned>(month)),
-                                         std::chrono::day(static_cast<unsigned>(day)));
-  if (!date.ok()) return std::nullopt;
-  return DaysOf(year, month, day);
 }
 
-// Month and day may stand the other way round, where the usual order makes no day.
-std::optional<double> DayOfEither(int year, int month, int day) {
-  const auto usual = DayOf(year, month, day);
-  return usual ? usual : DayOf(year, day, month);
+void Put(std::u16string& text, std::u16string_view pattern, const DateParts& parts, const DateNames& names) {
+  while (!pattern.empty()) {
+    const char16_t letter = pattern.front();
+    if (letter == u'\'') {
+      const std::size_t end = pattern.find(letter, 1);
+      text += pattern.substr(1, end - 1);
+      pattern.remove_prefix(end + 1);
+      continue;
+    }
+    const std::size_t count = std::min(pattern.find_first_not_of(letter), pattern.size());
+    if (!PutField(text, letter, count, parts, names)) text.append(count, letter);
+    pattern.remove_prefix(count);
+  }
 }
 
-class DateReader {
- public:
-  DateReader(std::u16string_view text, std::optional<int> thisYear) : tokens_(text), thisYear_(thisYear) {}
+void PutGeneral(std::u16string& text, const DateParts& parts, const Locale& locale) {
+  const bool midnight = parts.hour == 0 && parts.minute == 0 && parts.second == 0;
+  const bool dayZero = parts.year == 1899 && parts.month == 12 && parts.day == 30;
+  if (!dayZero) Put(text, locale.shortDate, parts, *locale.names);
+  if (!midnight && !dayZero) text += u' ';
+  if (!midnight || dayZero) Put(text, locale.longTime, parts, *locale.names);
+}
 
-  std::optional<double> Read() {
-    while (tokens_.Next().type != Token::Type::End) {
-      if (!(TimeBegins() ? ReadTime() : ReadPart())) return std::nullopt;
-    }
-    if (separator_ != 0) return std::nullopt;
-    if (!HasDate()) return time_;
-    const auto day = month_ == 0 ? DayByNumbers() : DayByName();
-    if (!day) return std::nullopt;
-    const double time = time_.value_or(0);
-    return *day < 0 ? *day - time : *day + time;  // the time of day counts away from day 0
+std::u16string_view PatternOf(DateForm form, const Locale& locale) {
+  switch (form) {
+    case DateForm::LongDate:
+      return locale.longDate;
+    case DateForm::ShortDate:
+      return locale.shortDate;
+    case DateForm::LongTime:
+      return locale.longTime;
+    default:
+      return u"HH:mm";
   }
-
- private:
-  bool HasDate() const { return count_ != 0 || month_ != 0; }
-
-  bool TimeBegins() const {
-    return tokens_.Next().type == Token::Type::Number &&
-           (tokens_.Second().symbol == u':' || IsHalfOfDay(tokens_.Second()));
-  }
-
-  bool ReadTime() {
-    if (time_ || (separator_ != 0 && separator_ != u',')) return false;
-    separator_ = 0;
-    int hour = tokens_.Pop().number;
-    const auto minute = ReadSixtieths();
-    const auto second = ReadSixtieths();
-    if (hour > 23 || !minute || !second) return false;
-    if (IsHalfOfDay(tokens_.Next())) {
-      const bool afternoon = LowerOf(tokens_.Pop().word.front()) == u'p';
-      if (hour > 12 && !afternoon) return false;
-      hour = hour % 12 + (afternoon ? 12 : 0);
-    }
-    time_ = TimeOf(hour, *minute, *second);
-    return true;
-  }
-
-  // Minutes or seconds with the colon in front of them, 0 where there are none.
-  std::optional<int> ReadSixtieths() {
-    if (tokens_.Next().symbol != u':') return 0;
-    tokens_.Pop();
-    const Token token = tokens_.Pop();
-    if (token.type != Token::Type::Number || token.number > 59) return std::nullopt;
-    return token.number;
-  }
-
-  bool ReadPart() {
-    const Token token = tokens_.Pop();
-    if (token.type == Token::Type::Symbol) return TakeSeparator(token.symbol);
-    separator_ = 0;
-    if (token.type == Token::Type::Word) return TakeName(token.word);
-    if (count_ == fields_.size()) return false;
-    fields_[count_++] = {token.number, token.digits};
-    return true;
-  }
-
-  bool TakeName(std::u16string_view word) {
-    if (NumberOfName(weekdays, word) != 0) return !HasDate();
-    if (month_ != 0) return false;
-    month_ = NumberOfName(months, word);
-    return month_ != 0;
-  }
-
-  bool TakeSeparator(char16_t symbol) {
-    const bool joins = symbol == u'/' || symbol == u'-';
-    if (separator_ != 0 || !(joins ? HasDate() : symbol == u',')) return false;
-    separator_ = symbol;
-    if (joins) ++joints_;
-    return true;
-  }
-
-  // "15 March 2024", "March 15, 2024", "2024 March 15", "March 2024", "15 March".
-  std::optional<double> DayByName() const {
-    const auto& [first, second, third] = fields_;
-    if (count_ == 2) {
-      return first.MustBeYear() ? DayOf(first.AsYear(), month_, second.number)
-                                : DayOf(second.AsYear(), month_, first.number);
-    }
-    if (count_ != 1) return std::nullopt;
-    if (first.MustBeYear()) return DayOf(first.AsYear(), month_, 1);
-    return thisYear_ ? DayOf(*thisYear_, month_, first.number) : std::nullopt;
-  }
-
-  // "3/15/2024", "2024-03-15", "3/2024", "2024/3", "3/15".
-  std::optional<double> DayByNumbers() const {
-    const auto& [first, second, third] = fields_;
-    if (joints_ + 1 != count_) return std::nullopt;
-    if (count_ == 3) {
-      return first.MustBeYear() ? DayOfEither(first.AsYear(), second.number, third.number)
-                                : DayOfEither(third.AsYear(), first.number, second.number);
-    }
-    if (count_ != 2) return std::nullopt;
-    if (first.MustBeYear()) return DayOf(first.AsYear(), second.number, 1);
-    if (second.MustBeYear()) return DayOf(second.AsYear(), first.number, 1);
-    return thisYear_ ? DayOfEither(*thisYear_, first.number, second.number) : std::nullopt;
-  }
-
-  Tokens tokens_;
-  std::optional<int> thisYear_;
-  std::array<Field, 3> fields_{};
-  std::size_t count_ = 0;   // of fields
-  std::size_t joints_ = 0;  // "/" and "-" between them
-  char16_t separator_ = 0;  // the last thing read was this one, so something must follow
-  int month_ = 0;           // that was named
-  std::optional<double> time_;
-};
+}
 
 }  // namespace
 
-std::optional<double> DateOfText(std::u16string_view text, std::optional<int> thisYear) {
-  return DateReader(text, thisYear).Read();
+std::u16string TextOfDate(double days, DateForm form, const Locale& locale) {
+  const DateParts parts = PartsOfDate(days);
+  std::u16string text;
+  if (form == DateForm::General) {
+    PutGeneral(text, parts, locale);
+  } else {
+    Put(text, PatternOf(form, locale), parts, *locale.names);
+  }
+  return text;
 }
 
 std::u16string TextOfDate(double days) {
-  const DateParts parts = PartsOfDate(days);
-  const bool midnight = parts.hour == 0 && parts.minute == 0 && parts.second == 0;
-  const bool dayZero = parts.year == 1899 && parts.month == 12 && parts.day == 30;
-  std::array<char, 40> text;
-  char* out = text.data();
-  if (!dayZero) out = fmt::format_to(out, "{}/{}/{}", parts.month, parts.day, parts.year);
-  if (!midnight && !dayZero) *out++ = ' ';
-  if (!midnight || dayZero) {
-    const int hour = parts.hour % 12 == 0 ? 12 : parts.hour % 12;
-    out = fmt::format_to(out, "{}:{:02}:{:02} {}M", hour, parts.minute, parts.second,
-                         parts.hour < 12 ? 'A' : 'P');
-  }
-  return {text.cbegin(), text.cbegin() + (out - text.data())};
+  return TextOfDate(days, DateForm::General, CurrentLocale());
 }
 
 }  // namespace quarlin::vbs

@@ -60,6 +60,7 @@ enum ErrorNumber : std::int32_t {
   cannotCreateObject = 429,
   noSuchMember = 438,
   actionNotSupported = 445,
+  noSuchLocale = 447,
   argumentNotOptional = 449,
   wrongArgumentCount = 450,
   notACollection = 451,

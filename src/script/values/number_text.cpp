@@ -8,6 +8,7 @@
 #include <string>
 
 #include "script/values/conversions.h"
+#include "script/values/locale.h"
 
 namespace quarlin::vbs {
 namespace {
@@ -37,12 +38,13 @@ std::u16string_view WithoutBlanks(std::u16string_view text) {
 std::optional<double> ReadPlain(std::u16string_view text) {
   const bool negative = !text.empty() && text.front() == u'-';
   if (negative) text.remove_prefix(1);
+  const auto decimal = static_cast<char16_t>(CurrentLocale().decimal);
   std::int64_t digits = 0;
   std::size_t point = text.size();
   for (std::size_t place = 0; place < text.size(); ++place) {
     if (IsDigit(text[place])) {
       digits = digits * 10 + (text[place] - u'0');
-    } else if (text[place] == u'.' && point == text.size()) {
+    } else if (text[place] == decimal && point == text.size()) {
       point = place;
     } else {
       return std::nullopt;
@@ -77,28 +79,42 @@ class NumberReader {
   bool ReadAround(char16_t parenthesis) {
     for (; !text_.empty(); text_.remove_prefix(1)) {
       const char16_t unit = text_.front();
-      if (IsBlank(unit)) continue;
+      if (IsBlank(unit) || IsBlankSeparator(unit)) continue;
       bool* seen = nullptr;
       if (unit == u'+' || unit == u'-') seen = &signed_;
-      if (unit == u'$') seen = &currency_;
+      const bool isCurrency = text_.starts_with(locale_.currency);
+      if (isCurrency) seen = &currency_;
       if (unit == parenthesis) seen = parenthesis == u'(' ? &open_ : &closed_;
       if (seen == nullptr) return true;
       if (*seen) return false;
       *seen = true;
       negative_ = negative_ || unit == u'-';
+      if (isCurrency) text_.remove_prefix(locale_.currency.size() - 1);
     }
     return true;
   }
 
+  // Between groups of digits many write a plain blank, or a narrow one, for the one that does not break.
+  bool IsBlankSeparator(char16_t unit) const {
+    constexpr char16_t narrowNoBreakSpace = 0x202F;
+    return locale_.thousands == noBreakSpace && (unit == noBreakSpace || unit == narrowNoBreakSpace);
+  }
+
+  bool SeparatesThousands(char16_t unit) const {
+    if (locale_.thousands != noBreakSpace) return unit == locale_.thousands;
+    return (unit == u' ' || IsBlankSeparator(unit)) && IsDigit(Peek(1));
+  }
+
   bool ReadDigits() {
+    const auto decimal = static_cast<char16_t>(locale_.decimal);
     bool point = false;
     bool digit = false;
     for (; !text_.empty(); text_.remove_prefix(1)) {
       const char16_t unit = text_.front();
-      if (unit == u',' && digit && !point) continue;
-      if (!IsDigit(unit) && (unit != u'.' || point)) break;
-      (unit == u'.' ? point : digit) = true;
-      digits_ += static_cast<char>(unit);
+      if (digit && !point && SeparatesThousands(unit)) continue;
+      if (!IsDigit(unit) && (unit != decimal || point)) break;
+      (unit == decimal ? point : digit) = true;
+      digits_ += unit == decimal ? '.' : static_cast<char>(unit);
     }
     if (digit) ReadExponent();
     return digit;
@@ -141,8 +157,9 @@ class NumberReader {
     return NumberInText{static_cast<double>(bits), true};
   }
 
+  const Locale& locale_ = CurrentLocale();
   std::u16string_view text_;  // what is left
-  std::string digits_;
+  std::string digits_;        // with a point
   bool signed_ = false;
   bool negative_ = false;
   bool currency_ = false;
@@ -183,9 +200,9 @@ Digits DigitsOf(double value, int precision) {
   return digits;
 }
 
-char* PutScientific(const Digits& digits, char* out) {
+char* PutScientific(const Digits& digits, char decimal, char* out) {
   *out++ = digits.characters[0];
-  if (digits.count > 1) *out++ = '.';
+  if (digits.count > 1) *out++ = decimal;
   out = std::copy(digits.characters.begin() + 1, digits.characters.begin() + digits.count, out);
   const int exponent = std::abs(digits.exponent);
   *out++ = 'E';
@@ -195,12 +212,12 @@ char* PutScientific(const Digits& digits, char* out) {
   return std::to_chars(out, out + longest, exponent).ptr;
 }
 
-char* PutPlain(const Digits& digits, char* out) {
+char* PutPlain(const Digits& digits, char decimal, char* out) {
   const char* from = digits.characters.data();
   const char* end = from + digits.count;
   if (digits.exponent < 0) {
     *out++ = '0';
-    *out++ = '.';
+    *out++ = decimal;
     out = std::fill_n(out, -digits.exponent - 1, '0');
     return std::copy(from, end, out);
   }
@@ -209,7 +226,7 @@ char* PutPlain(const Digits& digits, char* out) {
   out = std::copy(from, from + given, out);
   out = std::fill_n(out, whole - given, '0');
   if (given == digits.count) return out;
-  *out++ = '.';
+  *out++ = decimal;
   return std::copy(from + given, end, out);
 }
 
@@ -218,16 +235,18 @@ std::string_view WriteInfinite(double value) {
   return value < 0 ? "-1.#INF" : "1.#INF";
 }
 
-std::u16string Widened(std::string_view ascii) {
-  return {ascii.begin(), ascii.end()};
-}
-
 }  // namespace
 
 std::optional<NumberInText> ReadNumber(std::u16string_view text) {
   text = WithoutBlanks(text);
   if (const auto plain = ReadPlain(text)) return NumberInText{*plain};
   return NumberReader(text).Read();
+}
+
+std::u16string TextOfDouble(double value) {
+  NumberBuffer buffer;
+  const std::string_view text = WriteReal(value, Precision::Double, buffer);
+  return {text.begin(), text.end()};
 }
 
 std::optional<double> NumberOfText(std::u16string_view text) {
@@ -249,7 +268,7 @@ std::string_view WriteCurrency(std::int64_t tenThousandths, NumberBuffer& buffer
   if (fraction == 0) return Written(buffer, out);
   int places = currencyPlaces;
   for (; fraction % 10 == 0; fraction /= 10) --places;
-  *out = '.';
+  *out = CurrentLocale().decimal;
   for (int place = places; place > 0; --place, fraction /= 10) {
     out[place] = static_cast<char>('0' + fraction % 10);
   }
@@ -275,17 +294,9 @@ std::string_view WriteReal(double value, Precision precision, NumberBuffer& buff
   if (digits.negative) *out++ = '-';
   const bool tooLarge = digits.exponent >= most;
   const bool tooManyPlaces = digits.exponent < 0 && digits.count - 1 - digits.exponent > most;
-  return Written(buffer, tooLarge || tooManyPlaces ? PutScientific(digits, out) : PutPlain(digits, out));
-}
-
-std::u16string TextOfDouble(double value) {
-  NumberBuffer buffer;
-  return Widened(WriteReal(value, Precision::Double, buffer));
-}
-
-std::u16string TextOfSingle(float value) {
-  NumberBuffer buffer;
-  return Widened(WriteReal(static_cast<double>(value), Precision::Single, buffer));
+  const char decimal = CurrentLocale().decimal;
+  return Written(buffer, tooLarge || tooManyPlaces ? PutScientific(digits, decimal, out)
+                                                   : PutPlain(digits, decimal, out));
 }
 
 }  // namespace quarlin::vbs

@@ -22,6 +22,8 @@ using NumberBuffer = std::array<char, 40>;
 
 enum class Precision { Single = 7, Double = 15 };  // significant digits
 
+// With the current locale's decimal sign; a real number scientific from 1E+15 up (Single: 1E+07), and where
+// its fraction would need more places.
 std::string_view WriteWhole(std::int64_t value, NumberBuffer& buffer);
 std::string_view WriteReal(double value, Precision precision, NumberBuffer& buffer);
 std::string_view WriteCurrency(std::int64_t tenThousandths, NumberBuffer& buffer);

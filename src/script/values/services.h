@@ -10,6 +10,7 @@
 
 #include "base/clock.h"
 #include "script/values/error.h"
+#include "script/values/locale.h"
 #include "script/values/value.h"
 
 namespace quarlin::vbs {
@@ -30,6 +31,9 @@ class Services {
 
   // Where relative file names begin.
   virtual std::filesystem::path Folder() const = 0;
+
+  // What scripts begin with.
+  virtual const Locale& StartLocale() const { return UsualLocale(); }
 
   // Asked again and again while a script runs, also within a long search of a pattern; false stops it,
   // with an error that the script cannot pass over.

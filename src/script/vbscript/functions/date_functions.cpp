@@ -4,7 +4,6 @@
 
 #include "script/values/arguments.h"
 #include "script/vbscript/functions/date_line.h"
-#include "script/vbscript/functions/date_names.h"
 
 namespace quarlin::vbs {
 namespace {
@@ -77,24 +76,23 @@ Value Weekday(LibraryContext& context, Arguments arguments) {
   return Value::Integer(static_cast<std::int16_t>(weekday));
 }
 
-Value NameValue(std::u16string_view name, bool shortened) {
-  constexpr std::size_t shortLength = 3;
-  return Value::String(shortened ? name.substr(0, shortLength) : name);
-}
-
-Value MonthName(LibraryContext&, Arguments arguments) {
+Value MonthName(LibraryContext& context, Arguments arguments) {
+  const DateNames& names = *context.locale.Chosen().names;
   const std::int32_t month = CountOf(arguments[0]);
-  if (month < 1 || month > static_cast<std::int32_t>(monthNames.size())) throw ScriptError(invalidCall);
-  return NameValue(monthNames[static_cast<std::size_t>(month) - 1], FlagOr(arguments, 1, false));
+  if (month < 1 || month > static_cast<std::int32_t>(names.months.size())) throw ScriptError(invalidCall);
+  const auto& chosen = FlagOr(arguments, 1, false) ? names.shortMonths : names.months;
+  return Value::String(chosen[static_cast<std::size_t>(month) - 1]);
 }
 
-Value WeekdayName(LibraryContext&, Arguments arguments) {
-  constexpr auto days = static_cast<std::int32_t>(weekdayNames.size());
+Value WeekdayName(LibraryContext& context, Arguments arguments) {
+  const DateNames& names = *context.locale.Chosen().names;
+  constexpr auto days = std::int32_t{std::tuple_size_v<decltype(names.weekdays)>};
   const std::int32_t weekday = CountOf(arguments[0]);
   if (weekday < 1 || weekday > days) throw ScriptError(invalidCall);
   const bool shortened = FlagOr(arguments, 1, false);
   const std::int32_t sinceSunday = (weekday - 1 + FirstDayOfWeek(arguments, 2) - 1) % days;
-  return NameValue(weekdayNames[static_cast<std::size_t>(sinceSunday)], shortened);
+  const auto& chosen = shortened ? names.shortWeekdays : names.weekdays;
+  return Value::String(chosen[static_cast<std::size_t>(sinceSunday)]);
 }
 
 constexpr auto functions = std::to_array<Builtin>({

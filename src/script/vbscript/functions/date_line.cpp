@@ -65,7 +65,7 @@ double GivenDate(const LibraryContext& context, const Value& value) {
 int FirstDayOfWeek(Arguments arguments, std::size_t index) {
   constexpr int sunday = 1;
   const int day = ChoiceOr(arguments, index, sunday, 0, static_cast<int>(daysPerWeek));
-  return day == 0 ? sunday : day;
+  return day == 0 ? CurrentLocale().firstDay : day;
 }
 
 }  // namespace quarlin::vbs

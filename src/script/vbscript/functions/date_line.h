@@ -38,8 +38,8 @@ std::optional<double> DateOfGivenText(const LibraryContext& context, std::u16str
 // ToDate, but a text may leave the year out.
 double GivenDate(const LibraryContext& context, const Value& value);
 
-// The optional argument that tells with which day a week begins. Sunday where it is left out or 0; error 5
-// outside of 0 to 7.
+// The optional argument that tells with which day a week begins. Sunday where it is left out, the locale's
+// where it is 0; error 5 outside of 0 to 7.
 int FirstDayOfWeek(Arguments arguments, std::size_t index);
 
 // The functions that take the name of an interval, in date_intervals.cpp.

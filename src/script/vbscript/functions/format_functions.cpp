@@ -7,8 +7,8 @@
 #include <string>
 
 #include "script/values/arguments.h"
+#include "script/values/date_text.h"
 #include "script/vbscript/functions/date_line.h"
-#include "script/vbscript/functions/date_names.h"
 
 namespace quarlin::vbs {
 namespace {
@@ -88,10 +88,10 @@ std::string Fraction(const Decimal& number, int places) {
   return fraction;
 }
 
-// What a number looks like where the arguments leave it open.
+// What a number looks like where the arguments leave it open; "n" stands for its digits.
 struct NumberStyle {
-  std::string_view before;
-  std::string_view after;
+  std::u16string_view positive;
+  std::u16string_view negative;
   int shift;  // places that the point moves to the right
   bool parentheses;
 };
@@ -125,69 +125,57 @@ Value Formattable(const Value& value) {
   return plain;
 }
 
-Value Format(Arguments arguments, const NumberStyle& style) {
+// The digits with the signs of the locale, put into a pattern.
+std::u16string Filled(std::u16string_view pattern, std::string_view digits, const Locale& locale) {
+  std::u16string text;
+  for (const char16_t unit : pattern) {
+    if (unit != u'n') {
+      text += unit;
+      continue;
+    }
+    for (const char digit : digits) {
+      text += digit == '.'   ? static_cast<char16_t>(locale.decimal)
+              : digit == ',' ? locale.thousands
+                             : static_cast<char16_t>(digit);
+    }
+  }
+  return text;
+}
+
+Value Format(const LibraryContext& context, Arguments arguments, const NumberStyle& style) {
   const NumberOptions options = OptionsIn(arguments, style);
   Decimal number = DecimalOf(Formattable(arguments[0]));
   number.point += style.shift;
   RoundTo(number, options.places);
 
-  std::string text = WholePart(number, options.grouped);
-  if (text.empty() && (options.leadingZero || options.places == 0)) text = "0";
-  if (options.places > 0) text += "." + Fraction(number, options.places);
-  text = fmt::format("{}{}{}", style.before, text, style.after);
-  if (number.negative) text = options.parentheses ? "(" + text + ")" : "-" + text;
-  return Value::String(Utf16Of(text));
+  std::string digits = WholePart(number, options.grouped);
+  if (digits.empty() && (options.leadingZero || options.places == 0)) digits = "0";
+  if (options.places > 0) digits += "." + Fraction(number, options.places);
+  const bool signedPattern = number.negative && !options.parentheses;
+  std::u16string text =
+      Filled(signedPattern ? style.negative : style.positive, digits, context.locale.Chosen());
+  if (number.negative && options.parentheses) text = u"(" + text + u")";
+  return Value::String(text);
 }
 
-Value FormatNumber(LibraryContext&, Arguments arguments) {
-  return Format(arguments, {"", "", 0, false});
+Value FormatNumber(LibraryContext& context, Arguments arguments) {
+  return Format(context, arguments, {u"n", u"-n", 0, false});
 }
 
-Value FormatCurrency(LibraryContext&, Arguments arguments) {
-  return Format(arguments, {"$", "", 0, true});
+Value FormatCurrency(LibraryContext& context, Arguments arguments) {
+  const Locale& locale = context.locale.Chosen();
+  return Format(context, arguments, {locale.money, locale.debt, 0, locale.debtInBrackets});
 }
 
-Value FormatPercent(LibraryContext&, Arguments arguments) {
-  return Format(arguments, {"", "%", 2, false});
-}
-
-std::u16string GeneralDate(double date) {
-  return TextOfDate(date);
-}
-
-std::u16string LongDate(double date) {
-  constexpr int sunday = 1;
-  const DateParts parts = PartsOfDate(date);
-  const auto weekday = static_cast<std::size_t>(WeekdayOf(DayOfDate(date), sunday) - 1);
-  std::u16string text(weekdayNames[weekday]);
-  text += u", ";
-  text += monthNames[static_cast<std::size_t>(parts.month) - 1];
-  return text + Utf16Of(fmt::format(" {}, {}", parts.day, parts.year));
-}
-
-std::u16string ShortDate(double date) {
-  const DateParts parts = PartsOfDate(date);
-  return Utf16Of(fmt::format("{}/{}/{}", parts.month, parts.day, parts.year));
-}
-
-std::u16string LongTime(double date) {
-  constexpr int noon = 12;
-  const DateParts parts = PartsOfDate(date);
-  const int hour = parts.hour % noon == 0 ? noon : parts.hour % noon;
-  const std::string_view half = parts.hour < noon ? "AM" : "PM";
-  return Utf16Of(fmt::format("{}:{:02}:{:02} {}", hour, parts.minute, parts.second, half));
-}
-
-std::u16string ShortTime(double date) {
-  const DateParts parts = PartsOfDate(date);
-  return Utf16Of(fmt::format("{:02}:{:02}", parts.hour, parts.minute));
+Value FormatPercent(LibraryContext& context, Arguments arguments) {
+  return Format(context, arguments, {u"n%", u"-n%", 2, false});
 }
 
 Value FormatDateTime(LibraryContext& context, Arguments arguments) {
-  constexpr std::array formats{GeneralDate, LongDate, ShortDate, LongTime, ShortTime};
-  const std::int32_t choice = ChoiceOr(arguments, 1, 0, 0, static_cast<std::int32_t>(formats.size()) - 1);
+  constexpr auto last = static_cast<std::int32_t>(DateForm::ShortTime);
+  const auto form = static_cast<DateForm>(ChoiceOr(arguments, 1, 0, 0, last));
   const double date = GivenDate(context, Formattable(arguments[0]));
-  return Value::String(formats[static_cast<std::size_t>(choice)](date));
+  return Value::String(TextOfDate(date, form, context.locale.Chosen()));
 }
 
 constexpr auto functions = std::to_array<Builtin>({

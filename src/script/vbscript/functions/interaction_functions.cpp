@@ -8,9 +8,6 @@
 namespace quarlin::vbs {
 namespace {
 
-// One locale, whatever the machine's: an instrument's decimal point must not depend on where it is read.
-constexpr std::int32_t locale = 1033;  // English, United States
-
 // An optional text as a value, which holds it while a box lets events run.
 Value TextOr(Arguments arguments, std::size_t index, std::u16string_view otherwise) {
   const Value* given = Given(arguments, index);
@@ -51,6 +48,28 @@ Value ScriptEngine(LibraryContext&, Arguments) {
   return Value::String(u"VBScript");
 }
 
+Value GetLocale(LibraryContext& context, Arguments) {
+  return Value::Long(context.locale.Chosen().number);
+}
+
+// A number, or a text with a name or a number; 0 stands for the one that the script began with.
+const Locale& WantedLocale(const LocaleChoice& choice, const Value& wanted) {
+  const Value plain = Plain(wanted);
+  if (!plain.IsString() && ToLong(plain) == 0) return choice.Start();
+  const Locale* found = plain.IsString() ? FindLocale(plain.AsText()) : FindLocale(ToLong(plain));
+  if (found == nullptr) throw ScriptError(noSuchLocale, ToText(plain));
+  return *found;
+}
+
+// The number of the locale so far.
+Value SetLocale(LibraryContext& context, Arguments arguments) {
+  const Value before = GetLocale(context, {});
+  const Value* wanted = Given(arguments, 0);
+  LocaleChoice& choice = context.locale;
+  choice.Choose(wanted == nullptr ? choice.Start() : WantedLocale(choice, *wanted));
+  return before;
+}
+
 // The version whose language this is: scripts ask before they use what came late.
 template <std::int32_t number>
 Value Number(LibraryContext&, Arguments) {
@@ -59,7 +78,7 @@ Value Number(LibraryContext&, Arguments) {
 
 constexpr auto functions = std::to_array<Builtin>({
     {u"CreateObject", 1, 2, CreateObject},
-    {u"GetLocale", 0, 0, Number<locale>},
+    {u"GetLocale", 0, 0, GetLocale},
     {u"GetObject", 1, 2, GetObject},
     {u"InputBox", 1, 7, InputBox},
     {u"MsgBox", 1, 5, MsgBox},
@@ -67,7 +86,7 @@ constexpr auto functions = std::to_array<Builtin>({
     {u"ScriptEngineBuildVersion", 0, 0, Number<0>},
     {u"ScriptEngineMajorVersion", 0, 0, Number<5>},
     {u"ScriptEngineMinorVersion", 0, 0, Number<8>},
-    {u"SetLocale", 0, 1, Number<locale>},
+    {u"SetLocale", 0, 1, SetLocale},
 });
 
 }  // namespace

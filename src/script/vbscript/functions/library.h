@@ -9,6 +9,7 @@
 
 #include "script/values/dispatch.h"
 #include "script/values/holders.h"
+#include "script/values/locale.h"
 #include "script/values/services.h"
 #include "script/values/value.h"
 
@@ -24,6 +25,7 @@ struct LibraryContext {
   Services& services;
   RandomState random;
   Holders* holders = nullptr;  // the list for objects that hold values, if the engine keeps one
+  LocaleChoice locale = LocaleChoice(services.StartLocale());
 };
 
 struct Builtin {

@@ -73,7 +73,7 @@ void RegisterStack::Reach(const Value* end) {
   while (made_ < end) new (made_++) Value();
 }
 
-Machine::Nesting::Nesting(Machine& machine) : machine_(machine) {
+Machine::Nesting::Nesting(Machine& machine) : machine_(machine), locale_(machine.library_.locale) {
   if (machine.nesting_ >= deepestNesting) throw ScriptError(outOfStackSpace);
   ++machine.nesting_;
 }

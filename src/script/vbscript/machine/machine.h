@@ -101,7 +101,8 @@ class Machine {
  private:
   class Debugging;
 
-  // Counts the runs of the loop within each other, which the stack of the process has to hold.
+  // Counts the runs of the loop within each other, which the stack of the process has to hold. Conversions
+  // follow the machine's locale meanwhile.
   class Nesting {
    public:
     explicit Nesting(Machine& machine);
@@ -111,6 +112,7 @@ class Machine {
 
    private:
     Machine& machine_;
+    LocaleScope locale_;
   };
 
   // machine.cpp

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "script/values/conversions.h"
+#include "script/values/locale.h"
 #include "script/vbscript/syntax/literals.h"
 #include "script/vbscript/syntax/syntax.h"
 
@@ -259,7 +260,7 @@ Parser::Tree Parser::Literal() {
     case TokenKind::Text:
       return Literal(TextLiteral(token_.text));
     case TokenKind::Date: {
-      const auto days = DateOfText(token_.text);
+      const auto days = DateOfText(token_.text, {}, UsualLocale());
       return known(days ? std::optional(Value::Date(*days)) : std::nullopt, syntaxError);
     }
     case TokenKind::True:
