@@ -88,7 +88,10 @@ TEST(ScriptRunner, WrongUseIsStatusTwo) {
                                              {folder.Path()},
                                              {file, "--input"},
                                              {file, "--what"},
-                                             {"--check", file, "Task"}}) {
+                                             {"--check", file, "Task"},
+                                             {"--inventory", file},
+                                             {"--inventory", folder.Path(), "Task"},
+                                             {file, "--json"}}) {
     Program program("quarlin-script", arguments, folder.Path());
     EXPECT_EQ(program.Wait(), 2) << testing::PrintToString(arguments);
     EXPECT_EQ(program.Errors().substr(0, 16), "quarlin-script: ");

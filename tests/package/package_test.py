@@ -200,6 +200,7 @@ COMPLETIONS = (
     (["quarlin-script", ""], "some folder/a b.vbs/c.js"),
     (["quarlin-script", "a b.vbs", "T"], "Twice"),
     (["quarlin-script", "a b.vbs", "--send", "T"], ""),
+    (["quarlin-script", "--inventory", "s"], "some folder"),
     (["quarlin-data", "s"], "stats"),
     (["quarlin-data", "filter", "--kind", "m"], "moving-average median"),
     (["quarlin-data", "plot", "--o"], "--order"),

@@ -14,6 +14,7 @@
 #include "base/process.h"
 #include "base/text.h"
 #include "link/posix_device.h"
+#include "script/inspection.h"
 #include "script/options.h"
 #include "script/script_host.h"
 #include "script/values/conversions.h"
@@ -26,13 +27,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum Status { done = 0, scriptError = 1, wrongUsage = 2 };
-
-void PrintText(std::FILE* stream, std::string_view utf8) {
-  std::fwrite(utf8.data(), 1, utf8.size(), stream);
-  std::fflush(stream);
-}
-
 void Complain(std::string_view what) {
   PrintText(stderr, fmt::format("quarlin-script: {}\n", what));
 }
@@ -40,6 +34,11 @@ void Complain(std::string_view what) {
 bool CanBeRead(const fs::path& file) {
   std::error_code ignored;
   return fs::is_regular_file(file, ignored) && std::ifstream(file).is_open();
+}
+
+bool IsFolder(const fs::path& folder) {
+  std::error_code ignored;
+  return fs::is_directory(folder, ignored);
 }
 
 ScriptHook HookOf(ActionKind kind) {
@@ -71,27 +70,14 @@ void Do(ScriptHost& host, const Action& action) {
   }
 }
 
-void Report(const fs::path& file, const vbs::ScriptError& error) {
-  std::string lines;
-  for (const std::string& line : SplitLines(vbs::Utf8Of(ErrorReport(file.filename().string(), error)))) {
-    lines += line + "\n";
-  }
-  PrintText(stderr, fmt::format("{}error {} line {} column {} {}\n", lines, error.number, error.position.line,
-                                error.position.column, vbs::Utf8Of(error.FullDescription())));
-}
-
 int RunScript(const Options& options, const fs::path& file, ScriptHost& host) {
   try {
-    if (options.check) {
-      host.Runner().Check(file);
-      return done;
-    }
     host.Runner().Start(file);
     for (const Action& action : options.actions) Do(host, action);
     host.Runner().Stop();
     return done;
   } catch (const vbs::ScriptError& error) {
-    Report(file, error);
+    ReportError(file, error);
     return scriptError;
   }
 }
@@ -107,13 +93,15 @@ int RunInProgram(const Options& options) {
   PosixDeviceSource devices(loop);
   HeadlessPrompts prompts([](std::string_view line) { PrintText(stderr, line); });
   NoTextOpener opener;
-  FrmMain frm({loop, ProgramFolder(file.parent_path()), devices, prompts, opener, UniformGenerator(), true,
-               MakeEngine});
+  FrmMain frm({loop, ProgramFolder(options.inventory ? file : file.parent_path()), devices, prompts, opener,
+               UniformGenerator(), true, MakeEngine});
   frm.controls.display.txtric.OnAppend = [](std::string_view text, Color) {
     PrintText(stdout, Utf8FromBytes(text));
   };
   frm.OnTrouble = [](std::string_view line) { Complain(Utf8FromBytes(line)); };
   frm.Load("");
+  if (options.inventory) return TakeInventory(options, file, frm.Script().Runner());
+  if (options.check) return CheckScript(options, file, frm.Script().Runner());
   return RunScript(options, file, frm.Script());
 }
 
@@ -132,7 +120,7 @@ int Run(std::span<const char* const> arguments) {
     PrintText(stderr, HelpText());
     return wrongUsage;
   }
-  if (!CanBeRead(options.file)) {
+  if (options.inventory ? !IsFolder(options.file) : !CanBeRead(options.file)) {
     Complain(options.file + " cannot be read");
     return wrongUsage;
   }

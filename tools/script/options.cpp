@@ -29,8 +29,11 @@ void TakeWord(Options& options, std::string_view word) {
 }
 
 std::string Complaint(const Options& options) {
-  if (options.file.empty()) return "no script file";
+  if (options.file.empty()) return options.inventory ? "no folder" : "no script file";
   if (options.check && !options.actions.empty()) return "--check only compiles: nothing is run";
+  if (options.inventory && !options.actions.empty()) return "--inventory takes one folder";
+  if (options.inventory && options.check) return "--inventory and --check are not for one run";
+  if (options.json && !options.inventory && !options.check) return "--json is for --inventory and --check";
   return {};
 }
 
@@ -50,6 +53,10 @@ Options ParseOptions(std::span<const char* const> arguments) {
     }
     if (argument == "--check") {
       options.check = true;
+    } else if (argument == "--inventory") {
+      options.inventory = true;
+    } else if (argument == "--json") {
+      options.json = true;
     } else if (const ActionKind* kind = HookOption(argument)) {
       if (++i == arguments.size()) {
         options.error = std::string(argument) + " needs a text";
@@ -71,7 +78,8 @@ std::string_view HelpText() {
   return R"(Runs a script of Quarlin without its window.
 
   quarlin-script FILE [PROCEDURE | --input TEXT | --receive TEXT | --send TEXT]...
-  quarlin-script --check FILE
+  quarlin-script --check [--json] FILE
+  quarlin-script --inventory [--json] FOLDER
 
 The script is loaded with all its objects and its top-level code is run; then comes, in the order given:
   PROCEDURE       run this procedure
@@ -80,7 +88,10 @@ The script is loaded with all its objects and its top-level code is run; then co
   --send TEXT     run SendString, print what it hands back
 A hook that the script has not leaves the text as it is.
 
-  --check         only compile
+  --check         only compile, and warn of what is probably a slip: a procedure that is nearly named like a
+                  hook, a name that is assigned once and never read, a member that is not there
+  --inventory     look through all scripts of a folder: which compile, and what they need that is not here
+  --json          what --check or --inventory found, for programs
   --help          this text
   --version       version and licence
 
@@ -89,7 +100,7 @@ the name: VBScript where it holds ".vbs", otherwise JScript. File names in the s
 
 Exit status: 0, or 1 after an error in the script, which is reported on standard error with
 "error NUMBER line N column C DESCRIPTION" as the last line, or 2 for wrong usage or a file that cannot be
-read.
+read. --inventory: 0 when all scripts compile and nothing is missing, else 1. Warnings do not change it.
 )";
 }
 

@@ -20,7 +20,9 @@ struct Action {
 struct Options {
   bool help = false;
   bool version = false;
-  bool check = false;  // compile only
+  bool check = false;      // compile only
+  bool inventory = false;  // look through all scripts of a folder, which `file` names
+  bool json = false;       // what was found, for programs
   std::string file;
   std::vector<Action> actions;  // in the order of the command line
   std::string error;            // why it cannot be understood; empty when it can
