@@ -46,6 +46,12 @@ std::optional<Instant> AlarmQueue::Earliest() const {
   return next == alarms_.end() ? std::nullopt : (*next)->at_;
 }
 
+void AlarmQueue::Postpone(std::uint64_t settings, Duration by) {
+  for (Alarm* alarm : alarms_) {
+    if (alarm->order_ <= settings) *alarm->at_ += by;
+  }
+}
+
 bool AlarmQueue::FireNext(Instant now) {
   if (holds_ > 0 || firing_) return false;
   const auto next = Next();

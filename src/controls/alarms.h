@@ -47,6 +47,11 @@ class AlarmQueue {
   // Fires the earliest alarm that is due at `now`; false when none is, or while the queue is held.
   bool FireNext(Instant now);
 
+  // For time that stood still: every alarm that was set before `Settings` gave that number goes off so much
+  // later. The loop wants to be told, as after a setting.
+  std::uint64_t Settings() const { return orders_; }
+  void Postpone(std::uint64_t settings, Duration by);
+
   bool Held() const { return holds_ > 0; }
 
   // While one of these lives, no alarm fires.

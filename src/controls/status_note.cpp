@@ -34,6 +34,10 @@ void StatusNote::Runs(std::string_view text) {
   controls_.lblStatusCycle.SetCaption(text);
 }
 
+std::string StatusNote::WhatRuns() const {
+  return controls_.lblStatusCycle.Caption();
+}
+
 void StatusNote::Keep(std::string_view text) {
   if (!messages_.empty() && messages_.back().text == text) {
     messages_.back().at = loop_.Local();

@@ -41,6 +41,7 @@ class StatusNote {
 
   // What runs, or what is waited for; empty for nothing. No message.
   void Runs(std::string_view text);
+  std::string WhatRuns() const;
 
   // What was said and mentioned, the oldest first, the last 200. Each change of theirs changes lblStatusNote,
   // or did when it had to wait.

@@ -14,6 +14,10 @@
 
 namespace quarlin {
 
+namespace vbs {
+class Engine;
+}
+
 class ScriptEngine {
  public:
   virtual ~ScriptEngine() = default;
@@ -33,6 +37,9 @@ class ScriptEngine {
   // Without arguments; the result is thrown away. Error 13 when there is none of that name. Yields where
   // the script does; the engine must not end before it has returned.
   virtual void Run(std::u16string_view name) = 0;
+
+  // What a debugger can follow; null for a language that it cannot be followed in.
+  virtual vbs::Engine* Followable() { return nullptr; }
 };
 
 // Makes an engine for "VBScript" or "JScript"; null for a language that this program has not. The

@@ -77,6 +77,22 @@ ScriptHost::ScriptHost(ScriptParts parts)
     parts_.controls.cmdEditScript.SetToolTipText(file);
   };
   panel_.OnExit = [this] { parts_.controls.chkEnableScript.SetChecked(false); };
+  WireDebugger();
+}
+
+void ScriptHost::WireDebugger() {
+  ScriptDebugger& debugger = runner_.Debugger();
+  const auto words = [&debugger] {
+    return fmt::format("the script stands at line {} of {}; the test waits", debugger.Place().line,
+                       debugger.Place().file.filename().string());
+  };
+  debugger.OnStand = [this, words] {
+    ranBefore_ = parts_.status.WhatRuns();
+    parts_.status.Runs(words());
+  };
+  debugger.OnGo = [this, words] {
+    if (parts_.status.WhatRuns() == words()) parts_.status.Runs(ranBefore_);
+  };
 }
 
 // In this order: of two objects that have a member of one name, the first is meant by the name alone.
@@ -128,7 +144,7 @@ void ScriptHost::Offer(ScriptHook hook, std::string& text) {
 
 // One that had to be stopped would have to be stopped at every character that comes.
 void ScriptHost::HookFailed(ScriptHook hook, const vbs::ScriptError& error) {
-  if (runner_.WasStopped()) {
+  if (runner_.WasStopped() || runner_.Debugger().Ended()) {
     GiveUp(NameOf(hook), error);
     return;
   }
@@ -242,7 +258,11 @@ void ScriptHost::ShowScriptError(std::u16string_view procedure, const vbs::Scrip
 }
 
 void ScriptHost::GiveUp(std::u16string_view procedure, const vbs::ScriptError& error) {
-  ShowScriptError(procedure, error);
+  if (runner_.Debugger().Ended()) {
+    parts_.status.Say("the script was ended in the debugger");
+  } else {
+    ShowScriptError(procedure, error);
+  }
   runner_.Stop();
   parts_.controls.chkEnableScript.SetChecked(false);
 }

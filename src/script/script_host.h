@@ -109,6 +109,7 @@ class ScriptHost {
   void ShowScriptError(std::u16string_view procedure, const vbs::ScriptError& error);
   void GiveUp(std::u16string_view procedure, const vbs::ScriptError& error);
   void HookFailed(ScriptHook hook, const vbs::ScriptError& error);
+  void WireDebugger();
   bool ScriptExists() const;
   std::filesystem::path ScriptPath() const { return parts_.folder.File(choice_.ScriptFile); }
 
@@ -117,6 +118,7 @@ class ScriptHost {
   ScriptErrors errors_;
   std::set<std::u16string> failedProcedures_;
   std::string startFailure_;
+  std::string ranBefore_;  // what the status bar said before the script stood
   FrmScript list_;
   FrmCommand panel_;
   vbs::Ref<SerialString> charReceived_;

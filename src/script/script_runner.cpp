@@ -10,8 +10,12 @@ namespace quarlin {
 
 class ScriptRunner::Services : public vbs::Services {
  public:
-  Services(const EventLoop& loop, TimedPrompts& prompts, RunGuard& guard, std::filesystem::path folder)
-      : loop_(loop), prompts_(prompts), guard_(guard), folder_(std::move(folder)) {}
+  Services(ScriptRunner& runner, TimedPrompts& prompts, std::filesystem::path folder)
+      : loop_(runner.loop_),
+        prompts_(prompts),
+        guard_(runner.guard_),
+        debugger_(runner.debugger_),
+        folder_(std::move(folder)) {}
 
   const Clock& Time() const override { return loop_.Clocks(); }
   int MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) override {
@@ -23,7 +27,9 @@ class ScriptRunner::Services : public vbs::Services {
   }
   std::filesystem::path Folder() const override { return folder_; }
   const vbs::Locale& StartLocale() const override { return *startLocale; }
-  bool MayGoOn() override { return guard_.MayGoOn(); }
+  bool MayGoOn() override {
+    return debugger_.Evaluating() ? debugger_.EvaluationMayGoOn() : guard_.MayGoOn();
+  }
 
   const vbs::Locale* startLocale = &vbs::UsualLocale();
 
@@ -31,6 +37,7 @@ class ScriptRunner::Services : public vbs::Services {
   const EventLoop& loop_;
   TimedPrompts& prompts_;
   RunGuard& guard_;
+  const ScriptDebugger& debugger_;
   std::filesystem::path folder_;
 };
 
@@ -60,7 +67,8 @@ ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesyst
                            EngineFactory engines)
     : loop_(loop),
       guard_(loop, prompts),
-      services_(std::make_unique<Services>(loop, prompts, guard_, std::move(folder))),
+      debugger_(loop, prompts),
+      services_(std::make_unique<Services>(*this, prompts, std::move(folder))),
       engines_(std::move(engines)) {}
 
 ScriptRunner::~ScriptRunner() {
@@ -86,7 +94,9 @@ void ScriptRunner::Start(const std::filesystem::path& file) {
   const auto engine = MakeEngine(LanguageOf(file.filename().string()));
   engine_ = engine;
   for (const NamedObject& named : objects_) engine->AddObject(named.name, named.object);
-  engine->AddCode(ReadScript(file));
+  const std::u16string source = ReadScript(file);
+  debugger_.Follow(engine->Followable(), file, source);
+  engine->AddCode(source);
 }
 
 void ScriptRunner::Check(const std::filesystem::path& file) {
@@ -100,6 +110,7 @@ void ScriptRunner::CheckText(std::string_view language, std::u16string_view text
 // The end of the engine may run code of the script, too.
 void ScriptRunner::Stop() {
   const Call call(*this);
+  debugger_.Leave();
   engine_.reset();
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "script/run_guard.h"
+#include "script/script_debugger.h"
 #include "script/script_engine.h"
 #include "script/timed_prompts.h"
 
@@ -17,18 +18,12 @@ namespace quarlin {
 
 class ScriptRunner {
  public:
-  struct NamedObject {
-    std::u16string name;
-    vbs::ObjectRef object;
-  };
-
   // `folder` is where the script's own file names begin.
   ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder, EngineFactory engines);
   ~ScriptRunner();
 
   // An object of every script that is started from now on.
   void AddObject(std::u16string_view name, vbs::ObjectRef object);
-  const std::vector<NamedObject>& Objects() const { return objects_; }  // in that order
 
   // Scripts that are started from now on begin with it; en-us until then.
   void StartWith(const vbs::Locale& locale);
@@ -58,14 +53,23 @@ class ScriptRunner {
   // The user, or the lack of one, stopped the last call because it took too long.
   bool WasStopped() const { return guard_.Stopped(); }
 
+  // Follows whatever script is started.
+  ScriptDebugger& Debugger() { return debugger_; }
+
  private:
   class Call;
   class Services;
 
   std::shared_ptr<ScriptEngine> MakeEngine(std::string_view language);
 
+  struct NamedObject {
+    std::u16string name;
+    vbs::ObjectRef object;
+  };
+
   EventLoop& loop_;
   RunGuard guard_;
+  ScriptDebugger debugger_;
   std::unique_ptr<Services> services_;
   EngineFactory engines_;
   std::vector<NamedObject> objects_;

@@ -8,17 +8,13 @@
 
 namespace quarlin {
 
-class TimedPrompts::Watch {
- public:
-  explicit Watch(TimedPrompts& prompts) : prompts_(prompts), start_(prompts.loop_.Now()) {}
-  ~Watch() { prompts_.shown_ += prompts_.loop_.Now() - start_; }
-  Watch(const Watch&) = delete;
-  Watch& operator=(const Watch&) = delete;
+TimedPrompts::OthersTime::OthersTime(TimedPrompts& prompts) : prompts_(prompts), start_(prompts.loop_.Now()) {
+  ++prompts_.othersNow_;
+}
 
- private:
-  TimedPrompts& prompts_;
-  Instant start_;
-};
+TimedPrompts::OthersTime::~OthersTime() {
+  if (--prompts_.othersNow_ == 0) prompts_.shown_ += prompts_.loop_.Now() - start_;
+}
 
 bool TimedPrompts::Passes(std::string_view text, std::string_view title) const {
   if (dismissed_) OnUnshown(OnOneLine(fmt::format("{}: {}", title, text)));
@@ -27,33 +23,33 @@ bool TimedPrompts::Passes(std::string_view text, std::string_view title) const {
 
 void TimedPrompts::ShowMessage(std::string_view text, std::string_view title) {
   if (!Passes(text, title)) return;
-  const Watch watch(*this);
+  const OthersTime notTheScripts(*this);
   inner_.ShowMessage(text, title);
 }
 
 int TimedPrompts::MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) {
   if (!Passes(BytesFromUtf16(text), BytesFromUtf16(title)))
     return static_cast<int>(BoxStyleOf(style).EscapeButton());
-  const Watch watch(*this);
+  const OthersTime notTheScripts(*this);
   return inner_.MsgBox(text, style, title);
 }
 
 std::optional<std::u16string> TimedPrompts::InputBox(std::u16string_view prompt, std::u16string_view title,
                                                      std::u16string_view proposal) {
   if (!Passes(BytesFromUtf16(prompt), BytesFromUtf16(title))) return std::nullopt;
-  const Watch watch(*this);
+  const OthersTime notTheScripts(*this);
   return inner_.InputBox(prompt, title, proposal);
 }
 
 bool TimedPrompts::Confirm(std::string_view question, std::string_view title) {
   if (!Passes(question, title)) return true;
-  const Watch watch(*this);
+  const OthersTime notTheScripts(*this);
   return inner_.Confirm(question, title);
 }
 
 SaveAnswer TimedPrompts::AskToSave(std::string_view question, std::string_view title) {
   if (!Passes(question, title)) return SaveAnswer::Cancel;
-  const Watch watch(*this);
+  const OthersTime notTheScripts(*this);
   return inner_.AskToSave(question, title);
 }
 

@@ -27,17 +27,31 @@ class TimedPrompts : public Prompts {
   // is on the stack is to return without the user.
   void Dismiss() override;
   void Readmit() { dismissed_ = false; }
+  bool Dismissed() const { return dismissed_; }
+
+  // While one lives, time is not the script's: a box stands open, or it is held for another reason. They may
+  // lie within each other.
+  class OthersTime {
+   public:
+    explicit OthersTime(TimedPrompts& prompts);
+    ~OthersTime();
+    OthersTime(const OthersTime&) = delete;
+    OthersTime& operator=(const OthersTime&) = delete;
+
+   private:
+    TimedPrompts& prompts_;
+    Instant start_;
+  };
 
   Duration TimeShown() const { return shown_; }
 
  private:
-  class Watch;
-
   bool Passes(std::string_view text, std::string_view title) const;
 
   const EventLoop& loop_;
   Prompts& inner_;
   Duration shown_{};
+  int othersNow_ = 0;
   bool dismissed_ = false;
 };
 

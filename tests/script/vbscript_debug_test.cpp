@@ -17,12 +17,12 @@ namespace {
 class NotingHook : public DebugHook {
  public:
   void AtStatement(Standing& standing) override {
-    const int line = standing.Calls().front().at.line;
+    const int line = standing.CallAt(0).at.line;
     noted += (noted.empty() ? "" : " ") + std::to_string(line);
     if (atStatement) atStatement(standing, line);
   }
   void AtError(Standing& standing, const ScriptError&, bool caught) override {
-    noted += " " + std::to_string(standing.Calls().front().at.line) + (caught ? "?" : "!");
+    noted += " " + std::to_string(standing.CallAt(0).at.line) + (caught ? "?" : "!");
   }
   std::string noted;
   std::function<void(Standing& standing, int line)> atStatement;
@@ -149,7 +149,8 @@ total = m.Read(4, 2)
 TEST_F(VbscriptDebug, AStandShowsEveryCallWithItsOwnVariablesAndEvaluatesInIt) {
   std::vector<std::string> seen;
   hook.atStatement = [&](Standing& standing, int) {
-    for (const CallView& call : standing.Calls()) {
+    for (std::size_t i = 0; i < standing.Depth(); ++i) {
+      const CallView call = standing.CallAt(i);
       seen.push_back(Utf8Of(call.procedure) + ":" + std::to_string(call.at.line));
     }
     for (std::size_t call = 0; call < 3; ++call) seen.push_back(Told(standing.Locals(call)));
@@ -164,8 +165,8 @@ TEST_F(VbscriptDebug, AStandShowsEveryCallWithItsOwnVariablesAndEvaluatesInIt) {
   const std::vector<std::string> expected{"Scaled:16",
                                           "Read:9",
                                           ":22",
-                                          "value=7 factor=2 scaled= result=14 made=7 ",
-                                          "me=... raw=4 scale=2 read= unitname=mV ",
+                                          "value=7 factor=2 Scaled= result=14 made=7 ",
+                                          "Me=... raw=4 scale=2 Read= unitName=mV ",
                                           "",
                                           "total= list=... m=... ",
                                           "727",

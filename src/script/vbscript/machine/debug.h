@@ -25,7 +25,7 @@ struct CallView {
 };
 
 struct NamedValue {
-  std::u16string name;  // folded
+  std::u16string name;  // as the script spells it first
   Value value;
 };
 
@@ -35,8 +35,9 @@ class Standing {
  public:
   virtual ~Standing() = default;
 
-  // The procedures that run, the innermost first. `call` below is a place in this list.
-  virtual std::vector<CallView> Calls() = 0;
+  // The procedures that run; `call`, here and below, counts them from the innermost, which is 0.
+  virtual std::size_t Depth() const = 0;
+  virtual CallView CallAt(std::size_t call) const = 0;
 
   // Parameters and variables in the order in which they are declared, "Me" in front of them; of top-level
   // code none, as its variables are global.
@@ -53,6 +54,7 @@ struct StopsAt {
   bool everyStatement = false;
   std::set<int> lines;  // the first statement of each
 
+  bool operator==(const StopsAt&) const = default;
   bool None() const { return !everyStatement && lines.empty(); }
 };
 

@@ -4,6 +4,7 @@
 
 #include "script/vbscript/machine/machine_calls.h"
 #include "script/vbscript/machine/machine_debugging.h"
+#include "script/vbscript/syntax/lexer.h"
 #include "script/vbscript/syntax/parser.h"
 
 namespace quarlin::vbs {
@@ -111,16 +112,25 @@ void Machine::Debugging::CountLook() {
   throw tooLong;
 }
 
-std::vector<CallView> Machine::Debugging::Calls() {
-  std::vector<CallView> calls;
-  for (std::size_t call = 0; call < machine_.frames_.Size(); ++call) {
-    const Frame& frame = FrameOf(call);
-    const Code& code = *frame.code;
-    const auto instruction = static_cast<std::size_t>(frame.instruction - code.instructions.data());
-    const Mark* mark = MarkBefore(code, instruction);
-    calls.push_back({code.name, mark == nullptr ? Position{} : mark->at, OfScript(code)});
+CallView Machine::Debugging::CallAt(std::size_t call) const {
+  const Frame& frame = FrameOf(call);
+  const Code& code = *frame.code;
+  const Mark* mark = MarkBefore(code, static_cast<std::size_t>(frame.instruction - code.instructions.data()));
+  return {code.name, mark == nullptr ? Position{} : mark->at, OfScript(code)};
+}
+
+// The first of all spellings in the script, which as a rule is that of the declaration.
+const std::u16string& Machine::Debugging::Spelled(const std::u16string& folded) {
+  if (spellings_.empty()) {
+    Lexer words(*machine_.script_);
+    for (Token word = words.Next(); word.kind != TokenKind::EndOfText; word = words.Next()) {
+      if (IsName(word.kind)) {
+        spellings_.try_emplace(Folded(word.text), word.text);
+      }
+    }
   }
-  return calls;
+  const auto found = spellings_.find(folded);
+  return found == spellings_.end() ? folded : found->second;
 }
 
 std::vector<NamedValue> Machine::Debugging::Locals(std::size_t call) {
@@ -130,12 +140,12 @@ std::vector<NamedValue> Machine::Debugging::Locals(std::size_t call) {
     return left.place.Number() < right.place.Number();
   });
   std::vector<NamedValue> locals;
-  if (frame.me != nullptr) locals.push_back({u"me", Value::Object(frame.me)});
+  if (frame.me != nullptr) locals.push_back({u"Me", Value::Object(frame.me)});
   for (const NamedPlace& named : places) {
-    locals.push_back({named.name, frame.registers[named.place.Number()].Followed()});
+    locals.push_back({Spelled(named.name), frame.registers[named.place.Number()].Followed()});
   }
   if (frame.extras) {
-    for (const auto& [name, value] : *frame.extras) locals.push_back({name, value});
+    for (const auto& [name, value] : *frame.extras) locals.push_back({Spelled(name), value});
   }
   return locals;
 }
@@ -143,7 +153,7 @@ std::vector<NamedValue> Machine::Debugging::Locals(std::size_t call) {
 std::vector<NamedValue> Machine::Debugging::Globals() {
   std::vector<NamedValue> globals(machine_.globals_.size());
   machine_.symbols_.EachVariable([&](const std::u16string& name, std::size_t number) {
-    if (number < globals.size()) globals[number] = {name, machine_.globals_[number]};
+    if (number < globals.size()) globals[number] = {Spelled(name), machine_.globals_[number]};
   });
   std::erase_if(globals, [](const NamedValue& global) { return global.name.empty(); });
   return globals;

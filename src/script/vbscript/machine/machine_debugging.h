@@ -26,7 +26,8 @@ class Machine::Debugging final : public Standing {
   // A look at whether the script may go on: an expression that takes too long may not.
   void CountLook();
 
-  std::vector<CallView> Calls() override;
+  std::size_t Depth() const override { return machine_.frames_.Size(); }
+  CallView CallAt(std::size_t call) const override;
   std::vector<NamedValue> Locals(std::size_t call) override;
   std::vector<NamedValue> Globals() override;
   Value Evaluate(std::size_t call, std::u16string_view expression) override;
@@ -34,12 +35,15 @@ class Machine::Debugging final : public Standing {
  private:
   class Evaluation;
 
-  Frame& FrameOf(std::size_t call) { return machine_.frames_[machine_.frames_.Size() - 1 - call]; }
+  const std::u16string& Spelled(const std::u16string& folded);
+
+  Frame& FrameOf(std::size_t call) const { return machine_.frames_[machine_.frames_.Size() - 1 - call]; }
   bool OfScript(const Code& code) const { return code.source == machine_.script_; }
 
   Machine& machine_;
   DebugHook& hook_;
   StopsAt stops_;
+  std::unordered_map<std::u16string, std::u16string> spellings_;  // of folded names
   bool evaluating_ = false;
   int looksLeft_ = 0;  // while an expression is evaluated
 };
