@@ -18,12 +18,18 @@ namespace quarlin {
 
 class ScriptRunner {
  public:
+  struct NamedObject {
+    std::u16string name;
+    vbs::ObjectRef object;
+  };
+
   // `folder` is where the script's own file names begin.
   ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder, EngineFactory engines);
   ~ScriptRunner();
 
   // An object of every script that is started from now on.
   void AddObject(std::u16string_view name, vbs::ObjectRef object);
+  const std::vector<NamedObject>& Objects() const { return objects_; }  // in that order
 
   // Scripts that are started from now on begin with it; en-us until then.
   void StartWith(const vbs::Locale& locale);
@@ -61,11 +67,6 @@ class ScriptRunner {
   class Services;
 
   std::shared_ptr<ScriptEngine> MakeEngine(std::string_view language);
-
-  struct NamedObject {
-    std::u16string name;
-    vbs::ObjectRef object;
-  };
 
   EventLoop& loop_;
   RunGuard guard_;
