@@ -212,10 +212,19 @@ void Sheet::SetWidth(const Area& columns, std::optional<double> characters) {
   }
 }
 
-void Sheet::SetHeight(const Area& rows, std::optional<double> points) {
+// All rows at once are one number.
+void Sheet::SetHeight(const Area& rows, std::optional<double> points, Pace& pace) {
+  const auto end = rows_.upper_bound(rows.last.row);
+  for (auto row = rows_.lower_bound(rows.first.row); row != end; ++row) row->second.size.reset();
+  if (rows.HasWholeColumns()) {
+    rowHeight_ = points.value_or(usualRowHeight);
+    return;
+  }
+  if (!points) return;
   for (std::int32_t row = rows.first.row; row <= rows.last.row; ++row) {
     Count(1);
     rows_[row].size = points;
+    pace.Step();
   }
 }
 

@@ -51,6 +51,9 @@ using CellMap = std::map<Place, Cell>;  // in the order of rows
 using LineMap = std::map<std::int32_t, Line>;
 using ChangeStyle = std::function<void(CellStyle& style)>;
 
+inline constexpr double usualRowHeight = 15;
+inline constexpr double usualColumnWidth = 8.43;
+
 // Cells are counted against the heap: error 7 beyond it.
 class Sheet final : public Counted {
  public:
@@ -69,6 +72,7 @@ class Sheet final : public Counted {
   const LineMap& Rows() const { return rows_; }
   const LineMap& Columns() const { return columns_; }
   StyleId SheetStyle() const { return sheetStyle_; }
+  double RowHeight() const { return rowHeight_; }  // of rows without a height of their own, in points
   const std::vector<Area>& Merged() const { return merged_; }
 
   // Empty takes away what the cell holds. A date shows as one: a cell that has no number format gets that.
@@ -80,8 +84,9 @@ class Sheet final : public Counted {
   void ClearContents(const Area& area);
   void ClearFormats(const Area& area, Pace& pace);
 
+  // Without a number: the usual one.
   void SetWidth(const Area& columns, std::optional<double> characters);
-  void SetHeight(const Area& rows, std::optional<double> points);
+  void SetHeight(const Area& rows, std::optional<double> points, Pace& pace);
 
   // Makes the columns of the area as wide as what its cells show.
   void FitColumns(const Area& area, Pace& pace);
@@ -119,6 +124,7 @@ class Sheet final : public Counted {
   LineMap rows_;
   LineMap columns_;
   StyleId sheetStyle_ = plainStyle;
+  double rowHeight_ = usualRowHeight;
   std::vector<Area> merged_;
   HeapShare share_;
 };

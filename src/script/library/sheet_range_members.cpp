@@ -200,8 +200,7 @@ double CheckedSize(const Value& value, double most, std::u16string_view what) {
 }
 
 Value GetColumnWidth(SheetRange& self, Arguments) {
-  constexpr double usual = 8.43;
-  return SizeOf(self.On()->Columns(), self.Covers().first.column, usual);
+  return SizeOf(self.On()->Columns(), self.Covers().first.column, usualColumnWidth);
 }
 
 void PutColumnWidth(SheetRange& self, Arguments, const Value& value) {
@@ -209,22 +208,22 @@ void PutColumnWidth(SheetRange& self, Arguments, const Value& value) {
 }
 
 Value GetRowHeight(SheetRange& self, Arguments) {
-  constexpr double usual = 15;
-  return SizeOf(self.On()->Rows(), self.Covers().first.row, usual);
+  return SizeOf(self.On()->Rows(), self.Covers().first.row, self.On()->RowHeight());
 }
 
 void PutRowHeight(SheetRange& self, Arguments, const Value& value) {
   constexpr double highest = 409;
-  self.Changed().SetHeight(self.Covers(), CheckedSize(value, highest, u"The height of a row"));
+  Pace pace(*self.Where().services);
+  self.Changed().SetHeight(self.Covers(), CheckedSize(value, highest, u"The height of a row"), pace);
 }
 
 Value AutoFit(SheetRange& self, Arguments) {
   const Area& area = self.Covers();
   Sheet& sheet = self.Changed();
+  Pace pace(*self.Where().services);
   if (self.CountsBy() == Unit::Row) {
-    sheet.SetHeight(area, std::nullopt);
+    sheet.SetHeight(area, std::nullopt, pace);
   } else {
-    Pace pace(*self.Where().services);
     sheet.FitColumns(area, pace);
   }
   return {};

@@ -206,6 +206,7 @@ class Writer {
     if (made == nullptr) throw SheetError(u"The sheet '" + sheet.name + u"' cannot be written");
     if (&sheet == &book_.Active()) worksheet_activate(made);
     if (sheet.isHidden) worksheet_hide(made);
+    if (sheet.RowHeight() != usualRowHeight) worksheet_set_default_row(made, sheet.RowHeight(), LXW_FALSE);
     AddColumns(sheet, made);
     AddMerged(sheet, made);
     AddRows(sheet, made);
@@ -216,7 +217,7 @@ class Writer {
     std::int32_t next = 1;
     const auto add = [&](std::int32_t first, std::int32_t last, const Line& line) {
       if (first > last || (!line.size && line.style.value_or(plainStyle) == plainStyle)) return;
-      worksheet_set_column(made, Column(first), Column(last), line.size.value_or(LXW_DEF_COL_WIDTH),
+      worksheet_set_column(made, Column(first), Column(last), line.size.value_or(usualColumnWidth),
                            FormatOf(line.style.value_or(plainStyle)));
     };
     const Line others{sheet.SheetStyle(), std::nullopt};
@@ -253,7 +254,7 @@ class Writer {
 
   Lines AddLinesUpTo(std::int32_t row, Lines line, const Sheet& sheet, lxw_worksheet* made) {
     for (; line != sheet.Rows().end() && line->first <= row; ++line) {
-      worksheet_set_row(made, Row(line->first), line->second.size.value_or(LXW_DEF_ROW_HEIGHT),
+      worksheet_set_row(made, Row(line->first), line->second.size.value_or(sheet.RowHeight()),
                         FormatOf(line->second.style.value_or(plainStyle)));
       pace_.Step();
     }

@@ -102,6 +102,11 @@ Print ws.Cells(1, 2).NumberFormat, ws.Cells(1, 2).Font.Bold, ws.Cells(1, 3).Font
 ws.Cells(2, 2).Font.Color = vbRed
 Print ws.Cells(2, 2).Font.Color, ws.Cells(2, 2).Font.ColorIndex, ws.Cells(2, 2).NumberFormat, ws.Cells(3, 2).Font.Color
 ' expect: 255 3 0.00 0
+ws.Rows.RowHeight = 20
+ws.Rows(2).RowHeight = 30
+Print ws.Cells(1, 1).RowHeight, ws.Cells(2, 1).RowHeight, ws.Cells(1, 1).ColumnWidth  ' expect: 20 30 8.43
+ws.Rows("2:4").AutoFit
+Print ws.Rows(2).RowHeight  ' expect: 20
 ws.Range("K1:L2").Merge
 ws.Range("L2:M3").Merge
 Print ws.Range("K1").MergeCells, ws.Range("M3").MergeCells  ' expect: False True
@@ -159,4 +164,6 @@ Print xl.Workbooks.Count  ' expect: 0
 Set ws = xl.Workbooks.Add.ActiveSheet
 On Error Resume Next
 ws.Columns("A").Value = 1
-Fails  ' expect: 7 Out of memory
+failed = Err.Number
+ws.Cells.Clear
+Print failed, ws.UsedRange.Address  ' expect: 7 $A$1
