@@ -22,13 +22,12 @@ std::u16string_view NameOf(ScriptHook hook) {
   return hookNames[static_cast<std::size_t>(hook)];
 }
 
-// "ReceiveString, line 12: Type mismatch"
-std::string LineOf(std::u16string_view procedure, const vbs::ScriptError& error) {
+}  // namespace
+
+std::string ErrorLine(std::u16string_view procedure, const vbs::ScriptError& error) {
   return OnOneLine(fmt::format("{}, line {}: {}", BytesFromUtf16(procedure), error.position.line,
                                BytesFromUtf16(error.FullDescription())));
 }
-
-}  // namespace
 
 std::u16string ErrorReport(std::string_view scriptFile, const vbs::ScriptError& error) {
   constexpr std::u16string_view lineEnd = u"\r\n";
@@ -70,12 +69,11 @@ ScriptHost::ScriptHost(ScriptParts parts)
   };
   controls.cmdEditScript.OnClick = [this] { EditScript(); };
   controls.tmrTask.OnTimer = [this] { tmrTask_Timer(); };
-  controls.txtScriptFile.Change = [this] { choice_.ScriptFile = parts_.controls.txtScriptFile.Text(); };
-  list_.OnChosen = [this](const std::string& file) {
-    if (!file.empty()) parts_.controls.txtScriptFile.SetText(file);
-    parts_.controls.chkEnableScript.SetToolTipText(file);
-    parts_.controls.cmdEditScript.SetToolTipText(file);
+  controls.txtScriptFile.Change = [this] {
+    choice_.ScriptFile = parts_.controls.txtScriptFile.Text();
+    Hooks.chosen();
   };
+  list_.OnChosen = [this](const std::string& file) { TakeChoice(file); };
   panel_.OnExit = [this] { parts_.controls.chkEnableScript.SetChecked(false); };
   WireDebugger();
 }
@@ -116,6 +114,27 @@ std::string ScriptHost::TakeUpLocale() {
   return fmt::format("position.ini: Locale={} is not known, scripts begin with en-us", CodedText(wanted, 40));
 }
 
+void ScriptHost::TakeChoice(const std::string& file) {
+  if (!file.empty()) parts_.controls.txtScriptFile.SetText(file);
+  parts_.controls.chkEnableScript.SetToolTipText(file);
+  parts_.controls.cmdEditScript.SetToolTipText(file);
+}
+
+void ScriptHost::RunFile(const std::string& file) {
+  StopScript();
+  TakeChoice(file);
+  unlisted_ = true;
+  parts_.controls.chkEnableScript.SetChecked(true);
+}
+
+void ScriptHost::StopScript() {
+  parts_.controls.chkEnableScript.SetChecked(false);
+}
+
+bool ScriptHost::Has(ScriptHook hook) const {
+  return runner_.Has(NameOf(hook));
+}
+
 bool ScriptHost::Sees() const {
   return parts_.controls.chkEnableScript.Checked() && !runner_.Running();
 }
@@ -151,14 +170,16 @@ void ScriptHost::HookFailed(ScriptHook hook, const vbs::ScriptError& error) {
   CountError(NameOf(hook), error);
   Label& errors = parts_.controls.lblScriptErrors;
   errors.Increment();
-  parts_.status.Mention(fmt::format("script error {} in {}", errors.Caption(), LineOf(NameOf(hook), error)));
+  parts_.status.Mention(
+      fmt::format("script error {} in {}", errors.Caption(), ErrorLine(NameOf(hook), error)));
 }
 
 void ScriptHost::CountError(std::u16string_view procedure, const vbs::ScriptError& error) {
+  Hooks.showError(procedure, error);
   ++errors_.count;
   if (failedProcedures_.size() >= ScriptErrors::mostTexts) return;
   if (!failedProcedures_.insert(std::u16string(procedure)).second) return;
-  errors_.first.push_back(LineOf(procedure, error));
+  errors_.first.push_back(ErrorLine(procedure, error));
   Hooks.firstError(fmt::format("script error in {}", errors_.first.back()));
 }
 
@@ -171,14 +192,7 @@ void ScriptHost::EnableScript() {
   startFailure_.clear();
   choice_.ScriptTopMost = false;
   choice_.ScriptShowCommand = false;
-  if (ListScripts(parts_.folder.Path(), ".vbs").empty()) {
-    constexpr std::string_view why = "no script runs: there is no *.vbs file in the program folder";
-    parts_.status.Say(why);
-    startFailure_ = why;
-    if (!list_.HasView()) parts_.prompts.ShowMessage(why, "SCRIPT");  // nobody sees the status bar
-    return;
-  }
-  ChooseScript();
+  if (!std::exchange(unlisted_, false) && !FindScript()) return;
   CheckBox& box = parts_.controls.chkEnableScript;
   if (!box.Checked() || runner_.Loaded()) return;
   if (!ScriptExists()) {
@@ -192,12 +206,27 @@ void ScriptHost::EnableScript() {
   panel_.SetTopMost(choice_.ScriptTopMost);
   if (choice_.ScriptShowCommand) panel_.SetVisible(true);
   parts_.controls.lblScriptErrors.SetInteger(0);
-  if (!Start()) return;
+  const bool started = Start();
+  Hooks.loadedChanged();
+  if (!started) return;
   Timer& task = parts_.controls.tmrTask;
   const std::int32_t interval = timerTask_->Interval();
   task.SetEnabled(false);
   task.SetInterval(interval);
   task.SetEnabled(interval > 0);
+}
+
+// By the list. False where there is nothing that it could show.
+bool ScriptHost::FindScript() {
+  if (ListScripts(parts_.folder.Path(), ".vbs").empty()) {
+    constexpr std::string_view why = "no script runs: there is no *.vbs file in the program folder";
+    parts_.status.Say(why);
+    startFailure_ = why;
+    if (!list_.HasView()) parts_.prompts.ShowMessage(why, "SCRIPT");  // nobody sees the status bar
+    return false;
+  }
+  ChooseScript();
+  return true;
 }
 
 void ScriptHost::ChooseScript() {
@@ -236,6 +265,7 @@ void ScriptHost::DisableScript() {
   parts_.controls.tmrTask.SetEnabled(false);
   parts_.controls.tmrTask.SetInterval(0);
   runner_.Stop();
+  Hooks.loadedChanged();
 }
 
 // A procedure that the script does not have is none to run.
@@ -253,7 +283,8 @@ bool ScriptHost::RunReported(std::u16string_view procedure) {
 // The box shows the error, so the count alone remains to be told.
 void ScriptHost::ShowScriptError(std::u16string_view procedure, const vbs::ScriptError& error) {
   ++errors_.count;
-  if (errors_.first.size() < ScriptErrors::mostTexts) errors_.first.push_back(LineOf(procedure, error));
+  if (errors_.first.size() < ScriptErrors::mostTexts) errors_.first.push_back(ErrorLine(procedure, error));
+  if (Hooks.showError(procedure, error)) return;
   parts_.prompts.MsgBox(ErrorReport(choice_.ScriptFile, error), stopIcon, defaultTitle);
 }
 

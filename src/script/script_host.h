@@ -39,6 +39,10 @@ struct ScriptHooks {
   Hook<void(std::string text)> sendTask;  // sends the task's text, logs and shows it. Yields
   Hook<void(const std::filesystem::path& file)> edit;
   Hook<void()> focusDisplay;
+  Hook<void()> chosen;         // txtScriptFile names another script
+  Hook<void()> loadedChanged;  // a script runs from now on, or none does
+  // Told of every error. True: the user has seen it there, so no box is needed.
+  Hook<bool(std::u16string_view procedure, const vbs::ScriptError& error)> showError;
   Hook<void(std::string_view line)> firstError;  // of a procedure whose errors are counted and not shown
 };
 
@@ -84,6 +88,16 @@ class ScriptHost {
   // Likewise, but throws ScriptError.
   void OfferStrictly(ScriptHook hook, std::string& text);
 
+  // Runs that script of the program folder as if it had been chosen in the list, which is not shown. One that
+  // runs ends first. Yields.
+  void RunFile(const std::string& file);
+
+  // Switches scripting off, as the box does.
+  void StopScript();
+
+  // Whether it has the procedure; false while no script is loaded.
+  bool Has(ScriptHook hook) const;
+
   void EnableScript();
   void DisableScript();
   void tmrTask_Timer();
@@ -102,8 +116,10 @@ class ScriptHost {
 
  private:
   void AddObjects(vbs::ObjectRef formMain);
+  void TakeChoice(const std::string& file);
   void ChooseScript();
   bool Start();
+  bool FindScript();
   bool RunReported(std::u16string_view procedure);
   void CountError(std::u16string_view procedure, const vbs::ScriptError& error);
   void ShowScriptError(std::u16string_view procedure, const vbs::ScriptError& error);
@@ -119,6 +135,7 @@ class ScriptHost {
   std::set<std::u16string> failedProcedures_;
   std::string startFailure_;
   std::string ranBefore_;  // what the status bar said before the script stood
+  bool unlisted_ = false;  // the next start takes the chosen script without a list
   FrmScript list_;
   FrmCommand panel_;
   vbs::Ref<SerialString> charReceived_;
@@ -128,6 +145,9 @@ class ScriptHost {
   Alarm enableAlarm_;    // switched on by a script that is still running
   ScriptRunner runner_;  // ends first: the script's last code may use all of the above
 };
+
+// "ReceiveString, line 12: Type mismatch".
+std::string ErrorLine(std::u16string_view procedure, const vbs::ScriptError& error);
 
 // The report of an error, as the message box shows it.
 std::u16string ErrorReport(std::string_view scriptFile, const vbs::ScriptError& error);

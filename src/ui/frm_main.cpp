@@ -314,7 +314,7 @@ void FrmMain::Unload(EndCause cause) {
 void FrmMain::RequestUnload() {
   const auto unload = [this] {
     const bool ends = modules_->session.Ending();
-    if (ends || (modules_->editor.MayLose() && modules_->configurations.MayLose())) Unload();
+    if (ends || (modules_->configurations.MayLose() && modules_->editor.MayLose())) Unload();
   };
   const bool asks = modules_->editor.Modified() || !modules_->configurations.Edited.Captions().empty();
   if (surroundings_.loop.Alarms().Held() && asks) {

@@ -71,9 +71,13 @@ struct FrmMain::Modules {
         receive({around.loop, controls.receive, controls.run, controls.link, controls.counters, link,
                  expander, parser, conversion, exchange, traffic, status}),
         dialog({around.loop, link, expander, sender, traffic, status}, around.folder),
+        scriptOutput(around.loop),
         script({around.loop, controls.script, around.folder, prompts, around.engines, status,
-                [this](std::string_view text, Color color) { traffic.Append(text, color); }}),
-        editor({around.loop, around.folder, script, prompts}),
+                [this](std::string_view text, Color color) {
+                  traffic.Append(text, color);
+                  scriptOutput.Write(text);
+                }}),
+        editor({around.loop, around.folder, script, prompts, scriptOutput, frm.Collection()}),
         calculator(around.loop, controls.numbers),
         configurations({frm.Collection(), around.folder, prompts, status}),
         welcome(around.bundle, around.folder, status,
@@ -108,6 +112,7 @@ struct FrmMain::Modules {
   FrmPlot plot;
   ReceiveLoop receive;
   Dialog dialog;
+  ScriptOutput scriptOutput;
   ScriptHost script;  // ends before them: a script's last code may use all of the above
   FrmEditor editor;
   FrmCalculator calculator;

@@ -25,6 +25,7 @@
 #include "base/files.h"
 #include "calculator/frm_calculator.h"
 #include "curves/frm_plot.h"
+#include "script/edit/frm_editor.h"
 #include "script/script_host.h"
 #include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
@@ -254,8 +255,9 @@ class MainWindowTest : public QObject {
     rig.frm.Plot().Open();
     rig.frm.Calculator().SetVisible(true);
     rig.frm.Script().List().SetVisible(true);
+    rig.frm.Editor().Open();
     int seen = 0;
-    for (const char* name : {"FrmPlot", "loadDialog", "FrmCalculator", "FrmScript"}) {
+    for (const char* name : {"FrmPlot", "loadDialog", "FrmCalculator", "FrmScript", "FrmEditor"}) {
       for (const QWidget* window : QApplication::allWidgets()) {
         if (window->objectName() != name) continue;
         ++seen;
@@ -281,7 +283,7 @@ class MainWindowTest : public QObject {
         QVERIFY2(IsHelp(QUrl("qrc:/help/" + window->property("helpPage").toString())), name);
       }
     }
-    QCOMPARE(seen, 4);
+    QCOMPARE(seen, 5);
     QTest::keyClick(rig.WindowsWithControlsOfTheMainOne().back(), Qt::Key_F1);
     QVERIFY(rig.Find<QWidget>("helpWindow").isVisible());
   }

@@ -4,13 +4,17 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
 #include <QTest>
 
 #include "base/files.h"
 #include "script/edit/frm_editor.h"
 #include "script/jscript/engine.h"
+#include "script/script_host.h"
 #include "script/vbscript_engine.h"
 #include "support/bare_surroundings.h"
 #include "support/listed_prompts.h"
@@ -117,6 +121,152 @@ class ScriptEditorTest : public QObject {
       rig.Key(Qt::Key_S);
       QCOMPARE(rig.OnDisk(), text);
     }
+  }
+
+  void linesAreIndentedByTheirBlocks() {
+    struct Case {
+      const char* typed;
+      const char* expected;
+    };
+    for (const Case& one : {
+             Case{"Sub A\nIf b Then\nc\nElse\nd\nEnd If\nEnd Sub\n",
+                  "Sub A\n  If b Then\n    c\n  Else\n    d\n  End If\nEnd Sub\n"},
+             Case{"Select Case x\nCase 1\ny\nCase 2 : z\nCase Else\ny\nEnd Select\n",
+                  "Select Case x\n  Case 1\n    y\n  Case 2 : z\n  Case Else\n    y\nEnd Select\n"},
+             Case{"Do\nFor i = 1 To 3 : Next\nIf a Then b\nnextOne = 1\nLoop While a\nc\n",
+                  "Do\n  For i = 1 To 3 : Next\n  If a Then b\n  nextOne = 1\nLoop While a\nc\n"},
+             Case{"x = \"Sub\" ' If a Then\nExit Sub\n", "x = \"Sub\" ' If a Then\nExit Sub\n"},
+         }) {
+      Rig rig("");
+      for (const QString& line : QString(one.typed).split('\n', Qt::SkipEmptyParts)) {
+        rig.Type(line);
+        rig.view->cancelList();
+        rig.Key(Qt::Key_Return, Qt::NoModifier);
+      }
+      QCOMPARE(QString::fromStdString(rig.view->Text()), QString(one.expected));
+    }
+  }
+
+  void whatFitsIsOffered() {
+    Rig rig("Function Doubled(number)\nEnd Function\n");
+    rig.Key(Qt::Key_End);
+    const auto complete = [&](const QString& typed) {
+      rig.Type(typed);
+      rig.Key(Qt::Key_Space);
+      QVERIFY2(rig.view->isListActive(), qPrintable(typed));
+      rig.Key(Qt::Key_Return, Qt::NoModifier);
+      rig.Key(Qt::Key_Space, Qt::NoModifier);
+    };
+    for (const char* typed :
+         {"FormMain.txtM", "FrmCommand.TextIO(3).Tex", "Doub", "Err.Num", "vbCrL", "RichApp"}) {
+      complete(typed);
+    }
+    QVERIFY(rig.view->Text().ends_with(
+        "FormMain.txtMax FrmCommand.TextIO(3).Text Doubled Err.Number vbCrLf RichAppendText "));
+    rig.Type("Mid(");
+    QVERIFY(rig.view->SendScintilla(QsciScintilla::SCI_CALLTIPACTIVE) != 0);
+    rig.Key(Qt::Key_Return, Qt::NoModifier);
+    rig.Type("' a comment Loo");
+    QVERIFY(!rig.view->isListActive());
+  }
+
+  void everyNameHasItsHelp() {
+    Rig rig;
+    for (const char* before :
+         {"", "Err.", "AppendLog.", "StringReceived.", "TimerTask.", "FormMain.", "FrmCommand.", "txtMax.",
+          "CBOSEND.", "lstError.", "Check1.", "Command1.", "Option4(1).", "Label7.", "HScroll1.", "Timer1.",
+          "TextIO.", "ShpOutput(1)."}) {
+      const auto found = rig.editor.Words.At("VBScript", before, "");
+      QVERIFY2(!found.empty(), before);
+      for (const Suggestion& one : found) {
+        QVERIFY2(one.help.size() > one.name.size() + 2, (before + one.name).c_str());
+      }
+    }
+  }
+
+  void replaceAllCountsAndUndoTakesItBack() {
+    const std::string text = "cat = 1\nCat2 = cat\n' \xC3\xA4 cat\n";
+    Rig rig(text);
+    rig.Key(Qt::Key_H);
+    rig.Find<QLineEdit>("editorFind").setText("cat");
+    rig.Find<QLineEdit>("editorReplace").setText("dog");
+    rig.Find<QCheckBox>("editorFindWord").setChecked(true);
+    rig.Find<QPushButton>("editorReplaceAll").click();
+    QCOMPARE(rig.view->Text(), std::string("dog = 1\nCat2 = dog\n' \xC3\xA4 dog\n"));
+    QVERIFY(rig.Find<QLabel>("editorFindNote").text().startsWith("3 "));
+    rig.view->undo();
+    QCOMPARE(rig.view->Text(), text);
+    rig.Find<QCheckBox>("editorFindExpression").setChecked(true);
+    rig.Find<QLineEdit>("editorFind").setText("(\\w+) = (\\w+)");
+    rig.Find<QLineEdit>("editorReplace").setText("\\2 = \\1");
+    rig.Find<QPushButton>("editorReplaceAll").click();
+    QVERIFY(rig.view->Text().starts_with("1 = cat\ncat = Cat2\n"));
+  }
+
+  void nothingIsLostWithoutAQuestion() {
+    Rig rig;
+    rig.Type("y");
+    rig.prompts.saveAnswer = SaveAnswer::Cancel;
+    rig.Window().close();
+    QVERIFY(rig.Window().isVisible() && rig.editor.Modified());
+    rig.frm.RequestUnload();
+    QVERIFY(!rig.loop.ExitStatus());
+    QVERIFY(!WriteWholeFile(rig.folder / "other.vbs", "z = 1\n"));
+    rig.frm.controls.script.txtScriptFile.SetText("other.vbs");
+    rig.loop.Pass(1s);
+    QCOMPARE(rig.editor.FileName(), std::string("bench.vbs"));
+    QCOMPARE(rig.prompts.shown.size(), std::size_t{3});
+    rig.prompts.saveAnswer = SaveAnswer::Save;
+    rig.frm.controls.script.txtScriptFile.SetText("bench.vbs");
+    rig.frm.controls.script.txtScriptFile.SetText("other.vbs");
+    rig.loop.Pass(1s);
+    QCOMPARE(rig.OnDisk(), std::string("yx = 1\n"));
+    QCOMPARE(rig.view->Text(), std::string("z = 1\n"));
+  }
+
+  void aFileThatChangedOutsideIsReadAgainIfThatIsWanted() {
+    Rig rig;
+    rig.Type("y");
+    QVERIFY(!WriteWholeFile(rig.file, "x = 2\n"));
+    rig.loop.ServeDescriptors();
+    rig.loop.Pass(1s);
+    QCOMPARE(rig.prompts.shown.size(), std::size_t{1});
+    QCOMPARE(rig.view->Text(), std::string("x = 2\n"));
+    QVERIFY(!rig.editor.Modified());
+    rig.view->undo();
+    QCOMPARE(rig.view->Text(), std::string("yx = 1\n"));
+  }
+
+  void theScriptRunsFromTheEditorAndItsErrorsLeadToTheirLine() {
+    Rig rig("AppendLog.RichAppendText 0, \"hello\" & vbCrLf\nSub ReceiveString()\n  x = 1 / 0\nEnd Sub\n");
+    rig.Key(Qt::Key_F5, Qt::NoModifier);
+    QVERIFY(rig.frm.controls.script.chkEnableScript.Checked() && rig.editor.Runs());
+    std::string text = "abc";
+    rig.frm.Script().Offer(ScriptHook::ReceiveString, text);
+    rig.loop.Pass(1s);
+    auto& lines = rig.Find<QListWidget>("scriptOutput");
+    QCOMPARE(lines.item(0)->text(), QString("hello"));
+    QVERIFY(lines.item(lines.count() - 1)->text().startsWith("ReceiveString, line 3: "));
+    emit lines.itemActivated(lines.item(lines.count() - 1));
+    int line = 0, column = 0;
+    rig.view->getCursorPosition(&line, &column);
+    QCOMPARE(line, 2);
+    rig.Key(Qt::Key_F5, Qt::ShiftModifier);
+    QVERIFY(!rig.frm.controls.script.chkEnableScript.Checked() && !rig.editor.Runs());
+    QVERIFY(rig.prompts.shown.empty());  // the editor shows it: no box, no list
+  }
+
+  void theTryRowGivesATextToAHook() {
+    Rig rig("Sub ReceiveChar()\n  CharReceived.OutputString = CharReceived.InputString & \"-\"\nEnd Sub\n");
+    rig.Find<QComboBox>("tryHook").setCurrentText("ReceiveChar");
+    auto& text = rig.Find<QLineEdit>("tryText");
+    text.setFocus();
+    rig.Type("ab{0D}");
+    rig.Key(Qt::Key_Return, Qt::NoModifier);
+    rig.loop.Pass(1s);
+    auto& lines = rig.Find<QListWidget>("scriptOutput");
+    QCOMPARE(lines.item(lines.count() - 1)->text(), QString("ReceiveChar: \"ab{0D}\" becomes \"a-b-{0D}-\""));
+    QVERIFY(rig.editor.Runs());
   }
 };
 

@@ -3,8 +3,11 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
 #include "base/files.h"
 #include "base/text.h"
+#include "macro/expander.h"
 #include "script/edit/script_template.h"
 #include "script/script_file.h"
 #include "script/values/conversions.h"
@@ -29,12 +32,26 @@ bool IsFile(const std::filesystem::path& file) {
 FrmEditor::FrmEditor(EditorParts parts)
     : Form("FrmEditor", "Script editor"),
       controls(parts.loop),
+      Words(parts.script.Runner(), {&parts.mainControls, &parts.script.Panel().Collection()}),
       parts_(parts),
       checkAlarm_(parts.loop, [this] { CheckText(); }) {
   Collection().Add(controls);
   OnClose = [this] {
     if (MayLose()) SetVisible(false);
   };
+  ScriptHooks& hooks = parts_.script.Hooks;
+  hooks.chosen = [this] { FollowChoice(); };
+  hooks.loadedChanged = [this] { Hooks.runChanged(); };
+  hooks.showError = [this](std::u16string_view procedure, const vbs::ScriptError& error) {
+    return ErrorMet(procedure, error);
+  };
+}
+
+FrmEditor::~FrmEditor() {
+  ScriptHooks& hooks = parts_.script.Hooks;
+  hooks.chosen = nullptr;
+  hooks.loadedChanged = nullptr;
+  hooks.showError = nullptr;
 }
 
 std::string FrmEditor::FileName() const {
@@ -54,7 +71,8 @@ std::filesystem::path FrmEditor::ChosenFile() const {
 void FrmEditor::Open() {
   if (!Visible()) {
     const std::filesystem::path chosen = ChosenFile();
-    if (IsFile(chosen) ? !Read(chosen) : file_.empty()) Take(ScriptTemplate(language_), {});
+    const bool keeps = !file_.empty() && !discarded_;
+    if (IsFile(chosen) ? !Read(chosen) : !keeps) Take(ScriptTemplate(language_), {});
   }
   SetVisible(true);
 }
@@ -94,6 +112,7 @@ void FrmEditor::Take(EditedText text, const std::filesystem::path& file) {
   text_ = std::move(text);
   file_ = file;
   modified_ = false;
+  discarded_ = false;
   if (!file.empty()) Recent.Use(file);
   WatchFile();
   Hooks.opened();
@@ -186,6 +205,7 @@ bool FrmEditor::MayLose() {
   asking_ = false;
   if (answer == SaveAnswer::Discard) {
     modified_ = false;
+    discarded_ = true;
     return true;
   }
   return answer == SaveAnswer::Save && Save();
@@ -217,6 +237,103 @@ void FrmEditor::SetFault(std::optional<TextFault> fault) {
   controls.lblEditorFault.SetCaption(
       fault_ ? fmt::format("line {}: {}", fault_->place.line, BytesFromUtf8(fault_->message)) : "");
   Hooks.faultChanged();
+}
+
+// Somebody has chosen another script, here or with a configuration. The question, if there is one, waits
+// until that is done.
+void FrmEditor::FollowChoice() {
+  if (!Visible() || IsChosen() || !IsFile(ChosenFile())) return;
+  parts_.loop.Post([this] {
+    if (Visible() && !IsChosen() && IsFile(ChosenFile())) OpenFile(ChosenFile());
+  });
+}
+
+bool FrmEditor::IsChosen() const {
+  return !file_.empty() && file_ == ChosenFile();
+}
+
+bool FrmEditor::Runs() const {
+  return IsChosen() && parts_.script.Runner().Loaded();
+}
+
+bool FrmEditor::SaveFirst() {
+  if (file_.empty()) {
+    Tell("the script has no name yet: save it first");
+    return false;
+  }
+  if (!modified_) return true;
+  savesUnasked_ = savesUnasked_ || parts_.prompts.Confirm(
+                                       "A script is saved before it runs. Save it now, and from now on "
+                                       "without a question?",
+                                       boxTitle);
+  return savesUnasked_ && Save();
+}
+
+bool FrmEditor::Start() {
+  if (!Runs() || RunsOlder()) return Restart();
+  Tell("it runs already; Restart begins anew");
+  return true;
+}
+
+bool FrmEditor::Restart() {
+  if (asking_ || !SaveFirst()) return false;
+  if (file_.parent_path() != parts_.folder.Path()) {
+    Tell("only scripts of the program folder run: save it there");
+    return false;
+  }
+  if (!CheckText()) {
+    Tell("it does not run with this error in it");
+    Hooks.placeWanted(fault_->place);
+    return false;
+  }
+  started_ = onDisk_;
+  starting_ = true;
+  parts_.script.RunFile(file_.filename().string());
+  starting_ = false;
+  if (Runs()) Tell(fmt::format("{} runs", NameOf(file_)));
+  return Runs();
+}
+
+void FrmEditor::Stop() {
+  const bool ran = Runs();
+  parts_.script.StopScript();
+  Tell(ran ? "stopped" : "no script runs");
+}
+
+// One that keeps it from running is shown at once; one in a hook moves nobody's cursor.
+bool FrmEditor::ErrorMet(std::u16string_view procedure, const vbs::ScriptError& error) {
+  if (!Visible() || !IsChosen()) return false;
+  parts_.output.Add({ErrorLine(procedure, error), error.position.line, error.position.column, true});
+  if (starting_) Hooks.placeWanted(error.position);
+  Tell("the script has an error");
+  return true;
+}
+
+void FrmEditor::Try(ScriptHook hook, std::string_view text) {
+  if (!Runs() && !Start()) return;
+  constexpr std::array<std::string_view, 3> names{"ReceiveChar", "ReceiveString", "SendString"};
+  const std::string_view name = names[static_cast<std::size_t>(hook)];
+  if (!parts_.script.Has(hook)) {
+    parts_.output.Add({fmt::format("there is no {}: the text would pass as it is", name)});
+    return;
+  }
+  if (parts_.script.Runner().Running()) return Tell("the script is at work: try again when it has returned");
+  if (RunsOlder()) parts_.output.Add({"what runs is older than the text here: Restart takes it over"});
+  const std::string given = ExpandHexCodes(text);
+  std::string result;
+  const std::size_t piece = hook == ScriptHook::ReceiveChar ? 1 : std::max<std::size_t>(given.size(), 1);
+  try {
+    for (std::size_t at = 0; at < std::max<std::size_t>(given.size(), 1); at += piece) {
+      std::string part = given.substr(at, piece);
+      parts_.script.OfferStrictly(hook, part);
+      result += part;
+    }
+  } catch (const vbs::ScriptError& error) {
+    ErrorMet(vbs::Utf16Of(name), error);
+    return;
+  }
+  parts_.output.Add({fmt::format("{}: \"{}\" becomes \"{}\"", name, CodedText(given, ScriptOutput::mostBytes),
+                                 CodedText(result, ScriptOutput::mostBytes))});
 }
 
 void FrmEditor::Tell(std::string_view words) {

@@ -17,6 +17,8 @@
 #include "controls/form.h"
 #include "controls/prompts.h"
 #include "script/edit/edited_text.h"
+#include "script/edit/script_output.h"
+#include "script/edit/vocabulary.h"
 #include "script/script_host.h"
 
 namespace quarlin {
@@ -32,6 +34,8 @@ struct EditorParts {
   ProgramFolder folder;
   ScriptHost& script;
   Prompts& prompts;
+  ScriptOutput& output;
+  const ControlCollection& mainControls;
 };
 
 // The view's part. Texts are UTF-8.
@@ -41,6 +45,7 @@ struct EditorHooks {
   Hook<void()> readAgain;    // another program changed the file; the view may let the user take it back
   Hook<void()> fileChanged;  // its name, whether it is modified, or the recent files
   Hook<void()> faultChanged;
+  Hook<void()> runChanged;                      // Runs() has
   Hook<void(vbs::Position place)> placeWanted;  // it is to be shown, with the cursor in it
 };
 
@@ -57,9 +62,12 @@ class FrmEditor : public Form {
 
   // All outlive it.
   explicit FrmEditor(EditorParts parts);
+  ~FrmEditor() override;
 
   EditorHooks Hooks;
   EditorControls controls;
+  ScriptOutput& Output() { return parts_.output; }
+  Vocabulary Words;
 
   // Shows the window: with the chosen script where it was not open yet, else with a new text.
   void Open();
@@ -97,9 +105,29 @@ class FrmEditor : public Form {
   // Looks at the text now instead of in a moment. False when there is something wrong with it.
   bool CheckText();
 
+  // The text runs as the script of the program: saved first, which is asked once, checked, and in the place
+  // of what runs. False when it does not run then. Start leaves one alone that runs as it stands here.
+  // Yields.
+  bool Start();
+  bool Restart();
+  void Stop();
+
+  // The script of this file is the one that is loaded; the text has changed since then.
+  bool Runs() const;
+  bool RunsOlder() const { return Runs() && (modified_ || started_ != onDisk_); }
+
+  // Gives the text to that procedure of the script, for ReceiveChar character by character, and writes what
+  // comes out of it. No link takes part. The script is started where it does not run. `text` is bytes, with
+  // codes such as "{0D}". Yields.
+  void Try(ScriptHook hook, std::string_view text);
+
   void Tell(std::string_view words);
 
  private:
+  bool SaveFirst();
+  bool ErrorMet(std::u16string_view procedure, const vbs::ScriptError& error);
+  bool IsChosen() const;
+  void FollowChoice();
   std::string CurrentText() const { return Hooks.text ? Hooks.text() : text_.utf8; }
   std::filesystem::path ChosenFile() const;
   bool Read(const std::filesystem::path& file);
@@ -117,6 +145,10 @@ class FrmEditor : public Form {
   std::string onDisk_;  // what the file held when it was read or written last
   bool modified_ = false;
   bool asking_ = false;
+  bool discarded_ = false;     // what stands in the view was given up when it closed
+  bool savesUnasked_ = false;  // she has said once that a start saves
+  bool starting_ = false;
+  std::string started_;  // what the file held when it was started last
   std::optional<TextFault> fault_;
   std::unique_ptr<FolderWatch> watch_;  // of the file's folder
   Alarm checkAlarm_;

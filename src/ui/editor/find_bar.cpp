@@ -88,7 +88,7 @@ QWidget* FindBar::MakeReplaceRow() {
   auto* row = new QWidget;
   auto* line = new QHBoxLayout(row);
   line->setContentsMargins(0, 0, 0, 0);
-  auto* one = Button(tr("&Replace"), "editorReplaceOne", tr("Replaces what is selected and finds on"));
+  auto* one = Button(tr("Repla&ce"), "editorReplaceOne", tr("Replaces what is selected and finds on"));
   auto* all = Button(tr("Replace a&ll"), "editorReplaceAll", tr("Replaces every place in the script"));
   connect(one, &QPushButton::clicked, this, &FindBar::Replace);
   connect(all, &QPushButton::clicked, this, &FindBar::ReplaceAll);

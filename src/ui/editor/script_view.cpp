@@ -9,6 +9,7 @@
 #include <QSignalBlocker>
 #include <array>
 
+#include "ui/editor/indenter.h"
 #include "ui/editor/script_colors.h"
 #include "ui/editor/vbscript_lexer.h"
 
@@ -23,14 +24,16 @@ constexpr int blanksPerLevel = 2;
 }  // namespace
 
 ScriptView::ScriptView(QWidget* parent)
-    : QsciScintilla(parent), vbscript_(new VbscriptLexer(this)), jscript_(new QsciLexerJavaScript(this)) {
+    : QsciScintilla(parent),
+      vbscript_(new VbscriptLexer(this)),
+      jscript_(new QsciLexerJavaScript(this)),
+      indenter_(new Indenter(*this)) {
   setUtf8(true);
   setIndentationsUseTabs(false);
   setIndentationWidth(blanksPerLevel);
   setTabWidth(blanksPerLevel);
   setTabIndents(true);
   setBackspaceUnindents(true);
-  setAutoIndent(true);
   setBraceMatching(QsciScintilla::SloppyBraceMatch);
   setCaretLineVisible(true);
   setScrollWidth(1);
@@ -79,7 +82,19 @@ void ScriptView::SetUpKeys() {
 }
 
 void ScriptView::SetLanguage(std::string_view language) {
-  setLexer(language == "VBScript" ? static_cast<QsciLexer*>(vbscript_) : jscript_);
+  const bool isVbscript = language == "VBScript";
+  QsciLexer* wanted = isVbscript ? static_cast<QsciLexer*>(vbscript_) : jscript_;
+  if (lexer() == wanted) return;
+  setLexer(wanted);
+  setAutoIndent(!isVbscript);
+  indenter_->SetEnabled(isVbscript);
+  DressUp();
+}
+
+void ScriptView::SetObjectNames(const std::vector<std::string>& names) {
+  vbscript_->SetObjectNames(names);
+  if (lexer() != vbscript_) return;
+  setLexer(vbscript_);
   DressUp();
 }
 

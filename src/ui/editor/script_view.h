@@ -7,9 +7,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quarlin {
 
+class Indenter;
 class VbscriptLexer;
 struct ScriptColors;
 
@@ -21,6 +23,7 @@ class ScriptView : public QsciScintilla {
 
   // "VBScript" or "JScript".
   void SetLanguage(std::string_view language);
+  void SetObjectNames(const std::vector<std::string>& names);  // see VbscriptLexer
 
   // A new text, with nothing to undo, and told to nobody. `lineEnd` is what Enter puts in.
   void ShowText(const std::string& utf8, std::string_view lineEnd);
@@ -59,6 +62,7 @@ class ScriptView : public QsciScintilla {
 
   VbscriptLexer* vbscript_;
   QsciLexer* jscript_;
+  Indenter* indenter_;
   int errorSquiggle_ = -1;
 };
 

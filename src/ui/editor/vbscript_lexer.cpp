@@ -26,6 +26,10 @@ VbscriptLexer::VbscriptLexer(QObject* parent)
       functions_(Words(FunctionNames()) + Words(ConstantNames())),
       objects_(Words(objectNames)) {}
 
+void VbscriptLexer::SetObjectNames(const std::vector<std::string>& names) {
+  objects_ = Words(names);
+}
+
 const char* VbscriptLexer::keywords(int set) const {
   switch (set) {
     case 1:

@@ -6,6 +6,8 @@
 #include <Qsci/qscilexer.h>
 
 #include <QByteArray>
+#include <string>
+#include <vector>
 
 namespace quarlin {
 
@@ -30,6 +32,10 @@ class VbscriptLexer : public QsciLexer {
   };
 
   explicit VbscriptLexer(QObject* parent);
+
+  // The program's objects and "object.member" of each, which the component takes for one word. Counts from
+  // the next time that the lexer is set.
+  void SetObjectNames(const std::vector<std::string>& names);
 
   const char* language() const override { return "VBScript"; }
   const char* lexer() const override { return "vbscript"; }

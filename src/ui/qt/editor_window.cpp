@@ -10,9 +10,12 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/editor/completion.h"
 #include "ui/editor/find_bar.h"
+#include "ui/editor/run_pane.h"
 #include "ui/editor/script_view.h"
 #include "ui/qt/elided_label.h"
+#include "ui/qt/trouble_labels.h"
 #include "ui/qt/widget_text.h"
 
 namespace quarlin {
@@ -101,6 +104,8 @@ const EditorWindow::ActionRow EditorWindow::rows[] = {
     {"editorMenuEdit", "actionEditorComment", QT_TR_NOOP("&Comment out, or back in"),
      QT_TR_NOOP("Puts the comment sign before the selected lines, or takes it away"), "Ctrl+/", nullptr,
      nullptr, nullptr},
+    {"editorMenuEdit", "actionEditorComplete", QT_TR_NOOP("Co&mplete"),
+     QT_TR_NOOP("Offers what may stand here"), "Ctrl+Space", &EditorWindow::Complete, nullptr, nullptr},
     {"editorMenuView", "actionEditorLarger", QT_TR_NOOP("La&rger text"), "", "Ctrl++", nullptr,
      OfView<QsciScintilla>(&QsciScintilla::zoomIn), nullptr},
     {"editorMenuView", "actionEditorSmaller", QT_TR_NOOP("S&maller text"), "", "Ctrl+-", nullptr,
@@ -110,6 +115,14 @@ const EditorWindow::ActionRow EditorWindow::rows[] = {
     {"editorMenuRun", "actionEditorCheck", QT_TR_NOOP("&Check"),
      QT_TR_NOOP("Looks for what the language does not allow, and goes to the first place"), "F7",
      &EditorWindow::Check, nullptr, QT_TR_NOOP("Check")},
+    {"editorMenuRun", "actionEditorStart", QT_TR_NOOP("&Start"),
+     QT_TR_NOOP("Saves the script and runs it as the script of the program"), "F5", &EditorWindow::Start,
+     nullptr, QT_TR_NOOP("Start")},
+    {"editorMenuRun", "actionEditorRestart", QT_TR_NOOP("&Restart"),
+     QT_TR_NOOP("Begins anew with the script as it stands here"), "Ctrl+F5", &EditorWindow::Restart, nullptr,
+     QT_TR_NOOP("Restart")},
+    {"editorMenuRun", "actionEditorStop", QT_TR_NOOP("S&top"), QT_TR_NOOP("Switches scripting off"),
+     "Shift+F5", &EditorWindow::Stop, nullptr, QT_TR_NOOP("Stop")},
 };
 
 EditorWindow::EditorWindow(FrmEditor& form)
@@ -117,6 +130,8 @@ EditorWindow::EditorWindow(FrmEditor& form)
       form_(form),
       view_(new ScriptView),
       findBar_(new FindBar(*view_)),
+      completion_(new Completion(*view_, form.Words)),
+      run_(new RunPane),
       tools_(new QToolBar),
       below_(MakeTabs("editorBelow")),
       right_(MakeTabs("editorRight")),
@@ -126,6 +141,7 @@ EditorWindow::EditorWindow(FrmEditor& form)
   view_->setAccessibleName(tr("Text of the script"));
   PutTogether();
   WireText();
+  WireRun();
   WireForm();
   Bind();
   view_->setFocus();
@@ -139,6 +155,8 @@ EditorWindow::~EditorWindow() {
   hooks.fileChanged = nullptr;
   hooks.faultChanged = nullptr;
   hooks.placeWanted = nullptr;
+  hooks.runChanged = nullptr;
+  form_.Output().OnNew = nullptr;
 }
 
 void EditorWindow::PutTogether() {
@@ -168,12 +186,13 @@ void EditorWindow::PutTogether() {
   column->setContentsMargins(8, 4, 8, 4);
   column->setSpacing(6);
   column->addWidget(tools_);
-  column->addWidget(
-      MakeSplitter(Qt::Vertical, "editorTextAndBelow",
-                   MakeSplitter(Qt::Horizontal, "editorTextAndRight", textAndFind, right_), below_),
-      1);
+  auto* sides = MakeSplitter(Qt::Horizontal, "editorTextAndRight", textAndFind, right_);
+  auto* split = MakeSplitter(Qt::Vertical, "editorTextAndBelow", sides, below_);
+  split->setSizes({3, 1});
+  column->addWidget(split, 1);
   column->addLayout(status);
   FillMenus(*bar);
+  ShowAsTrouble(*this, {fault});
   resize(900, 620);
 }
 
@@ -225,6 +244,25 @@ void EditorWindow::WireText() {
   connect(recent_, &QMenu::aboutToShow, this, &EditorWindow::FillRecent);
 }
 
+void EditorWindow::WireRun() {
+  AddPanel(Side::Below, run_, tr("&Output"));
+  form_.Output().OnNew = [this] { run_->Add(form_.Output().Take()); };
+  form_.Hooks.runChanged = [this] { ShowPlace(); };
+  connect(run_, &RunPane::placeWanted, this, [this](int line, int column) {
+    view_->GoTo(line, column);
+    view_->setFocus();
+  });
+  connect(run_, &RunPane::tryWanted, this,
+          [this](ScriptHook hook, const QString& text) { form_.Try(hook, BytesOf(text)); });
+  connect(completion_, &Completion::helpChanged, this,
+          [this](const QString& help) { form_.Tell(BytesOf(help)); });
+  view_->SetObjectNames(form_.Words.QualifiedNames());
+}
+
+void EditorWindow::Complete() {
+  completion_->Offer();
+}
+
 void EditorWindow::WireForm() {
   EditorHooks& hooks = form_.Hooks;
   hooks.text = [this] { return view_->Text(); };
@@ -251,6 +289,7 @@ void EditorWindow::WireForm() {
 void EditorWindow::ShowFile() {
   if (!form_.Modified() && view_->isModified()) view_->setModified(false);
   view_->SetLanguage(form_.Language());
+  completion_->SetLanguage(form_.Language());
   ShowPlace();
 }
 
@@ -263,11 +302,14 @@ void EditorWindow::ShowPlace() {
   int line = 0, column = 0;
   view_->getCursorPosition(&line, &column);
   const std::string_view encoding = EncodingName(form_.Text().encoding);
-  place_->setText(tr("Line %1, column %2   %3   %4")
-                      .arg(line + 1)
-                      .arg(column)
-                      .arg(QLatin1String(encoding.data(), static_cast<qsizetype>(encoding.size())),
-                           QString::fromStdString(std::string(form_.Language()))));
+  const QString runs = !form_.Runs()       ? QString()
+                       : form_.RunsOlder() ? tr("an older text runs   ")
+                                           : tr("runs   ");
+  place_->setText(runs + tr("Line %1, column %2   %3   %4")
+                             .arg(line + 1)
+                             .arg(column)
+                             .arg(QLatin1String(encoding.data(), static_cast<qsizetype>(encoding.size())),
+                                  QString::fromStdString(std::string(form_.Language()))));
 }
 
 void EditorWindow::FillRecent() {

@@ -17,7 +17,9 @@ class QMenuBar;
 
 namespace quarlin {
 
+class Completion;
 class FindBar;
+class RunPane;
 class ScriptView;
 
 class EditorWindow : public FormWindow {
@@ -65,10 +67,17 @@ class EditorWindow : public FormWindow {
   void OpenOther() { AskForFile(false); }
   void SaveAs() { AskForFile(true); }
   void Check();
+  void WireRun();
+  void Start() { form_.Start(); }
+  void Restart() { form_.Restart(); }
+  void Stop() { form_.Stop(); }
+  void Complete();
 
   FrmEditor& form_;
   ScriptView* view_;
   FindBar* findBar_;
+  Completion* completion_;
+  RunPane* run_;
   QToolBar* tools_;
   QTabWidget* below_;
   QTabWidget* right_;

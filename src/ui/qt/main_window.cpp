@@ -65,6 +65,20 @@ Widget* Part(QWidget& window, const char* name) {
   return found;
 }
 
+void RestoreRecent(const WindowLayout& layout, std::string_view section, RecentFiles& recent) {
+  for (std::size_t i = RecentFiles::most; i > 0; --i) {
+    const std::string file = layout.Value(section, "File" + std::to_string(i));
+    if (!file.empty()) recent.Use(file);
+  }
+}
+
+void KeepRecent(WindowLayout& layout, std::string_view section,
+                const std::vector<std::filesystem::path>& recent) {
+  for (std::size_t i = 0; i < RecentFiles::most; ++i) {
+    layout.Set(section, "File" + std::to_string(i + 1), i < recent.size() ? recent[i].string() : "");
+  }
+}
+
 }  // namespace
 
 MainWindow::MainWindow(FrmMain& frm)
@@ -106,6 +120,7 @@ MainWindow::MainWindow(FrmMain& frm)
 }
 
 MainWindow::~MainWindow() {
+  frm_.Editor().Words.SetControlHelp(nullptr);
   frm_.OnFocusDisplay = nullptr;
   frm_.OnInsert = nullptr;
   frm_.OnTakeTraffic = nullptr;
@@ -199,6 +214,10 @@ void MainWindow::WireMenus() {
   }
   auto* command = Part<QComboBox>(*this, "CBOSEND");
   connect(ui_->actionSendFile, &QAction::triggered, fileRow_, &SendFileRow::Choose);
+  frm_.Editor().Words.SetControlHelp([this](const Control& control) {
+    const auto* widget = findChild<QWidget*>(WidgetName(control));
+    return widget == nullptr ? std::string() : widget->toolTip().toStdString();
+  });
   connect(ui_->actionEditHere, &QAction::triggered, this, [this] { frm_.Editor().Open(); });
   connect(ui_->actionQuit, &QAction::triggered, this, &MainWindow::close);
   connect(ui_->actionSidePanel, &QAction::toggled, side_, &QWidget::setVisible);
@@ -322,11 +341,8 @@ void MainWindow::RestoreValues() {
   const auto height = layout_->Numbers("ErrorList", "Height", 0, mostErrorListHeight);
   if (height && height->size() == 1) errors_->SetOpenHeight(height->front());
   if (layout_->Value("ErrorList", "Open") == "1") frm_.controls.test.cmdErr.Click();
-  RecentFiles& recent = frm_.Configuration().Recent;
-  for (std::size_t i = RecentFiles::most; i > 0; --i) {
-    const std::string file = layout_->Value("Recent", "File" + std::to_string(i));
-    if (!file.empty()) recent.Use(file);
-  }
+  RestoreRecent(*layout_, "Recent", frm_.Configuration().Recent);
+  RestoreRecent(*layout_, "RecentScripts", frm_.Editor().Recent);
   configurations_->FillRecent();
 }
 
@@ -336,10 +352,8 @@ void MainWindow::KeepLayout() {
   layout_->Set("Display", "FontSize", std::to_string(font_->Size()));
   layout_->Set("ErrorList", "Open", frm_.controls.display.lstError.Visible() ? "1" : "0");
   layout_->Set("ErrorList", "Height", std::to_string(errors_->OpenHeight()));
-  const auto& recent = frm_.Configuration().Recent.Files();
-  for (std::size_t i = 0; i < RecentFiles::most; ++i) {
-    layout_->Set("Recent", "File" + std::to_string(i + 1), i < recent.size() ? recent[i].string() : "");
-  }
+  KeepRecent(*layout_, "Recent", frm_.Configuration().Recent.Files());
+  KeepRecent(*layout_, "RecentScripts", frm_.Editor().Recent.Files());
   if (const auto error = layout_->Save()) frm_.OnTrouble("position.ini was not saved: " + error.message());
 }
 
