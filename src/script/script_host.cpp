@@ -37,9 +37,7 @@ std::u16string ErrorReport(std::string_view scriptFile, const vbs::ScriptError& 
   report += error.FullDescription();
   report += lineEnd;
   report += Utf16FromBytes(fmt::format("Line:{} Column:{}", error.position.line, error.position.column));
-  for (const std::u16string_view piece :
-       {std::u16string_view(error.source), std::u16string_view(error.helpFile),
-        std::u16string_view(error.line)}) {
+  for (const std::u16string& piece : {error.source, error.helpFile, error.LineText()}) {
     report += lineEnd;
     report += piece;
   }

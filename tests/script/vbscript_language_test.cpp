@@ -251,7 +251,7 @@ TEST(LanguageErrorTest, TheLineOfAnErrorIsQuoted) {
   Bench bench;
   const auto error = bench.Run("x = 1\r\n  y = 1 / 0 ' here\r\n");
   ASSERT_TRUE(error);
-  EXPECT_NE(Utf8Of(error->line).find("y = 1 / 0"), std::string::npos);
+  EXPECT_NE(Utf8Of(error->LineText()).find("y = 1 / 0"), std::string::npos);
   EXPECT_EQ(Utf8Of(error->source), "VBScript runtime error");
 }
 

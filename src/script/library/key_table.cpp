@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "script/values/conversions.h"
+#include "script/values/effort.h"
 
 namespace quarlin::vbs {
 namespace {
@@ -80,6 +81,7 @@ double NumberOf(const Value& value) {
 std::uint32_t KeyTable::HashOf(const Value& key) const {
   switch (key.GetKind()) {
     case Kind::String:
+      effort::Touch(4 * key.AsText().size());
       return ignoresCase_ ? HashOfFoldedText(key.AsText()) : HashOfText(key.AsText());
     case Kind::Object:
       return Finish(reinterpret_cast<std::uintptr_t>(key.AsObject()));

@@ -27,7 +27,7 @@ std::size_t ItemCount(std::span<const std::int32_t> upperBounds) {
 }
 
 std::size_t BytesOf(std::size_t items) {
-  return sizeof(ArrayBody) + items * sizeof(Value);
+  return items * sizeof(Value);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "script/values/conversions.h"
 #include "script/values/dispatch.h"
+#include "script/values/effort.h"
 #include "script/values/number_text.h"
 
 namespace quarlin::vbs {
@@ -39,6 +40,7 @@ bool SameText(std::u16string_view left, std::u16string_view right) {
 }
 
 bool TextHolds(Operator operation, std::u16string_view left, std::u16string_view right) {
+  effort::Touch(std::min(left.size(), right.size()));
   if (operation == Operator::Equal) return SameText(left, right);
   if (operation == Operator::NotEqual) return !SameText(left, right);
   return Holds(operation, left.compare(right));

@@ -140,6 +140,17 @@ constexpr std::array rows = std::to_array<Row>({
 constexpr std::int32_t firstCompileError = 1001;
 constexpr std::int32_t lastCompileError = 1058;
 
+std::u16string LineOf(std::u16string_view source, int line) {
+  std::size_t begin = 0;
+  for (int number = 1; number < line; ++number) {
+    const std::size_t end = source.find_first_of(u"\r\n", begin);
+    if (end == std::u16string_view::npos) return {};
+    begin = end + (source.substr(end, 2) == u"\r\n" ? 2 : 1);
+  }
+  const std::u16string_view rest = source.substr(std::min(begin, source.size()));
+  return std::u16string(rest.substr(0, rest.find_first_of(u"\r\n")));
+}
+
 }  // namespace
 
 ScriptError::ScriptError(std::int32_t errorNumber, std::u16string_view errorCulprit)
@@ -152,6 +163,10 @@ ScriptError::ScriptError(std::int32_t errorNumber, std::u16string_view errorCulp
 
 std::u16string ScriptError::FullDescription() const {
   return culprit.empty() ? description : description + u": '" + culprit + u"'";
+}
+
+std::u16string ScriptError::LineText() const {
+  return line.empty() && script != nullptr && position.line != 0 ? LineOf(*script, position.line) : line;
 }
 
 std::u16string_view ErrorText(std::int32_t number) {

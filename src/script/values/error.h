@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -28,11 +29,16 @@ struct ScriptError : std::exception {
   std::u16string helpFile;
   std::int32_t helpContext = 0;
   Position position;
-  std::u16string line;   // the text of that line of the script
-  bool isFinal = false;  // the run was stopped: no On Error Resume Next holds it up
+  std::u16string line;                           // the text of that line, where it was at hand
+  std::shared_ptr<const std::u16string> script;  // otherwise what to look it up in, if that is known
+  bool isFinal = false;                          // the run was stopped: no On Error Resume Next holds it up
 
   // "Type mismatch: 'NoSuch'": the description as a host shows it.
   std::u16string FullDescription() const;
+
+  // The text of the line where it happened; empty when it is not known. Looked up here and not earlier: most
+  // errors are caught by the script, and nobody ever sees their line.
+  std::u16string LineText() const;
 };
 
 // The numbers that the interpreter itself raises. Those from 1001 on are found when a text is compiled.

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/values/heap.h"
 
+#include <new>
+
+#include "script/values/effort.h"
 #include "script/values/error.h"
 
 namespace quarlin::vbs::heap {
@@ -15,13 +18,39 @@ void SetLimit(std::size_t bytes) {
   limit = bytes;
 }
 
+std::size_t Limit() {
+  return limit;
+}
+
+std::size_t InUse() {
+  return inUse;
+}
+
+// Memory is written when it was taken, and looked through before it is given back.
 void Charge(std::size_t bytes) {
   if (bytes > limit || inUse > limit - bytes) throw ScriptError(outOfMemory);
   inUse += bytes;
+  effort::Touch(bytes);
 }
 
 void Discharge(std::size_t bytes) noexcept {
   inUse -= bytes;
+  effort::Touch(bytes);
+}
+
+void* Counts::operator new(std::size_t bytes) {
+  Charge(bytes + overhead);
+  try {
+    return ::operator new(bytes);
+  } catch (...) {
+    Discharge(bytes + overhead);
+    throw;
+  }
+}
+
+void Counts::operator delete(void* memory, std::size_t bytes) noexcept {
+  ::operator delete(memory, bytes);
+  Discharge(bytes + overhead);
 }
 
 }  // namespace quarlin::vbs::heap

@@ -16,6 +16,8 @@ class HeapShare {
   HeapShare& operator=(const HeapShare&) = delete;
   ~HeapShare() { heap::Discharge(bytes_); }
 
+  std::size_t Bytes() const { return bytes_; }
+
   void Resize(std::size_t bytes) {
     if (bytes > bytes_) heap::Charge(bytes - bytes_);
     if (bytes < bytes_) heap::Discharge(bytes_ - bytes);

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "script/values/conversions.h"
+#include "script/values/effort.h"
 #include "script/values/locale.h"
 
 namespace quarlin::vbs {
@@ -250,6 +251,7 @@ std::u16string TextOfDouble(double value) {
 }
 
 std::optional<double> NumberOfText(std::u16string_view text) {
+  effort::Touch(8 * text.size());
   const auto number = ReadNumber(text);
   if (!number || std::isinf(number->value)) return std::nullopt;
   return number->value;

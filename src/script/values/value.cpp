@@ -50,7 +50,7 @@ TextBody* TextBody::Make(std::u16string_view text, std::size_t capacity) {
   capacity = std::max(capacity, text.size());
   const std::size_t bytes = sizeof(TextBody) + capacity * sizeof(char16_t);
   heap::Charge(bytes);
-  auto* body = new (::operator new(bytes)) TextBody(text.size(), capacity);
+  auto* body = ::new (::operator new(bytes)) TextBody(text.size(), capacity);
   std::copy(text.begin(), text.end(), body->Characters());
   return body;
 }

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "script/values/error.h"
+#include "script/values/heap.h"
 
 namespace quarlin::vbs {
 
@@ -35,7 +36,7 @@ enum class Kind : std::uint8_t {
 };
 
 // What everything shared begins with.
-class Counted {
+class Counted : public heap::Counts {
  public:
   Counted() = default;
   Counted(const Counted&) = delete;

@@ -66,7 +66,7 @@ std::size_t TextUnitsIn(const std::vector<Value>& items) {
   return units;
 }
 
-Value Join(LibraryContext&, Arguments arguments) {
+Value Join(LibraryContext& context, Arguments arguments) {
   const GivenArray array(arguments[0]);
   const Value ordinary = Value::Character(u' ');
   const Value* given = Given(arguments, 1);
@@ -74,16 +74,19 @@ Value Join(LibraryContext&, Arguments arguments) {
   const std::u16string_view between = delimiter.View();
   const std::vector<Value>& items = array.Row();
   Value joined = RoomForText(TextUnitsIn(items) + between.size() * items.size());
+  Pace pace(context.services);
   for (std::size_t place = 0; place < items.size(); ++place) {
     if (place > 0) joined.AppendText(between);
-    joined.AppendText(GivenText(items[place]).View());
+    const GivenText item(items[place]);
+    joined.AppendText(item.View());
+    pace.Done(item.View().size() + 1);
   }
   return joined;
 }
 
 // Each part of `text`, at most `most` of them; the last one has the rest.
 template <class Take>
-void ForEachPart(std::u16string_view text, const SoughtText& delimiter, std::size_t most, Take take) {
+void ForEachPart(std::u16string_view text, SoughtText& delimiter, std::size_t most, Take take) {
   std::size_t from = 0;
   for (std::size_t count = 1; count < most && delimiter.Size() > 0; ++count) {
     const std::size_t end = delimiter.FindIn(text, from);
@@ -95,14 +98,14 @@ void ForEachPart(std::u16string_view text, const SoughtText& delimiter, std::siz
 }
 
 // The parts are counted first, so that the array is made, and its memory accounted for, in one go.
-Value Split(LibraryContext&, Arguments arguments) {
+Value Split(LibraryContext& context, Arguments arguments) {
   const GivenText text(arguments[0]);
   const std::u16string_view units = text.View();
   const Value ordinary = Value::Character(u' ');
   const Value* given = Given(arguments, 1);
   const GivenText between(given == nullptr ? ordinary : *given);
   const std::int32_t limit = ChoiceOr(arguments, 2, -1, -1, std::numeric_limits<std::int32_t>::max());
-  const SoughtText delimiter(between.View(), IgnoresCase(arguments, 3));
+  SoughtText delimiter(between.View(), IgnoresCase(arguments, 3), context.services);
   if (units.empty() || limit == 0) return Value::Array(ArrayBody::Of({}));
 
   const std::size_t most = limit < 0 ? longestText + 1 : static_cast<std::size_t>(limit);
@@ -115,11 +118,11 @@ Value Split(LibraryContext&, Arguments arguments) {
   return Value::Array(parts);
 }
 
-Value Filter(LibraryContext&, Arguments arguments) {
+Value Filter(LibraryContext& context, Arguments arguments) {
   const GivenArray array(arguments[0]);
   const GivenText part(arguments[1]);
   const bool wanted = FlagOr(arguments, 2, true);
-  const SoughtText sought(part.View(), IgnoresCase(arguments, 3));
+  SoughtText sought(part.View(), IgnoresCase(arguments, 3), context.services);
   std::vector<Value> found;
   for (const Value& item : array.Row()) {
     const GivenText text(item);

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
-#include <bit>
-#include <string>
 #include <string_view>
 
 #include "script/values/arguments.h"
 #include "script/vbscript/functions/string_library.h"
 #include "script/vbscript/functions/text_of_units.h"
+#include "script/vbscript/functions/text_search.h"
 
 namespace quarlin::vbs {
 namespace {
@@ -19,17 +18,11 @@ unsigned ByteAt(std::u16string_view text, std::size_t place) {
   return place % bytesInUnit == 0 ? unit & 0xFFU : unit >> bitsInByte;
 }
 
-// The same bytes as the text has in memory.
-std::string_view BytesOf(std::u16string_view text) {
-  static_assert(std::endian::native == std::endian::little);
-  return {reinterpret_cast<const char*>(text.data()), text.size() * bytesInUnit};
-}
-
 // `count` bytes from `from` on, fewer where the text ends.
-Value BytesAsText(std::u16string_view text, std::size_t from, std::size_t count) {
+Value BytesAsText(LibraryContext& context, std::u16string_view text, std::size_t from, std::size_t count) {
   const std::size_t size = text.size() * bytesInUnit;
   const std::size_t end = from + std::min(count, size - from);
-  return TextOfUnits((end - from + 1) / bytesInUnit, [=](std::size_t place) {
+  return TextOfUnits(context.services, (end - from + 1) / bytesInUnit, [=](std::size_t place) {
     const std::size_t low = from + place * bytesInUnit;
     const unsigned high = low + 1 < end ? ByteAt(text, low + 1) : 0;
     return static_cast<char16_t>(ByteAt(text, low) | high << bitsInByte);
@@ -42,12 +35,6 @@ std::size_t ByteCount(const Value& value) {
   return static_cast<std::size_t>(count);
 }
 
-std::u16string LowerCase(std::u16string_view text) {
-  std::u16string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), LowerOf);
-  return lower;
-}
-
 }  // namespace
 
 Value LenB(LibraryContext&, Arguments arguments) {
@@ -56,22 +43,22 @@ Value LenB(LibraryContext&, Arguments arguments) {
   return Value::Long(static_cast<std::int32_t>(text.View().size() * bytesInUnit));
 }
 
-Value LeftB(LibraryContext&, Arguments arguments) {
+Value LeftB(LibraryContext& context, Arguments arguments) {
   const std::size_t count = ByteCount(arguments[1]);
   const GivenText text(arguments[0]);
   if (text.IsNull()) return Value::Null();
-  return BytesAsText(text.View(), 0, count);
+  return BytesAsText(context, text.View(), 0, count);
 }
 
-Value RightB(LibraryContext&, Arguments arguments) {
+Value RightB(LibraryContext& context, Arguments arguments) {
   const std::size_t count = ByteCount(arguments[1]);
   const GivenText text(arguments[0]);
   if (text.IsNull()) return Value::Null();
   const std::size_t size = text.View().size() * bytesInUnit;
-  return BytesAsText(text.View(), size - std::min(count, size), count);
+  return BytesAsText(context, text.View(), size - std::min(count, size), count);
 }
 
-Value MidB(LibraryContext&, Arguments arguments) {
+Value MidB(LibraryContext& context, Arguments arguments) {
   const std::int32_t start = CountOf(arguments[1]);
   const Value* given = Given(arguments, 2);
   const std::size_t count = given == nullptr ? longestText * bytesInUnit : ByteCount(*given);
@@ -79,10 +66,10 @@ Value MidB(LibraryContext&, Arguments arguments) {
   const GivenText text(arguments[0]);
   if (text.IsNull()) return Value::Null();
   const std::size_t size = text.View().size() * bytesInUnit;
-  return BytesAsText(text.View(), std::min(static_cast<std::size_t>(start) - 1, size), count);
+  return BytesAsText(context, text.View(), std::min(static_cast<std::size_t>(start) - 1, size), count);
 }
 
-Value InStrB(LibraryContext&, Arguments arguments) {
+Value InStrB(LibraryContext& context, Arguments arguments) {
   const std::size_t texts = arguments.size() > 2 ? 1 : 0;
   const std::int32_t start = texts == 0 ? 1 : CountOr(arguments, 0, 1);
   const bool ignoreCase = IgnoresCase(arguments, 3);
@@ -90,13 +77,11 @@ Value InStrB(LibraryContext&, Arguments arguments) {
   const GivenText where(arguments[texts]);
   const GivenText what(arguments[texts + 1]);
   if (where.IsNull() || what.IsNull()) return Value::Null();
-  const std::u16string lowerWhere = ignoreCase ? LowerCase(where.View()) : std::u16string();
-  const std::u16string lowerWhat = ignoreCase ? LowerCase(what.View()) : std::u16string();
-  const std::string_view searched = BytesOf(ignoreCase ? lowerWhere : where.View());
-  const std::string_view sought = BytesOf(ignoreCase ? lowerWhat : what.View());
   const auto from = static_cast<std::size_t>(start) - 1;
-  const std::size_t found = from >= searched.size() ? std::string_view::npos : searched.find(sought, from);
-  return Value::Long(found == std::string_view::npos ? 0 : static_cast<std::int32_t>(found) + 1);
+  if (from >= where.View().size() * bytesInUnit) return Value::Long(0);
+  if (what.View().empty()) return Value::Long(start);
+  const std::size_t found = FindBytes(where.View(), what.View(), from, ignoreCase, context.services);
+  return Value::Long(found == SoughtText::nowhere ? 0 : static_cast<std::int32_t>(found) + 1);
 }
 
 }  // namespace quarlin::vbs

@@ -70,11 +70,13 @@ std::optional<Escaped> EscapeIn(std::u16string_view text) {
 
 }  // namespace
 
-Value Escape(LibraryContext&, Arguments arguments) {
+Value Escape(LibraryContext& context, Arguments arguments) {
   const GivenText text(arguments[0]);
   if (text.IsNull()) return Value::Null();
   Value result = RoomForText(text.View().size());
+  Pace pace(context.services);
   for (const char16_t& unit : text.View()) {
+    pace.Done(1);
     if (StaysAsItIs(unit)) {
       result.AppendText({&unit, 1});
     } else {
@@ -84,12 +86,14 @@ Value Escape(LibraryContext&, Arguments arguments) {
   return result;
 }
 
-Value Unescape(LibraryContext&, Arguments arguments) {
+Value Unescape(LibraryContext& context, Arguments arguments) {
   const GivenText text(arguments[0]);
   if (text.IsNull()) return Value::Null();
   std::u16string_view rest = text.View();
   Value result = RoomForText(rest.size());
+  Pace pace(context.services);
   while (!rest.empty()) {
+    pace.Done(1);
     const Escaped next = EscapeIn(rest).value_or(Escaped{rest.front(), 1});
     result.AppendText({&next.unit, 1});
     rest.remove_prefix(next.length);

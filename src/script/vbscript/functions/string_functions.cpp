@@ -53,14 +53,23 @@ Value Len(LibraryContext&, Arguments arguments) {
 
 // A text that has no letter to change is handed back as it is.
 template <char16_t (*changed)(char16_t)>
-Value InCase(LibraryContext&, Arguments arguments) {
+Value InCase(LibraryContext& context, Arguments arguments) {
   const GivenText text(arguments[0]);
   if (text.IsNull()) return Value::Null();
   const std::u16string_view units = text.View();
-  if (std::all_of(units.begin(), units.end(), [](char16_t unit) { return changed(unit) == unit; })) {
-    return text.Part(0, units.size());
+  Pace pace(context.services);
+  std::size_t same = 0;
+  for (std::u16string_view rest = units; !rest.empty(); rest = units.substr(same)) {
+    const std::u16string_view piece = rest.substr(0, Pace::piece);
+    const auto stays = [](char16_t unit) { return changed(unit) == unit; };
+    const auto first = std::find_if_not(piece.begin(), piece.end(), stays);
+    same += static_cast<std::size_t>(first - piece.begin());
+    if (first != piece.end()) break;
+    pace.Done(piece.size());
   }
-  return TextOfUnits(units.size(), [=](std::size_t place) { return changed(units[place]); });
+  if (same == units.size()) return text.Part(0, same);
+  return TextOfUnits(context.services, units.size(),
+                     [=](std::size_t place) { return changed(units[place]); });
 }
 
 // Blanks only: a CR LF or a tab at the end of an answer is part of it.
@@ -80,12 +89,12 @@ Value Trimmed(LibraryContext&, Arguments arguments) {
   return text.Part(from, end - from);
 }
 
-Value Space(LibraryContext&, Arguments arguments) {
-  return TextOfUnits(LengthFrom(arguments[0]), [](std::size_t) { return blank; });
+Value Space(LibraryContext& context, Arguments arguments) {
+  return TextOfUnits(context.services, LengthFrom(arguments[0]), [](std::size_t) { return blank; });
 }
 
 // The character is the first of a text, or the code of one modulo 256.
-Value String(LibraryContext&, Arguments arguments) {
+Value String(LibraryContext& context, Arguments arguments) {
   const std::size_t length = LengthFrom(arguments[0]);
   const Value character = Plain(arguments[1]);
   if (character.IsNull()) return Value::Null();
@@ -96,22 +105,38 @@ Value String(LibraryContext&, Arguments arguments) {
   } else {
     unit = static_cast<char16_t>(static_cast<std::uint32_t>(CountOf(character)) & 0xFFU);
   }
-  return TextOfUnits(length, [unit](std::size_t) { return unit; });
+  return TextOfUnits(context.services, length, [unit](std::size_t) { return unit; });
 }
 
-Value StrComp(LibraryContext&, Arguments arguments) {
+int CompareInPieces(LibraryContext& context, std::u16string_view left, std::u16string_view right,
+                    bool ignoreCase) {
+  Pace pace(context.services);
+  for (;;) {
+    const std::size_t piece = std::min({left.size(), right.size(), Pace::piece});
+    const bool last = piece < Pace::piece;
+    const int order = last ? CompareText(left, right, ignoreCase)
+                           : CompareText(left.substr(0, piece), right.substr(0, piece), ignoreCase);
+    if (last || order != 0) return order;
+    left.remove_prefix(piece);
+    right.remove_prefix(piece);
+    pace.Done(piece);
+  }
+}
+
+Value StrComp(LibraryContext& context, Arguments arguments) {
   const bool ignoreCase = IgnoresCase(arguments, 2);
   const GivenText left(arguments[0]);
   const GivenText right(arguments[1]);
   if (left.IsNull() || right.IsNull()) return Value::Null();
-  const int order = CompareText(left.View(), right.View(), ignoreCase);
+  const int order = CompareInPieces(context, left.View(), right.View(), ignoreCase);
   return Value::Integer(static_cast<std::int16_t>((order > 0) - (order < 0)));
 }
 
-Value StrReverse(LibraryContext&, Arguments arguments) {
+Value StrReverse(LibraryContext& context, Arguments arguments) {
   const GivenText text(arguments[0]);
   const std::u16string_view units = text.View();
-  return TextOfUnits(units.size(), [=](std::size_t place) { return units[units.size() - 1 - place]; });
+  return TextOfUnits(context.services, units.size(),
+                     [=](std::size_t place) { return units[units.size() - 1 - place]; });
 }
 
 constexpr auto functions = std::to_array<Builtin>({

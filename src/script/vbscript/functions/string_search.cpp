@@ -26,7 +26,7 @@ std::optional<std::size_t> CountUnlessAll(Arguments arguments, std::size_t index
 }  // namespace
 
 // With three arguments or more the first is the start.
-Value InStr(LibraryContext&, Arguments arguments) {
+Value InStr(LibraryContext& context, Arguments arguments) {
   const std::size_t texts = arguments.size() > 2 ? 1 : 0;
   const std::int32_t start = texts == 0 ? 1 : CountOr(arguments, 0, 1);
   const bool ignoreCase = IgnoresCase(arguments, 3);
@@ -36,11 +36,11 @@ Value InStr(LibraryContext&, Arguments arguments) {
   if (where.IsNull() || what.IsNull()) return Value::Null();
   const auto from = static_cast<std::size_t>(start) - 1;
   if (from >= where.View().size()) return Value::Long(0);
-  return PlaceValue(SoughtText(what.View(), ignoreCase).FindIn(where.View(), from));
+  return PlaceValue(SoughtText(what.View(), ignoreCase, context.services).FindIn(where.View(), from));
 }
 
 // What is found must end at the start or before it.
-Value InStrRev(LibraryContext&, Arguments arguments) {
+Value InStrRev(LibraryContext& context, Arguments arguments) {
   constexpr std::int32_t atTheEnd = -1;
   const GivenText where(arguments[0]);
   const GivenText what(arguments[1]);
@@ -48,7 +48,7 @@ Value InStrRev(LibraryContext&, Arguments arguments) {
   const bool ignoreCase = IgnoresCase(arguments, 3);
   if (start < 1 && start != atTheEnd) throw ScriptError(invalidCall);
   const std::u16string_view text = where.View();
-  const SoughtText sought(what.View(), ignoreCase);
+  SoughtText sought(what.View(), ignoreCase, context.services);
   const std::size_t end = start == atTheEnd ? text.size() : static_cast<std::size_t>(start);
   if (text.empty() || end > text.size()) return Value::Long(0);
   if (sought.Size() == 0) return Value::Long(static_cast<std::int32_t>(end));
@@ -56,13 +56,13 @@ Value InStrRev(LibraryContext&, Arguments arguments) {
 }
 
 // What stands before the start is dropped from the result.
-Value Replace(LibraryContext&, Arguments arguments) {
+Value Replace(LibraryContext& context, Arguments arguments) {
   const GivenText text(arguments[0]);
   const GivenText what(arguments[1]);
   const GivenText with(arguments[2]);
   const std::int32_t start = CountOr(arguments, 3, 1);
   const auto count = CountUnlessAll(arguments, 4);
-  const SoughtText sought(what.View(), IgnoresCase(arguments, 5));
+  SoughtText sought(what.View(), IgnoresCase(arguments, 5), context.services);
   const std::u16string_view replacement = with.View();
   if (start < 1) throw ScriptError(invalidCall);
 

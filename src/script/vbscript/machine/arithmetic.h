@@ -2,9 +2,12 @@
 // The commonest pairs of numbers, done on the spot; false leaves the rest to Apply.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <string_view>
 
+#include "script/values/effort.h"
 #include "script/values/operators.h"
 #include "script/values/value.h"
 
@@ -70,7 +73,10 @@ int QuickCompare(const Value& left, const Value& right, Compare compare) {
     if (right.Is(Kind::Double)) return compare(left.AsReal(), right.AsReal());
     if (IsWholeNumber(right)) return compare(left.AsReal(), static_cast<double>(right.AsWhole()));
   } else if (left.IsString() && right.IsString()) {
-    return compare(left.AsText().compare(right.AsText()), 0);
+    const std::u16string_view one = left.AsText();
+    const std::u16string_view other = right.AsText();
+    effort::Touch(std::min(one.size(), other.size()));
+    return compare(one.compare(other), 0);
   }
   return -1;
 }

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "script/values/conversions.h"
-#include "script/values/heap.h"
+#include "script/values/effort.h"
 #include "script/values/indexing.h"
 #include "script/vbscript/machine/machine_calls.h"
 #include "script/vbscript/machine/machine_debugging.h"
@@ -14,20 +14,9 @@ namespace quarlin::vbs {
 namespace {
 
 constexpr int deepestNesting = 120;  // runs of the loop within each other
-constexpr std::uint32_t stepsPerLook = 5000;
+constexpr std::int64_t stepsPerLook = 5000;
 constexpr std::size_t registersPerCall = 100;  // on the average; many calls of small procedures fit
 constexpr std::size_t mostGlobals = std::size_t{1} << 16;
-
-std::u16string LineOf(std::u16string_view source, int line) {
-  std::size_t begin = 0;
-  for (int number = 1; number < line; ++number) {
-    const std::size_t end = source.find_first_of(u"\r\n", begin);
-    if (end == std::u16string_view::npos) return {};
-    begin = end + (source.substr(end, 2) == u"\r\n" ? 2 : 1);
-  }
-  const std::u16string_view rest = source.substr(std::min(begin, source.size()));
-  return std::u16string(rest.substr(0, rest.find_first_of(u"\r\n")));
-}
 
 // Where Resume Next goes on: the next statement, or the end of the procedure.
 const Instruction* NextStatement(const Code& code, const Instruction* failed) {
@@ -89,8 +78,8 @@ Machine::Machine(Services& services, EngineLimits limits)
       link_(new MachineLink),
       err_(new ErrObject),
       stack_(limits.callDepth * registersPerCall),
-      frames_(limits.callDepth),
-      untilLook_(stepsPerLook) {
+      frames_(limits.callDepth) {
+  effort::Begin(stepsPerLook);
   link_->machine = this;
   globals_.reserve(mostGlobals);
   symbols_.AddObject(u"Err", Value::Object(err_.Get()), false);
@@ -318,11 +307,15 @@ bool Machine::Recover(ScriptError& error, std::size_t entry) {
 
 namespace {
 
+constexpr std::size_t longestQuote = 200;
+
 // What was wrong with the operands of an operator, as a report quotes it.
 std::u16string Quoted(const Value& left, const Value& right) {
   for (const Value* value : {&left, &right}) {
-    if (value->IsString() && !IsNumeric(*value))
-      return u"[string: \"" + std::u16string(value->AsText()) + u"\"]";
+    if (!value->IsString() || IsNumeric(*value)) continue;
+    const std::u16string_view text = value->AsText();
+    return u"[string: \"" + std::u16string(text.substr(0, longestQuote)) +
+           (text.size() > longestQuote ? u"..." : u"") + u"\"]";
   }
   return {};
 }
@@ -336,7 +329,7 @@ void Machine::Explain(ScriptError& error) const {
   const Code& code = *frame.code;
   const Mark* mark = MarkBefore(code, static_cast<std::size_t>(frame.instruction - code.instructions.data()));
   if (mark != nullptr) error.position = mark->at;
-  error.line = LineOf(*code.source, error.position.line);
+  error.script = code.source;
   Instruction failed = *frame.instruction;
   failed.op = OperationAt(code, *frame.instruction);
   if (!error.culprit.empty()) return;
@@ -363,8 +356,8 @@ void Machine::Explain(ScriptError& error) const {
 }
 
 void Machine::LookAround() {
-  untilLook_ = stepsPerLook;
-  steps_ += stepsPerLook;
+  steps_ += static_cast<std::uint64_t>(stepsPerLook - effort::StepsLeft());
+  effort::Begin(stepsPerLook);
   if (debugging_) debugging_->CountLook();
   const bool tooLong = limits_.steps != 0 && steps_ > limits_.steps;
   if (!tooLong && services_.MayGoOn()) return;

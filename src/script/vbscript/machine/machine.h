@@ -176,8 +176,7 @@ class Machine {
   std::vector<std::shared_ptr<const Code>> kept_;  // code that may still be on the stack
   RegisterStack stack_;
   FrameStack frames_;
-  int nesting_ = 0;          // runs of the loop within each other
-  std::uint32_t untilLook_;  // backward jumps and calls until the script's right to run is looked at
+  int nesting_ = 0;  // runs of the loop within each other
   std::uint64_t steps_ = 0;
   std::shared_ptr<const std::u16string> script_;  // the text that was added last
   std::unique_ptr<Debugging> debugging_;          // null while nobody follows

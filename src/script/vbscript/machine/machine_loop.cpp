@@ -8,6 +8,7 @@
 #include "script/values/array.h"
 #include "script/values/comparison.h"
 #include "script/values/conversions.h"
+#include "script/values/effort.h"
 #include "script/values/indexing.h"
 #include "script/vbscript/machine/arithmetic.h"
 #include "script/vbscript/machine/for_loop.h"
@@ -162,11 +163,11 @@ Value Machine::Loop(std::size_t entry) {
     frame = &frames_.Back();
     at = frame->instruction;
     place.Switch(*frame, globals_);
-    if (--untilLook_ == 0) LookAround();
+    if (effort::Step()) LookAround();
   };
   const auto jumpBack = [&](std::uint32_t target) {
     at = frame->code->instructions.data() + target;
-    if (--untilLook_ == 0) LookAround();
+    if (effort::Step()) LookAround();
   };
   const auto jump = [&](std::uint32_t target) { at = frame->code->instructions.data() + target; };
   Instruction stopped{};

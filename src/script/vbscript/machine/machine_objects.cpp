@@ -5,6 +5,7 @@
 #include "script/library/create_object.h"
 #include "script/values/array.h"
 #include "script/values/conversions.h"
+#include "script/values/effort.h"
 #include "script/values/indexing.h"
 #include "script/vbscript/machine/machine_calls.h"
 #include "script/vbscript/syntax/parser.h"
@@ -64,6 +65,7 @@ bool Machine::GetMember(const Value& target, const Site& site, Value* arguments,
   Instance* instance = object->AsInstance();
   if (instance == nullptr) {
     Follow(arguments, count);
+    effort::Spend(effort::stepsOfHostCall);
     direct = object->Invoke(number, {arguments, count});
     return false;
   }
@@ -93,6 +95,7 @@ bool Machine::PutMember(const Value& target, const Site& site, Value* indices, s
   Instance* instance = object->AsInstance();
   if (instance == nullptr) {
     Follow(indices, count);
+    effort::Spend(effort::stepsOfHostCall);
     object->Put(number, {indices, count}, Value(value), kind);  // a copy: it may run code that moves ours
     return false;
   }
