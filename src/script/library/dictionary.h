@@ -12,9 +12,9 @@
 
 namespace quarlin::vbs {
 
-class Dictionary final : public TableObject<Dictionary>, public Holder {
+class Dictionary final : public TableObject<Dictionary, Holder> {
  public:
-  explicit Dictionary(Holders* list) : Holder(list) {}
+  explicit Dictionary(Holders* list) : TableObject(list) {}
   static std::span<const Member<Dictionary>> Members();
   std::u16string_view TypeName() const override { return u"Dictionary"; }
 
@@ -26,9 +26,10 @@ class Dictionary final : public TableObject<Dictionary>, public Holder {
 
   KeyTable& Table() { return table_; }
 
+  void ShowHeld(HeldValues& values) override {
+    table_.ForEach([&](const Value& value) { values.See(value); });
+  }
   void LetGo() override { table_.Clear(); }
-  void KeepAlive() override { AddReference(); }
-  void Release() override { RemoveReference(); }
 
  private:
   KeyTable table_;

@@ -41,6 +41,16 @@ class KeyTable {
   // entry's key.
   void Rename(const Value& from, const Value& to);
 
+  // Calls `see` with every key and every item.
+  template <class See>
+  void ForEach(See see) const {
+    for (const Entry& entry : entries_) {
+      if (!entry.live) continue;
+      see(entry.key);
+      see(entry.item);
+    }
+  }
+
   // In their order.
   std::vector<Value> Keys() const;
   std::vector<Value> Items() const;

@@ -121,6 +121,7 @@ std::span<const Member<RegExp>> RegExp::Members() {
 
 void RegExp::SetPattern(std::u16string pattern) {
   if (pattern == pattern_) return;
+  share_.Resize(pattern.size() * sizeof(char16_t));
   pattern_ = std::move(pattern);
   compiled_ = nullptr;
 }

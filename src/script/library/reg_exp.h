@@ -9,6 +9,7 @@
 
 #include "script/library/reg_exp_search.h"
 #include "script/values/dispatch.h"
+#include "script/values/heap_share.h"
 #include "script/values/services.h"
 
 namespace quarlin::vbs {
@@ -43,6 +44,7 @@ class RegExp final : public TableObject<RegExp> {
   std::u16string pattern_;
   CompiledPattern::Flags flags_;
   bool global_ = false;
+  HeapShare share_;                                  // of the pattern
   std::shared_ptr<const CompiledPattern> compiled_;  // none: to be compiled
 };
 

@@ -62,8 +62,7 @@ class SubMatches final : public TableObject<SubMatches> {
 
 class Match final : public TableObject<Match> {
  public:
-  Match(Ref<MatchList> list, std::size_t match)
-      : list_(std::move(list)), match_(match), share_(sizeof(Match)) {}
+  Match(Ref<MatchList> list, std::size_t match) : list_(std::move(list)), match_(match) {}
   static std::span<const Member<Match>> Members();
   std::u16string_view TypeName() const override { return u"IMatch2"; }
 
@@ -75,7 +74,6 @@ class Match final : public TableObject<Match> {
  private:
   Ref<MatchList> list_;
   std::size_t match_;
-  HeapShare share_;
 };
 
 class MatchCollection final : public TableObject<MatchCollection> {

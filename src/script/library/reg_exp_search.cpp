@@ -82,6 +82,11 @@ CompiledPattern::CompiledPattern(std::u16string_view pattern, Flags flags) {
   if (code == nullptr) throw ScriptError(regExpSyntax);
   pcre2_jit_compile(code.get(), PCRE2_JIT_COMPLETE);  // without it the search is slower and no worse
   pcre2_pattern_info(code.get(), PCRE2_INFO_CAPTURECOUNT, &groups_);
+  std::size_t compiled = 0;
+  std::size_t machineCode = 0;
+  pcre2_pattern_info(code.get(), PCRE2_INFO_SIZE, &compiled);
+  pcre2_pattern_info(code.get(), PCRE2_INFO_JITSIZE, &machineCode);
+  share_.Resize(compiled + machineCode);
   code_ = std::make_unique<Code>(Code{std::move(code)});
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "script/values/heap_share.h"
 #include "script/values/services.h"
 
 namespace quarlin::vbs {
@@ -31,6 +32,7 @@ class CompiledPattern {
   struct Code;
   std::unique_ptr<Code> code_;
   std::uint32_t groups_ = 0;
+  HeapShare share_;
 };
 
 // One text being searched, which must outlive the search.

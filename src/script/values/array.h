@@ -29,6 +29,13 @@ class ArrayBody final : public Counted {
   // Changes the last bound and keeps the items; error 9 when anything else would change.
   void Preserve(std::span<const std::int32_t> upperBounds);
 
+  // For those who look for circles of objects, and empty beside that: see holders.cpp.
+  struct Scan {
+    std::uint32_t explained = 0;
+    bool suspected = false;
+  };
+  Scan& ScanState() { return scan_; }
+
   std::vector<Value>& Items() { return items_; }
   const std::vector<Value>& Items() const { return items_; }
 
@@ -39,6 +46,7 @@ class ArrayBody final : public Counted {
   std::vector<std::int32_t> bounds_;
   std::vector<Value> items_;
   std::size_t charged_ = 0;
+  Scan scan_;
   bool fixed_;
 };
 

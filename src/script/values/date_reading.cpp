@@ -5,6 +5,7 @@
 
 #include "script/values/conversions.h"
 #include "script/values/dispatch.h"
+#include "script/values/effort.h"
 #include "script/values/locale.h"
 
 namespace quarlin::vbs {
@@ -274,6 +275,7 @@ std::optional<double> DateOfText(std::u16string_view text, std::optional<int> th
 
 std::optional<double> DateOfText(std::u16string_view text, std::optional<int> thisYear,
                                  const Locale& locale) {
+  effort::Touch(8 * text.size());
   return DateReader(text, thisYear, locale).Read();
 }
 

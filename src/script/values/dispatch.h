@@ -35,6 +35,7 @@ class Enumerator {
   virtual std::optional<Value> Next() = 0;
 };
 
+class Holder;
 class Instance;
 
 class Dispatch : public Counted {
@@ -70,6 +71,9 @@ class Dispatch : public Counted {
   // The object as one of a script's own classes, whose procedures the machine runs itself; null for others.
   virtual Instance* AsInstance() { return nullptr; }
 
+  // The object as one that holds values, see holders.h; null for others.
+  virtual Holder* AsHolder() { return nullptr; }
+
   // The names of the members, for listings; the default member stands under its own name.
   virtual std::vector<std::u16string> MemberNames() { return {}; }
 };
@@ -99,9 +103,11 @@ bool SameName(std::u16string_view left, std::u16string_view right);
 
 // An object whose members stand in `Self::Members()`, a static table of Member<Self>; the numbers are the
 // rows from 1 on.
-template <class Self>
-class TableObject : public Dispatch {
+template <class Self, class Base = Dispatch>
+class TableObject : public Base {
  public:
+  using Base::Base;
+  using Base::defaultMember;
   std::optional<int> Find(std::u16string_view name) override {
     int number = 1;
     for (const Member<Self>& member : Self::Members()) {

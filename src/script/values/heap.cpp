@@ -26,11 +26,20 @@ std::size_t InUse() {
   return inUse;
 }
 
+namespace {
+
 // Memory is written when it was taken, and looked through before it is given back.
-void Charge(std::size_t bytes) {
-  if (bytes > limit || inUse > limit - bytes) throw ScriptError(outOfMemory);
+void Take(std::size_t bytes, std::size_t most) {
+  if (bytes > most || inUse > most - bytes) throw ScriptError(outOfMemory);
   inUse += bytes;
   effort::Touch(bytes);
+}
+
+}  // namespace
+
+void Charge(std::size_t bytes) {
+  constexpr std::size_t shareForObjects = 64;
+  Take(bytes, limit - limit / shareForObjects);
 }
 
 void Discharge(std::size_t bytes) noexcept {
@@ -39,7 +48,7 @@ void Discharge(std::size_t bytes) noexcept {
 }
 
 void* Counts::operator new(std::size_t bytes) {
-  Charge(bytes + overhead);
+  Take(bytes + overhead, limit);
   try {
     return ::operator new(bytes);
   } catch (...) {
@@ -49,7 +58,7 @@ void* Counts::operator new(std::size_t bytes) {
 }
 
 void Counts::operator delete(void* memory, std::size_t bytes) noexcept {
-  ::operator delete(memory, bytes);
+  ::operator delete(memory);
   Discharge(bytes + overhead);
 }
 

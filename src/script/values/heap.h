@@ -20,7 +20,8 @@ void Discharge(std::size_t bytes) noexcept;
 // What every object on the heap takes beside itself.
 inline constexpr std::size_t overhead = 16;
 
-// A base for what a script can make: its own memory is counted as it comes and goes.
+// A base for what a script can make: its own memory is counted as it comes and goes. A little of the limit
+// is left for it when what it holds has taken all the rest: who clears a table makes an object for that.
 struct Counts {
   static void* operator new(std::size_t bytes);
   static void operator delete(void* memory, std::size_t bytes) noexcept;

@@ -105,7 +105,19 @@ void Assembler::ClearHeldObjects() {
   holding_.clear();
 }
 
+namespace {
+
+template <class Item>
+std::size_t BytesOf(const std::vector<Item>& items) {
+  return items.capacity() * sizeof(Item);
+}
+
+}  // namespace
+
 std::shared_ptr<Code> Assembler::Finish() {
+  code_->share.Resize(sizeof(Code) + BytesOf(code_->instructions) + BytesOf(code_->constants) +
+                      BytesOf(code_->sites) + BytesOf(code_->marks) + BytesOf(code_->names) +
+                      BytesOf(code_->imports));
   return std::move(code_);
 }
 

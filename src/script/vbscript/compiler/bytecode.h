@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "script/values/heap_share.h"
 #include "script/values/operators.h"
 #include "script/values/value.h"
 #include "script/vbscript/syntax/ast.h"
@@ -173,6 +174,7 @@ struct Code {
   std::uint32_t registers = 0;
   std::uint32_t result = 0;  // the register that holds the function's value at the end
   std::shared_ptr<const std::u16string> source;
+  HeapShare share;  // of what is above
 };
 
 // Without regard to case, as the names of the language are; for keys.

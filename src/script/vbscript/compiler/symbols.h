@@ -66,6 +66,7 @@ struct ClassMember {
 };
 
 struct ClassInfo {
+  const void* shape = nullptr;  // see Dispatch::Shape
   std::u16string name;
   std::vector<ClassMember> members;
   std::unordered_map<std::u16string, int> numbers;  // folded name to place in members
@@ -77,6 +78,7 @@ struct ClassInfo {
   int defaultMember = ClassMember::none;
   int initialize = ClassMember::none;  // procedure slots
   int terminate = ClassMember::none;
+  HeapShare share;  // of all this
 
   const ClassMember* Find(const std::u16string& folded) const;
 };
@@ -108,6 +110,7 @@ class Symbols {
 
   void AddObject(std::u16string_view name, Value object, bool membersAreGlobal);
 
+  std::size_t Count() const { return declared_.size() + classes_.size(); }  // of names that scripts declared
   std::size_t VariableCount() const { return variables_; }
   template <class Call>
   void EachVariable(Call call) const {  // with its folded name and its place, in no order

@@ -10,7 +10,11 @@
 
 namespace quarlin::vbs {
 Instance::Instance(std::shared_ptr<const ClassInfo> info, Ref<MachineLink> link, Holders* list)
-    : Holder(list), info_(std::move(info)), link_(std::move(link)), fields_(info_->fields.size()) {
+    : Holder(list),
+      info_(std::move(info)),
+      link_(std::move(link)),
+      share_(info_->fields.size() * sizeof(Value)),
+      fields_(info_->fields.size()) {
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     const ClassInfo::Field& field = info_->fields[i];
     if (field.isArray) fields_[i] = Value::Array(ArrayBody::Make(field.bounds, !field.bounds.empty()));
@@ -54,15 +58,17 @@ void Instance::Put(int number, Arguments indices, const Value& value, PutKind ki
   TheMachine().PutInto(*this, PublicMember(number), indices, value, kind);
 }
 
+bool Instance::Finish() noexcept {
+  if (std::exchange(terminated_, true) || link_->machine == nullptr) return false;
+  if (info_->terminate == ClassMember::none) return false;
+  link_->machine->RunTerminate(*this);
+  return true;
+}
+
 void Instance::LastReferenceGone() noexcept {
-  if (!std::exchange(terminated_, true) && link_->machine != nullptr &&
-      info_->terminate != ClassMember::none) {
-    AddReference();
-    link_->machine->RunTerminate(*this);
-    RemoveReference();
-    return;
-  }
-  delete this;
+  AddReference();
+  if (Finish()) return RemoveReference();  // the object may have been stored somewhere
+  Holder::LastReferenceGone();
 }
 
 Value ProcedureReference::Invoke(int, Arguments arguments) {

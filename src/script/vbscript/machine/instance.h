@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "script/values/dispatch.h"
+#include "script/values/heap_share.h"
 #include "script/values/holders.h"
 #include "script/vbscript/compiler/symbols.h"
 
@@ -19,7 +20,7 @@ struct MachineLink : Counted {
   Machine* machine = nullptr;
 };
 
-class Instance final : public Dispatch, public Holder {
+class Instance final : public Holder {
  public:
   Instance(std::shared_ptr<const ClassInfo> info, Ref<MachineLink> link, Holders* list);
 
@@ -29,8 +30,10 @@ class Instance final : public Dispatch, public Holder {
   void LetGo() override {
     for (Value& field : fields_) field = Value();
   }
-  void KeepAlive() override { AddReference(); }
-  void Release() override { RemoveReference(); }
+  void ShowHeld(HeldValues& values) override {
+    for (const Value& field : fields_) values.See(field);
+  }
+  bool Finish() noexcept override;
 
   // The number of a member as the rest of the world counts: 1 and on, 0 for the default member.
   static int NumberOf(int index) { return index + 1; }
@@ -39,7 +42,7 @@ class Instance final : public Dispatch, public Holder {
   Instance* AsInstance() override { return this; }
   std::u16string_view TypeName() const override { return info_->name; }
   std::optional<int> Find(std::u16string_view name) override;
-  const void* Shape() const override { return info_.get(); }
+  const void* Shape() const override { return info_->shape; }
   MemberKind KindOf(int member) override;
   Value Invoke(int member, Arguments arguments) override;
   void Put(int member, Arguments indices, const Value& value, PutKind kind) override;
@@ -52,6 +55,7 @@ class Instance final : public Dispatch, public Holder {
 
   std::shared_ptr<const ClassInfo> info_;
   Ref<MachineLink> link_;
+  HeapShare share_;  // of the fields
   std::vector<Value> fields_;
   bool terminated_ = false;
 };

@@ -17,6 +17,7 @@ constexpr int deepestNesting = 120;  // runs of the loop within each other
 constexpr std::int64_t stepsPerLook = 5000;
 constexpr std::size_t registersPerCall = 100;  // on the average; many calls of small procedures fit
 constexpr std::size_t mostGlobals = std::size_t{1} << 16;
+constexpr std::size_t bytesPerName = 160;  // what the tables take for it, about
 
 // Where Resume Next goes on: the next statement, or the end of the procedure.
 const Instruction* NextStatement(const Code& code, const Instruction* failed) {
@@ -97,7 +98,7 @@ void Machine::AddObject(std::u16string_view name, const ObjectRef& object, bool 
 }
 
 void Machine::AddCode(std::u16string_view source) {
-  script_ = std::make_shared<const std::u16string>(source);
+  script_ = SourceOf(source);
   RunText(script_);
 }
 
@@ -108,7 +109,6 @@ Value Machine::RunText(std::shared_ptr<const std::u16string> source) {
   unit->optionExplicit = program.optionExplicit;
   Declare(program, unit);
   const auto code = CompileTopLevel(symbols_, *unit, program);
-  if (symbols_.VariableCount() > mostGlobals) throw ScriptError(outOfMemory);
   MakeGlobals();
   return RunCode(*code, nullptr);
 }
@@ -116,6 +116,7 @@ Value Machine::RunText(std::shared_ptr<const std::u16string> source) {
 // The places of new names. Procedures that took one for a variable of their own are compiled anew.
 void Machine::MakeGlobals() {
   if (globals_.size() == symbols_.VariableCount()) return;
+  if (symbols_.VariableCount() > mostGlobals) throw ScriptError(outOfMemory);
   globals_.resize(symbols_.VariableCount(), Value::Untouched());
   for (ProcedureSlot& slot : slots_) {
     if (!slot.code) continue;
@@ -124,13 +125,14 @@ void Machine::MakeGlobals() {
                      [this](const auto& name) { return symbols_.FindDeclared(name) != nullptr; })) {
       continue;
     }
-    kept_.push_back(std::move(slot.code));
+    Keep(std::move(slot.code));
   }
 }
 
 void Machine::Declare(ast::Program& program, const std::shared_ptr<const Unit>& unit) {
   for (ast::Procedure& procedure : program.procedures) DeclareProcedure(std::move(procedure), unit);
   for (ast::Class& tree : program.classes) DeclareClass(tree, unit);
+  declared_.Resize(slots_.size() * sizeof(ProcedureSlot) + symbols_.Count() * bytesPerName);
 }
 
 namespace {
@@ -153,7 +155,7 @@ void Machine::DeclareProcedure(ast::Procedure procedure, const std::shared_ptr<c
   ProcedureSlot made = SlotOf(std::move(procedure), unit, nullptr);
   if (known != nullptr && known->kind == SymbolKind::Procedure) {
     ProcedureSlot& slot = slots_[known->number];
-    if (slot.code) kept_.push_back(slot.code);
+    if (slot.code) Keep(slot.code);
     slot = std::move(made);
     return;
   }
@@ -161,8 +163,20 @@ void Machine::DeclareProcedure(ast::Procedure procedure, const std::shared_ptr<c
   slots_.push_back(std::move(made));
 }
 
+namespace {
+
+// Tells a class from all others for ever, also from one that had its memory before. Odd, so that it is
+// the address of nothing.
+const void* NewShape() {
+  static std::uintptr_t last = 1;
+  return reinterpret_cast<const void*>(last += 2);
+}
+
+}  // namespace
+
 void Machine::DeclareClass(ast::Class& tree, const std::shared_ptr<const Unit>& unit) {
   auto info = std::make_shared<ClassInfo>();
+  info->shape = NewShape();
   info->name = tree.name;
   const auto member = [&](const std::u16string& name) -> ClassMember& {
     const auto [place, isNew] =
@@ -186,15 +200,21 @@ void Machine::DeclareClass(ast::Class& tree, const std::shared_ptr<const Unit>& 
     ClassMember& made = member(procedure.name);
     made.isPrivate = procedure.isPrivate;
     if (procedure.isDefault) info->defaultMember = info->numbers[folded];
-    const int slot = static_cast<int>(slots_.size());
-    slots_.push_back(SlotOf(std::move(procedure), unit, info.get()));
+    const auto slot = static_cast<int>(FreeSlot());
+    slots_[static_cast<std::size_t>(slot)] = SlotOf(std::move(procedure), unit, info.get());
     (kind == ast::ProcedureKind::PropertyLet   ? made.let
      : kind == ast::ProcedureKind::PropertySet ? made.set
                                                : made.get) = slot;
     if (folded == u"class_initialize") info->initialize = slot;
     if (folded == u"class_terminate") info->terminate = slot;
   }
-  symbols_.DeclareClass(Folded(tree.name), classes_.size());
+  info->share.Resize(sizeof(ClassInfo) + info->members.size() * (sizeof(ClassMember) + bytesPerName));
+  const std::u16string folded = Folded(tree.name);
+  if (const auto known = symbols_.FindClass(folded)) {
+    Retire(std::exchange(classes_[*known], std::move(info)));
+    return;
+  }
+  symbols_.DeclareClass(folded, classes_.size());
   classes_.push_back(std::move(info));
 }
 
@@ -226,7 +246,7 @@ bool Machine::Reconsider(Frame& frame) {
   }
   const auto slot = std::find_if(slots_.begin(), slots_.end(),
                                  [&](const ProcedureSlot& one) { return one.code.get() == frame.code; });
-  kept_.push_back(slot->code);
+  Keep(slot->code);
   CompileSlot(static_cast<std::size_t>(slot - slots_.begin()));
   const Code& code = *slot->code;
   stack_.Reach(frame.registers + code.registers);
@@ -360,7 +380,7 @@ void Machine::LookAround() {
   effort::Begin(stepsPerLook);
   if (debugging_) debugging_->CountLook();
   const bool tooLong = limits_.steps != 0 && steps_ > limits_.steps;
-  if (!tooLong && services_.MayGoOn()) return;
+  if (!tooLong && services_.MayGoOn()) return holders_.CollectWhenDue();
   ScriptError stopped(507);
   stopped.description = u"The script was stopped";
   stopped.isFinal = true;

@@ -19,6 +19,11 @@
 
 namespace quarlin::vbs {
 
+// Variables made by Execute in a procedure.
+struct Extras : std::map<std::u16string, Value> {
+  HeapShare share;
+};
+
 // A procedure that is being run. As large as a line of the processor's cache, so that counting frames needs
 // no division.
 struct alignas(64) Frame {
@@ -29,7 +34,7 @@ struct alignas(64) Frame {
   Operand result;   // where the caller wants the value
   bool resumeNext;  // On Error Resume Next holds
   bool throwsResultAway;
-  std::unique_ptr<std::map<std::u16string, Value>> extras;  // variables made by Execute
+  std::unique_ptr<Extras> extras;
 };
 
 // The procedures that are being run, the innermost last. Their places never move.
@@ -129,6 +134,17 @@ class Machine {
   void Explain(ScriptError& error) const;
   void LookAround();
 
+  // machine_upkeep.cpp
+  static std::shared_ptr<const std::u16string> SourceOf(std::u16string_view source);
+  void Keep(std::shared_ptr<const Code> code);
+  void DropOldCode();
+  void Retire(std::shared_ptr<const ClassInfo> info);
+  void DropOldClasses();
+  void DropMethods(const ClassInfo& info);
+  std::size_t FreeSlot();
+  void LetArrayGo(Value array);
+  void LetItemsGo(std::vector<Value> items);
+
   // machine_calls.h
   const Code& CodeOf(std::size_t slot);
   Value* Top();
@@ -157,11 +173,13 @@ class Machine {
   Value CallBuiltin(const Builtin& builtin, Arguments arguments);
   Value MakeObject(const Site& site);
   void Redimension(Value& array, const Value* bounds, std::size_t count, bool preserve);
-  static void Erase(Value& array);
+  void Erase(Value& array);
   void PutBack(Value& array, const Value* indices, std::size_t count, const Value& element);
   Value Execute(Op op, const Value& text);
   Value RunSnippet(const Code& code, Frame& around);
   Value ReferenceTo(const Value& name);
+
+  static constexpr std::size_t fewestKept = 64;
 
   Services& services_;
   EngineLimits limits_;
@@ -173,7 +191,12 @@ class Machine {
   std::vector<Value> globals_;
   std::vector<ProcedureSlot> slots_;
   std::vector<std::shared_ptr<const ClassInfo>> classes_;
-  std::vector<std::shared_ptr<const Code>> kept_;  // code that may still be on the stack
+  std::vector<std::shared_ptr<const Code>> kept_;          // replaced, but perhaps still on the stack
+  std::vector<std::shared_ptr<const ClassInfo>> retired_;  // replaced, but perhaps with objects
+  std::size_t mostKept_ = fewestKept;                      // until it is looked what of it can go
+  std::size_t mostRetired_ = fewestKept;
+  std::vector<std::size_t> freeSlots_;  // of methods of classes that have gone
+  HeapShare declared_;                  // what slots and names take
   RegisterStack stack_;
   FrameStack frames_;
   int nesting_ = 0;  // runs of the loop within each other

@@ -173,19 +173,23 @@ void Machine::Redimension(Value& array, const Value* bounds, std::size_t count, 
   if (preserve && array.IsArray()) {
     array.OwnArray().Preserve(sizes);
   } else {
-    array = Value::Array(ArrayBody::Make(sizes));
+    Value made = Value::Array(ArrayBody::Make(sizes));
+    array.Swap(made);
+    LetArrayGo(std::move(made));
   }
 }
 
 void Machine::Erase(Value& array) {
   if (!array.IsArray()) throw ScriptError(typeMismatch);
   if (!array.AsArray().Fixed()) {
-    array = Value::Array(ArrayBody::Make({}));
-    return;
+    Value unsized = Value::Array(ArrayBody::Make({}));
+    array.Swap(unsized);
+    return LetArrayGo(std::move(unsized));
   }
   ArrayBody& own = array.OwnArray();
   std::vector<Value> items(own.Items().size());
   own.Items().swap(items);
+  LetItemsGo(std::move(items));
 }
 
 void Machine::PutBack(Value& array, const Value* indices, std::size_t count, const Value& element) {
@@ -199,11 +203,11 @@ Value Machine::Execute(Op op, const Value& text) {
   const std::u16string source = ToText(text);
   Frame& around = frames_.Back();
   if (op == Op::ExecuteGlobal) {
-    RunText(std::make_shared<const std::u16string>(source));
+    RunText(SourceOf(source));
     return {};
   }
   Unit unit;
-  unit.source = std::make_shared<const std::u16string>(source);
+  unit.source = SourceOf(source);
   const Surroundings seen{around.code, around.extras.get(), around.me ? &around.me->Info() : nullptr};
   if (op == Op::Eval) {
     const auto expression = ParseExpression(source);
@@ -213,11 +217,26 @@ Value Machine::Execute(Op op, const Value& text) {
   ast::Program program = Parse(source);
   const auto shared = std::make_shared<const Unit>(unit);
   Declare(program, shared);
+  MakeGlobals();
   symbols_.Settle(globals_);
   const auto code = CompileSnippet(symbols_, *shared, program, seen);
   RunSnippet(*code, around);
   return {};
 }
+
+namespace {
+
+Value& ExtraIn(Frame& frame, const std::u16string& name) {
+  constexpr std::size_t bytesPerNode = 64;
+  if (!frame.extras) frame.extras = std::make_unique<Extras>();
+  Extras& extras = *frame.extras;
+  if (const auto known = extras.find(name); known != extras.end()) return known->second;
+  extras.share.Resize(extras.share.Bytes() + sizeof(Extras::value_type) + bytesPerNode +
+                      name.size() * sizeof(char16_t));
+  return extras[name];
+}
+
+}  // namespace
 
 // Each name that the text shares with the procedure around it becomes a Reference to that one's place.
 Value Machine::RunSnippet(const Code& code, Frame& around) {
@@ -232,8 +251,7 @@ Value Machine::RunSnippet(const Code& code, Frame& around) {
     if (known != names.end()) {
       place = &around.registers[known->place.Number()].Followed();
     } else {
-      if (!around.extras) around.extras = std::make_unique<std::map<std::u16string, Value>>();
-      place = &(*around.extras)[import.name];
+      place = &ExtraIn(around, import.name);
     }
     frames_.Back().registers[import.place.Number()] = Value::To(*place);
   }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "script/values/error.h"
+#include "script/values/heap.h"
 #include "script/values/operators.h"
 #include "script/values/value.h"
 
@@ -30,7 +31,7 @@ enum class ExpressionKind {
   New      // name
 };
 
-struct Expression {
+struct Expression : heap::Counts {
   ExpressionKind kind;
   Position at;
   Value value;
@@ -81,7 +82,7 @@ struct Branch {
   Block body;
 };
 
-struct Statement {
+struct Statement : heap::Counts {
   StatementKind kind;
   Position at;     // where it begins
   Position endAt;  // of a loop: its Loop, Next or Wend; of a block: its End line
