@@ -53,6 +53,16 @@ TEST(ScriptInspection, ACheckWarnsOfSlipsAndOfNothingElse) {
        "warning line 1 there is no member d.Sum (scripting.dictionary)\n"
        "warning line 2 'ADODB.Connection' cannot be made here\n"
        "warning line 3 \"C:\\Data\\x.txt http://x D:\" names a drive, and there are none here\n"},
+      {"a.vbs",
+       "Set o = CreateObject(\"Scripting.Dictionary\"): Sub Task: Set o = "
+       "CreateObject(\"Excel.Application\"): o.Quit: End Sub\r\n"
+       "Sub EndTask: Make p: p.Any = 1: End Sub: Sub Make(x): Set x = o: End Sub",
+       ""},
+      {"b.js",
+       "var f = (a, b) => a.x + b.y, g = c => c.z; for (k in {}) k.length; with (FormMain) { Nothing.Here = "
+       "1; }\n"
+       "try { f(g); } catch (e) { e.message; }\nencodeURIComponent('x'); var n = {inner: 1}, m; m.go();",
+       ""},
       {"b.js",
        "function RecieveChar() {}\nfunction go(form) { form.txtMax.Nothing = FormMain.txtMax.Text; "
        "}\ngo(FormMain);\n"
@@ -65,11 +75,12 @@ TEST(ScriptInspection, ACheckWarnsOfSlipsAndOfNothingElse) {
        "none here\n"},
   };
   for (const Slip& slip : slips) {
+    SCOPED_TRACE(slip.script);
     const TempFolder folder;
     ASSERT_FALSE(WriteWholeFile(folder / slip.file, slip.script));
     Program program("quarlin-script", {"--check", folder / slip.file}, folder.Path());
-    EXPECT_EQ(program.Wait(), 0) << slip.script;
-    EXPECT_EQ(program.Errors(), slip.warnings) << slip.script;
+    EXPECT_EQ(program.Wait(), 0);
+    EXPECT_EQ(program.Errors(), slip.warnings);
     EXPECT_EQ(program.Output(), "");
   }
 }

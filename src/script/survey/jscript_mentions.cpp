@@ -12,16 +12,105 @@ namespace {
 using jscript::Token;
 
 // Words and objects of the language itself.
-constexpr std::array<std::u16string_view, 58> ownNames{
-    u"ActiveXObject", u"Array",    u"Boolean",    u"Date",       u"Enumerator", u"Error",     u"Function",
-    u"GetObject",     u"Infinity", u"JSON",       u"Map",        u"Math",       u"NaN",       u"Number",
-    u"Object",        u"Promise",  u"RegExp",     u"Set",        u"String",     u"Symbol",    u"VBArray",
-    u"arguments",     u"break",    u"case",       u"catch",      u"const",      u"continue",  u"default",
-    u"delete",        u"do",       u"else",       u"escape",     u"eval",       u"false",     u"for",
-    u"function",      u"if",       u"in",         u"instanceof", u"isFinite",   u"isNaN",     u"let",
-    u"new",           u"null",     u"parseFloat", u"parseInt",   u"return",     u"super",     u"switch",
-    u"this",          u"throw",    u"true",       u"try",        u"typeof",     u"undefined", u"unescape",
-    u"var",           u"while"};
+constexpr auto ownNames = std::to_array<std::u16string_view>({u"ActiveXObject",
+                                                              u"Array",
+                                                              u"ArrayBuffer",
+                                                              u"Boolean",
+                                                              u"CollectGarbage",
+                                                              u"DataView",
+                                                              u"Date",
+                                                              u"Enumerator",
+                                                              u"Error",
+                                                              u"EvalError",
+                                                              u"Float32Array",
+                                                              u"Float64Array",
+                                                              u"Function",
+                                                              u"GetObject",
+                                                              u"Infinity",
+                                                              u"Int16Array",
+                                                              u"Int32Array",
+                                                              u"Int8Array",
+                                                              u"JSON",
+                                                              u"Map",
+                                                              u"Math",
+                                                              u"NaN",
+                                                              u"Number",
+                                                              u"Object",
+                                                              u"Promise",
+                                                              u"Proxy",
+                                                              u"RangeError",
+                                                              u"ReferenceError",
+                                                              u"Reflect",
+                                                              u"RegExp",
+                                                              u"ScriptEngine",
+                                                              u"ScriptEngineBuildVersion",
+                                                              u"ScriptEngineMajorVersion",
+                                                              u"ScriptEngineMinorVersion",
+                                                              u"Set",
+                                                              u"String",
+                                                              u"Symbol",
+                                                              u"SyntaxError",
+                                                              u"TypeError",
+                                                              u"URIError",
+                                                              u"Uint16Array",
+                                                              u"Uint32Array",
+                                                              u"Uint8Array",
+                                                              u"VBArray",
+                                                              u"WeakMap",
+                                                              u"WeakSet",
+                                                              u"arguments",
+                                                              u"async",
+                                                              u"await",
+                                                              u"break",
+                                                              u"case",
+                                                              u"catch",
+                                                              u"class",
+                                                              u"const",
+                                                              u"continue",
+                                                              u"debugger",
+                                                              u"decodeURI",
+                                                              u"decodeURIComponent",
+                                                              u"default",
+                                                              u"delete",
+                                                              u"do",
+                                                              u"else",
+                                                              u"encodeURI",
+                                                              u"encodeURIComponent",
+                                                              u"escape",
+                                                              u"eval",
+                                                              u"extends",
+                                                              u"false",
+                                                              u"finally",
+                                                              u"for",
+                                                              u"function",
+                                                              u"globalThis",
+                                                              u"if",
+                                                              u"in",
+                                                              u"instanceof",
+                                                              u"isFinite",
+                                                              u"isNaN",
+                                                              u"let",
+                                                              u"new",
+                                                              u"null",
+                                                              u"of",
+                                                              u"parseFloat",
+                                                              u"parseInt",
+                                                              u"return",
+                                                              u"static",
+                                                              u"super",
+                                                              u"switch",
+                                                              u"this",
+                                                              u"throw",
+                                                              u"true",
+                                                              u"try",
+                                                              u"typeof",
+                                                              u"undefined",
+                                                              u"unescape",
+                                                              u"var",
+                                                              u"void",
+                                                              u"while",
+                                                              u"with",
+                                                              u"yield"});
 constexpr std::array<std::u16string_view, 5> declaringWords{u"var", u"let", u"const", u"function", u"class"};
 
 // Methods that write or read with the signs of the locale.
@@ -98,14 +187,16 @@ class Reader {
   void CollectDeclared(std::size_t index) {
     const Token& token = tokens_[index];
     if (token.Is(u"function")) CollectParameters(index);
+    if (token.Is(u"=>")) CollectParametersBefore(index);
     if (token.kind != Token::Kind::Name || token.isMember) return;
     const bool isDeclared = index > 0 && tokens_[index - 1].kind == Token::Kind::Name &&
                             IsOneOf(declaringWords, tokens_[index - 1].text);
     const bool isAssigned = At(index + 1, u"=") && !isHosts_(token.text);
     const bool isCaught = index > 1 && At(index - 1, u"(") && At(index - 2, u"catch");
     const bool isKey = At(index + 1, u":");
+    const bool isWalked = At(index + 1, u"in") || At(index + 1, u"of");
     const bool isListed = index > 0 && At(index - 1, u",") && (At(index + 1, u",") || At(index + 1, u";"));
-    if (isDeclared || isAssigned || isCaught || isKey || isListed) declared_.emplace(token.text);
+    if (isDeclared || isAssigned || isCaught || isKey || isWalked || isListed) declared_.emplace(token.text);
   }
 
   void CollectParameters(std::size_t index) {
@@ -115,6 +206,16 @@ class Reader {
     for (; at < end; ++at) {
       if (IsName(at)) declared_.emplace(tokens_[at].text);
     }
+  }
+
+  // Of "a => a.x" and "(a, b) => a.x".
+  void CollectParametersBefore(std::size_t arrow) {
+    std::size_t at = arrow;
+    do {
+      if (at == 0) return;
+      --at;
+      if (IsName(at)) declared_.emplace(tokens_[at].text);
+    } while (At(arrow - 1, u")") && !At(at, u"("));
   }
 
   void Visit(std::size_t index) {
@@ -137,7 +238,7 @@ class Reader {
       }
       return;
     }
-    if (token.Is(u"eval")) found_.runsTexts = true;
+    if (token.Is(u"eval") || token.Is(u"with")) found_.runsTexts = true;
     VisitChain(index);
   }
 

@@ -87,6 +87,24 @@ class Reader {
     }
     for (const Class& declared : program_.classes) globals_.fixed.insert(FoldedName(declared.name));
     CollectNames(program_.body, isKnown_, globals_);
+    for (const vbs::ast::Procedure& procedure : program_.procedures) MixPrograms(ScopeOf(procedure, {}));
+  }
+
+  // A variable of the top level may hold another object once a procedure has set it.
+  void MixPrograms(const Scope& scope) {
+    for (const auto& [folded, variable] : scope.variables) {
+      Variable* global = scope.declared.contains(folded) ? nullptr : Find(globals_, folded);
+      if (global != nullptr && global->program != variable.program) global->program = u"";
+    }
+  }
+
+  Scope ScopeOf(const vbs::ast::Procedure& procedure, const std::set<std::u16string>& around) const {
+    Scope scope;
+    scope.fixed = around;
+    scope.fixed.insert(FoldedName(procedure.name));
+    for (const Parameter& parameter : procedure.parameters) scope.fixed.insert(FoldedName(parameter.name));
+    CollectNames(procedure.body, isKnown_, scope);
+    return scope;
   }
 
   static std::set<std::u16string> MembersOf(const Class& declared) {
@@ -101,11 +119,7 @@ class Reader {
   }
 
   void Visit(const vbs::ast::Procedure& procedure, const std::set<std::u16string>& around) {
-    Scope scope;
-    scope.fixed = around;
-    scope.fixed.insert(FoldedName(procedure.name));
-    for (const Parameter& parameter : procedure.parameters) scope.fixed.insert(FoldedName(parameter.name));
-    CollectNames(procedure.body, isKnown_, scope);
+    Scope scope = ScopeOf(procedure, around);
     locals_ = &scope;
     Visit(procedure.body);
     NoteUnread(scope);
