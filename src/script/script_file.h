@@ -16,8 +16,16 @@ std::vector<std::string> ListScripts(const std::filesystem::path& folder, std::s
 // "VBScript" where the name holds ".VBS" in any case and anywhere, "JScript" otherwise.
 std::string_view LanguageOf(std::string_view fileName);
 
-// The text of a script: read as UTF-8 when it is well-formed, otherwise byte for byte, each line followed
-// by CR LF. Throws ScriptError 53 where there is no such file and 70 where it cannot be read.
-std::u16string ReadScript(const std::filesystem::path& file);
+struct ScriptText {
+  std::u16string text;        // each line followed by CR LF
+  std::string_view encoding;  // "UTF-8": what its bytes were taken for
+};
+
+inline constexpr std::size_t longestScript = std::size_t{16} << 20;  // bytes
+
+// The text of a script: UTF-16 of either order, with a mark or without, UTF-8 when it is well-formed,
+// otherwise byte for byte; without a Ctrl-Z at its end. Throws ScriptError 53 where there is no such file, 7
+// where it is longer than longestScript, 70 where it cannot be read.
+ScriptText ReadScript(const std::filesystem::path& file);
 
 }  // namespace quarlin

@@ -89,18 +89,38 @@ std::shared_ptr<ScriptEngine> ScriptRunner::MakeEngine(std::string_view language
   return engine;
 }
 
+namespace {
+
+// Hands on the text of a file. Where a character of it has no place in a script, the error tells as what the
+// file was read: that may be what is wrong.
+template <class Use>
+void UseScript(const std::filesystem::path& file, Use use) {
+  const ScriptText script = ReadScript(file);
+  try {
+    use(script.text);
+  } catch (vbs::ScriptError& error) {
+    if (error.culprit.starts_with(u"U+")) {
+      error.description += u" (the file was read as " + Utf16FromBytes(script.encoding) + u")";
+    }
+    throw;
+  }
+}
+
+}  // namespace
+
 void ScriptRunner::Start(const std::filesystem::path& file) {
   const Call call(*this);
   const auto engine = MakeEngine(LanguageOf(file.filename().string()));
   engine_ = engine;
   for (const NamedObject& named : objects_) engine->AddObject(named.name, named.object);
-  const std::u16string source = ReadScript(file);
-  debugger_.Follow(engine->Followable(), file, source);
-  engine->AddCode(source);
+  UseScript(file, [&](const std::u16string& text) {
+    debugger_.Follow(engine->Followable(), file, text);
+    engine->AddCode(text);
+  });
 }
 
 void ScriptRunner::Check(const std::filesystem::path& file) {
-  CheckText(LanguageOf(file.filename().string()), ReadScript(file));
+  UseScript(file, [&](std::u16string_view text) { CheckText(LanguageOf(file.filename().string()), text); });
 }
 
 void ScriptRunner::CheckText(std::string_view language, std::u16string_view text) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "base/files.h"
 #include "e2e/program.h"
 #include "support/temp_folder.h"
@@ -20,7 +22,17 @@ struct RunnerCase {
   std::string errors;
 };
 
+std::string Utf16Bytes(std::u16string_view text, std::size_t highByte) {
+  std::string bytes;
+  for (const char16_t unit : text) {
+    const std::array<char, 2> halves{static_cast<char>(unit >> 8), static_cast<char>(unit & 0xFF)};
+    bytes += {halves[highByte == 0 ? 1 : 0], halves[highByte == 0 ? 0 : 1]};
+  }
+  return bytes;
+}
+
 TEST(ScriptRunner, RunsWhatItIsToldAndReportsErrors) {
+  const std::u16string wide = u"s = \"\u20AC\"\u00A0' \u2002\r\nRichAppendText 0, AscW(s) & Len(s)\r\n";
   const std::string hooks =
       "RichAppendText 0, \"top\" & vbCrLf\r\n"
       "Sub Named: RichAppendText 255, \"n\" & ChrW(233): End Sub\r\n"
@@ -62,6 +74,38 @@ TEST(ScriptRunner, RunsWhatItIsToldAndReportsErrors) {
        "js2",
        ""},
       {"c.VBS.js", "RichAppendText 0, \"vb\"", {}, {}, 0, "vb", ""},
+      {"marked.vbs",
+       "\xEF\xBB\xBFRichAppendText 0, Len(\"\xC3\xA9\") ' \x1A\r\n\x1A\x1A\r\n",
+       {},
+       {},
+       0,
+       "1",
+       ""},
+      {"le.vbs", "\xFF\xFE" + Utf16Bytes(wide, 0), {}, {}, 0, "83641", ""},
+      {"be.vbs", "\xFE\xFF" + Utf16Bytes(wide, 1), {}, {}, 0, "83641", ""},
+      {"le.vbs", Utf16Bytes(wide, 0), {}, {}, 0, "83641", ""},
+      {"be.js", Utf16Bytes(u"RichAppendText(0, 'js')\r\n\x1A", 1), {}, {}, 0, "js", ""},
+      {"pasted.vbs",
+       "x = \x93y\x94",
+       {"--check"},
+       {},
+       1,
+       "",
+       "## ERROR in pasted.vbs\nInvalid character (the file was read as one byte a character): 'U+0093 LEFT "
+       "DOUBLE "
+       "QUOTATION MARK of code page 1252'\nLine:1 Column:4\nVBScript compilation error\n\nx = \u0093y\u0094\n"
+       "error 1032 line 1 column 4 Invalid character (the file was read as one byte a character): 'U+0093 "
+       "LEFT "
+       "DOUBLE QUOTATION MARK of code page 1252'\n"},
+      {"long.vbs",
+       std::string((std::size_t{16} << 20) + 1, '\''),
+       {},
+       {},
+       1,
+       "",
+       "## ERROR in long.vbs\nA script has 16 MiB at most: 'long.vbs'\nLine:0 Column:0\nVBScript runtime "
+       "error\n\n"
+       "error 7 line 0 column 0 A script has 16 MiB at most: 'long.vbs'\n"},
       {"a.vbs", hooks, {"--check"}, {}, 0, "", ""},
       {"b.js", "RichAppendText(0, 'js')", {"--check"}, {}, 0, "", ""},
   };

@@ -175,7 +175,7 @@ class Judge {
 };
 
 Mentions MentionsIn(const std::filesystem::path& file, std::string_view language, const IsKnown& isHosts) {
-  const std::u16string source = ReadScript(file);
+  const std::u16string source = ReadScript(file).text;
   return language == "VBScript" ? MentionsOfVbscript(source, isHosts) : MentionsOfJscript(source, isHosts);
 }
 

@@ -2,8 +2,8 @@
 #include "script/values/date_text.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
-#include <cstdint>
 
 #include "script/values/conversions.h"
 
@@ -17,10 +17,15 @@ std::size_t WeekdayFromSunday(const DateParts& parts) {
   return weekday(sys_days(date)).c_encoding();
 }
 
+// Up to four digits.
 void PutNumber(std::u16string& text, int number, std::size_t leastDigits) {
-  const std::string digits = std::to_string(number);
-  if (digits.size() < leastDigits) text.append(leastDigits - digits.size(), u'0');
-  text.append(digits.begin(), digits.end());
+  constexpr std::size_t most = 4;
+  std::array<char16_t, most> digits;
+  std::size_t count = 0;
+  for (; count < leastDigits || number != 0; number /= 10) {
+    digits[most - ++count] = static_cast<char16_t>(u'0' + number % 10);
+  }
+  text.append(digits.end() - count, digits.end());
 }
 
 // A run of one letter; false when it stands for nothing.
@@ -106,7 +111,9 @@ std::u16string_view PatternOf(DateForm form, const Locale& locale) {
 
 std::u16string TextOfDate(double days, DateForm form, const Locale& locale) {
   const DateParts parts = PartsOfDate(days);
+  constexpr std::size_t usualLength = 40;
   std::u16string text;
+  text.reserve(usualLength);
   if (form == DateForm::General) {
     PutGeneral(text, parts, locale);
   } else {

@@ -13,10 +13,7 @@ namespace quarlin::vbs {
 namespace {
 
 constexpr const Locale& usual = locales.front();
-const LocaleChoice usualChoice(usual);
-
-// Scripts run on one thread, so there is one at a time.
-const LocaleChoice* current = &usualChoice;
+constexpr LocaleChoice usualChoice(usual);
 
 template <class Fits>
 const Locale* FirstThat(Fits fits) {
@@ -47,14 +44,12 @@ const Locale* FindLocale(std::u16string_view nameOrNumber) {
   return isNumber ? FindLocale(number) : nullptr;
 }
 
-LocaleScope::LocaleScope(const LocaleChoice& choice) : before_(std::exchange(current, &choice)) {}
+const LocaleChoice* LocaleScope::current_ = &usualChoice;
+
+LocaleScope::LocaleScope(const LocaleChoice& choice) : before_(std::exchange(current_, &choice)) {}
 
 LocaleScope::~LocaleScope() {
-  current = before_;
-}
-
-const Locale& CurrentLocale() {
-  return current->Chosen();
+  current_ = before_;
 }
 
 }  // namespace quarlin::vbs

@@ -55,7 +55,7 @@ const Locale* FindLocale(std::u16string_view nameOrNumber);
 // What one engine's scripts have chosen.
 class LocaleChoice {
  public:
-  explicit LocaleChoice(const Locale& start) : start_(&start), chosen_(&start) {}
+  explicit constexpr LocaleChoice(const Locale& start) : start_(&start), chosen_(&start) {}
 
   const Locale& Start() const { return *start_; }
   const Locale& Chosen() const { return *chosen_; }
@@ -75,10 +75,16 @@ class LocaleScope {
   LocaleScope(const LocaleScope&) = delete;
   LocaleScope& operator=(const LocaleScope&) = delete;
 
+  static const Locale& Current() { return current_->Chosen(); }
+
  private:
+  static const LocaleChoice* current_;  // scripts run on one thread, so there is one at a time
+
   const LocaleChoice* before_;
 };
 
-const Locale& CurrentLocale();
+inline const Locale& CurrentLocale() {
+  return LocaleScope::Current();
+}
 
 }  // namespace quarlin::vbs

@@ -80,6 +80,7 @@ class NumberReader {
   bool ReadAround(char16_t parenthesis) {
     for (; !text_.empty(); text_.remove_prefix(1)) {
       const char16_t unit = text_.front();
+      if (IsDigit(unit)) return true;
       if (IsBlank(unit) || IsBlankSeparator(unit)) continue;
       bool* seen = nullptr;
       if (unit == u'+' || unit == u'-') seen = &signed_;
@@ -112,10 +113,15 @@ class NumberReader {
     bool digit = false;
     for (; !text_.empty(); text_.remove_prefix(1)) {
       const char16_t unit = text_.front();
-      if (digit && !point && SeparatesThousands(unit)) continue;
-      if (!IsDigit(unit) && (unit != decimal || point)) break;
-      (unit == decimal ? point : digit) = true;
-      digits_ += unit == decimal ? '.' : static_cast<char>(unit);
+      if (IsDigit(unit)) {
+        digit = true;
+        digits_ += static_cast<char>(unit);
+      } else if (unit == decimal && !point) {
+        point = true;
+        digits_ += '.';
+      } else if (!digit || point || !SeparatesThousands(unit)) {
+        break;
+      }
     }
     if (digit) ReadExponent();
     return digit;

@@ -47,4 +47,6 @@ Print(&17) : Dim sized(&17) : Print UBound(sized)
 ' expect: 15
 ' expect: 15
 Const Octal = &17, Under = -&17 : Print Octal, Under  ' expect: 15 -15
+a = _ 
+  7 : Print a, " " = ChrW(160) ' expect: 7 True
 ' SPDX-License-Identifier: GPL-3.0-or-later

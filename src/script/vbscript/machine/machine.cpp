@@ -246,6 +246,7 @@ bool Machine::Reconsider(Frame& frame) {
   }
   const auto slot = std::find_if(slots_.begin(), slots_.end(),
                                  [&](const ProcedureSlot& one) { return one.code.get() == frame.code; });
+  if (slot == slots_.end()) return false;  // another procedure has taken its name by now
   Keep(slot->code);
   CompileSlot(static_cast<std::size_t>(slot - slots_.begin()));
   const Code& code = *slot->code;

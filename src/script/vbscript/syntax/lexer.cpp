@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "script/vbscript/syntax/character_names.h"
 #include "script/vbscript/syntax/syntax_errors.h"
 
 namespace quarlin::vbs {
@@ -136,7 +137,8 @@ constexpr bool IsOctalDigit(char16_t unit) {
   return unit >= u'0' && unit <= u'7';
 }
 constexpr bool IsBlank(char16_t unit) {
-  return unit == u' ' || unit == u'\t' || unit == u'\v' || unit == u'\f';
+  constexpr char16_t noBreakSpace = 0x00A0;
+  return unit == u' ' || unit == u'\t' || unit == u'\v' || unit == u'\f' || unit == noBreakSpace;
 }
 constexpr bool IsLineBreak(char16_t unit) {
   return unit == u'\r' || unit == u'\n';
@@ -332,7 +334,7 @@ TokenKind Lexer::Single(char16_t unit) const {
   for (const Row& single : singles) {
     if (single.unit == unit) return single.kind;
   }
-  Fail(invalidCharacter, offset_);
+  Fail(invalidCharacter, offset_, NameOfCharacter(source_, offset_));
 }
 
 // The sign's first unit has been taken; each pair may be written either way round.
@@ -390,7 +392,7 @@ TokenKind Lexer::Date(Token& token) {
   return TokenKind::Date;
 }
 
-void Lexer::Fail(std::int32_t number, std::size_t offset) const {
+void Lexer::Fail(std::int32_t number, std::size_t offset, std::u16string_view culprit) const {
   std::size_t start = 0;
   int line = 1;
   for (std::size_t i = 0; i < offset; ++i) {
@@ -401,7 +403,7 @@ void Lexer::Fail(std::int32_t number, std::size_t offset) const {
   }
   std::size_t end = start;
   while (!AtLineEnd(end)) ++end;
-  ScriptError error(number);
+  ScriptError error(number, culprit);
   error.position = {line, static_cast<int>(offset - start)};
   error.line = source_.substr(start, end - start);
   throw error;
