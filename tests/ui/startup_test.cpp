@@ -94,7 +94,7 @@ TEST_F(StartUpRig, ListsComeFromTheFolder) {
   Start();
   EXPECT_EQ(controls().cycle.CBOSEND.List(), (Lines{"READ", "TARE"}));
   EXPECT_EQ(controls().receive.cboParser.List(), Lines{"RR\xB0"});
-  EXPECT_EQ(frm.Caption(), "Quarlin Ver.01.00.00  Instrument test terminal");
+  EXPECT_EQ(frm.Caption(), "Quarlin Ver.01.01.00  Instrument test terminal");
 }
 
 TEST_F(StartUpRig, TerminatorsOfALoadedConfigurationHold) {
