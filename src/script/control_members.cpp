@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "base/enum_table.h"
 #include "controls/controls.h"
 #include "controls/timer.h"
 #include "display/display_controls.h"
@@ -287,21 +288,21 @@ constexpr std::array<Row, 1> timerRows{{
      [](Control& c, Arguments, const Value& v) { As<Timer>(c).SetInterval(vbs::ToLong(v)); }},
 }};
 
-// In the order of ControlKind.
-constexpr std::array<Table, 12> tables{{
-    {u"TextBox", textBoxRows, true},
-    {u"ComboBox", comboBoxRows, true},
-    {u"CheckBox", checkBoxRows, true},
-    {u"OptionButton", optionRows, true},
-    {u"CommandButton", commandRows, true},
-    {u"Label", labelRows, true},
-    {u"Frame", frameRows, true},
-    {u"Shape", shapeRows, false},
-    {u"ScrollBar", scrollRows, true},
-    {u"ListBox", listBoxRows, true},
-    {u"RichTextBox", displayRows, true},
-    {u"Timer", timerRows, false},
-}};
+constexpr auto tables = std::to_array<Table>({
+    {ControlKind::TextBox, u"TextBox", textBoxRows, true},
+    {ControlKind::ComboBox, u"ComboBox", comboBoxRows, true},
+    {ControlKind::CheckBox, u"CheckBox", checkBoxRows, true},
+    {ControlKind::OptionButton, u"OptionButton", optionRows, true},
+    {ControlKind::CommandButton, u"CommandButton", commandRows, true},
+    {ControlKind::Label, u"Label", labelRows, true},
+    {ControlKind::Frame, u"Frame", frameRows, true},
+    {ControlKind::Shape, u"Shape", shapeRows, false},
+    {ControlKind::ScrollBar, u"ScrollBar", scrollRows, true},
+    {ControlKind::ListBox, u"ListBox", listBoxRows, true},
+    {ControlKind::RichTextBox, u"RichTextBox", displayRows, true},
+    {ControlKind::Timer, u"Timer", timerRows, false},
+});
+static_assert(StandInOrder(tables, &Table::kind, ControlKind::Timer));
 
 }  // namespace
 

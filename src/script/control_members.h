@@ -22,6 +22,7 @@ struct ControlObject::Row {
 
 // A kind's first row is its default member, where it has one.
 struct ControlObject::Table {
+  ControlKind kind;
   std::u16string_view typeName;
   std::span<const Row> rows;
   bool hasDefault;

@@ -5,6 +5,7 @@
 
 #include <array>
 
+#include "base/enum_table.h"
 #include "base/profile_file.h"
 #include "base/text.h"
 #include "script/command_object.h"
@@ -16,10 +17,18 @@ namespace quarlin {
 namespace {
 
 constexpr std::u16string_view defaultTitle = u"Quarlin";
-constexpr std::array<std::u16string_view, 3> hookNames{u"ReceiveChar", u"ReceiveString", u"SendString"};
+
+struct HookName {
+  ScriptHook hook;
+  std::u16string_view name;
+};
+constexpr auto hookNames = std::to_array<HookName>({{ScriptHook::ReceiveChar, u"ReceiveChar"},
+                                                    {ScriptHook::ReceiveString, u"ReceiveString"},
+                                                    {ScriptHook::SendString, u"SendString"}});
+static_assert(StandInOrder(hookNames, &HookName::hook, ScriptHook::SendString));
 
 std::u16string_view NameOf(ScriptHook hook) {
-  return hookNames[static_cast<std::size_t>(hook)];
+  return hookNames[static_cast<std::size_t>(hook)].name;
 }
 
 }  // namespace

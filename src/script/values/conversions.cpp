@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/enum_table.h"
 #include "script/values/date_range.h"
 #include "script/values/dispatch.h"
 #include "script/values/number_text.h"
@@ -105,26 +106,27 @@ Value PlainIfAny(const Value& value) {
 }
 
 struct KindName {
+  Kind kind;
   int number;
   std::u16string_view name;
 };
 
-// By Kind.
-constexpr auto kindNames = std::to_array<KindName>({{0, u"Empty"},
-                                                    {1, u"Null"},
-                                                    {11, u"Boolean"},
-                                                    {17, u"Byte"},
-                                                    {2, u"Integer"},
-                                                    {3, u"Long"},
-                                                    {4, u"Single"},
-                                                    {5, u"Double"},
-                                                    {6, u"Currency"},
-                                                    {7, u"Date"},
-                                                    {10, u"Error"},
-                                                    {0, u""},
-                                                    {8, u"String"},
-                                                    {8204, u"Variant()"},
-                                                    {9, u"Object"}});
+constexpr auto kindNames = std::to_array<KindName>({{Kind::Empty, 0, u"Empty"},
+                                                    {Kind::Null, 1, u"Null"},
+                                                    {Kind::Boolean, 11, u"Boolean"},
+                                                    {Kind::Byte, 17, u"Byte"},
+                                                    {Kind::Integer, 2, u"Integer"},
+                                                    {Kind::Long, 3, u"Long"},
+                                                    {Kind::Single, 4, u"Single"},
+                                                    {Kind::Double, 5, u"Double"},
+                                                    {Kind::Currency, 6, u"Currency"},
+                                                    {Kind::Date, 7, u"Date"},
+                                                    {Kind::Error, 10, u"Error"},
+                                                    {Kind::Reference, 0, u""},
+                                                    {Kind::String, 8, u"String"},
+                                                    {Kind::Array, 8204, u"Variant()"},
+                                                    {Kind::Object, 9, u"Object"}});
+static_assert(StandInOrder(kindNames, &KindName::kind, Kind::Object));
 
 const KindName& KindNameOf(const Value& value) {
   return kindNames[static_cast<std::size_t>(value.GetKind())];

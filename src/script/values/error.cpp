@@ -137,6 +137,9 @@ constexpr std::array rows = std::to_array<Row>({
     {32811, u"Element not found"},
 });
 
+static_assert(std::is_sorted(rows.begin(), rows.end(),
+                             [](const Row& left, const Row& right) { return left.number < right.number; }));
+
 constexpr std::int32_t firstCompileError = 1001;
 constexpr std::int32_t lastCompileError = 1058;
 

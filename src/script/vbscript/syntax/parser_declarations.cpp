@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/enum_table.h"
 #include "script/vbscript/syntax/literals.h"
 #include "script/vbscript/syntax/syntax.h"
 
@@ -248,12 +249,18 @@ std::vector<ast::Parameter> Parser::Parameters() {
 
 void Parser::ProcedureEnd(ast::Procedure& procedure) {
   struct Row {
+    ast::ProcedureKind kind;
     TokenKind word;
     std::int32_t missing;
   };
-  constexpr Row property{TokenKind::Property, expectedProperty};
-  constexpr std::array<Row, 5> rows{
-      {{TokenKind::Sub, expectedSub}, {TokenKind::Function, expectedFunction}, property, property, property}};
+  using ast::ProcedureKind;
+  constexpr auto rows =
+      std::to_array<Row>({{ProcedureKind::Sub, TokenKind::Sub, expectedSub},
+                          {ProcedureKind::Function, TokenKind::Function, expectedFunction},
+                          {ProcedureKind::PropertyGet, TokenKind::Property, expectedProperty},
+                          {ProcedureKind::PropertyLet, TokenKind::Property, expectedProperty},
+                          {ProcedureKind::PropertySet, TokenKind::Property, expectedProperty}});
+  static_assert(StandInOrder(rows, &Row::kind, ProcedureKind::PropertySet));
   const Row& row = rows[static_cast<std::size_t>(procedure.kind)];
   procedure.endAt = CloseEnd(row.word, row.missing);
 }
