@@ -19,7 +19,7 @@ import tempfile
 import time
 
 HERE = pathlib.Path(__file__).resolve().parent
-PROGRAMS = ["fib", "loops", "strings", "sort", "dictionary", "characters"]
+PROGRAMS = ["fib", "calls", "loops", "strings", "sort", "dictionary", "characters"]
 
 
 def timed(command, **options):

@@ -40,7 +40,7 @@ void Assembler::ReserveVariables(std::uint32_t count) {
 
 std::uint32_t Assembler::Emit(Op op, Operand a, Operand b, Operand c, std::uint32_t d, std::size_t count) {
   if (count > 0xFFFF) throw ScriptError(1001);
-  code_->instructions.push_back({op, static_cast<std::uint16_t>(count), a, b, c, d});
+  code_->instructions.push_back({op, static_cast<std::uint16_t>(count), d, a, b, c});
   return Here() - 1;
 }
 
@@ -85,15 +85,15 @@ std::uint32_t Assembler::Take(std::uint32_t count) {
 }
 
 bool Assembler::IsResult(Operand operand) const {
-  return operand.GetSpace() == Space::Register && operand.Number() >= variables_;
+  return operand.space == Space::Register && operand.number >= variables_;
 }
 
 void Assembler::MayHoldObject(Operand operand) {
-  if (IsResult(operand)) holding_.push_back(operand.Number());
+  if (IsResult(operand)) holding_.push_back(operand.number);
 }
 
 void Assembler::Taken(Operand operand) {
-  std::erase(holding_, operand.Number());
+  std::erase(holding_, operand.number);
 }
 
 void Assembler::ClearHeldObjects() {

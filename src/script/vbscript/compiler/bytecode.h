@@ -16,7 +16,7 @@
 
 namespace quarlin::vbs {
 
-// Where an operand lies, in its three upper bits; the rest is its number there.
+// Where an operand lies.
 enum class Space : std::uint32_t {
   Register,   // of the running procedure; never a Reference while it is read
   Parameter,  // a register that may hold a Reference to somebody else's place, which is then meant
@@ -25,17 +25,15 @@ enum class Space : std::uint32_t {
   Field  // of the object whose method runs
 };
 
-struct Operand {
-  std::uint32_t bits = 0;
+inline constexpr std::size_t spaces = static_cast<std::size_t>(Space::Field) + 1;
 
-  static constexpr int spaceShift = 29;
-  static constexpr std::uint32_t numberMask = (1U << spaceShift) - 1;
+struct Operand {
+  std::uint32_t number = 0;  // in its space
+  Space space = Space::Register;
 
   static constexpr Operand In(Space space, std::size_t number) {
-    return {(static_cast<std::uint32_t>(space) << spaceShift) | static_cast<std::uint32_t>(number)};
+    return {static_cast<std::uint32_t>(number), space};
   }
-  Space GetSpace() const { return static_cast<Space>(bits >> spaceShift); }
-  std::uint32_t Number() const { return bits & numberMask; }
   bool operator==(const Operand&) const = default;
 };
 
@@ -122,15 +120,46 @@ enum class Op : std::uint16_t {
   Stop  // a debugger is told, then the operation of the mark that begins here is done
 };
 
+constexpr Op OpOf(Operator operation) {
+  return static_cast<Op>(static_cast<int>(Op::Add) + static_cast<int>(operation));
+}
+
+constexpr Operator OperatorOf(Op op) {
+  return static_cast<Operator>(static_cast<int>(op) - static_cast<int>(Op::Add));
+}
+
+// The jump that a comparison becomes where it is a condition.
+constexpr Op JumpUnless(Op comparison) {
+  return static_cast<Op>(static_cast<int>(Op::JumpUnlessEqual) + static_cast<int>(comparison) -
+                         static_cast<int>(Op::Equal));
+}
+
+static_assert(OpOf(Operator::Add) == Op::Add && OpOf(Operator::Subtract) == Op::Subtract &&
+              OpOf(Operator::Multiply) == Op::Multiply && OpOf(Operator::Divide) == Op::Divide &&
+              OpOf(Operator::IntegerDivide) == Op::IntegerDivide && OpOf(Operator::Modulo) == Op::Modulo &&
+              OpOf(Operator::Power) == Op::Power && OpOf(Operator::Concatenate) == Op::Concatenate &&
+              OpOf(Operator::Equal) == Op::Equal && OpOf(Operator::NotEqual) == Op::NotEqual &&
+              OpOf(Operator::Less) == Op::Less && OpOf(Operator::Greater) == Op::Greater &&
+              OpOf(Operator::LessEqual) == Op::LessEqual &&
+              OpOf(Operator::GreaterEqual) == Op::GreaterEqual && OpOf(Operator::Is) == Op::Is &&
+              OpOf(Operator::And) == Op::And && OpOf(Operator::Or) == Op::Or &&
+              OpOf(Operator::Xor) == Op::Xor && OpOf(Operator::Eqv) == Op::Eqv &&
+              OpOf(Operator::Imp) == Op::Imp);
+static_assert(JumpUnless(Op::NotEqual) == Op::JumpUnlessNotEqual &&
+              JumpUnless(Op::Less) == Op::JumpUnlessLess &&
+              JumpUnless(Op::Greater) == Op::JumpUnlessGreater &&
+              JumpUnless(Op::LessEqual) == Op::JumpUnlessLessEqual &&
+              JumpUnless(Op::GreaterEqual) == Op::JumpUnlessGreaterEqual);
+
 inline constexpr std::uint32_t noSite = ~0U;
 
 struct Instruction {
   Op op;
   std::uint16_t count = 0;
+  std::uint32_t d = 0;
   Operand a;
   Operand b;
   Operand c;
-  std::uint32_t d = 0;
 };
 
 // A name that is looked up while the script runs, with what the last look-up found.
@@ -167,8 +196,7 @@ struct Code {
   std::vector<std::size_t> awaited;     // globals of such a name: theirs once the top level has assigned them
   std::vector<NamedPlace> imports;      // of a text given to Execute: names of the procedure around it
   std::uint32_t parameters = 0;
-  bool takesValues = false;   // at least one parameter is by value
-  std::vector<bool> byValue;  // for each parameter
+  std::vector<std::uint32_t> byValue;  // the numbers of the parameters by value
   std::uint32_t variables =
       0;  // the registers below, which are Empty at the start; the rest is written first
   std::uint32_t registers = 0;

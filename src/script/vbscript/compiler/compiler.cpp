@@ -95,7 +95,7 @@ void Compiler::Local(const std::u16string& folded, Operand place) {
 bool Compiler::IsFree(const std::u16string& folded) {
   if (ResolveInside(folded)) return false;
   const Resolved outside = ResolveOutside(folded);
-  if (outside.meaning != Meaning::Variable || outside.place.GetSpace() != Space::Global) {
+  if (outside.meaning != Meaning::Variable || outside.place.space != Space::Global) {
     return outside.meaning == Meaning::Unknown;
   }
   return symbols_.FindDeclared(folded)->awaited;
@@ -112,8 +112,7 @@ void Compiler::DeclareLocals(const ast::Procedure& procedure) {
   for (const ast::Parameter& parameter : procedure.parameters) {
     const Space space = parameter.byValue ? Space::Register : Space::Parameter;
     Local(Folded(parameter.name), Operand::In(space, localCount_++));
-    out_.Made().byValue.push_back(parameter.byValue);
-    out_.Made().takesValues |= parameter.byValue;
+    if (parameter.byValue) out_.Made().byValue.push_back(out_.Made().parameters);
     ++out_.Made().parameters;
   }
   out_.Made().result = localCount_;
@@ -156,7 +155,7 @@ std::shared_ptr<const Code> Compiler::Procedure(const ast::Procedure& procedure)
 
 void Compiler::NoteNames() {
   for (const auto& [name, place] : locals_) {
-    if (place.GetSpace() != Space::Constant) out_.Made().names.push_back({name, place});
+    if (place.space != Space::Constant) out_.Made().names.push_back({name, place});
   }
 }
 
@@ -221,7 +220,7 @@ Compiler::Resolved Compiler::Resolve(std::u16string_view name) {
 
 std::optional<Compiler::Resolved> Compiler::ResolveInside(const std::u16string& folded) {
   if (const auto local = locals_.find(folded); local != locals_.end()) {
-    const bool constant = local->second.GetSpace() == Space::Constant;
+    const bool constant = local->second.space == Space::Constant;
     return Resolved{constant ? Meaning::Constant : Meaning::Variable, local->second};
   }
   if (around_ == nullptr || around_->code == nullptr) return std::nullopt;

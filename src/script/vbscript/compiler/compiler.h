@@ -113,7 +113,6 @@ class Compiler {
   void With(const ast::Statement& statement);
   void Exit(const ast::Statement& statement);
   void Erase(const ast::Statement& statement);
-  void EndOfStatement();
   void BeginLoop(ast::ExitKind kind);
   void EndLoop();
 
@@ -160,7 +159,6 @@ class Compiler {
   const Surroundings* around_ = nullptr;
   std::u16string functionName_;  // folded; of the Function or Property Get that is compiled
   Operand functionResult_;
-  std::optional<std::size_t> functionSlot_;
   std::unordered_map<std::u16string, Operand> locals_;
   std::uint32_t localCount_ = 0;
   std::vector<Operand> withObjects_;

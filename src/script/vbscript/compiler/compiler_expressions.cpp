@@ -11,10 +11,6 @@ using ast::ExpressionKind;
 
 namespace {
 
-Op OpOf(Operator operation) {
-  return static_cast<Op>(static_cast<int>(Op::Add) + static_cast<int>(operation));
-}
-
 bool IsComparison(Operator operation) {
   return operation >= Operator::Equal && operation <= Operator::GreaterEqual;
 }
@@ -164,7 +160,7 @@ bool Compiler::MayRunScript(const Expression& expression) {
 Operand Compiler::Binary(const Expression& expression, std::optional<Operand> into) {
   const std::uint32_t mark = out_.Mark();
   Operand left = Compile(*expression.operands[0]);
-  const bool isVariable = !out_.IsResult(left) && left.GetSpace() != Space::Constant;
+  const bool isVariable = !out_.IsResult(left) && left.space != Space::Constant;
   if (isVariable && MayRunScript(*expression.operands[1])) {
     const Operand kept = Operand::In(Space::Register, out_.Take());
     out_.Emit(Op::Load, kept, left);
@@ -191,8 +187,7 @@ std::uint32_t Compiler::JumpUnless(const Expression& condition) {
   if (!fused) return out_.Emit(Op::JumpUnless, {}, value);
   // The comparison that was just made becomes the jump itself.
   Instruction& comparison = out_.Made().instructions.back();
-  const auto kind = static_cast<int>(comparison.op) - static_cast<int>(Op::Equal);
-  comparison.op = static_cast<Op>(static_cast<int>(Op::JumpUnlessEqual) + kind);
+  comparison.op = vbs::JumpUnless(comparison.op);
   return out_.Here() - 1;
 }
 

@@ -284,7 +284,7 @@ void Compiler::Select(const Statement& statement) {
   const Operand chosen = Operand::In(Space::Register, out_.Take());
   out_.Emit(Op::Clear, chosen, {}, {}, 0, 1);
   out_.Emit(Op::Let, chosen, Compile(*statement.expressions[0]));
-  out_.BackTo(chosen.Number() + 1);
+  out_.BackTo(chosen.number + 1);
   const bool literal = statement.expressions[0]->kind == ExpressionKind::Literal;
   std::vector<std::uint32_t> ends;
   for (const ast::Branch& branch : statement.branches) {
@@ -292,11 +292,11 @@ void Compiler::Select(const Statement& statement) {
     for (const auto& test : branch.tests) {
       out_.BeginPart(statement.at);
       const Operand value = Compile(*test);
-      const Origin origin = value.GetSpace() == Space::Constant ? Origin::LiteralRight
-                            : literal                           ? Origin::LiteralLeft
-                                                                : Origin::Variable;
+      const Origin origin = value.space == Space::Constant ? Origin::LiteralRight
+                            : literal                      ? Origin::LiteralLeft
+                                                           : Origin::Variable;
       matches.push_back(out_.Emit(Op::JumpIfEqual, {}, chosen, value, 0, static_cast<std::size_t>(origin)));
-      out_.BackTo(chosen.Number() + 1);
+      out_.BackTo(chosen.number + 1);
     }
     const std::uint32_t next = out_.Emit(Op::Jump);
     for (const std::uint32_t match : matches) out_.JumpHere(match);
@@ -433,7 +433,7 @@ void Compiler::With(const Statement& statement) {
   const bool isResult = out_.IsResult(value);
   out_.Emit(isResult ? Op::SetTaken : Op::Set, object, value);
   if (isResult) out_.Taken(value);
-  out_.BackTo(object.Number() + 1);
+  out_.BackTo(object.number + 1);
   withObjects_.push_back(object);
   Statements(statement.body);
   withObjects_.pop_back();

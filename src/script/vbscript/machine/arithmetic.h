@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <limits>
+#include <memory>
 #include <string_view>
+#include <utility>
 
 #include "script/values/effort.h"
 #include "script/values/operators.h"
@@ -17,50 +20,87 @@ inline bool IsWholeNumber(const Value& value) {
   return value.Is(Kind::Integer) || value.Is(Kind::Long);
 }
 
-// A result that does not fit becomes the next wider kind; a Long never becomes an Integer again.
-inline bool StoreWhole(Value& place, bool narrow, std::int64_t result) {
-  if (narrow && result == static_cast<std::int16_t>(result)) {
-    place.SetWhole(Kind::Integer, result);
-  } else if (result == static_cast<std::int32_t>(result)) {
-    place.SetWhole(Kind::Long, result);
-  } else {
-    place.SetReal(Kind::Double, static_cast<double>(result));
-  }
+// Counts nothing and refers to nothing, so that it can be copied and overwritten without a look at it.
+inline bool IsBare(const Value& value) {
+  return value.GetKind() < Kind::Reference;
+}
+
+// `place` is bare.
+[[gnu::always_inline]] inline bool Store(Value& place, Value number) {
+  std::construct_at(&place, std::move(number));
   return true;
+}
+
+// A result that does not fit becomes the next wider kind; a Long never becomes an Integer again.
+[[gnu::always_inline]] inline bool StoreWhole(Value& place, bool narrow, std::int64_t result) {
+  const auto small = static_cast<std::int16_t>(result);
+  if (narrow && result == small) return Store(place, Value::Integer(small));
+  const auto usual = static_cast<std::int32_t>(result);
+  if (result == usual) return Store(place, Value::Long(usual));
+  return Store(place, Value::Double(static_cast<double>(result)));
 }
 
 inline bool BothIntegers(const Value& left, const Value& right) {
   return left.Is(Kind::Integer) && right.Is(Kind::Integer);
 }
 
-// `operation` is on 64-bit integers, `real` on doubles; a Double result must be finite to be good.
-template <class Whole, class Real>
-bool QuickArithmetic(Value& place, const Value& left, const Value& right, Whole whole, Real real) {
+inline bool IsFinite(double number) {
+  return number <= std::numeric_limits<double>::max() && number >= -std::numeric_limits<double>::max();
+}
+
+inline bool IsQuickNumber(const Value& value) {
+  return IsWholeNumber(value) || value.Is(Kind::Double);
+}
+
+inline double RealOf(const Value& quickNumber) {
+  return quickNumber.Is(Kind::Double) ? quickNumber.AsReal() : static_cast<double>(quickNumber.AsWhole());
+}
+
+inline bool StoreReal(Value& place, double result) {
+  return IsFinite(result) && Store(place, Value::Double(result));
+}
+
+// Those below write to places that are bare, and to no others.
+
+// `operation` is one for 64-bit integers and for doubles.
+template <class Operation>
+[[gnu::always_inline]] inline bool QuickArithmetic(Value& place, const Value& left, const Value& right,
+                                                   Operation operation) {
+  if (!IsBare(place)) return false;
   if (IsWholeNumber(left) && IsWholeNumber(right)) {
-    return StoreWhole(place, BothIntegers(left, right), whole(left.AsWhole(), right.AsWhole()));
+    return StoreWhole(place, BothIntegers(left, right), operation(left.AsWhole(), right.AsWhole()));
   }
-  double a = 0;
-  double b = 0;
-  if (left.Is(Kind::Double)) {
-    a = left.AsReal();
-  } else if (IsWholeNumber(left)) {
-    a = static_cast<double>(left.AsWhole());
-  } else {
-    return false;
-  }
-  if (right.Is(Kind::Double)) {
-    b = right.AsReal();
-  } else if (IsWholeNumber(right)) {
-    b = static_cast<double>(right.AsWhole());
-  } else {
-    return false;
-  }
-  const double result = real(a, b);
-  if (!(result <= std::numeric_limits<double>::max() && result >= -std::numeric_limits<double>::max())) {
-    return false;
-  }
-  place.SetReal(Kind::Double, result);
-  return true;
+  if (!IsQuickNumber(left) || !IsQuickNumber(right)) return false;
+  return StoreReal(place, operation(RealOf(left), RealOf(right)));
+}
+
+inline bool QuickAdd(Value& place, const Value& left, const Value& right) {
+  return QuickArithmetic(place, left, right, std::plus<>());
+}
+
+inline bool QuickSubtract(Value& place, const Value& left, const Value& right) {
+  return QuickArithmetic(place, left, right, std::minus<>());
+}
+
+inline bool QuickMultiply(Value& place, const Value& left, const Value& right) {
+  return QuickArithmetic(place, left, right, std::multiplies<>());
+}
+
+inline bool QuickModulo(Value& place, const Value& left, const Value& right) {
+  if (!IsBare(place) || !IsWholeNumber(left) || !IsWholeNumber(right) || right.AsWhole() == 0) return false;
+  return StoreWhole(place, BothIntegers(left, right), left.AsWhole() % right.AsWhole());
+}
+
+inline bool QuickIntegerDivide(Value& place, const Value& left, const Value& right) {
+  if (!IsBare(place) || !IsWholeNumber(left) || !IsWholeNumber(right) || right.AsWhole() == 0) return false;
+  const std::int64_t result = left.AsWhole() / right.AsWhole();
+  return result == static_cast<std::int32_t>(result) && StoreWhole(place, BothIntegers(left, right), result);
+}
+
+inline bool QuickDivide(Value& place, const Value& left, const Value& right) {
+  if (!IsBare(place) || !IsQuickNumber(left) || !IsQuickNumber(right)) return false;
+  const double divisor = RealOf(right);
+  return divisor != 0 && StoreReal(place, RealOf(left) / divisor);
 }
 
 // 1 true, 0 false, -1: not done here.

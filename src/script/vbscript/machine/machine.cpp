@@ -58,7 +58,7 @@ RegisterStack::~RegisterStack() {
   ::operator delete(values_);
 }
 
-void RegisterStack::Reach(const Value* end) {
+void RegisterStack::Extend(const Value* end) {
   if (end > end_) throw ScriptError(outOfStackSpace);
   while (made_ < end) new (made_++) Value();
 }
@@ -250,32 +250,31 @@ bool Machine::Reconsider(Frame& frame) {
   Keep(slot->code);
   CompileSlot(static_cast<std::size_t>(slot - slots_.begin()));
   const Code& code = *slot->code;
-  stack_.Reach(frame.registers + code.registers);
-  for (std::size_t i = code.parameters; i < code.variables; ++i) frame.registers[i].Clear();
-  frame.code = &code;
-  frame.instruction = code.instructions.data();
+  stack_.Reach(frame.Registers() + code.registers);
+  for (std::size_t i = code.parameters; i < code.variables; ++i) frame.Registers()[i].Clear();
+  frame.Begin(code);
   return true;
 }
 
 Value Machine::RunCode(const Code& code, Instance* me) {
   const Nesting nesting(*this);
-  const std::size_t entry = frames_.Size();
+  const Frame* const entry = frames_.Top();
   if (debugging_) debugging_->Follow(code);
-  Push(code, Top(), 0, me, {}, false);
+  Push(code, Top(), 0, me, nullptr);
   return RunFrom(entry);
 }
 
 Value Machine::RunSlot(std::size_t slot, Instance* me, Arguments arguments) {
   const Nesting nesting(*this);
-  const std::size_t entry = frames_.Size();
+  const Frame* const entry = frames_.Top();
   Value* top = Top();
   stack_.Reach(top + arguments.size());
   for (std::size_t i = 0; i < arguments.size(); ++i) top[i] = arguments[i].Followed();
-  Enter(slot, top, arguments.size(), me, {});
+  Enter(slot, top, arguments.size(), me, nullptr);
   return RunFrom(entry);
 }
 
-Value Machine::RunFrom(std::size_t entry) {
+Value Machine::RunFrom(const Frame* entry) {
   for (;;) {
     try {
       return Loop(entry);
@@ -301,7 +300,7 @@ namespace {
 // Arguments of the call that failed: what is put into their registers next must not reach their places.
 void ForgetReferences(const Frame& frame) {
   for (std::size_t i = frame.code->variables; i < frame.code->registers; ++i) {
-    if (frame.registers[i].Is(Kind::Reference)) frame.registers[i].Clear();
+    if (frame.Registers()[i].Is(Kind::Reference)) frame.Registers()[i].Clear();
   }
 }
 
@@ -309,11 +308,11 @@ void ForgetReferences(const Frame& frame) {
 
 // Unwinds to the nearest procedure under Resume Next and sets it to go on behind the failed statement.
 // False when there is none above `entry`; all of those procedures have then ended.
-bool Machine::Recover(ScriptError& error, std::size_t entry) {
+bool Machine::Recover(ScriptError& error, const Frame* entry) {
   const bool isNew = error.position.line == 0;
   Explain(error);
   if (debugging_ && isNew) debugging_->Failed(error);
-  while (frames_.Size() > entry) {
+  while (frames_.Top() > entry) {
     Frame& frame = frames_.Back();
     if (frame.resumeNext && !error.isFinal) {
       err_->Take(error);
@@ -321,7 +320,7 @@ bool Machine::Recover(ScriptError& error, std::size_t entry) {
       frame.instruction = NextStatement(*frame.code, frame.instruction);
       return true;
     }
-    Pop();
+    Leave(frame);
   }
   return false;
 }
@@ -358,21 +357,7 @@ void Machine::Explain(ScriptError& error) const {
   const bool binary = (failed.op >= Op::Add && failed.op <= Op::Imp) ||
                       (failed.op >= Op::JumpIfEqual && failed.op <= Op::JumpUnlessGreaterEqual);
   if (binary && error.number == typeMismatch) {
-    const auto valueOf = [&](Operand operand) -> Value {
-      switch (operand.GetSpace()) {
-        case Space::Register:
-        case Space::Parameter:
-          return frame.registers[operand.Number()].Followed();
-        case Space::Constant:
-          return code.constants[operand.Number()];
-        case Space::Global:
-          return globals_[operand.Number()];
-        case Space::Field:
-          return frame.me->Fields()[operand.Number()];
-      }
-      return {};
-    };
-    error.culprit = Quoted(valueOf(failed.b), valueOf(failed.c));
+    error.culprit = Quoted(frame.At(failed.b), frame.At(failed.c));
   }
 }
 

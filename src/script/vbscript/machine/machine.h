@@ -3,6 +3,7 @@
 // something goes wrong.
 #pragma once
 
+#include <array>
 #include <map>
 #include <memory>
 #include <new>
@@ -24,16 +25,37 @@ struct Extras : std::map<std::u16string, Value> {
   HeapShare share;
 };
 
-// A procedure that is being run. As large as a line of the processor's cache, so that counting frames needs
-// no division.
-struct alignas(64) Frame {
+// A procedure that is being run.
+struct Frame {
+  Frame(const Code& itsCode, const std::array<Value*, spaces>& itsPlaces, Instance* itsObject,
+        Value* itsResult)
+      : code(&itsCode),
+        instruction(itsCode.instructions.data()),
+        places(itsPlaces),
+        me(itsObject),
+        result(itsResult) {}
+
+  // Goes on with other code, at its first instruction.
+  void Begin(const Code& other) {
+    code = &other;
+    instruction = other.instructions.data();
+    places[static_cast<std::size_t>(Space::Constant)] = const_cast<Value*>(other.constants.data());
+  }
+
+  Value* Registers() const { return places[static_cast<std::size_t>(Space::Register)]; }
+  // The register or variable itself, also where it holds a Reference.
+  Value& Raw(Operand operand) const {
+    return places[static_cast<std::size_t>(operand.space)][operand.number];
+  }
+  // What the operand means.
+  Value& At(Operand operand) const { return Raw(operand).Followed(); }
+
   const Code* code;
-  const Instruction* instruction;  // being done; of all but the innermost frame, a call
-  Value* registers;
-  Instance* me;     // referred to by the frame; null outside methods
-  Operand result;   // where the caller wants the value
-  bool resumeNext;  // On Error Resume Next holds
-  bool throwsResultAway;
+  const Instruction* instruction;     // being done; of all but the innermost frame, a call
+  std::array<Value*, spaces> places;  // where the operands of each space begin
+  Instance* me;                       // referred to by the frame; null outside methods
+  Value* result;                      // a register of the caller for the value; null: nobody wants it
+  bool resumeNext = false;            // On Error Resume Next holds
   std::unique_ptr<Extras> extras;
 };
 
@@ -48,14 +70,17 @@ class FrameStack {
   bool Empty() const { return top_ == begin_; }
   bool Full() const { return top_ == end_; }
   std::size_t Size() const { return static_cast<std::size_t>(top_ - begin_); }
+  const Frame* Top() const { return top_; }  // one past the innermost; grows with every call
   Frame& Back() { return top_[-1]; }
   const Frame& Back() const { return top_[-1]; }
   Frame& operator[](std::size_t number) { return begin_[number]; }  // from the outermost
-  void Push(const Code& code, Value* registers, Instance* me, Operand result, bool throwsResultAway) {
-    new (top_++)
-        Frame{&code, code.instructions.data(), registers, me, result, false, throwsResultAway, nullptr};
+  // Requires: not Full.
+  void Push(const Code& code, const std::array<Value*, spaces>& places, Instance* me, Value* result) {
+    new (top_++) Frame(code, places, me, result);
   }
   void Pop() { (--top_)->~Frame(); }
+  // `frame` is the innermost and has nothing left to be destroyed.
+  void BackTo(Frame& frame) { top_ = &frame; }
 
  private:
   Frame* begin_;
@@ -74,9 +99,13 @@ class RegisterStack {
 
   Value* Begin() { return values_; }
   // Makes all registers below `end` values. Error 28 beyond the end of the stack.
-  void Reach(const Value* end);
+  void Reach(const Value* end) {
+    if (end > made_) Extend(end);
+  }
 
  private:
+  void Extend(const Value* end);
+
   Value* values_;
   Value* end_;
   Value* made_;  // those below are values
@@ -129,8 +158,8 @@ class Machine {
   void MakeGlobals();
   bool Reconsider(Frame& frame);
   Value RunCode(const Code& code, Instance* me);
-  Value RunFrom(std::size_t entry);
-  bool Recover(ScriptError& error, std::size_t entry);
+  Value RunFrom(const Frame* entry);
+  bool Recover(ScriptError& error, const Frame* entry);
   void Explain(ScriptError& error) const;
   void LookAround();
 
@@ -148,29 +177,28 @@ class Machine {
   // machine_calls.h
   const Code& CodeOf(std::size_t slot);
   Value* Top();
-  void Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Operand result,
-            bool throwsResultAway);
-  Value Pop() noexcept;
-  void Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Operand result,
-             bool throwsResultAway = false);
+  void Push(const Code& code, Value* registers, std::size_t arguments, Instance* me, Value* result);
+  Value Leave(Frame& frame) noexcept;
+  void Enter(std::size_t slot, Value* arguments, std::size_t count, Instance* me, Value* result);
 
   // machine_loop.cpp
-  Value Loop(std::size_t entry);
-  static void CopyByValue(const Code& code, Value* registers, std::size_t count);
-  std::u16string_view NameAt(const Instruction& instruction) const;
+  Value Loop(const Frame* entry);
+
+  // machine_operations.cpp: the operations that are not worth room in the loop.
+  void Perform(Op op, const Instruction& now);
 
   // machine_debug.cpp
-  Instruction StopHere();
+  Op StopHere();
 
   // machine_objects.cpp: what an instruction does that is about objects and arrays.
-  bool GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count, Operand result,
-                 Value& direct);
+  std::u16string_view NameAt(const Instruction& instruction) const;
+  bool GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count, Value& result);
   bool PutMember(const Value& target, const Site& site, Value* indices, std::size_t count, const Value& value,
                  PutKind kind);
   int FindMember(Dispatch& object, const Site& site);
-  bool CallLate(const Site& site, Value* arguments, std::size_t count, Operand result, Value& direct);
+  bool CallLate(const Site& site, Value* arguments, std::size_t count, Value& result);
   Value ReadLate(const Site& site);
-  Value CallBuiltin(const Builtin& builtin, Arguments arguments);
+  void CallBuiltin(const Builtin& builtin, Arguments arguments, Value& result);
   Value MakeObject(const Site& site);
   void Redimension(Value& array, const Value* bounds, std::size_t count, bool preserve);
   void Erase(Value& array);

@@ -14,39 +14,48 @@ inline const Code& Machine::CodeOf(std::size_t number) {
 }
 
 inline Value* Machine::Top() {
-  return frames_.Empty() ? stack_.Begin() : frames_.Back().registers + frames_.Back().code->registers;
+  return frames_.Empty() ? stack_.Begin() : frames_.Back().Registers() + frames_.Back().code->registers;
 }
 
 [[gnu::always_inline]] inline void Machine::Push(const Code& code, Value* registers, std::size_t arguments,
-                                                 Instance* me, Operand result, bool throwsResultAway) {
+                                                 Instance* me, Value* result) {
   if (frames_.Full()) throw ScriptError(outOfStackSpace);
   stack_.Reach(registers + code.registers);
-  for (std::size_t i = arguments; i < code.variables; ++i) registers[i].Clear();
-  if (code.takesValues) CopyByValue(code, registers, arguments);
+  Value* const end = registers + code.variables;
+  for (Value* reg = registers + arguments; reg != end; ++reg) reg->Clear();
+  for (const std::uint32_t parameter : code.byValue) {
+    Value& given = registers[parameter];
+    if (given.Is(Kind::Reference)) given = Value(given.Place());
+  }
   if (me != nullptr) me->AddReference();
-  frames_.Push(code, registers, me, result, throwsResultAway);
+  // Constants are only read; the table holds them beside what is written.
+  auto* const constants = const_cast<Value*>(code.constants.data());
+  Value* const fields = me == nullptr ? nullptr : me->Fields().data();
+  frames_.Push(code, {registers, registers, constants, globals_.data(), fields}, me, result);
 }
 
-// Ends the innermost procedure and gives its value. Objects whose last reference goes here run their
-// Class_Terminate while the frame is still there.
-[[gnu::always_inline]] inline Value Machine::Pop() noexcept {
-  Frame& frame = frames_.Back();
-  Value result = std::move(frame.registers[frame.code->result]);
-  for (Value* reg = frame.registers; reg < frame.registers + frame.code->registers; ++reg) {
+// Ends the innermost procedure, which is `frame`, and gives its value. Objects whose last reference goes here
+// run their Class_Terminate while the frame is still there.
+[[gnu::always_inline]] inline Value Machine::Leave(Frame& frame) noexcept {
+  Value* const registers = frame.Registers();
+  Value result = std::move(registers[frame.code->result]);
+  const Value* const end = registers + frame.code->registers;
+  for (Value* reg = registers; reg != end; ++reg) {
     if (reg->GetKind() >= Kind::Reference) reg->Clear();
   }
-  frame.extras.reset();
-  Instance* me = frame.me;
-  frames_.Pop();
+  if (frame.extras) [[unlikely]]
+    frame.extras.reset();
+  Instance* const me = frame.me;
+  frames_.BackTo(frame);
   if (me != nullptr) me->RemoveReference();
   return result;
 }
 
 [[gnu::always_inline]] inline void Machine::Enter(std::size_t slot, Value* arguments, std::size_t count,
-                                                  Instance* me, Operand result, bool throwsResultAway) {
+                                                  Instance* me, Value* result) {
   const Code& code = CodeOf(slot);
   if (count != code.parameters) throw ScriptError(wrongArgumentCount, slots_[slot].name);
-  Push(code, arguments, count, me, result, throwsResultAway);
+  Push(code, arguments, count, me, result);
 }
 
 }  // namespace quarlin::vbs

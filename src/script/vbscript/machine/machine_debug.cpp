@@ -37,12 +37,10 @@ void Machine::StopAt(StopsAt stops) {
   if (debugging_) debugging_->StopAt(std::move(stops));
 }
 
-Instruction Machine::StopHere() {
+Op Machine::StopHere() {
   const Frame& frame = frames_.Back();
   if (debugging_) debugging_->AtStatement();
-  Instruction instruction = *frame.instruction;
-  instruction.op = OperationAt(*frame.code, *frame.instruction);
-  return instruction;
+  return OperationAt(*frame.code, *frame.instruction);
 }
 
 // An expression that is evaluated while the machine stands: Err stays as it is, nothing is told.
@@ -137,12 +135,12 @@ std::vector<NamedValue> Machine::Debugging::Locals(std::size_t call) {
   Frame& frame = FrameOf(call);
   std::vector<NamedPlace> places = frame.code->names;
   std::sort(places.begin(), places.end(), [](const NamedPlace& left, const NamedPlace& right) {
-    return left.place.Number() < right.place.Number();
+    return left.place.number < right.place.number;
   });
   std::vector<NamedValue> locals;
   if (frame.me != nullptr) locals.push_back({u"Me", Value::Object(frame.me)});
   for (const NamedPlace& named : places) {
-    locals.push_back({Spelled(named.name), frame.registers[named.place.Number()].Followed()});
+    locals.push_back({Spelled(named.name), frame.Registers()[named.place.number].Followed()});
   }
   if (frame.extras) {
     for (const auto& [name, value] : *frame.extras) locals.push_back({Spelled(name), value});

@@ -17,30 +17,6 @@
 namespace quarlin::vbs {
 namespace {
 
-constexpr std::size_t spaces = 5;
-
-// Where the operands of the innermost procedure lie.
-class Places {
- public:
-  void Switch(Frame& frame, std::vector<Value>& globals) {
-    bases_[static_cast<std::size_t>(Space::Register)] = frame.registers;
-    bases_[static_cast<std::size_t>(Space::Parameter)] = frame.registers;
-    // Constants are only read; the table holds them beside what is written.
-    bases_[static_cast<std::size_t>(Space::Constant)] = const_cast<Value*>(frame.code->constants.data());
-    bases_[static_cast<std::size_t>(Space::Global)] = globals.data();
-    bases_[static_cast<std::size_t>(Space::Field)] =
-        frame.me == nullptr ? nullptr : frame.me->Fields().data();
-  }
-  Value& operator[](Operand operand) const {
-    Value* place = bases_[operand.bits >> Operand::spaceShift] + (operand.bits & Operand::numberMask);
-    return place->Is(Kind::Reference) ? place->Place() : *place;
-  }
-  Value* Register(Operand operand) const { return bases_[0] + operand.bits; }
-
- private:
-  std::array<Value*, spaces> bases_{};
-};
-
 Value JoinNumber(std::u16string_view text, std::int64_t number) {
   std::array<char, 24> digits;
   const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
@@ -52,7 +28,7 @@ Value JoinNumber(std::u16string_view text, std::int64_t number) {
   return Value::Adopt(joined);
 }
 
-void Concatenate(Value& place, const Value& left, const Value& right) {
+[[gnu::noinline]] void Concatenate(Value& place, const Value& left, const Value& right) {
   if (&place == &left && place.IsString()) {
     if (right.IsString()) return place.AppendText(right.AsText());
     if (right.Is(Kind::Integer) || right.Is(Kind::Long)) return place.AppendText(ToText(right));
@@ -69,34 +45,22 @@ void Concatenate(Value& place, const Value& left, const Value& right) {
                                                   : Apply(Operator::Concatenate, left, right);
 }
 
-bool QuickModulo(Value& place, const Value& left, const Value& right) {
-  if (!IsWholeNumber(left) || !IsWholeNumber(right) || right.AsWhole() == 0) return false;
-  return StoreWhole(place, BothIntegers(left, right), left.AsWhole() % right.AsWhole());
+// With the operands as they lie there, which is nearly always enough; else behind References, or in general.
+template <class Quick>
+[[gnu::noinline]] void CalculateAnyway(const Instruction& now, const Frame& frame, Operator operation,
+                                       Quick quick) {
+  Value result;
+  if (!quick(result, frame.At(now.b), frame.At(now.c))) {
+    result = Apply(operation, frame.At(now.b), frame.At(now.c));
+  }
+  frame.At(now.a).Swap(result);
 }
 
-bool QuickIntegerDivide(Value& place, const Value& left, const Value& right) {
-  if (!IsWholeNumber(left) || !IsWholeNumber(right) || right.AsWhole() == 0) return false;
-  const std::int64_t result = left.AsWhole() / right.AsWhole();
-  return result == static_cast<std::int32_t>(result) && StoreWhole(place, BothIntegers(left, right), result);
-}
-
-bool QuickDivide(Value& place, const Value& left, const Value& right) {
-  const auto real = [](const Value& value) {
-    return value.Is(Kind::Double) ? value.AsReal() : static_cast<double>(value.AsWhole());
-  };
-  if (!(IsWholeNumber(left) || left.Is(Kind::Double)) || !(IsWholeNumber(right) || right.Is(Kind::Double)))
-    return false;
-  const double divisor = real(right);
-  if (divisor == 0) return false;
-  const double result = real(left) / divisor;
-  if (!(result <= std::numeric_limits<double>::max() && result >= -std::numeric_limits<double>::max()))
-    return false;
-  place.SetReal(Kind::Double, result);
-  return true;
-}
-
-Operator OperatorOf(Op op) {
-  return static_cast<Operator>(static_cast<int>(op) - static_cast<int>(Op::Add));
+template <class Quick>
+[[gnu::always_inline]] inline void Calculate(const Instruction& now, const Frame& frame, Operator operation,
+                                             Quick quick) {
+  if (quick(frame.Raw(now.a), frame.Raw(now.b), frame.Raw(now.c))) return;
+  CalculateAnyway(now, frame, operation, quick);
 }
 
 // The element of a one-dimensional array, or null where the general way has to be taken.
@@ -108,35 +72,89 @@ Value* QuickElement(const Value& array, const Value& index) {
   return &body.Items()[place];
 }
 
-template <class Compare>
-bool Holds(const Instruction& instruction, const Places& at, Operator operation, Compare compare) {
-  const Value& left = at[instruction.b];
-  const Value& right = at[instruction.c];
-  const int quick = QuickCompare(left, right, compare);
-  if (quick >= 0) return quick != 0;
-  return IsTrue(Apply(operation, left, right, static_cast<Origin>(instruction.count)));
-}
-
-bool Fits(const Value& selected, const Value& choice, const Instruction& instruction) {
-  const int quick = QuickCompare(selected, choice, std::equal_to<>());
-  if (quick >= 0) return quick != 0;
-  return FitsCase(selected, choice, static_cast<Origin>(instruction.count));
-}
-
-bool QuickNext(Value& counter, const Value* bounds, bool& again) {
-  if (!IsWholeNumber(counter) || !IsWholeNumber(bounds[0]) || !IsWholeNumber(bounds[1])) return false;
-  const std::int64_t step = bounds[1].AsWhole();
-  const std::int64_t next = counter.AsWhole() + step;
-  StoreWhole(counter, counter.Is(Kind::Integer) && bounds[1].Is(Kind::Integer), next);
-  again = step >= 0 ? next <= bounds[0].AsWhole() : next >= bounds[0].AsWhole();
+bool QuickPut(const Value& array, const Value& index, const Value& value) {
+  if (!array.IsArray() || array.AsArray().References() != 1 || value.IsObject() || value.IsArray())
+    return false;
+  Value* element = QuickElement(array, index);
+  if (element == nullptr) return false;
+  *element = value;
   return true;
 }
 
-void ElementPlace(Value& reg, Value& array, Arguments indices) {
-  // The indices are plain, so nothing runs that could change the array in between.
-  Value element = array.IsArray() ? Value::To(array.OwnArray().At(IndexNumbers(indices).Span()))
-                                  : IndexValue(array, indices);
-  reg.Swap(element);
+template <class Compare>
+[[gnu::noinline]] bool HoldsAnyway(const Instruction& now, const Frame& frame, Operator operation,
+                                   Compare compare) {
+  const Value& left = frame.At(now.b);
+  const Value& right = frame.At(now.c);
+  const int quick = QuickCompare(left, right, compare);
+  if (quick >= 0) return quick != 0;
+  return IsTrue(Apply(operation, left, right, static_cast<Origin>(now.count)));
+}
+
+// Whether a Case is the one that was selected.
+bool Fits(const Instruction& now, const Frame& frame) {
+  const Value& selected = frame.At(now.b);
+  const Value& choice = frame.At(now.c);
+  const int quick = QuickCompare(selected, choice, std::equal_to<>());
+  if (quick >= 0) return quick != 0;
+  return FitsCase(selected, choice, static_cast<Origin>(now.count));
+}
+
+template <class Compare>
+[[gnu::always_inline]] inline bool Holds(const Instruction& now, const Frame& frame, Operator operation,
+                                         Compare compare) {
+  const Value& left = frame.Raw(now.b);
+  const Value& right = frame.Raw(now.c);
+  if (IsWholeNumber(left) && IsWholeNumber(right)) return compare(left.AsWhole(), right.AsWhole());
+  return HoldsAnyway(now, frame, operation, compare);
+}
+
+bool Next(Value& counter, const Value* bounds) {
+  if (!IsWholeNumber(counter) || !IsWholeNumber(bounds[0]) || !IsWholeNumber(bounds[1])) {
+    return Count(counter, bounds);
+  }
+  const std::int64_t step = bounds[1].AsWhole();
+  const std::int64_t next = counter.AsWhole() + step;
+  StoreWhole(counter, counter.Is(Kind::Integer) && bounds[1].Is(Kind::Integer), next);
+  return step >= 0 ? next <= bounds[0].AsWhole() : next >= bounds[0].AsWhole();
+}
+
+bool NextItem(const Value& walk, Value& item) {
+  return walk.IsObject() && static_cast<Walk*>(walk.AsObject())->Next(item);
+}
+
+[[gnu::noinline]] void LetPlain(Value& target, const Value& source) {
+  Value plain = LetValue(source);
+  target.Swap(plain);
+}
+
+bool IsFixedArray(const Value& value) {
+  return value.IsArray() && value.AsArray().Fixed();
+}
+
+void Let(Value& target, const Value& source) {
+  if (IsFixedArray(target)) throw ScriptError(typeMismatch);
+  if (source.GetKind() >= Kind::Array) return LetPlain(target, source);
+  target = source;
+}
+
+void LetTaken(Value& target, Value& source) {
+  if (IsFixedArray(target)) throw ScriptError(typeMismatch);
+  if (source.GetKind() < Kind::Array) {
+    target = std::move(source);
+  } else {
+    LetPlain(target, source);
+    source.Clear();
+  }
+}
+
+// Copies what lies there, where nothing has to be counted or followed.
+[[gnu::always_inline]] inline bool QuickCopy(const Instruction& now, const Frame& frame) {
+  Value& target = frame.Raw(now.a);
+  const Value& source = frame.Raw(now.b);
+  if (!IsBare(target) || !IsBare(source)) return false;
+  std::construct_at(&target, source);
+  return true;
 }
 
 void SetObject(Value& place, const Value& value) {
@@ -144,331 +162,208 @@ void SetObject(Value& place, const Value& value) {
   place = value;
 }
 
-}  // namespace
-
-void Machine::CopyByValue(const Code& code, Value* registers, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    if (code.byValue[i] && registers[i].Is(Kind::Reference)) registers[i] = Value(registers[i].Place());
-  }
+[[gnu::noinline]] void IndexInto(Value& target, const Value& array, Arguments indices,
+                                 std::u16string_view name) {
+  target = IndexValue(array, indices, name);
 }
 
-// The innermost procedures, until the one that was entered last before the call has returned. One
-// instruction after the other; `frame->instruction` is kept true wherever something can be thrown.
-Value Machine::Loop(std::size_t entry) {
+}  // namespace
+
+// The innermost procedures, until all above `entry` have returned. One instruction after the other;
+// `frame->instruction` is kept true wherever something can be thrown. What scripts do all the time is done
+// here, the rest by Perform: the fewer objects this function has, the more of `this`, `frame` and `at`
+// stays in the processor's registers.
+Value Machine::Loop(const Frame* entry) {
   Frame* frame = &frames_.Back();
   const Instruction* at = frame->instruction;
-  Places place;
-  place.Switch(*frame, globals_);
-  const auto entered = [&] {
+  const auto place = [&frame](Operand operand) -> Value& { return frame->At(operand); };
+  const auto reg = [&frame](Operand operand) { return frame->Registers() + operand.number; };
+  const auto jumpTo = [&](std::uint32_t target) { at = frame->code->instructions.data() + target; };
+  const auto look = [this] {
+    if (effort::Step()) LookAround();
+  };
+  const auto enter = [&] {
     frame = &frames_.Back();
     at = frame->instruction;
-    place.Switch(*frame, globals_);
-    if (effort::Step()) LookAround();
+    look();
   };
-  const auto jumpBack = [&](std::uint32_t target) {
-    at = frame->code->instructions.data() + target;
-    if (effort::Step()) LookAround();
-  };
-  const auto jump = [&](std::uint32_t target) { at = frame->code->instructions.data() + target; };
-  Instruction stopped{};
   for (;;) {
-    const Instruction* doing = at;
-    frame->instruction = at++;
+    Op op = at->op;
+    frame->instruction = at;
   perform:
-    const Instruction& now = *doing;
-    switch (now.op) {
+    const Instruction& now = *at;
+    switch (op) {
       case Op::Load:
-        place[now.a] = place[now.b];
+        if (!QuickCopy(now, *frame)) place(now.a) = place(now.b);
         break;
       case Op::Take:
-        place[now.a] = std::move(place[now.b]);
+        if (!QuickCopy(now, *frame)) place(now.a) = std::move(place(now.b));
         break;
       case Op::Let:
-      case Op::LetTaken: {
-        Value& target = place[now.a];
-        Value& source = place[now.b];
-        if (target.IsArray() && target.AsArray().Fixed()) throw ScriptError(typeMismatch);
-        if (source.IsObject() || source.IsArray()) {
-          Value plain = LetValue(source);
-          target.Swap(plain);
-          if (now.op == Op::LetTaken) source.Clear();
-        } else if (now.op == Op::LetTaken) {
-          target = std::move(source);
-        } else {
-          target = source;
-        }
+        if (!QuickCopy(now, *frame)) Let(place(now.a), place(now.b));
         break;
-      }
+      case Op::LetTaken:
+        if (!QuickCopy(now, *frame)) LetTaken(place(now.a), place(now.b));
+        break;
       case Op::Set:
-        SetObject(place[now.a], place[now.b]);
+        SetObject(place(now.a), place(now.b));
         break;
       case Op::SetTaken:
-        if (!place[now.b].IsObject()) throw ScriptError(objectRequired);
-        place[now.a] = std::move(place[now.b]);
+        if (!place(now.b).IsObject()) throw ScriptError(objectRequired);
+        place(now.a) = std::move(place(now.b));
         break;
       case Op::Refer:
-        *place.Register(now.a) = Value::To(place[now.b]);
+        *reg(now.a) = Value::To(place(now.b));
         break;
       case Op::Clear:
-        for (std::size_t i = 0; i < now.count; ++i) place.Register(now.a)[i].Clear();
+        for (std::size_t i = 0; i < now.count; ++i) reg(now.a)[i].Clear();
         break;
 
       case Op::Add:
-        if (!QuickArithmetic(place[now.a], place[now.b], place[now.c], std::plus<>(), std::plus<>())) {
-          place[now.a] = Apply(Operator::Add, place[now.b], place[now.c]);
-        }
+        Calculate(now, *frame, Operator::Add, QuickAdd);
         break;
       case Op::Subtract:
-        if (!QuickArithmetic(place[now.a], place[now.b], place[now.c], std::minus<>(), std::minus<>())) {
-          place[now.a] = Apply(Operator::Subtract, place[now.b], place[now.c]);
-        }
+        Calculate(now, *frame, Operator::Subtract, QuickSubtract);
         break;
       case Op::Multiply:
-        if (!QuickArithmetic(place[now.a], place[now.b], place[now.c], std::multiplies<>(),
-                             std::multiplies<>())) {
-          place[now.a] = Apply(Operator::Multiply, place[now.b], place[now.c]);
-        }
+        Calculate(now, *frame, Operator::Multiply, QuickMultiply);
         break;
       case Op::Divide:
-        if (!QuickDivide(place[now.a], place[now.b], place[now.c])) {
-          place[now.a] = Apply(Operator::Divide, place[now.b], place[now.c]);
-        }
+        Calculate(now, *frame, Operator::Divide, QuickDivide);
         break;
       case Op::IntegerDivide:
-        if (!QuickIntegerDivide(place[now.a], place[now.b], place[now.c])) {
-          place[now.a] = Apply(Operator::IntegerDivide, place[now.b], place[now.c]);
-        }
+        Calculate(now, *frame, Operator::IntegerDivide, QuickIntegerDivide);
         break;
       case Op::Modulo:
-        if (!QuickModulo(place[now.a], place[now.b], place[now.c])) {
-          place[now.a] = Apply(Operator::Modulo, place[now.b], place[now.c]);
-        }
+        Calculate(now, *frame, Operator::Modulo, QuickModulo);
         break;
       case Op::Concatenate:
-        Concatenate(place[now.a], place[now.b], place[now.c]);
-        break;
-      case Op::Power:
-      case Op::Equal:
-      case Op::NotEqual:
-      case Op::Less:
-      case Op::Greater:
-      case Op::LessEqual:
-      case Op::GreaterEqual:
-      case Op::Is:
-      case Op::And:
-      case Op::Or:
-      case Op::Xor:
-      case Op::Eqv:
-      case Op::Imp:
-        place[now.a] = Apply(OperatorOf(now.op), place[now.b], place[now.c], static_cast<Origin>(now.count));
-        break;
-      case Op::Negate:
-        place[now.a] = Negate(place[now.b]);
-        break;
-      case Op::Plus:
-        place[now.a] = place[now.b].IsString() ? Value::Double(ToDouble(place[now.b])) : Plain(place[now.b]);
-        break;
-      case Op::Not:
-        place[now.a] = Not(place[now.b]);
+        Concatenate(place(now.a), place(now.b), place(now.c));
         break;
 
       case Op::Jump:
-        jump(now.d);
-        break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpUnless:
-        if (!IsTrue(place[now.b])) jump(now.d);
-        break;
+        if (IsTrue(place(now.b))) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpIf:
-        if (IsTrue(place[now.b])) jump(now.d);
-        break;
+        if (!IsTrue(place(now.b))) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpIfEqual:
-        if (Fits(place[now.b], place[now.c], now)) jump(now.d);
-        break;
+        if (!Fits(now, *frame)) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpUnlessEqual:
-        if (!Holds(now, place, Operator::Equal, std::equal_to<>())) jump(now.d);
-        break;
+        if (Holds(now, *frame, Operator::Equal, std::equal_to<>())) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpUnlessNotEqual:
-        if (!Holds(now, place, Operator::NotEqual, std::not_equal_to<>())) jump(now.d);
-        break;
+        if (Holds(now, *frame, Operator::NotEqual, std::not_equal_to<>())) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpUnlessLess:
-        if (!Holds(now, place, Operator::Less, std::less<>())) jump(now.d);
-        break;
+        if (Holds(now, *frame, Operator::Less, std::less<>())) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpUnlessGreater:
-        if (!Holds(now, place, Operator::Greater, std::greater<>())) jump(now.d);
-        break;
+        if (Holds(now, *frame, Operator::Greater, std::greater<>())) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpUnlessLessEqual:
-        if (!Holds(now, place, Operator::LessEqual, std::less_equal<>())) jump(now.d);
-        break;
+        if (Holds(now, *frame, Operator::LessEqual, std::less_equal<>())) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpUnlessGreaterEqual:
-        if (!Holds(now, place, Operator::GreaterEqual, std::greater_equal<>())) jump(now.d);
-        break;
+        if (Holds(now, *frame, Operator::GreaterEqual, std::greater_equal<>())) break;
+        jumpTo(now.d);
+        continue;
       case Op::JumpBack:
-        jumpBack(now.d);
-        break;
+        jumpTo(now.d);
+        look();
+        continue;
+      case Op::ForStart:
+        if (StartCounting(place(now.a), place(now.b), reg(now.c))) break;
+        jumpTo(now.d);
+        continue;
+      case Op::ForNext:
+        if (!Next(place(now.a), reg(now.c))) break;
+        jumpTo(now.d);
+        look();
+        continue;
+
+      case Op::EachNext:
+        if (NextItem(*reg(now.c), place(now.a))) break;
+        jumpTo(now.d);
+        continue;
 
       case Op::IndexOne:
-        if (const Value* element = QuickElement(place[now.b], place[now.c])) {
-          place[now.a] = *element;
-          break;
+        if (const Value* element = QuickElement(place(now.b), place(now.c))) {
+          place(now.a) = *element;
+        } else {
+          IndexInto(place(now.a), place(now.b), {&place(now.c), 1}, NameAt(now));
         }
-        place[now.a] = IndexValue(place[now.b], {&place[now.c], 1}, NameAt(now));
         break;
-      case Op::Index:
-        place[now.a] = IndexValue(place[now.b], {place.Register(now.c), now.count}, NameAt(now));
-        break;
-      case Op::ElementPlace:
-        ElementPlace(*place.Register(now.a), place[now.b], {place.Register(now.c), now.count});
-        break;
-      case Op::PutIndexOne: {
-        Value& array = place[now.a];
-        const Value& value = place[now.b];
-        if (array.IsArray() && array.AsArray().References() == 1 && !value.IsObject() && !value.IsArray()) {
-          if (Value* element = QuickElement(array, place[now.c])) {
-            *element = value;
-            break;
-          }
+      case Op::PutIndexOne:
+        if (!QuickPut(place(now.a), place(now.c), place(now.b))) {
+          PutIndexed(place(now.a), {&place(now.c), 1}, place(now.b), PutKind::Let, NameAt(now));
         }
-        PutIndexed(array, {&place[now.c], 1}, value, PutKind::Let, NameAt(now));
-        break;
-      }
-      case Op::PutIndex:
-      case Op::SetIndex:
-        PutIndexed(place[now.a], {place.Register(now.c), now.count}, place[now.b],
-                   now.op == Op::PutIndex ? PutKind::Let : PutKind::Set, NameAt(now));
-        break;
-      case Op::PutBack:
-        PutBack(place[now.a], place.Register(now.c), now.count, place[now.b]);
         break;
 
       case Op::GetMember:
-      case Op::CallMember: {
-        Value direct;
-        Value* arguments = now.op == Op::GetMember ? Top() : place.Register(now.c);
-        if (GetMember(place[now.b], frame->code->sites[now.d], arguments, now.count, now.a, direct)) {
-          entered();
-        } else {
-          place[now.a].Swap(direct);
+      case Op::CallMember:
+        if (!GetMember(place(now.b), frame->code->sites[now.d], op == Op::GetMember ? Top() : reg(now.c),
+                       now.count, *reg(now.a))) {
+          break;
         }
-        break;
-      }
+        enter();
+        continue;
       case Op::PutMember:
       case Op::SetMember:
-        if (PutMember(place[now.b], frame->code->sites[now.d], place.Register(now.c), now.count, place[now.a],
-                      now.op == Op::PutMember ? PutKind::Let : PutKind::Set)) {
-          entered();
+        if (!PutMember(place(now.b), frame->code->sites[now.d], reg(now.c), now.count, place(now.a),
+                       op == Op::PutMember ? PutKind::Let : PutKind::Set)) {
+          break;
         }
-        break;
+        enter();
+        continue;
       case Op::CallProcedure:
-        Enter(now.d, place.Register(now.c), now.count, nullptr, now.a);
-        entered();
-        break;
+        Enter(now.d, reg(now.c), now.count, nullptr, reg(now.a));
+        enter();
+        continue;
       case Op::CallMethod:
-        Enter(now.d, place.Register(now.c), now.count, frame->me, now.a);
-        entered();
+        Enter(now.d, reg(now.c), now.count, frame->me, reg(now.a));
+        enter();
+        continue;
+      case Op::CallLate:
+        if (!CallLate(frame->code->sites[now.d], reg(now.c), now.count, *reg(now.a))) break;
+        enter();
+        continue;
+      case Op::CallBuiltin:
+        CallBuiltin(symbols_.BuiltinAt(now.d), {reg(now.c), now.count}, place(now.a));
         break;
-      case Op::CallBuiltin: {
-        Value result = CallBuiltin(symbols_.BuiltinAt(now.d), {place.Register(now.c), now.count});
-        place[now.a].Swap(result);
-        break;
-      }
-      case Op::CallLate: {
-        Value direct;
-        if (CallLate(frame->code->sites[now.d], place.Register(now.c), now.count, now.a, direct)) {
-          entered();
-        } else {
-          place[now.a].Swap(direct);
-        }
-        break;
-      }
-      case Op::ReadLate: {
-        Value found = ReadLate(frame->code->sites[now.d]);
-        place[now.a].Swap(found);
-        break;
-      }
-      case Op::Raise:
-        throw ScriptError(static_cast<std::int32_t>(place[now.b].AsWhole()), frame->code->sites[now.d].name);
-
-      case Op::ReadyArray: {
-        Value array =
-            Value::Array(ArrayBody::Make(frame->code->arrays[now.d], !frame->code->arrays[now.d].empty()));
-        place[now.a].Swap(array);
-        break;
-      }
-      case Op::ReDim:
-      case Op::ReDimPreserve:
-        Redimension(place[now.a], place.Register(now.c), now.count, now.op == Op::ReDimPreserve);
-        break;
-      case Op::Erase:
-        Erase(place[now.a]);
-        break;
-      case Op::New: {
-        Value made = MakeObject(frame->code->sites[now.d]);
-        place[now.a].Swap(made);
-        break;
-      }
-      case Op::Me:
-        place[now.a] = Value::Object(frame->me);
-        break;
-
-      case Op::ForStart:
-        if (!StartCounting(place[now.a], place[now.b], place.Register(now.c))) jump(now.d);
-        break;
-      case Op::ForNext: {
-        bool again = false;
-        Value& counter = place[now.a];
-        const Value* bounds = place.Register(now.c);
-        if (!QuickNext(counter, bounds, again)) again = Count(counter, bounds);
-        if (again) jumpBack(now.d);
-        break;
-      }
-      case Op::EachStart:
-        *place.Register(now.a) = Walk::Over(place[now.b]);
-        break;
-      case Op::EachNext: {
-        const Value& walk = *place.Register(now.c);
-        if (!walk.IsObject() || !static_cast<Walk*>(walk.AsObject())->Next(place[now.a])) jump(now.d);
+      case Op::Return: {
+        Value* const target = frame->result;
+        Value result = Leave(*frame);
+        if (frame == entry) return result;
+        --frame;
+        at = frame->instruction;
+        if (target != nullptr) target->Swap(result);
         break;
       }
 
-      case Op::ResumeNext:
-        frame->resumeNext = true;
-        err_->Clear();
-        break;
-      case Op::GoToZero:
-        frame->resumeNext = false;
-        err_->Clear();
-        break;
-      case Op::Execute:
-      case Op::ExecuteGlobal:
-      case Op::Eval: {
-        Value result = Execute(now.op, place[now.b]);
-        place[now.a].Swap(result);
-        break;
-      }
       case Op::Reconsider:
         if (!Reconsider(*frame)) break;
         at = frame->instruction;
-        place.Switch(*frame, globals_);
-        break;
-      case Op::GetRef:
-        place[now.a] = ReferenceTo(place[now.b]);
-        break;
-      case Op::Return: {
-        const Operand target = frame->result;
-        const bool wanted = !frame->throwsResultAway;
-        Value result = Pop();
-        if (frames_.Size() == entry) return result;
-        frame = &frames_.Back();
-        at = frame->instruction + 1;
-        place.Switch(*frame, globals_);
-        if (wanted) place[target].Swap(result);
-        break;
-      }
+        continue;
       case Op::Stop:
-        stopped = StopHere();
-        doing = &stopped;
+        op = StopHere();
         goto perform;
+      default:
+        Perform(op, now);
     }
+    ++at;
   }
 }
 

@@ -56,9 +56,9 @@ int Machine::FindMember(Dispatch& object, const Site& site) {
   return *member;
 }
 
-// True when a method was entered, whose value will come to `result`; otherwise the value is in `direct`.
+// True when a method was entered, whose value will come to `result`; otherwise it is there.
 bool Machine::GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count,
-                        Operand result, Value& direct) {
+                        Value& result) {
   if (!target.IsObject() || target.IsNothing()) throw ScriptError(objectRequired, site.object);
   const ObjectRef object(target.AsObject());
   const int number = FindMember(*object, site);
@@ -66,7 +66,7 @@ bool Machine::GetMember(const Value& target, const Site& site, Value* arguments,
   if (instance == nullptr) {
     Follow(arguments, count);
     effort::Spend(effort::stepsOfHostCall);
-    direct = object->Invoke(number, {arguments, count});
+    result = object->Invoke(number, {arguments, count});
     return false;
   }
   const ClassMember* member = instance->MemberAt(number);
@@ -76,12 +76,12 @@ bool Machine::GetMember(const Value& target, const Site& site, Value* arguments,
   if (member->get != ClassMember::none) {
     const auto slot = static_cast<std::size_t>(member->get);
     if (count == 0 || CodeOf(slot).parameters > 0) {
-      Enter(slot, arguments, count, instance, result);
+      Enter(slot, arguments, count, instance, &result);
       return true;
     }
   }
   Follow(arguments, count);
-  direct = GetFrom(*instance, *member, {arguments, count});
+  result = GetFrom(*instance, *member, {arguments, count});
   return false;
 }
 
@@ -114,19 +114,19 @@ bool Machine::PutMember(const Value& target, const Site& site, Value* indices, s
   stack_.Reach(top + count + 1);
   for (std::size_t i = 0; i < count; ++i) top[i] = indices[i].Followed();
   top[count] = value;
-  Enter(static_cast<std::size_t>(slot), top, count + 1, instance, {}, true);
+  Enter(static_cast<std::size_t>(slot), top, count + 1, instance, nullptr);
   return true;
 }
 
-bool Machine::CallLate(const Site& site, Value* arguments, std::size_t count, Operand result, Value& direct) {
+bool Machine::CallLate(const Site& site, Value* arguments, std::size_t count, Value& result) {
   const auto symbol = symbols_.Find(Folded(site.name));
   if (symbol && symbol->kind == SymbolKind::Procedure) {
-    Enter(symbol->number, arguments, count, nullptr, result);
+    Enter(symbol->number, arguments, count, nullptr, &result);
     return true;
   }
   if (!symbol || symbol->kind != SymbolKind::Variable) throw ScriptError(typeMismatch, site.name);
   Follow(arguments, count);
-  direct = IndexValue(globals_[symbol->number], {arguments, count}, site.name);
+  result = IndexValue(globals_[symbol->number], {arguments, count}, site.name);
   return false;
 }
 
@@ -143,10 +143,10 @@ Value Machine::ReadLate(const Site& site) {
   }
 }
 
-Value Machine::CallBuiltin(const Builtin& builtin, Arguments arguments) {
+void Machine::CallBuiltin(const Builtin& builtin, Arguments arguments, Value& result) {
   const int count = static_cast<int>(arguments.size());
   if (count < builtin.fewest || count > builtin.most) throw ScriptError(wrongArgumentCount, builtin.name);
-  return builtin.function(library_, arguments);
+  result = builtin.function(library_, arguments);
 }
 
 Value Machine::MakeObject(const Site& site) {
@@ -241,19 +241,19 @@ Value& ExtraIn(Frame& frame, const std::u16string& name) {
 // Each name that the text shares with the procedure around it becomes a Reference to that one's place.
 Value Machine::RunSnippet(const Code& code, Frame& around) {
   const Nesting nesting(*this);
-  const std::size_t entry = frames_.Size();
-  Push(code, Top(), 0, around.me, {}, false);
+  const Frame* const entry = frames_.Top();
+  Push(code, Top(), 0, around.me, nullptr);
   for (const NamedPlace& import : code.imports) {
     const auto& names = around.code->names;
     const auto known = std::find_if(names.begin(), names.end(),
                                     [&](const NamedPlace& place) { return place.name == import.name; });
     Value* place = nullptr;
     if (known != names.end()) {
-      place = &around.registers[known->place.Number()].Followed();
+      place = &around.Registers()[known->place.number].Followed();
     } else {
       place = &ExtraIn(around, import.name);
     }
-    frames_.Back().registers[import.place.Number()] = Value::To(*place);
+    frames_.Back().Registers()[import.place.number] = Value::To(*place);
   }
   return RunFrom(entry);
 }
