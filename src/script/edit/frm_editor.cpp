@@ -158,8 +158,15 @@ void FrmEditor::FileTouched() {
 }
 
 void FrmEditor::FileChanged() {
-  SetCaption(fmt::format("{}{} - Script editor", BytesFromUtf8(FileName()), modified_ ? "*" : ""));
+  ShowCaption();
   Hooks.fileChanged();
+}
+
+void FrmEditor::ShowCaption() {
+  const ScriptDebugger& debugger = Debugger();
+  const std::string stands =
+      debugger.Stands() ? fmt::format(" - stands at line {}, the test waits", debugger.Place().line) : "";
+  SetCaption(fmt::format("{}{}{} - Script editor", BytesFromUtf8(FileName()), modified_ ? "*" : "", stands));
 }
 
 bool FrmEditor::Save() {

@@ -123,6 +123,10 @@ class FrmEditor : public Form {
 
   void Tell(std::string_view words);
 
+  // The debugger of the script that runs. Its window tells when the script begins to stand or goes on.
+  ScriptDebugger& Debugger() { return parts_.script.Runner().Debugger(); }
+  void StandChanged() { ShowCaption(); }
+
  private:
   bool SaveFirst();
   bool ErrorMet(std::u16string_view procedure, const vbs::ScriptError& error);
@@ -135,6 +139,7 @@ class FrmEditor : public Form {
   void WatchFile();
   void FileTouched();
   void FileChanged();
+  void ShowCaption();
   void SetFault(std::optional<TextFault> fault);
   bool Write(const std::filesystem::path& file);
 

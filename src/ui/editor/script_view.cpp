@@ -51,6 +51,7 @@ void ScriptView::SetUpMargins() {
   setMarginWidth(breakpointMargin, 16);
   setMarginSensitivity(breakpointMargin, true);
   setMarginType(numberMargin, QsciScintilla::NumberMargin);
+  setMarginMarkerMask(numberMargin, 0);
   setMarginSensitivity(numberMargin, false);
   setFolding(QsciScintilla::BoxedTreeFoldStyle, foldMargin);
   markerDefine(QsciScintilla::Circle, breakpointMarker);
@@ -155,10 +156,15 @@ void ScriptView::SetRunningLine(int line) {
   ensureLineVisible(line - 1);
 }
 
-void ScriptView::SetBreakpoint(int line, bool set, bool conditional) {
+int ScriptView::SetBreakpoint(int line, bool set, bool conditional) {
   markerDelete(line - 1, breakpointMarker);
   markerDelete(line - 1, conditionalMarker);
-  if (set) markerAdd(line - 1, conditional ? conditionalMarker : breakpointMarker);
+  return set ? markerAdd(line - 1, conditional ? conditionalMarker : breakpointMarker) : -1;
+}
+
+void ScriptView::RemoveBreakpoints() {
+  markerDeleteAll(breakpointMarker);
+  markerDeleteAll(conditionalMarker);
 }
 
 void ScriptView::ToggleComment() {

@@ -41,7 +41,9 @@ class ScriptView : public QsciScintilla {
 
   // For a debugger: the line where the script stands, 0 for none, and the lines where it is to stop.
   void SetRunningLine(int line);
-  void SetBreakpoint(int line, bool set, bool conditional = false);
+  // A mark moves with its line; SetBreakpoint gives its handle.
+  int SetBreakpoint(int line, bool set, bool conditional = false);
+  void RemoveBreakpoints();
 
   // Of the lines that the cursor or the selection touches: takes the sign in front of them away when all
   // have it, else puts it there.

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "ui/editor/completion.h"
+#include "ui/editor/debug_controls.h"
 #include "ui/editor/find_bar.h"
 #include "ui/editor/run_pane.h"
 #include "ui/editor/script_view.h"
@@ -142,6 +143,7 @@ EditorWindow::EditorWindow(FrmEditor& form)
   PutTogether();
   WireText();
   WireRun();
+  WireDebugger();
   WireForm();
   Bind();
   view_->setFocus();
@@ -263,16 +265,29 @@ void EditorWindow::Complete() {
   completion_->Offer();
 }
 
+void EditorWindow::WireDebugger() {
+  debug_ = new DebugControls(form_.Debugger(), *view_, *this, *Menu("editorMenuRun"), *tools_);
+  AddPanel(Side::Right, debug_->Panel(), tr("&Debugger"));
+  connect(debug_, &DebugControls::fileWanted, this, [this](const std::filesystem::path& file) {
+    form_.SetVisible(true);
+    if (form_.File() != file && !form_.OpenFile(file)) return;
+    raise();
+    activateWindow();
+  });
+  connect(debug_, &DebugControls::standChanged, this, [this] { form_.StandChanged(); });
+}
+
 void EditorWindow::WireForm() {
   EditorHooks& hooks = form_.Hooks;
   hooks.text = [this] { return view_->Text(); };
   hooks.opened = [this] {
     view_->SetLanguage(form_.Language());
     view_->ShowText(form_.Text().utf8, form_.Text().lineEnd);
+    debug_->Opened(form_.File(), form_.Language() == "VBScript");
     view_->setFocus();
   };
   hooks.readAgain = [this] {
-    view_->ReplaceText(form_.Text().utf8);
+    debug_->KeepBreakpoints([this] { view_->ReplaceText(form_.Text().utf8); });
     view_->setModified(false);
   };
   hooks.fileChanged = [this] { ShowFile(); };
@@ -290,6 +305,7 @@ void EditorWindow::ShowFile() {
   if (!form_.Modified() && view_->isModified()) view_->setModified(false);
   view_->SetLanguage(form_.Language());
   completion_->SetLanguage(form_.Language());
+  debug_->Renamed(form_.File(), form_.Language() == "VBScript");
   ShowPlace();
 }
 

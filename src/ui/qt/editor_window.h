@@ -18,6 +18,7 @@ class QMenuBar;
 namespace quarlin {
 
 class Completion;
+class DebugControls;
 class FindBar;
 class RunPane;
 class ScriptView;
@@ -72,12 +73,14 @@ class EditorWindow : public FormWindow {
   void Restart() { form_.Restart(); }
   void Stop() { form_.Stop(); }
   void Complete();
+  void WireDebugger();
 
   FrmEditor& form_;
   ScriptView* view_;
   FindBar* findBar_;
   Completion* completion_;
   RunPane* run_;
+  DebugControls* debug_ = nullptr;
   QToolBar* tools_;
   QTabWidget* below_;
   QTabWidget* right_;
