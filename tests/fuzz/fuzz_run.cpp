@@ -20,7 +20,7 @@ constexpr std::array<std::u16string_view, 12> names{u"a", u"b", u"c",    u"d",  
 constexpr std::array<std::u16string_view, 24> operators{
     u"+",  u"-",  u"*",     u"/",    u"\\",    u" Mod ", u"^",     u"&",    u"=", u"<>", u"<", u">",
     u"<=", u">=", u" And ", u" Or ", u" Xor ", u" Eqv ", u" Imp ", u" Is ", u"+", u"&",  u"=", u"-"};
-constexpr std::array<std::u16string_view, 24> literals{
+constexpr std::array<std::u16string_view, 26> literals{
     u"0",           u"1",
     u"-1",          u"2.5",
     u"32767",       u"2147483647",
@@ -32,12 +32,13 @@ constexpr std::array<std::u16string_view, 24> literals{
     u"vbCrLf",      u"Array(3, 1, 2)",
     u"New K",       u"CCur(\"922337203685477.5807\")",
     u"CByte(255)",  u"GetRef(\"F\")",
+    u"1031",        u"\"1,5\"",
     u"Err",         u"CreateObject(\"Scripting.Dictionary\")"};
 constexpr std::array<std::u16string_view, 44> functions{
     u"Len",      u"Mid",       u"Left",       u"Right",    u"InStr",  u"InStrRev",     u"Replace",
     u"Split",    u"Join",      u"Filter",     u"Array",    u"UBound", u"LBound",       u"CInt",
     u"CLng",     u"CDbl",      u"CStr",       u"CDate",    u"CCur",   u"Hex",          u"Oct",
-    u"Round",    u"Int",       u"Fix",        u"Rnd",      u"Chr",    u"Asc",          u"String",
+    u"Round",    u"Int",       u"SetLocale",  u"Rnd",      u"Chr",    u"Asc",          u"String",
     u"Space",    u"DateAdd",   u"DateDiff",   u"DatePart", u"Format", u"FormatNumber", u"FormatDateTime",
     u"TypeName", u"IsNumeric", u"StrReverse", u"Eval",     u"F",      u"o.Prop",       u"DateSerial",
     u"StrComp",  u"Sqr"};
