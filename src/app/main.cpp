@@ -2,8 +2,6 @@
 // Quarlin: the program, with a window or without one.
 
 #include <fmt/format.h>
-#include <signal.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -15,6 +13,7 @@
 #include <random>
 
 #include "app/engines.h"
+#include "base/ending_signals.h"
 #include "base/licence.h"
 #include "base/process.h"
 #include "base/text.h"
@@ -79,29 +78,23 @@ std::function<double()> UniformGenerator() {
   return [engine] { return std::uniform_real_distribution<double>(0, 1)(*engine); };
 }
 
-// The signals that end the program in order, as a descriptor to watch. Blocked before any thread starts.
-int EndingSignals() {
-  sigset_t endings;
-  sigemptyset(&endings);
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&endings, number);
-  pthread_sigmask(SIG_BLOCK, &endings, nullptr);
-  return signalfd(-1, &endings, SFD_NONBLOCK | SFD_CLOEXEC);
+std::unique_ptr<Watch> EndOnSignal(QtLoop& loop, EndingSignals& endings, FrmMain& frm) {
+  return loop.WatchReadable(endings.Descriptor(), [&endings, &frm] {
+    while (endings.Take()) frm.Unload(EndCause::Signal);
+  });
 }
 
-std::unique_ptr<Watch> EndOnSignal(QtLoop& loop, int endings, FrmMain& frm) {
-  return loop.WatchReadable(endings, [endings, &frm] {
-    signalfd_siginfo information;
-    while (read(endings, &information, sizeof information) > 0) frm.Unload(EndCause::Signal);
-  });
+LastResort AgainstScripts(const EndingSignals& endings, bool nobodyToAsk) {
+  return {[&endings] { return endings.Wait(); }, Abandon, nobodyToAsk};
 }
 
 // A second signal cuts the wait for the readers short.
 void Finish(StandardStream& output, std::string_view report, StandardStream& errors, Instant deadline,
-            int endings) {
-  output.Finish(report, deadline, endings);
+            EndingSignals& endings) {
+  output.Finish(report, deadline, endings.Descriptor());
   const std::uint64_t lost = output.LostLines();
   const std::string words = lost == 0 ? "" : fmt::format("quarlin: {} lines were not printed\n", lost);
-  errors.Finish(words, deadline, endings);
+  errors.Finish(words, deadline, endings.Descriptor());
 }
 
 // Why the exit status is not 0.
@@ -110,7 +103,7 @@ void PrintReason(const FrmMain& frm, StandardStream& errors) {
   if (!reason.empty()) errors.Write("quarlin: " + Utf8FromBytes(reason) + "\n");
 }
 
-int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int endings) {
+int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, EndingSignals& endings) {
   QtLoop loop;
   PosixDeviceSource devices(loop);
   StandardStream output(loop, STDOUT_FILENO);
@@ -118,7 +111,16 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
   output.OnFirstLoss = [&] { errors.Write("quarlin: standard output is not read; lines are lost\n"); };
   HeadlessPrompts prompts([&](std::string_view line) { errors.Write(line); });
   NoTextOpener opener;
-  FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), true, MakeEngine});
+  FrmMain frm({loop,
+               folder,
+               devices,
+               prompts,
+               opener,
+               UniformGenerator(),
+               true,
+               MakeEngine,
+               {},
+               AgainstScripts(endings, true)});
   const auto watch = EndOnSignal(loop, endings, frm);
   frm.OnTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
   int status = 0;
@@ -135,13 +137,15 @@ int RunHeadless(const Arguments& arguments, const ProgramFolder& folder, int end
   return status;
 }
 
-int RunWindow(const Arguments& arguments, const ProgramFolder& folder, const Bundle& bundle, int endings) {
+int RunWindow(const Arguments& arguments, const ProgramFolder& folder, const Bundle& bundle,
+              EndingSignals& endings) {
   QtLoop loop;
   PosixDeviceSource devices(loop);
   QtPrompts prompts;
   DesktopTextOpener opener(EnvironmentText);
   StandardStream errors(loop, STDERR_FILENO);
-  FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), false, MakeEngine, bundle});
+  FrmMain frm({loop, folder, devices, prompts, opener, UniformGenerator(), false, MakeEngine, bundle,
+               AgainstScripts(endings, false)});
   const auto watch = EndOnSignal(loop, endings, frm);
   frm.OnTrouble = [&](std::string_view text) { errors.Write(Utf8FromBytes(text) + "\n"); };
   MainWindow window(frm);
@@ -150,7 +154,7 @@ int RunWindow(const Arguments& arguments, const ProgramFolder& folder, const Bun
   loop.Post([&] { frm.Load(arguments.commandLine); });
   const int status = loop.Run();
   PrintReason(frm, errors);
-  errors.Finish("", loop.Now() + longestFarewell, endings);
+  errors.Finish("", loop.Now() + longestFarewell, endings.Descriptor());
   return status;
 }
 
@@ -176,7 +180,7 @@ int main(int argc, char** argv) {
   }
   // The toolkit's own dispatcher takes half the time of the one over GLib for each descriptor served.
   setenv("QT_NO_GLIB", "1", 0);
-  const int endings = EndingSignals();
+  EndingSignals endings;
   std::error_code ignored;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", ignored);
   const ProgramFolder folder = FindProgramFolder(executable, EnvironmentText);

@@ -2,23 +2,53 @@
 #include "script/run_guard.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quarlin {
 namespace {
 
-constexpr Duration patience = std::chrono::seconds(10);
-constexpr Duration betweenLooks = std::chrono::milliseconds(1);
+using namespace std::chrono_literals;
+
+constexpr Duration patience = 10s;
+constexpr Duration betweenLooks = 1ms;
 constexpr int mostAsksBetweenLooks = 1 << 10;
+
+// Seen from outside. A script that can be asked has stopped by itself then.
+constexpr Duration patienceOutside = patience + 100ms;
+constexpr Duration toReturn = 2s;
+
+// From the signal on: for the running call, for all that begin later, for the whole program.
+constexpr Duration toFinish = 500ms;
+constexpr Duration toFinishLastWord = 1500ms;
+constexpr Duration toEnd = 2500ms;
 
 }  // namespace
 
-Duration RunGuard::OwnTime() const {
-  return loop_.Now().time_since_epoch() - prompts_.TimeShown();
+RunGuard::RunGuard(const EventLoop& loop, TimedPrompts& prompts, LastResort lastResort)
+    : loop_(loop), prompts_(prompts), lastResort_(std::move(lastResort)) {
+  patrol_.Add(*this);
 }
 
-void RunGuard::Start() {
+RunGuard::~RunGuard() {
+  patrol_.Remove(*this);
+}
+
+Duration RunGuard::OwnTime() const {
+  return loop_.Now().time_since_epoch() - prompts_.TimeOfOthers();
+}
+
+void RunGuard::Begin() {
   stopped_ = false;
+  isLastWord_ = ending_.load();
+  ++call_;
+  inCall_ = true;
+  patrol_.Enter();
   StartPeriod();
+}
+
+void RunGuard::End() {
+  patrol_.Leave();
+  inCall_ = false;
 }
 
 void RunGuard::StartPeriod() {
@@ -26,8 +56,10 @@ void RunGuard::StartPeriod() {
   asksBetweenLooks_ = asksLeft_ = 1;
 }
 
-bool RunGuard::Look() {
+bool RunGuard::Judge() {
+  lookNow_.store(false, std::memory_order_relaxed);
   asksLeft_ = 1;
+  stopped_ = Stopped();
   if (stopped_) return false;
   const Duration now = OwnTime();
   if (now - begin_ >= patience) {
@@ -43,6 +75,33 @@ bool RunGuard::Look() {
   lastLook_ = now;
   asksLeft_ = asksBetweenLooks_;
   return true;
+}
+
+void RunGuard::Look(Duration passed) {
+  if (!inCall_) return;
+  lookNow_.store(true, std::memory_order_relaxed);
+  if (!ending_ && lastResort_.endWaits && lastResort_.endWaits()) ending_ = true;
+  const std::uint32_t call = call_;
+  if (std::exchange(seenCall_, call) != call) ownTime_ = sinceCondemned_ = Duration{};
+  if (!prompts_.IsOthersTime()) ownTime_ += passed;
+  if (ending_) sinceEnding_ += passed;
+  if (condemned_ == call) sinceCondemned_ += passed;
+  if (IsOutOfTime()) condemned_ = call;
+  AbandonWhenStuck();
+}
+
+bool RunGuard::IsOutOfTime() const {
+  if (ending_ && sinceEnding_ >= (isLastWord_ ? toFinishLastWord : toFinish)) return true;
+  return lastResort_.nobodyToAsk && ownTime_ >= patienceOutside;
+}
+
+void RunGuard::AbandonWhenStuck() const {
+  if (!lastResort_.abandon) return;
+  if (ending_ && sinceEnding_ >= toEnd) {
+    lastResort_.abandon("the script does not let the program end; it was abandoned");
+  } else if (lastResort_.nobodyToAsk && sinceCondemned_ >= toReturn) {
+    lastResort_.abandon("the script does not respond and cannot be stopped; it was abandoned");
+  }
 }
 
 }  // namespace quarlin

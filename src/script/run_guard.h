@@ -1,38 +1,90 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Watches over a script that does not come to an end: after ten seconds of its own in one call the user is
-// asked whether to stop it.
+// asked whether to stop it, and where nobody is there to be asked it is stopped. When the program is to end,
+// what runs has half a second left, and all calls from then on together one more.
+//
+// A script that has been stopped and still does not return, because a single operation of its engine goes on
+// and on, leaves one way: the process ends, two seconds later. Somebody at a window may prefer to wait, so
+// there this is done only once the program is to end.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
 #include "script/timed_prompts.h"
+#include "script/values/patrol.h"
 
 namespace quarlin {
 
-class RunGuard {
- public:
-  RunGuard(const EventLoop& loop, TimedPrompts& prompts) : loop_(loop), prompts_(prompts) {}
+// How the end of the program reaches scripts that do not return. Called on any thread; each may be empty.
+struct LastResort {
+  std::function<bool()> endWaits;                     // a signal that is to end the program has come
+  std::function<void(std::string_view why)> abandon;  // ends the process at once
+  bool nobodyToAsk = false;                           // there is no window
+};
 
-  // A call of the script begins.
-  void Start();
+class RunGuard : private vbs::Lookout {
+ public:
+  RunGuard(const EventLoop& loop, TimedPrompts& prompts, LastResort lastResort);
+  ~RunGuard();
+  RunGuard(const RunGuard&) = delete;
+  RunGuard& operator=(const RunGuard&) = delete;
+
+  // Around a call of the script; not around one within another.
+  void Begin();
+  void End();
 
   // Costs next to nothing: it looks at the clock only so often that a millisecond or so passes between two
-  // looks. Once it has said no, it goes on saying so until the next start. Yields while it asks the user.
-  bool MayGoOn() { return --asksLeft_ > 0 || Look(); }
+  // looks. Once it has said no, it goes on saying so until the next call begins. Yields while it asks the
+  // user.
+  bool MayGoOn() { return (--asksLeft_ > 0 && !lookNow_.load(std::memory_order_relaxed)) || Judge(); }
+
+  // From any thread: the running call has no time left.
+  bool MustStop() const { return condemned_.load(std::memory_order_relaxed) == call_; }
 
   // Whether the call that began last was stopped.
-  bool Stopped() const { return stopped_; }
+  bool Stopped() const { return stopped_ || MustStop(); }
+
+  // The program is to end; no script should be called any more but for its last word.
+  void EndProgram() { ending_ = true; }
+  bool Ending() const { return ending_; }
+
+  vbs::Patrol& Outside() { return patrol_; }
 
  private:
-  bool Look();
+  bool Judge();
   void StartPeriod();
   Duration OwnTime() const;
 
+  void Look(Duration passed) override;
+  bool IsOutOfTime() const;
+  void AbandonWhenStuck() const;
+
   const EventLoop& loop_;
   TimedPrompts& prompts_;
+  const LastResort lastResort_;
   Duration begin_{};     // of the ten seconds, in time of the script's own
   Duration lastLook_{};  // likewise
   int asksBetweenLooks_ = 1;
   int asksLeft_ = 1;
   bool stopped_ = false;
+
+  std::atomic<bool> lookNow_ = false;  // each ask may stand for much work
+  std::atomic<bool> ending_ = false;
+  std::atomic<bool> inCall_ = false;
+  std::atomic<bool> isLastWord_ = false;  // the running call began when the program was already to end
+  std::atomic<std::uint32_t> call_ = 1;   // the number of the call that began last
+  std::atomic<std::uint32_t> condemned_ = 0;
+
+  // The thread's own, by the time that it has seen pass.
+  std::uint32_t seenCall_ = 0;
+  Duration ownTime_{};         // of that call
+  Duration sinceCondemned_{};  // likewise
+  Duration sinceEnding_{};
+
+  vbs::Patrol patrol_;  // ends first
 };
 
 }  // namespace quarlin

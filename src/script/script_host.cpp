@@ -34,7 +34,9 @@ std::u16string_view NameOf(ScriptHook hook) {
 }  // namespace
 
 std::string ErrorLine(std::u16string_view procedure, const vbs::ScriptError& error) {
-  return OnOneLine(fmt::format("{}, line {}: {}", BytesFromUtf16(procedure), error.position.line,
+  const int line = error.position.line;
+  return OnOneLine(fmt::format("{}{}: {}", BytesFromUtf16(procedure),
+                               line > 0 ? fmt::format(", line {}", line) : "",
                                BytesFromUtf16(error.FullDescription())));
 }
 
@@ -65,7 +67,7 @@ ScriptHost::ScriptHost(ScriptParts parts)
                    [this] {
                      if (parts_.controls.chkEnableScript.Checked()) EnableScript();
                    }),
-      runner_(parts_.loop, parts_.prompts, parts_.folder.Path(), parts_.engines) {
+      runner_(parts_.loop, parts_.prompts, parts_.folder.Path(), parts_.engines, parts_.lastResort) {
   ScriptControls& controls = parts_.controls;
   controls.chkEnableScript.Click = [this] {
     if (parts_.controls.chkEnableScript.Checked()) {
@@ -143,11 +145,11 @@ bool ScriptHost::Has(ScriptHook hook) const {
 }
 
 bool ScriptHost::Sees() const {
-  return parts_.controls.chkEnableScript.Checked() && !runner_.Running();
+  return parts_.controls.chkEnableScript.Checked() && !runner_.Running() && !runner_.ProgramEnds();
 }
 
 void ScriptHost::OfferStrictly(ScriptHook hook, std::string& text) {
-  if (runner_.Running() || !runner_.Has(NameOf(hook))) return;
+  if (runner_.Running() || runner_.ProgramEnds() || !runner_.Has(NameOf(hook))) return;
   const std::array<SerialString*, 3> carriers{charReceived_.Get(), stringReceived_.Get(),
                                               stringToSend_.Get()};
   SerialString& carrier = *carriers[static_cast<std::size_t>(hook)];
@@ -168,9 +170,17 @@ void ScriptHost::Offer(ScriptHook hook, std::string& text) {
   }
 }
 
+// What the end of the program has stopped is no error of the script, which stays for its last word.
+bool ScriptHost::CutByEnd(std::u16string_view procedure, const vbs::ScriptError& error) {
+  if (!error.isFinal || !runner_.ProgramEnds()) return false;
+  Hooks.cutShort(fmt::format("the end of the program cut short {}", ErrorLine(procedure, error)));
+  return true;
+}
+
 // One that had to be stopped would have to be stopped at every character that comes.
 void ScriptHost::HookFailed(ScriptHook hook, const vbs::ScriptError& error) {
-  if (runner_.WasStopped() || runner_.Debugger().Ended()) {
+  if (CutByEnd(NameOf(hook), error)) return;
+  if (error.isFinal || runner_.WasStopped() || runner_.Debugger().Ended()) {
     GiveUp(NameOf(hook), error);
     return;
   }
@@ -259,7 +269,7 @@ bool ScriptHost::Start() {
     runner_.Start(ScriptPath());
   } catch (const vbs::ScriptError& error) {
     startFailure_ = fmt::format("the script {} does not run", choice_.ScriptFile);
-    GiveUp(u"its top-level code", error);
+    if (!CutByEnd(u"its top-level code", error)) GiveUp(u"its top-level code", error);
     return false;
   }
   if (RunReported(u"InitTask") && runner_.Loaded()) return true;
@@ -282,7 +292,7 @@ bool ScriptHost::RunReported(std::u16string_view procedure) {
     runner_.Run(procedure);
     return true;
   } catch (const vbs::ScriptError& error) {
-    GiveUp(procedure, error);
+    if (!CutByEnd(procedure, error)) GiveUp(procedure, error);
     return false;
   }
 }
@@ -306,7 +316,7 @@ void ScriptHost::GiveUp(std::u16string_view procedure, const vbs::ScriptError& e
 }
 
 void ScriptHost::tmrTask_Timer() {
-  if (!parts_.controls.chkEnableScript.Checked() || !RunReported(u"Task")) return;
+  if (!Sees() || !RunReported(u"Task")) return;
   if (!Hooks.linkOpen()) return;  // the text waits for the link
   std::string text = timerTask_->StringSend();
   if (!text.empty()) Hooks.sendTask(std::move(text));
@@ -328,7 +338,7 @@ void ScriptHost::EndTask() {
   try {
     if (runner_.Has(u"EndTask")) runner_.Run(u"EndTask");
   } catch (const vbs::ScriptError& error) {
-    ShowScriptError(u"EndTask", error);
+    if (!CutByEnd(u"EndTask", error)) ShowScriptError(u"EndTask", error);
   }
   runner_.Stop();
 }

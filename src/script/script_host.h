@@ -31,6 +31,7 @@ struct ScriptParts {
   EngineFactory engines;
   StatusNote& status;
   TextString::Append append;  // to the received-text display
+  LastResort lastResort = {};
 };
 
 // What the host asks of the rest of the window.
@@ -44,6 +45,7 @@ struct ScriptHooks {
   // Told of every error. True: the user has seen it there, so no box is needed.
   Hook<bool(std::u16string_view procedure, const vbs::ScriptError& error)> showError;
   Hook<void(std::string_view line)> firstError;  // of a procedure whose errors are counted and not shown
+  Hook<void(std::string_view line)> cutShort;    // the end of the program stopped a procedure
 };
 
 // What went wrong in scripts since the start of the program.
@@ -108,6 +110,9 @@ class ScriptHost {
   // Why the script that was switched on last did not come so far as to run; empty when it did.
   const std::string& StartFailure() const { return startFailure_; }
 
+  // The program is to end soon, whatever a script does: from now on only EndTask runs.
+  void EndProgram() { runner_.EndProgram(); }
+
   // The last word of a script at the end of the program. Yields.
   void EndTask();
 
@@ -121,6 +126,7 @@ class ScriptHost {
   bool Start();
   bool FindScript();
   bool RunReported(std::u16string_view procedure);
+  bool CutByEnd(std::u16string_view procedure, const vbs::ScriptError& error);
   void CountError(std::u16string_view procedure, const vbs::ScriptError& error);
   void ShowScriptError(std::u16string_view procedure, const vbs::ScriptError& error);
   void GiveUp(std::u16string_view procedure, const vbs::ScriptError& error);

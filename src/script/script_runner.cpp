@@ -30,6 +30,8 @@ class ScriptRunner::Services : public vbs::Services {
   bool MayGoOn() override {
     return debugger_.Evaluating() ? debugger_.EvaluationMayGoOn() : guard_.MayGoOn();
   }
+  bool MustStop() const override { return guard_.MustStop(); }
+  vbs::Patrol* Outside() override { return &guard_.Outside(); }
 
   const vbs::Locale* startLocale = &vbs::UsualLocale();
 
@@ -45,10 +47,10 @@ class ScriptRunner::Services : public vbs::Services {
 class ScriptRunner::Call {
  public:
   explicit Call(ScriptRunner& runner) : runner_(runner), hold_(std::in_place, runner.loop_.Alarms()) {
-    if (runner_.calls_++ == 0) runner_.guard_.Start();
+    if (runner_.calls_++ == 0) runner_.guard_.Begin();
   }
   ~Call() {
-    --runner_.calls_;
+    if (--runner_.calls_ == 0) runner_.guard_.End();
     hold_.reset();
     runner_.loop_.AlarmSet(runner_.loop_.Now());  // what became due meanwhile is waited for again
   }
@@ -64,9 +66,9 @@ class ScriptRunner::Call {
 };
 
 ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder,
-                           EngineFactory engines)
+                           EngineFactory engines, LastResort lastResort)
     : loop_(loop),
-      guard_(loop, prompts),
+      guard_(loop, prompts, std::move(lastResort)),
       debugger_(loop, prompts),
       services_(std::make_unique<Services>(*this, prompts, std::move(folder))),
       engines_(std::move(engines)) {}

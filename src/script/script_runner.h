@@ -24,7 +24,8 @@ class ScriptRunner {
   };
 
   // `folder` is where the script's own file names begin.
-  ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder, EngineFactory engines);
+  ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder, EngineFactory engines,
+               LastResort lastResort = {});
   ~ScriptRunner();
 
   // An object of every script that is started from now on.
@@ -56,8 +57,14 @@ class ScriptRunner {
   // Code of the script is on the stack.
   bool Running() const { return calls_ > 0; }
 
-  // The user, or the lack of one, stopped the last call because it took too long.
+  // The user, or the lack of one, stopped the last call because it took too long; or the end of the program
+  // did.
   bool WasStopped() const { return guard_.Stopped(); }
+
+  // The program is to end: what runs has little time left, and no script should be run any more but for its
+  // last word. True by itself as soon as a running script meets such a signal.
+  void EndProgram() { guard_.EndProgram(); }
+  bool ProgramEnds() const { return guard_.Ending(); }
 
   // Follows whatever script is started.
   ScriptDebugger& Debugger() { return debugger_; }

@@ -3,6 +3,8 @@
 // script's.
 #pragma once
 
+#include <atomic>
+
 #include "base/hook.h"
 #include "controls/event_loop.h"
 #include "controls/prompts.h"
@@ -43,15 +45,19 @@ class TimedPrompts : public Prompts {
     Instant start_;
   };
 
-  Duration TimeShown() const { return shown_; }
+  // All that has passed by now, but for what still goes on.
+  Duration TimeOfOthers() const { return ofOthers_; }
+
+  // From any thread: whether the time that passes is others'.
+  bool IsOthersTime() const { return othersNow_ > 0; }
 
  private:
   bool Passes(std::string_view text, std::string_view title) const;
 
   const EventLoop& loop_;
   Prompts& inner_;
-  Duration shown_{};
-  int othersNow_ = 0;
+  Duration ofOthers_{};
+  std::atomic<int> othersNow_ = 0;
   bool dismissed_ = false;
 };
 

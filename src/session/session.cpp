@@ -126,6 +126,7 @@ void Session::CutShort(HowEnded how, std::string_view why) {
 void Session::RequestEnd(EndCause cause) {
   parts_.prompts.Dismiss();
   if (cause == EndCause::Signal || !ending_) cause_ = cause;
+  if (cause == EndCause::Signal) parts_.script.EndProgram();
   parts_.connection.CancelWaits();
   parts_.link.GiveUpWaiting();  // what is on the stack must return first
   if (std::exchange(ending_, true)) return;

@@ -30,6 +30,7 @@
 #include "link/link_controls.h"
 #include "macro/macro_controls.h"
 #include "receive/receive_controls.h"
+#include "script/run_guard.h"
 #include "script/script_controls.h"
 #include "script/script_engine.h"
 #include "session/session.h"
@@ -53,6 +54,7 @@ struct Surroundings {
   bool headless = false;           // nobody can press a button
   EngineFactory engines = {};      // the script languages; without it no script runs
   Bundle bundle = {};              // what came with the program; without it nothing is offered
+  LastResort lastResort = {};      // for scripts that keep the program from its end
 };
 
 struct ConfigControls : ControlGroup {

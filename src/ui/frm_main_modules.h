@@ -76,7 +76,8 @@ struct FrmMain::Modules {
                 [this](std::string_view text, Color color) {
                   traffic.Append(text, color);
                   scriptOutput.Write(text);
-                }}),
+                },
+                around.lastResort}),
         editor({around.loop, around.folder, script, prompts, scriptOutput, frm.Collection()}),
         calculator(around.loop, controls.numbers),
         configurations({frm.Collection(), around.folder, prompts, status}),

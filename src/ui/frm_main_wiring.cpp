@@ -201,6 +201,7 @@ void FrmMain::WireScript() {
   };
   hooks.focusDisplay = [this] { OnFocusDisplay(); };
   hooks.firstError = [this](std::string_view line) { OnTrouble(line); };
+  hooks.cutShort = [this](std::string_view line) { OnTrouble(line); };
 }
 
 void FrmMain::WireCalculator() {

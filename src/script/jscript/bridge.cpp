@@ -32,9 +32,9 @@ class HostCall {
 };
 
 // False where the object has no such member to write.
-bool TryPut(vbs::Dispatch& object, int member, const Value& value, PutKind kind) {
+bool TryPut(vbs::Dispatch& object, int member, vbs::Arguments arguments, const Value& value, PutKind kind) {
   try {
-    object.Put(member, {}, value, kind);
+    object.Put(member, arguments, value, kind);
     return true;
   } catch (const ScriptError& error) {
     if (error.number != vbs::noSuchMember) throw;
@@ -44,10 +44,10 @@ bool TryPut(vbs::Dispatch& object, int member, const Value& value, PutKind kind)
 
 // The language has one assignment for values and objects, and an object that cannot be replaced takes the
 // value in its default member.
-void PutAny(vbs::Dispatch& object, int member, const Value& value) {
-  if (value.IsObject() && TryPut(object, member, value, PutKind::Set)) return;
-  if (TryPut(object, member, value, PutKind::Let)) return;
-  const Value held = object.Invoke(member, {});
+void PutAny(vbs::Dispatch& object, int member, vbs::Arguments arguments, const Value& value) {
+  if (value.IsObject() && TryPut(object, member, arguments, value, PutKind::Set)) return;
+  if (TryPut(object, member, arguments, value, PutKind::Let)) return;
+  const Value held = object.Invoke(member, arguments);
   if (!held.IsObject() || held.IsNothing()) throw ScriptError(vbs::noSuchMember);
   held.AsObject()->Put(vbs::Dispatch::defaultMember, {}, value, PutKind::Let);
 }
@@ -59,13 +59,18 @@ template <class Work>
 QJSValue Bridge::Guarded(Work work) {
   const HostCall call(watchdog_);
   try {
-    if (watchdog_.TimeToAsk()) vbs::AskToGoOn(services_);
+    if (watchdog_.TimeToAsk()) LookAndAsk();
     return work();
   } catch (const ScriptError& error) {
     return Throw(error);
   } catch (const std::bad_alloc&) {
     return Throw(ScriptError(vbs::outOfMemory));
   }
+}
+
+void Bridge::LookAndAsk() {
+  lastSeen_ = engine_.newErrorObject(QJSValue::GenericError).property("stack").toString().split('\n');
+  vbs::AskToGoOn(services_);
 }
 
 QJSValue Bridge::Throw(const ScriptError& error) {
@@ -101,7 +106,17 @@ QJSValue Bridge::Get(int id, int member) {
 void Bridge::Put(int id, int member, const QJSValue& value) {
   Guarded([&] {
     const ObjectRef object = objects_.At(id);
-    PutAny(*object, member, ToHost(value));
+    PutAny(*object, member, {}, ToHost(value));
+    return QJSValue();
+  });
+}
+
+void Bridge::PutMany(int id, int member, const QJSValue& arguments, const QJSValue& value) {
+  Guarded([&] {
+    const ObjectRef object = objects_.At(id);
+    const Value given = ToHost(arguments);
+    if (!given.IsArray()) throw ScriptError(vbs::invalidCall);
+    PutAny(*object, member, given.AsArray().Items(), ToHost(value));
     return QJSValue();
   });
 }

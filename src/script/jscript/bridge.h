@@ -4,6 +4,7 @@
 
 #include <QJSValue>
 #include <QObject>
+#include <QStringList>
 #include <optional>
 
 #include "script/jscript/host_objects.h"
@@ -29,6 +30,7 @@ class Bridge : public QObject {
 
   Q_INVOKABLE QJSValue Get(int id, int member);
   Q_INVOKABLE void Put(int id, int member, const QJSValue& value);
+  Q_INVOKABLE void PutMany(int id, int member, const QJSValue& arguments, const QJSValue& value);
   Q_INVOKABLE QJSValue Call1(int id, int member, const QJSValue& first);
   Q_INVOKABLE QJSValue Call2(int id, int member, const QJSValue& first, const QJSValue& second);
   Q_INVOKABLE QJSValue CallMany(int id, int member, const QJSValue& arguments);
@@ -45,6 +47,10 @@ class Bridge : public QObject {
   Q_INVOKABLE void Raise(int number, const QString& culprit);
   Q_INVOKABLE void CollectGarbage();
 
+  // Where the script called its host when it was last looked at, as frames of a trace.
+  const QStringList& LastSeen() const { return lastSeen_; }
+  void ForgetLastSeen() { lastSeen_.clear(); }
+
   // A host's error that ends the run, if there was one since the last question.
   std::optional<vbs::ScriptError> TakeFinalError() { return std::exchange(finalError_, std::nullopt); }
 
@@ -53,11 +59,13 @@ class Bridge : public QObject {
   QJSValue Guarded(Work work);
   QJSValue Invoke(int id, int member, vbs::Arguments arguments);
   QJSValue Throw(const vbs::ScriptError& error);
+  void LookAndAsk();
 
   QJSEngine& engine_;
   HostObjects& objects_;
   Watchdog& watchdog_;
   vbs::Services& services_;
+  QStringList lastSeen_;
   std::optional<vbs::ScriptError> finalError_;
 };
 

@@ -16,15 +16,9 @@ using vbs::ScriptError;
 
 namespace {
 
-constexpr std::int32_t stoppedNumber = 507;
-
-ScriptError InterruptionError(Interruption interruption) {
-  const bool isMemory = interruption == Interruption::Memory;
-  ScriptError error(isMemory ? vbs::outOfMemory : stoppedNumber);
-  if (!isMemory) error.description = u"The script was stopped";
-  error.source = u"JScript runtime error";
-  error.isFinal = true;
-  return error;
+StopReason ReasonOf(Interruption interruption) {
+  if (interruption == Interruption::Memory) return StopReason::Memory;
+  return interruption == Interruption::Silence ? StopReason::Silence : StopReason::Order;
 }
 
 }  // namespace
@@ -35,8 +29,9 @@ class Engine::Realm {
 
   void AddObject(std::u16string_view name, const vbs::ObjectRef& object);
   void AddCode(std::u16string_view source);
+
   const QJSValue* FindProcedure(std::u16string_view name) const;
-  void Run(QJSValue procedure);
+  void Run(std::u16string_view name, QJSValue procedure);
 
  private:
   struct NamedObject {
@@ -46,7 +41,7 @@ class Engine::Realm {
   };
 
   template <class Work>
-  auto Watched(Work work);
+  auto Watched(std::u16string_view procedure, Work work);
   void Show(const std::u16string& name);
   void ShowAs(const std::u16string& name, const NamedObject& owner, int found);
   Names TakeNames(std::u16string_view source);
@@ -75,7 +70,7 @@ class Engine::Realm {
 };
 
 Engine::Realm::Realm(vbs::Services& services, Limits limits)
-    : watchdog_(engine_, limits), bridge_(engine_, hosts_, watchdog_, services) {
+    : watchdog_(engine_, services, limits), bridge_(engine_, hosts_, watchdog_, services) {
   QJSEngine::setObjectOwnership(&bridge_, QJSEngine::CppOwnership);
   QJSValue prelude = engine_.evaluate(ToQt(Prelude()), "prelude");
   prelude = prelude.call({engine_.newQObject(&bridge_), engine_.globalObject()});
@@ -90,15 +85,18 @@ Engine::Realm::Realm(vbs::Services& services, Limits limits)
 
 // Throws when the run was stopped.
 template <class Work>
-auto Engine::Realm::Watched(Work work) {
+auto Engine::Realm::Watched(std::u16string_view procedure, Work work) {
+  bridge_.ForgetLastSeen();
   watchdog_.Enter();
   auto result = work();
   const Interruption interruption = watchdog_.Leave();
-  if (const auto error = bridge_.TakeFinalError()) throw ScriptError(*error);
-  if (interruption == Interruption::None) return result;
+  const auto final = bridge_.TakeFinalError();
+  if (interruption == Interruption::None && !final) return result;
   engine_.collectGarbage();
   hosts_.DeleteThrownAway();
-  throw InterruptionError(interruption);
+  if (final && final->number != vbs::scriptStopped) throw ScriptError(*final);
+  throw StopError(final ? StopReason::Order : ReasonOf(interruption), procedure, bridge_.LastSeen(),
+                  sources_);
 }
 
 void Engine::Realm::AddObject(std::u16string_view name, const vbs::ObjectRef& object) {
@@ -164,11 +162,12 @@ void RefuseDeepNesting(std::u16string_view source) {
 
 void Engine::Realm::AddCode(std::u16string_view source) {
   RefuseDeepNesting(source);
-  const int number = sources_.Add(source);
+  const int number = sources_.Add(source, CallAssignments(source));
   const Names taken = TakeNames(source);
   QStringList trace;
-  const QJSValue result =
-      Watched([&] { return engine_.evaluate(ToQt(source), Sources::FileName(number), 1, &trace); });
+  const QJSValue result = Watched({}, [&] {
+    return engine_.evaluate(ToQt(sources_.ForEngine(number)), Sources::FileName(number), 1, &trace);
+  });
   if (FailedToCompile(trace)) {
     GiveBack(taken);
     throw CompileError(result, trace, sources_);
@@ -192,8 +191,8 @@ const QJSValue* Engine::Realm::FindProcedure(std::u16string_view name) const {
 }
 
 // A copy of the procedure, which may add code that changes the list.
-void Engine::Realm::Run(QJSValue procedure) {
-  const QJSValue outcome = Watched([&] { return procedure.call(); });
+void Engine::Realm::Run(std::u16string_view name, QJSValue procedure) {
+  const QJSValue outcome = Watched(name, [&] { return procedure.call(); });
   if (outcome.isArray()) throw RuntimeError(outcome.property(0), {}, sources_);
 }
 
@@ -214,9 +213,10 @@ void Engine::Check(std::u16string_view source) {
   RefuseDeepNesting(source);
   QJSEngine engine;
   Sources sources;
-  const int number = sources.Add(source);
+  const int number = sources.Add(source, CallAssignments(source));
   QStringList trace;
-  const QJSValue result = engine.evaluate("throw 0;\n" + ToQt(source), Sources::FileName(number), 0, &trace);
+  const QString text = "throw 0;\n" + ToQt(sources.ForEngine(number));
+  const QJSValue result = engine.evaluate(text, Sources::FileName(number), 0, &trace);
   if (FailedToCompile(trace)) throw CompileError(result, trace, sources);
 }
 
@@ -227,7 +227,7 @@ bool Engine::HasProcedure(std::u16string_view name) const {
 void Engine::Run(std::u16string_view name) {
   const QJSValue* procedure = realm_->FindProcedure(name);
   if (procedure == nullptr) throw ScriptError(vbs::typeMismatch, name);
-  realm_->Run(*procedure);
+  realm_->Run(name, *procedure);
 }
 
 }  // namespace quarlin::jscript

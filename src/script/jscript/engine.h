@@ -3,11 +3,11 @@
 // objects, ActiveXObject, Enumerator, VBArray and errors by number as scripts of this language expect them.
 //
 // Host objects: names without regard to case, `FrmCommand.TextIO(3).Text = "5"`, `dictionary("key")`, and
-// the default member where an object is used as a value. An assignment to a call is no valid text for the
-// toolkit's engine: not `dictionary.Item("key") = 1` but `dictionary.Add("key", 1)`. A member that is not
-// there reads as undefined; to call or to write it is error 438. A property without arguments is not
-// called: `d.Count`, not `d.Count()`. The operator `in` does not see members,
-// and a built-in name of the language (Date, String) always stands for the built-in.
+// the default member where an object is used as a value. `dictionary.Item("key") = 1` is turned into what the
+// toolkit's engine takes, but not in a text that goes to eval. A member that is not there reads as undefined;
+// to call or to write it is error 438. A property without arguments is not called: `d.Count`, not
+// `d.Count()`. The operator `in` does not see members, and a built-in name of the language (Date, String)
+// always stands for the built-in.
 //
 // Members of added objects are globals in every spelling that occurs in the text of a script; what the
 // script itself declares at the top has precedence. A one-dimensional array of a host is an array of the
@@ -16,10 +16,13 @@
 // A run ends with a final error that no try holds up:
 // - when Services::MayGoOn says no, which is asked in calls of host members only, on the calling thread;
 // - when the script has not called a host member for Limits::silence: what the toolkit's engine has
-//   interrupted cannot go on, so nobody is asked then. The line is not known;
+//   interrupted cannot go on, so nobody is asked then;
+// - when Services::MustStop says so;
 // - with error 7 when the process has grown by Limits::memory since the engine was made.
-// One call of a built-in function is not interrupted, nor is a function that calls itself again whenever it
-// has caught that the stack is full. Recursion that is too deep (some 1600 calls) is error 28.
+// The error names the procedure, and the line of the call of the host at which the script was seen last. A
+// built-in function that walks a long list or text is interrupted, too, but for patterns, JSON.parse,
+// `f(...list)` and the like; nor is a function that calls itself again whenever it has caught that the stack
+// is full. Recursion that is too deep (some 1600 calls) is error 28.
 //
 // What a script refers to is let go when its garbage is collected, at the latest with the engine.
 // Needs a QCoreApplication, and stays on the thread that made it.

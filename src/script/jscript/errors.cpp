@@ -33,6 +33,7 @@ constexpr std::array runtimeRows = std::to_array<Row>({
     {u"ReferenceError", u"", 5009, u""},
     {u"TypeError", u"object [null] is not a function", 5002, u"Function expected"},
     {u"TypeError", u"is not a function", vbs::noSuchMember, noSuchMemberText},
+    {u"TypeError", u"'$entry' of undefined", vbs::noSuchMember, noSuchMemberText},
     {u"TypeError", u"of undefined", 5007, u""},
     {u"TypeError", u"of null", 5007, u""},
     {u"TypeError", u"", vbs::noSuchMember, noSuchMemberText},
@@ -101,32 +102,57 @@ std::u16string CalledProperty(const QString& message) {
   return std::u16string(View(message.section('\'', 1, 1)));
 }
 
+// From 1 on; null where there is none.
+std::u16string_view LineOf(std::u16string_view text, int line) {
+  if (line < 1) return {};
+  for (int skipped = 1; skipped < line; ++skipped) {
+    const std::size_t end = text.find(u'\n');
+    if (end == text.npos) return {};
+    text.remove_prefix(end + 1);
+  }
+  return text.substr(0, text.find_first_of(u"\r\n"));
+}
+
 void SetPlace(ScriptError& error, const QStringList& frames, const Sources& sources) {
   const Place place = PlaceOf(frames);
   error.position = place.position;
+  error.position.column = sources.Column(place.source, place.position.line, place.position.column);
   error.line = sources.Line(place.source, place.position.line);
 }
 
 }  // namespace
 
-int Sources::Add(std::u16string_view source) {
-  texts_.emplace_back(source);
-  return static_cast<int>(texts_.size());
+int Sources::Add(std::u16string_view source, std::vector<Insertion> insertions) {
+  sources_.push_back({std::u16string(source), std::move(insertions)});
+  return static_cast<int>(sources_.size());
 }
 
 QString Sources::FileName(int number) {
   return QString("script%1.js").arg(number);
 }
 
+const Sources::Source* Sources::Find(int number) const {
+  const bool exists = number >= 1 && static_cast<std::size_t>(number) <= sources_.size();
+  return exists ? &sources_[static_cast<std::size_t>(number) - 1] : nullptr;
+}
+
+std::u16string Sources::ForEngine(int number) const {
+  const Source* source = Find(number);
+  return source == nullptr ? u"" : WithInsertions(source->text, source->insertions);
+}
+
 std::u16string Sources::Line(int number, int line) const {
-  if (number < 1 || static_cast<std::size_t>(number) > texts_.size() || line < 1) return {};
-  std::u16string_view rest = texts_[static_cast<std::size_t>(number) - 1];
-  for (int skipped = 1; skipped < line; ++skipped) {
-    const std::size_t end = rest.find(u'\n');
-    if (end == rest.npos) return {};
-    rest.remove_prefix(end + 1);
-  }
-  return std::u16string(rest.substr(0, rest.find_first_of(u"\r\n")));
+  const Source* source = Find(number);
+  return source == nullptr ? u"" : std::u16string(LineOf(source->text, line));
+}
+
+int Sources::Column(int number, int line, int column) const {
+  const Source* source = Find(number);
+  if (source == nullptr) return column;
+  const std::u16string_view text = LineOf(source->text, line);
+  if (text.data() == nullptr) return column;
+  return OriginalColumn(column, static_cast<std::size_t>(text.data() - source->text.data()), text.size(),
+                        source->insertions);
 }
 
 std::int32_t NumberOf(const QString& name, const QString& message) {
@@ -158,6 +184,21 @@ ScriptError CompileError(const QJSValue& thrown, const QStringList& trace, const
   error.description = row->text.empty() ? u"Syntax error: " + std::u16string(View(message)) : row->text;
   error.source = u"JScript compilation error";
   SetPlace(error, trace, sources);
+  return error;
+}
+
+ScriptError StopError(StopReason reason, std::u16string_view procedure, const QStringList& lastSeen,
+                      const Sources& sources) {
+  ScriptError error(reason == StopReason::Memory ? vbs::outOfMemory : vbs::scriptStopped);
+  error.source = u"JScript runtime error";
+  error.isFinal = true;
+  SetPlace(error, lastSeen, sources);
+  if (reason != StopReason::Memory) error.description = u"The script was stopped";
+  error.description += procedure.empty() ? u" in its top-level code" : u" in function ";
+  error.description += procedure;
+  if (error.position.line > 0)
+    error.description += View(QString(", last seen at line %1").arg(error.position.line));
+  if (reason == StopReason::Silence) error.description += u": it did not respond, and cannot go on";
   return error;
 }
 

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "script/jscript/call_assignments.h"
 #include "script/values/error.h"
 
 class QJSEngine;
@@ -20,12 +21,24 @@ namespace quarlin::jscript {
 // The texts that were added, by the number in the file name under which the engine knows them.
 class Sources {
  public:
-  int Add(std::u16string_view source);  // returns the number, from 1 on
+  // As its author wrote it, and what was put in for the engine. Returns the number, from 1 on.
+  int Add(std::u16string_view source, std::vector<Insertion> insertions = {});
   static QString FileName(int number);
   std::u16string Line(int number, int line) const;  // line from 1; empty where there is none
+  std::u16string ForEngine(int number) const;
+
+  // What the engine's column, from 0, is to the author.
+  int Column(int number, int line, int column) const;
 
  private:
-  std::vector<std::u16string> texts_;
+  struct Source {
+    std::u16string text;
+    std::vector<Insertion> insertions;
+  };
+
+  const Source* Find(int number) const;
+
+  std::vector<Source> sources_;
 };
 
 // What the language's engine calls an error, and the number under which scripts know it.
@@ -41,6 +54,12 @@ QJSValue ToScriptError(QJSEngine& engine, const vbs::ScriptError& error);
 bool FailedToCompile(const QStringList& trace);
 
 vbs::ScriptError CompileError(const QJSValue& thrown, const QStringList& trace, const Sources& sources);
+
+// A run that was stopped from outside, within the named procedure or, where that is empty, within the
+// top-level code. `lastSeen` is the trace of a call of the host, which may be empty. A final error.
+enum class StopReason { Silence, Memory, Order };
+vbs::ScriptError StopError(StopReason reason, std::u16string_view procedure, const QStringList& lastSeen,
+                           const Sources& sources);
 
 // Whatever was thrown and not caught. The trace may be empty; an error object has one of its own.
 vbs::ScriptError RuntimeError(const QJSValue& thrown, const QStringList& trace, const Sources& sources);

@@ -2,6 +2,7 @@
 #include "script/jscript/host_objects.h"
 
 #include <QJSEngine>
+#include <QJSManagedValue>
 #include <algorithm>
 
 namespace quarlin::jscript {
@@ -41,6 +42,13 @@ vbs::ObjectRef HostObjects::At(int id) const {
   if (id < 0 || index >= handles_.size() || handles_[index] == nullptr)
     throw vbs::ScriptError(vbs::objectRequired);
   return handles_[index]->Object();
+}
+
+// Held by the engine, else each use would make another text there.
+const QJSValue& HostObjects::Character(char16_t unit) {
+  QJSValue& known = characters_[unit];
+  if (known.isUndefined()) known = QJSManagedValue(QJSValue(QString(QChar(unit))), &engine_).toJSValue();
+  return known;
 }
 
 HostHandle& HostObjects::NewHandle(const vbs::ObjectRef& object) {

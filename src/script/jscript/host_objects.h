@@ -5,6 +5,7 @@
 
 #include <QJSValue>
 #include <QObject>
+#include <array>
 #include <unordered_map>
 #include <vector>
 
@@ -59,6 +60,9 @@ class HostObjects {
   // script that makes many objects may never come back to it.
   void DeleteThrownAway();
 
+  // A text of one character below 256, which is what hooks are handed most; made once each.
+  const QJSValue& Character(char16_t unit);
+
   // Error 424 for a number that no object has.
   vbs::ObjectRef At(int id) const;
 
@@ -77,6 +81,7 @@ class HostObjects {
   std::size_t mostBeforeClearing_ = 4096;  // handles
   std::unordered_map<const vbs::Dispatch*, HostHandle*> byObject_;
   std::unordered_map<const void*, int> shapes_;
+  std::array<QJSValue, 256> characters_;
 };
 
 }  // namespace quarlin::jscript

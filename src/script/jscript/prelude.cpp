@@ -3,6 +3,8 @@
 
 #include <string_view>
 
+#include "script/jscript/prelude_long_lists.h"
+
 namespace quarlin::jscript {
 namespace {
 
@@ -24,6 +26,12 @@ constexpr std::u16string_view facades =
   var shapes = [];
 
   function raise(number, culprit) { bridge.Raise(number, culprit || ""); }
+  // For numbers that this language alone has.
+  function fail(number, text) {
+    var error = new Error(text);
+    error.number = number | 0x800A0000;
+    throw error;
+  }
   function hidden(target, name, value) {
     Object.defineProperty(target, name, {value: value, configurable: true, writable: true});
   }
@@ -44,6 +52,19 @@ constexpr std::u16string_view facades =
   hidden(common, "$member", -1);
   hidden(common, "$indexed", null);
 
+  // What `d.Item("k") = 1` is turned into: `d.Item.$entry("k").$value = 1`.
+  function Entry(id, member, given) {
+    this.id = id;
+    this.member = member;
+    this.given = given;
+  }
+  Object.defineProperty(Entry.prototype, "$value", {
+    get: function () { return invoke(this.id, this.member, this.given); },
+    set: function (value) { bridge.PutMany(this.id, this.member, this.given, value); }
+  });
+  hidden(Object.prototype, "$entry", function () { fail(5008, "Illegal assignment"); });
+  hidden(common, "$entry", function (...given) { return new Entry(this.$id, 0, given); });
+
   function bare(callable) {
     delete callable.name;
     delete callable.length;
@@ -53,6 +74,7 @@ constexpr std::u16string_view facades =
   // `form.TextIO` waiting for its index; used without one it is what the member gives without arguments.
   var awaiting = new Proxy({}, {
     get: function (target, name, self) {
+      if (name === "$entry") return (...given) => new Entry(self.$id, self.$member, given);
       var value = get(self.$id, self.$member);
       if (name === Symbol.toPrimitive) return function () { return value === null ? value : value.valueOf(); };
       var found = value[name];
@@ -135,7 +157,7 @@ constexpr std::u16string_view surroundings =
     this.moveFirst = function () { at = 0; };
   }
   function VBArray(array) {
-    if (!Array.isArray(array)) raise(5013);
+    if (!Array.isArray(array)) fail(5013, "VBArray expected");
     var bounds = array.$bounds || [array.length - 1];
     function bound(dimension) {
       var index = dimension === undefined ? 0 : dimension - 1;
@@ -224,6 +246,10 @@ constexpr std::u16string_view surroundings =
     });
   });
 
+)js";
+
+constexpr std::u16string_view ending =
+    uR"js(
   var builtIn = new Set(Object.getOwnPropertyNames(global));
   var shown = Object.create(null);
 
@@ -275,7 +301,7 @@ constexpr std::u16string_view surroundings =
 }  // namespace
 
 std::u16string Prelude() {
-  return std::u16string(facades).append(surroundings);
+  return std::u16string(facades).append(surroundings).append(LongLists()).append(ending);
 }
 
 }  // namespace quarlin::jscript

@@ -125,6 +125,11 @@ QJSValue ObjectToScript(HostObjects& objects, vbs::Dispatch* object) {
   return objects.Wrap(vbs::ObjectRef(object));
 }
 
+QJSValue TextToScript(HostObjects& objects, std::u16string_view text) {
+  if (text.size() == 1 && text[0] < 256) return objects.Character(text[0]);
+  return QJSValue(ToQt(text));
+}
+
 }  // namespace
 
 QJSValue ToScript(QJSEngine& engine, HostObjects& objects, const Value& given) {
@@ -150,7 +155,7 @@ QJSValue ToScript(QJSEngine& engine, HostObjects& objects, const Value& given) {
     case Kind::Date:
       return DateToScript(engine, value.AsReal());
     case Kind::String:
-      return QJSValue(ToQt(value.AsText()));
+      return TextToScript(objects, value.AsText());
     case Kind::Array:
       return ArrayToScript(engine, objects, value.AsArray());
     case Kind::Object:

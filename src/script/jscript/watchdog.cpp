@@ -4,14 +4,11 @@
 #include <unistd.h>
 
 #include <QJSEngine>
-#include <algorithm>
 #include <fstream>
+#include <utility>
 
 namespace quarlin::jscript {
 namespace {
-
-constexpr Duration betweenLooks = std::chrono::milliseconds(20);
-constexpr int idleLooksBeforeSleep = 50;
 
 // What the process has in memory right now; 0 where the system does not tell.
 std::size_t ProcessMemory() {
@@ -24,72 +21,60 @@ std::size_t ProcessMemory() {
 
 }  // namespace
 
-Watchdog::Watchdog(QJSEngine& engine, Limits limits)
+Watchdog::Watchdog(QJSEngine& engine, vbs::Services& services, Limits limits)
     : engine_(engine),
-      mostSilentLooks_(std::max<std::int64_t>(limits.silence / betweenLooks, 1)),
-      mostMemory_(ProcessMemory() + limits.memory) {}
+      services_(services),
+      mostSilence_(limits.silence),
+      mostMemory_(ProcessMemory() + limits.memory) {
+  if (services_.Outside() != nullptr) services_.Outside()->Add(*this);
+}
 
 Watchdog::~Watchdog() {
-  {
-    const std::lock_guard lock(mutex_);
-    ends_ = true;
-  }
-  wake_.notify_one();
-  if (thread_.joinable()) thread_.join();
+  if (services_.Outside() != nullptr) services_.Outside()->Remove(*this);
 }
 
 void Watchdog::Enter() {
-  const std::lock_guard lock(mutex_);
-  ++depth_;
-  ++runs_;
+  const std::uint64_t before = runs_.load(std::memory_order_relaxed);
+  runs_.store(before + 1, std::memory_order_relaxed);
+  if (before == seenRuns_.load(std::memory_order_relaxed)) timeToAsk_.store(true, std::memory_order_relaxed);
   inHost_.store(false, std::memory_order_relaxed);
-  if (!thread_.joinable()) thread_ = std::thread([this] { Watch(); });
-  if (!asleep_) return;
-  asleep_ = false;
-  wake_.notify_one();
+  depth_.store(depth_.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
 Interruption Watchdog::Leave() {
+  const int depth = depth_.load(std::memory_order_relaxed) - 1;
+  inHost_.store(depth > 0, std::memory_order_relaxed);
+  depth_.store(depth);
+  if (!judging_.load() && !engine_.isInterrupted()) return Interruption::None;
   const std::lock_guard lock(mutex_);
-  --depth_;
-  inHost_.store(depth_ > 0, std::memory_order_relaxed);
   if (engine_.isInterrupted()) engine_.setInterrupted(false);
   return std::exchange(interruption_, Interruption::None);
 }
 
-void Watchdog::Watch() {
-  std::unique_lock lock(mutex_);
-  while (!ends_) {
-    if (depth_ == 0 && idleLooks_ >= idleLooksBeforeSleep) {
-      asleep_ = true;
-      wake_.wait(lock, [this] { return ends_ || !asleep_; });
-      idleLooks_ = 0;
-    } else {
-      wake_.wait_for(lock, betweenLooks, [this] { return ends_; });
-      Look();
-    }
+void Watchdog::Look(Duration passed) {
+  const std::lock_guard lock(mutex_);
+  silence_ = Lives() ? Duration{} : silence_ + passed;
+  judging_.store(true);
+  if (depth_.load() > 0) {
+    timeToAsk_.store(true, std::memory_order_relaxed);
+    if (interruption_ == Interruption::None) interruption_ = Judge();
+    if (interruption_ != Interruption::None) engine_.setInterrupted(true);
   }
+  judging_.store(false);
 }
 
-void Watchdog::Look() {
-  if (depth_ == 0) {
-    ++idleLooks_;
-    return;
-  }
-  idleLooks_ = 0;
-  timeToAsk_.store(true, std::memory_order_relaxed);
-  const bool lives = inHost_.load(std::memory_order_relaxed) ||
-                     heard_.exchange(false, std::memory_order_relaxed) || runs_ != seenRuns_;
-  seenRuns_ = runs_;
-  silentLooks_ = lives ? 0 : silentLooks_ + 1;
-  if (interruption_ != Interruption::None) return;
-  interruption_ = Judge();
-  if (interruption_ != Interruption::None) engine_.setInterrupted(true);
+bool Watchdog::Lives() {
+  const std::uint64_t runs = runs_.load(std::memory_order_relaxed);
+  const bool isNew = seenRuns_.exchange(runs, std::memory_order_relaxed) != runs;
+  const bool wasHeard = heard_.exchange(false, std::memory_order_relaxed);
+  return isNew || wasHeard || inHost_.load(std::memory_order_relaxed);
 }
 
-Interruption Watchdog::Judge() {
+// A host call sees for itself that its script must stop.
+Interruption Watchdog::Judge() const {
   if (inHost_.load(std::memory_order_relaxed)) return Interruption::None;
-  if (silentLooks_ >= mostSilentLooks_) return Interruption::Silence;
+  if (services_.MustStop()) return Interruption::Stop;
+  if (silence_ >= mostSilence_) return Interruption::Silence;
   return ProcessMemory() > mostMemory_ ? Interruption::Memory : Interruption::None;
 }
 

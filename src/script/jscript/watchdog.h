@@ -1,32 +1,32 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Interrupts a script that neither ends nor calls its host, or that takes all memory.
-//
-// A thread looks fifty times a second while scripts run; it is made by the first run, and sleeps for good a
-// second after the last one. It never calls anything but QJSEngine::setInterrupted.
+// Interrupts a script that neither ends nor calls its host, that takes all memory, or that must stop. It
+// looks from the patrol's thread, and calls nothing there but QJSEngine::setInterrupted and
+// Services::MustStop.
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
-#include <thread>
 
 #include "script/jscript/engine.h"
+#include "script/values/patrol.h"
 
 class QJSEngine;
 
 namespace quarlin::jscript {
 
-enum class Interruption { None, Silence, Memory };
+enum class Interruption { None, Silence, Memory, Stop };
 
-class Watchdog {
+class Watchdog : private vbs::Lookout {
  public:
-  Watchdog(QJSEngine& engine, Limits limits);
+  Watchdog(QJSEngine& engine, vbs::Services& services, Limits limits);
   ~Watchdog();
+  Watchdog(const Watchdog&) = delete;
+  Watchdog& operator=(const Watchdog&) = delete;
 
-  // Around each run. Runs may lie within host calls of other runs. Leave tells whether the thread
-  // interrupted that run, and lifts the interruption.
+  // Around each run. Runs may lie within host calls of other runs. Leave tells whether that run was
+  // interrupted, and lifts the interruption.
   void Enter();
   Interruption Leave();
 
@@ -37,35 +37,37 @@ class Watchdog {
     inHost_.store(false, std::memory_order_relaxed);
   }
 
-  // Once for each look of the thread at a running script: time to ask whether the script may go on.
+  // Once for each look at a running script, and in a run that begins a while behind the last one: time to ask
+  // whether the script may go on, and to see where it is.
   bool TimeToAsk() {
     return timeToAsk_.load(std::memory_order_relaxed) &&
            timeToAsk_.exchange(false, std::memory_order_relaxed);
   }
 
  private:
-  void Watch();
-  void Look();
-  Interruption Judge();
+  void Look(Duration passed) override;
+  bool Lives();
+  Interruption Judge() const;
 
   QJSEngine& engine_;
-  const std::int64_t mostSilentLooks_;
+  vbs::Services& services_;
+  const Duration mostSilence_;
   const std::size_t mostMemory_;  // of the process
   std::atomic<bool> inHost_ = false;
   std::atomic<bool> heard_ = false;
   std::atomic<bool> timeToAsk_ = false;
 
+  std::atomic<std::uint64_t> runs_ = 0;
+  std::atomic<std::uint64_t> seenRuns_ = 0;  // by the last look
+
+  // Whoever leaves writes depth_ and then reads judging_, the thread the other way round: either the thread
+  // sees that the run is over, or the run waits for what the thread makes of it.
+  std::atomic<int> depth_ = 0;
+  std::atomic<bool> judging_ = false;
+
   std::mutex mutex_;  // guards what follows
-  std::condition_variable wake_;
-  int depth_ = 0;
-  std::uint64_t runs_ = 0;
-  std::uint64_t seenRuns_ = 0;
-  std::int64_t silentLooks_ = 0;
-  int idleLooks_ = 0;
-  bool asleep_ = false;
-  bool ends_ = false;
+  Duration silence_{};
   Interruption interruption_ = Interruption::None;
-  std::thread thread_;
 };
 
 }  // namespace quarlin::jscript

@@ -76,6 +76,7 @@ enum ErrorNumber : std::int32_t {
   objectNotSafe = 502,
   invalidReference = 505,
   classNotDefined = 506,
+  scriptStopped = 507,
   regExpSyntax = 5017,
   elementNotFound = 32811,
 };

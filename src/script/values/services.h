@@ -11,6 +11,7 @@
 #include "base/clock.h"
 #include "script/values/error.h"
 #include "script/values/locale.h"
+#include "script/values/patrol.h"
 #include "script/values/value.h"
 
 namespace quarlin::vbs {
@@ -38,12 +39,19 @@ class Services {
   // Asked again and again while a script runs, also within a long search of a pattern; false stops it,
   // with an error that the script cannot pass over.
   virtual bool MayGoOn() = 0;
+
+  // From any thread, for an engine that cannot ask MayGoOn everywhere: the run is to be interrupted now.
+  virtual bool MustStop() const { return false; }
+
+  // What looks at scripts from outside; null where nobody does. Whoever calls an engine has entered it; it
+  // outlives the engine.
+  virtual Patrol* Outside() { return nullptr; }
 };
 
 // For work that may take long: a final error when the script is to stop.
 inline void AskToGoOn(Services& services) {
   if (services.MayGoOn()) return;
-  ScriptError stopped(507);
+  ScriptError stopped(scriptStopped);
   stopped.description = u"The script was stopped";
   stopped.isFinal = true;
   throw stopped;
