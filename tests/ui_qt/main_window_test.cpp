@@ -112,8 +112,8 @@ bool IsOfKind(const QWidget& widget, ControlKind kind) {
 bool IsPartOfAnother(const QWidget& widget) {
   for (const QWidget* parent = widget.parentWidget(); parent != nullptr; parent = parent->parentWidget()) {
     if (parent->inherits("QComboBox") || parent->inherits("QLineEdit") || parent->inherits("QTabBar") ||
-        parent->inherits("QMenuBar") || parent->inherits("QTableView") || parent->inherits("QToolBar") ||
-        parent->inherits("quarlin::ReceivedTextView")) {
+        parent->inherits("QMenuBar") || parent->inherits("QTableView") || parent->inherits("QTreeView") ||
+        parent->inherits("QToolBar") || parent->inherits("quarlin::ReceivedTextView")) {
       return true;
     }
   }

@@ -45,7 +45,7 @@ DebugPanel::DebugPanel(ScriptDebugger& debugger, QWidget* parent)
   valuesColumn->setContentsMargins(0, 0, 0, 0);
   valuesColumn->addWidget(values_, 1);
   auto* watchRow = new QFormLayout;
-  watchRow->addRow(tr("&Watch"), watch_);
+  watchRow->addRow(tr("Watc&h"), watch_);
   valuesColumn->addLayout(watchRow);
   auto* splitter = new QSplitter(Qt::Vertical);
   splitter->setObjectName("debugSplitter");

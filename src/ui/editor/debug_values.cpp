@@ -30,6 +30,7 @@ DebugValues::DebugValues(ScriptDebugger& debugger, QWidget* parent)
     : QTreeWidget(parent), debugger_(debugger) {
   setObjectName("debugValues");
   setAccessibleName(tr("Variables and watches"));
+  setToolTip(tr("What the script holds where it stands; values that the last step changed are bold"));
   setHeaderLabels({tr("Name"), tr("Value"), tr("Type")});
   setUniformRowHeights(true);
   header()->setSectionResizeMode(nameColumn, QHeaderView::ResizeToContents);
