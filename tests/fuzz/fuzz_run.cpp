@@ -52,7 +52,8 @@ class Writer {
         u"Class K : Public Count : Private m : Public Default Property Get Prop(i) : Prop = m : End "
         u"Property\r\n"
         u"Public Property Let Prop(i, v) : m = v : End Property\r\n"
-        u"Private Sub Class_Terminate : x = x & \"t\" : End Sub : End Class\r\nDim a(3), dict\r\n"
+        u"Private Sub Class_Terminate : x = x & \"t\" : If IsEmpty(b) Then Set d = Me\r\nEnd Sub : End "
+        u"Class\r\nDim a(3), dict\r\n"
         u"Set dict = CreateObject(\"Scripting.Dictionary\")\r\nSet o = New K\r\n";
     if (Next() % 2 == 0) text_ += u"On Error Resume Next\r\n";
     Block(0);
@@ -97,7 +98,7 @@ class Writer {
   }
 
   void Statement(int depth) {
-    switch (Next() % 18) {
+    switch (Next() % 20) {
       case 0:
         return Within(u"If " + Expression(0) + u" Then", u"End If", depth);
       case 1:
@@ -138,6 +139,12 @@ class Writer {
       case 14:
         text_ += u"dict(" + Expression(2) + u") = " + Expression(1) + u"\r\n";
         return;
+      case 18:
+        text_ += u"Set o.Count = " + Pick(names) + u" : Set " + Pick(names) + u"(1) = o\r\n";
+        return;
+      case 19:
+        text_ += u"ExecuteGlobal \"Function F(p) : F = \" & " + Expression(2) + u" & \" : End Function\"\r\n";
+        return;
       case 15:
         text_ += u"ReDim " + Pick(names) + u"(2, " + Expression(2) + u")\r\n";
         return;
@@ -159,7 +166,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace quarlin::vbs;
   heap::SetLimit(std::size_t{32} << 20);
   QuietServices services;
-  Engine engine(services, {.callDepth = 500, .steps = 20'000});
+  Engine engine(services, {.callDepth = 500, .steps = 20'000, .births = 1});
   try {
     engine.AddCode(Writer(data, size).Program());
     engine.Run(u"F", std::array<Value, 1>{Value::Integer(1)});

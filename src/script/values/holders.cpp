@@ -168,7 +168,7 @@ void Holders::End(HolderRing& garbage) {
 void Holders::Collect() {
   if (collecting_) return;
   collecting_ = true;
-  const bool all = grownOld_ > oldAtLast_ + fewestBirths || heap::InUse() > memoryUntilNext_;
+  const bool all = grownOld_ > oldAtLast_ + fewestBirths_ || heap::InUse() > memoryUntilNext_;
   HolderRing suspects;
   HolderRing living;
   if (all) suspects.TakeAll(old_);
@@ -181,7 +181,7 @@ void Holders::Collect() {
   grownOld_ = all ? 0 : grownOld_ + count;
   End(suspects);
   // Young objects that hold giant arrays make it more work: then it must be worth more.
-  birthsUntilNext_ = std::max(fewestBirths, all ? 0 : work / 4);
+  birthsUntilNext_ = std::max(fewestBirths_, all ? 0 : work / 4);
   memoryUntilNext_ = MemoryForNext();
   collecting_ = false;
 }

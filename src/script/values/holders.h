@@ -85,7 +85,8 @@ class HeldValues {
 // that are looked at keeps it alive.
 class Holders {
  public:
-  Holders() = default;
+  // The young are looked at when there are `fewestBirths` of them, or more where that is much work.
+  explicit Holders(std::size_t fewestBirths) : fewestBirths_(fewestBirths) {}
   Holders(const Holders&) = delete;
   Holders& operator=(const Holders&) = delete;
   ~Holders() { LetAllGo(); }
@@ -107,16 +108,15 @@ class Holders {
   void End(HolderRing& garbage);
   static void LetGoOf(HolderRing& ring);
 
+  const std::size_t fewestBirths_;
   HolderRing young_;
   HolderRing old_;
   std::size_t born_ = 0;  // since the last collection
-  std::size_t birthsUntilNext_ = fewestBirths;
+  std::size_t birthsUntilNext_ = fewestBirths_;
   std::size_t memoryUntilNext_ = 0;
   std::size_t grownOld_ = 0;  // since all were looked at
   std::size_t oldAtLast_ = 0;
   bool collecting_ = false;
-
-  static constexpr std::size_t fewestBirths = 10'000;
 };
 
 }  // namespace quarlin::vbs

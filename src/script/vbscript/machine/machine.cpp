@@ -75,6 +75,7 @@ Machine::Nesting::~Nesting() {
 Machine::Machine(Services& services, EngineLimits limits)
     : services_(services),
       limits_(limits),
+      holders_(limits.births),
       library_{services, {}, &holders_},
       link_(new MachineLink),
       err_(new ErrObject),
