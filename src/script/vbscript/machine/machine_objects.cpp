@@ -150,13 +150,16 @@ void Machine::CallBuiltin(const Builtin& builtin, Arguments arguments, Value& re
 }
 
 Value Machine::MakeObject(const Site& site) {
-  const std::u16string folded = Folded(site.name);
-  const auto number = symbols_.FindClass(folded);
-  if (!number && folded == u"regexp") {
-    return Value::Object(CreateLibraryObject(services_, &holders_, u"VBScript.RegExp"));
+  if (site.member == 0) {
+    const std::u16string folded = Folded(site.name);
+    const auto number = symbols_.FindClass(folded);
+    if (!number && folded == u"regexp") {
+      return Value::Object(CreateLibraryObject(services_, &holders_, u"VBScript.RegExp"));
+    }
+    if (!number) throw ScriptError(classNotDefined, site.name);
+    site.member = static_cast<int>(*number) + 1;  // a class keeps its number for good
   }
-  if (!number) throw ScriptError(classNotDefined, site.name);
-  const auto& info = classes_[*number];
+  const std::shared_ptr<const ClassInfo> info = classes_[static_cast<std::size_t>(site.member) - 1];
   Ref<Instance> made(new Instance(info, link_, &holders_));
   if (info->initialize != ClassMember::none) {
     RunSlot(static_cast<std::size_t>(info->initialize), made.Get(), {});
