@@ -56,8 +56,8 @@ Options:
   that begins with "--" is status 2.
 
 Exit status: 0 what was asked for was done without an error; 1 there were errors, a run ended before
-its end, or RUN exchanged nothing; 2 the link could not be opened or the set-up failed. Every status
-but 0 has its reason on standard error.
+its end, or RUN exchanged nothing; 2 the link could not be opened or the set-up failed; or what a
+script says with FormMain.Finish. Every status but 0 has its reason on standard error.
 
 The program folder is $QUARLIN_HOME; else the program's own folder, where it can be written and is no
 installation; else quarlin below $XDG_DATA_HOME, which is ~/.local/share where nothing else is said.

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <tuple>
 
-#include "base/scope_flag.h"
 #include "controls/event_loop.h"
 
 namespace quarlin {

@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "base/clock.h"
+#include "base/scope_flag.h"
 
 namespace quarlin {
 
@@ -64,6 +66,22 @@ class AlarmQueue {
 
    private:
     AlarmQueue& queue_;
+  };
+
+  // While one of these lives, alarms fire as if nothing were on the stack: neither a handler nor a Hold from
+  // before it counts. For code that waits, and whose callers are ready for whatever happens meanwhile.
+  class Lift {
+   public:
+    explicit Lift(AlarmQueue& queue)
+        : queue_(queue), holds_(std::exchange(queue.holds_, 0)), firing_(queue.firing_, false) {}
+    ~Lift() { queue_.holds_ += holds_; }
+    Lift(const Lift&) = delete;
+    Lift& operator=(const Lift&) = delete;
+
+   private:
+    AlarmQueue& queue_;
+    int holds_;
+    ScopeFlag firing_;
   };
 
  private:

@@ -55,6 +55,23 @@ void Control::SetPlace(const Placement& place) {
   if (std::exchange(place_, place) != place) Changed();
 }
 
+void Control::SetLook(const Looks& look) {
+  if (look_ == look) return;
+  look_ = look;
+  Changed();
+}
+
+void Control::ForgetLooks() {
+  SetEnabled(true);
+  SetVisible(true);
+  SetToolTipText("");
+  SetBackColor(std::nullopt);
+  SetForeColor(std::nullopt);
+  SetPlace({});
+  SetLook({});
+  SetTag("");
+}
+
 void Control::SetFocus() {
   focusWish_ = true;
   Changed();

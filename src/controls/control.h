@@ -16,6 +16,7 @@
 
 #include "base/hook.h"
 #include "controls/event_loop.h"
+#include "controls/looks.h"
 
 namespace quarlin {
 
@@ -118,6 +119,16 @@ class Control {
   const Placement& Place() const { return place_; }
   void SetPlace(const Placement& place);
 
+  const Looks& Look() const { return look_; }
+  void SetLook(const Looks& look);
+
+  // What a script notes at the control; it means nothing here.
+  const std::string& Tag() const { return tag_; }
+  void SetTag(std::string_view tag) { tag_ = tag; }
+
+  // Takes back whatever scripts set beside its value and its caption.
+  virtual void ForgetLooks();
+
   // Asks the view to give it the keyboard; the view takes the wish, once.
   void SetFocus();
   bool TakeFocusWish() { return std::exchange(focusWish_, false); }
@@ -141,6 +152,8 @@ class Control {
   std::optional<Color> backColor_;
   std::optional<Color> foreColor_;
   Placement place_;
+  Looks look_;
+  std::string tag_;
   bool focusWish_ = false;
   RepaintList* repaint_ = nullptr;
 };

@@ -15,6 +15,7 @@ void TextBox::SetText(std::string_view text) {
   if (text_ == text) return;
   text_ = text;
   integer_.reset();
+  marked_ = {};
   Changed();
   Change();
 }
@@ -22,14 +23,37 @@ void TextBox::SetText(std::string_view text) {
 void TextBox::Type(std::string_view text) {
   if (text_ == text) {
     Change();
-  } else {
-    SetText(text);
+    return;
   }
+  text_ = text;  // and the mark is the user's, too
+  integer_.reset();
+  Changed();
+  Change();
 }
 
 std::int32_t TextBox::Integer() const {
   if (!integer_) integer_ = IntegerOf(text_);
   return *integer_;
+}
+
+void TextBox::SetLocked(bool locked) {
+  if (std::exchange(locked_, locked) != locked) Changed();
+}
+
+void TextBox::SetMaxLength(int characters) {
+  if (std::exchange(maxLength_, characters) != characters) Changed();
+}
+
+void TextBox::Select(Marked marked) {
+  marked_ = marked;
+  selectionWish_ = true;
+  Changed();
+}
+
+void TextBox::ForgetLooks() {
+  Control::ForgetLooks();
+  SetLocked(false);
+  SetMaxLength(0);
 }
 
 ComboBox::ComboBox(ControlGroup& group, std::string_view name, std::vector<std::string> list,
@@ -69,11 +93,13 @@ void ComboBox::ListChanged() {
 void ComboBox::SetList(std::vector<std::string> list) {
   list_ = std::move(list);
   itemToolTips_.clear();
+  numbers_.Cleared();
   ListChanged();
 }
 
 void ComboBox::AddItem(std::string_view item) {
   list_.emplace_back(item);
+  numbers_.Inserted(static_cast<int>(list_.size()) - 1);
   ListChanged();
 }
 
@@ -81,6 +107,7 @@ void ComboBox::InsertItem(int index, std::string_view item) {
   if (index < 0 || index > static_cast<int>(list_.size())) return;
   list_.emplace(list_.begin() + index, item);
   itemToolTips_.clear();
+  numbers_.Inserted(index);
   ListChanged();
 }
 
@@ -94,6 +121,7 @@ void ComboBox::RemoveItem(int index) {
   if (!HasItem(index)) return;
   list_.erase(list_.begin() + index);
   itemToolTips_.clear();
+  numbers_.Removed(index);
   ListChanged();
 }
 
@@ -231,18 +259,21 @@ void ListBox::ListChanged() {
 void ListBox::SetList(std::vector<ListEntry> list) {
   if (list == list_) return;
   list_ = std::move(list);
+  numbers_.Cleared();
   listIndex_ = -1;
   ListChanged();
 }
 
 void ListBox::AddItem(std::string_view text, std::string_view toolTip) {
   list_.push_back({std::string(text), std::string(toolTip)});
+  numbers_.Inserted(ListCount() - 1);
   ListChanged();
 }
 
 void ListBox::InsertItem(int index, std::string_view text) {
   if (index < 0 || index > ListCount()) return;
   list_.insert(list_.begin() + index, {std::string(text), ""});
+  numbers_.Inserted(index);
   if (listIndex_ >= index) ++listIndex_;
   ListChanged();
 }
@@ -256,6 +287,7 @@ void ListBox::SetItem(int index, std::string_view text) {
 void ListBox::RemoveItem(int index) {
   if (!HasItem(index)) return;
   list_.erase(list_.begin() + index);
+  numbers_.Removed(index);
   if (listIndex_ == index) {
     listIndex_ = -1;
   } else if (listIndex_ > index) {
@@ -266,6 +298,7 @@ void ListBox::RemoveItem(int index) {
 
 void ListBox::Clear() {
   list_.clear();
+  numbers_.Cleared();
   listIndex_ = -1;
   ListChanged();
 }

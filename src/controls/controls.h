@@ -16,6 +16,7 @@
 
 #include "base/hook.h"
 #include "controls/control.h"
+#include "controls/item_numbers.h"
 
 namespace quarlin {
 
@@ -35,8 +36,27 @@ class TextBox : public Control {
   // The text as an integer, 0 when it is none; kept until the text changes.
   std::int32_t Integer() const;
 
+  // Bounds of what the user may do: only read it; type so many characters, 0 for any number.
+  bool Locked() const { return locked_; }
+  void SetLocked(bool locked);
+  int MaxLength() const { return maxLength_; }
+  void SetMaxLength(int characters);
+
+  // What of the text is marked. A mark that the user sets is told by the view; another one is a wish to it,
+  // which it takes once.
+  Marked Selection() const { return Within(marked_, text_.size()); }
+  void Select(Marked marked);
+  void NoteSelection(Marked marked) { marked_ = marked; }
+  bool TakeSelectionWish() { return std::exchange(selectionWish_, false); }
+
+  void ForgetLooks() override;
+
  private:
   std::string text_;
+  bool locked_ = false;
+  int maxLength_ = 0;
+  Marked marked_;
+  bool selectionWish_ = false;
   mutable std::optional<std::int32_t> integer_;
 };
 
@@ -66,6 +86,9 @@ class ComboBox : public Control {
   void RemoveItem(int index);
   void Clear() { SetList({}); }
 
+  // What scripts note beside the entries.
+  ItemNumbers& Numbers() { return numbers_; }
+
   // What the view tells about one entry when the user points at it.
   const std::string& ItemToolTip(int index) const;
   void SetItemToolTip(int index, std::string_view text);
@@ -80,6 +103,7 @@ class ComboBox : public Control {
   int listIndex_ = -1;
   std::vector<std::string> list_;
   std::vector<std::string> itemToolTips_;
+  ItemNumbers numbers_;
   std::uint64_t listRevision_ = 0;
 };
 
@@ -223,6 +247,8 @@ class ListBox : public Control {
   void RemoveItem(int index);
   void Clear();
 
+  ItemNumbers& Numbers() { return numbers_; }
+
   // The selected entry, or -1; its text, or "".
   int ListIndex() const { return listIndex_; }
   void SetListIndex(int index);
@@ -234,6 +260,7 @@ class ListBox : public Control {
   void ListChanged();
 
   std::vector<ListEntry> list_;
+  ItemNumbers numbers_;
   int listIndex_ = -1;
   std::uint64_t listRevision_ = 1;
 };

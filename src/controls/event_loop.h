@@ -46,6 +46,10 @@ class EventLoop {
   // Yields as DoEvents does until `done` says so or the instant has passed; false in the latter case.
   virtual bool WaitUntil(const std::function<bool()>& done, Instant deadline) = 0;
 
+  // Waits likewise, but everything goes on meanwhile, alarms too, even those that a handler on the stack
+  // holds back. A Hold that begins within the wait ends that.
+  virtual bool RunUntil(const std::function<bool()>& done, Instant deadline) = 0;
+
   // Blocks until the instant, serving nothing.
   virtual void Pause(Instant until) = 0;
 

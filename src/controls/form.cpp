@@ -18,6 +18,12 @@ void Form::SetTopMost(bool topMost) {
   OnChanged();
 }
 
+void Form::SetState(WindowState state) {
+  state_ = state;
+  stateWish_ = true;
+  OnChanged();
+}
+
 void Form::ShowModal() {
   visible_ = true;
   OnModal();

@@ -5,11 +5,14 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/hook.h"
 #include "controls/collection.h"
 
 namespace quarlin {
+
+enum class WindowState { Normal, Minimized, Maximized };
 
 class Form {
  public:
@@ -33,6 +36,16 @@ class Form {
   bool TopMost() const { return topMost_; }
   void SetTopMost(bool topMost);
 
+  // Setting it again changes it again: the user may have done otherwise meanwhile, which the view notes.
+  WindowState State() const { return state_; }
+  void SetState(WindowState state);
+  void NoteState(WindowState state) { state_ = state; }
+  bool TakeStateWish() { return std::exchange(stateWish_, false); }
+
+  // Whether the other windows take no input while it is shown. Takes effect when it is shown next.
+  bool Modal() const { return modal_; }
+  void SetModal(bool modal) { modal_ = modal; }
+
   // Shows it above the others, which take no input meanwhile, and returns when it has been hidden again.
   // Yields. Requires a view.
   void ShowModal();
@@ -53,6 +66,9 @@ class Form {
   ControlCollection collection_;
   bool visible_ = false;
   bool topMost_ = false;
+  bool modal_ = false;
+  WindowState state_ = WindowState::Normal;
+  bool stateWish_ = false;  // the view has still to follow
 };
 
 }  // namespace quarlin

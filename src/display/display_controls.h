@@ -22,6 +22,14 @@ class DisplayText : public Control {
   // is about to be shown can be found again by it.
   std::uint64_t NextLine() const { return ring_.EndLine(); }
 
+  // What a script has marked of the text, counted from the first line that is kept; the colour in which it
+  // adds to it.
+  Marked marked;
+  Color scriptColor = colors::black;
+
+  // Gives what the user has marked.
+  Hook<std::string()> OnTakeSelection;
+
   // Also told what is added; for a program without a window, which prints it.
   Hook<void(std::string_view text, Color color)> OnAppend;
 

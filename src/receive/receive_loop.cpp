@@ -272,6 +272,7 @@ void ReceiveLoop::Handle(std::string text) {
   parts_.counters.lblrxpersecond.SetCaption(DecimalText(RxIntervalSeconds()));
   if (parts_.controls.chkTimerDiff.Checked()) ShowTimeDifference();
   ConvertForChecks(text);
+  Hooks.completed(text);
   if (Hooks.scripting()) Hooks.receiveString(text);
   if (late) parts_.status.Mention("late answer");
   // A script, or somebody at a box, may have begun another run, of which this is no answer.

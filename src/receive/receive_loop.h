@@ -52,8 +52,9 @@ struct ReceiveHooks {
   Hook<void()> counted;       // an answer was accepted: the rate display has work
   Hook<void()> deviceGone;    // disconnect, as soon as this tick has returned
   Hook<bool()> scripting;
-  Hook<void(std::string& text)> receiveString;  // the script's, only while scripting
-  Hook<void(std::string_view request)> dialog;  // the dialog test
+  Hook<void(const std::string& text)> completed;  // a string is complete, and will be handled
+  Hook<void(std::string& text)> receiveString;    // the script's, only while scripting
+  Hook<void(std::string_view request)> dialog;    // the dialog test
 };
 
 // The loop's own times and ticks.

@@ -3,11 +3,12 @@
 #pragma once
 
 #include "script/frm_command.h"
+#include "script/script_waits.h"
 #include "script/values/dispatch.h"
 
 namespace quarlin {
 
-// The panel outlives the object.
-vbs::ObjectRef MakeCommandObject(FrmCommand& panel);
+// Panel and waits outlive the object.
+vbs::ObjectRef MakeCommandObject(FrmCommand& panel, ScriptWaits& waits);
 
 }  // namespace quarlin

@@ -8,7 +8,7 @@ namespace quarlin {
 using vbs::Arguments;
 using vbs::Value;
 
-// The rows of the kind have the numbers from 1 on, those that every control has follow.
+// The rows of all parts have the numbers from 1 on.
 ControlObject::ControlObject(Control& control) : control_(control), table_(ControlTable(control.Kind())) {}
 
 std::u16string_view ControlObject::TypeName() const {
@@ -17,7 +17,7 @@ std::u16string_view ControlObject::TypeName() const {
 
 std::optional<int> ControlObject::Find(std::u16string_view name) {
   int number = 1;
-  for (const auto rows : {table_.rows, CommonControlRows()}) {
+  for (const auto rows : table_.parts) {
     for (const Row& row : rows) {
       if (vbs::SameName(row.name, name)) return number;
       ++number;
@@ -27,9 +27,13 @@ std::optional<int> ControlObject::Find(std::u16string_view name) {
 }
 
 const ControlObject::Row* ControlObject::RowOf(int member) const {
-  if (member == defaultMember) return table_.hasDefault ? table_.rows.data() : nullptr;
-  const auto index = static_cast<std::size_t>(member) - 1;
-  return index < table_.rows.size() ? &table_.rows[index] : &CommonControlRows()[index - table_.rows.size()];
+  if (member == defaultMember) return table_.hasDefault ? table_.parts[0].data() : nullptr;
+  auto index = static_cast<std::size_t>(member) - 1;
+  for (const auto rows : table_.parts) {
+    if (index < rows.size()) return &rows[index];
+    index -= rows.size();
+  }
+  return nullptr;
 }
 
 vbs::MemberKind ControlObject::KindOf(int member) {
@@ -55,7 +59,7 @@ void ControlObject::Put(int member, Arguments indices, const Value& value, vbs::
 
 std::vector<std::u16string> ControlObject::MemberNames() {
   std::vector<std::u16string> names;
-  for (const auto rows : {table_.rows, CommonControlRows()}) {
+  for (const auto rows : table_.parts) {
     for (const Row& row : rows) names.emplace_back(row.name);
   }
   return names;

@@ -10,6 +10,19 @@ namespace quarlin {
 using vbs::Arguments;
 using vbs::Value;
 
+FormMember WindowStateMember(Form& form) {
+  return {u"WindowState",
+          vbs::MemberKind::Property,
+          0,
+          0,
+          [&form](Arguments) { return Value::Integer(static_cast<std::int16_t>(form.State())); },
+          [&form](const Value& value) {
+            const std::int32_t state = vbs::ToLong(value);
+            if (state < 0 || state > 2) throw vbs::ScriptError(vbs::invalidCall);
+            form.SetState(static_cast<WindowState>(state));
+          }};
+}
+
 FormObject::FormObject(std::u16string_view typeName, const ControlCollection& controls,
                        std::vector<FormMember> members)
     : typeName_(typeName), members_(std::move(members)) {
@@ -44,6 +57,12 @@ void FormObject::AddControl(Control& control) {
 std::optional<int> FormObject::Find(std::u16string_view name) {
   const auto found = numbers_.find(Folded(name));
   return found == numbers_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<int> FormObject::FindBare(std::u16string_view name) {
+  const auto number = Find(name);
+  const FormMember* member = number ? MemberAt(*number) : nullptr;
+  return member == nullptr || member->bare ? number : std::nullopt;
 }
 
 const FormMember* FormObject::MemberAt(int number) const {

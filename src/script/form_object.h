@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "controls/collection.h"
+#include "controls/form.h"
 #include "script/control_array_object.h"
 #include "script/values/dispatch.h"
 
@@ -22,7 +22,11 @@ struct FormMember {
   int most;
   std::function<vbs::Value(vbs::Arguments)> get;         // empty: cannot be read
   std::function<void(const vbs::Value&)> put = nullptr;  // empty: cannot be written
+  bool bare = true;                                      // can be used without the window's name
 };
+
+// "WindowState": 0 as it is placed, 1 minimized, 2 maximized.
+FormMember WindowStateMember(Form& form);
 
 class FormObject : public vbs::Dispatch {
  public:
@@ -33,6 +37,7 @@ class FormObject : public vbs::Dispatch {
 
   std::u16string_view TypeName() const override { return typeName_; }
   std::optional<int> Find(std::u16string_view name) override;
+  std::optional<int> FindBare(std::u16string_view name) override;
   const void* Shape() const override { return this; }
   vbs::MemberKind KindOf(int member) override;
   vbs::Value Invoke(int member, vbs::Arguments arguments) override;

@@ -30,21 +30,20 @@ FrmCommand::FrmCommand(EventLoop& loop) : Form("FrmCommand", windowCaption), con
     closed_ = true;
     SetVisible(false);
   };
-  OnClose = [this] { controls.cmdExit.Click(); };
+  OnClose = [this] {
+    if (Modal()) {
+      SetVisible(false);  // a script waits for that
+    } else {
+      controls.cmdExit.Click();
+    }
+  };
   BeginAfresh();
 }
 
 void FrmCommand::BeginAfresh() {
   closed_ = false;
   SetCaption(windowCaption);
-  for (Control* control : controls.Members()) {
-    control->SetEnabled(true);
-    control->SetVisible(true);
-    control->SetToolTipText("");
-    control->SetBackColor(std::nullopt);
-    control->SetForeColor(std::nullopt);
-    control->SetPlace({});
-  }
+  for (Control* control : controls.Members()) control->ForgetLooks();
   for (std::size_t i = 0; i < controls.TextIO.size(); ++i) controls.TextIO[i].SetText("");
   for (std::size_t i = 0; i < controls.comboIO.size(); ++i) {
     controls.comboIO[i].Clear();

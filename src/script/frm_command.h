@@ -38,7 +38,8 @@ struct FrmCommandControls : ControlGroup {
   CommandButton cmdExit{*this, "cmdExit", ""};
 };
 
-// Shown beside the main window, which goes on. The window's close button means Exit.
+// Shown beside the main window, which goes on. The window's close button means Exit, but for a panel that a
+// script has put in front of everything else and waits for: that one is closed, and the script goes on.
 class FrmCommand : public Form {
  public:
   explicit FrmCommand(EventLoop& loop);

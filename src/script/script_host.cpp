@@ -67,7 +67,10 @@ ScriptHost::ScriptHost(ScriptParts parts)
                    [this] {
                      if (parts_.controls.chkEnableScript.Checked()) EnableScript();
                    }),
-      runner_(parts_.loop, parts_.prompts, parts_.folder.Path(), parts_.engines, parts_.lastResort) {
+      runner_(parts_.loop, parts_.prompts, parts_.folder.Path(), parts_.engines, parts_.lastResort),
+      waits_(parts_.loop, runner_) {
+  Console.out = [this](std::u16string_view text) { parts_.append(BytesFromUtf16(text), colors::black); };
+  Console.error = [this](std::u16string_view text) { parts_.append(BytesFromUtf16(text), colors::red); };
   ScriptControls& controls = parts_.controls;
   controls.chkEnableScript.Click = [this] {
     if (parts_.controls.chkEnableScript.Checked()) {
@@ -110,7 +113,8 @@ void ScriptHost::SetFormMain(vbs::ObjectRef formMain) {
   runner_.AddObject(u"StringToSend", vbs::ObjectRef(stringToSend_.Get()));
   runner_.AddObject(u"TimerTask", vbs::ObjectRef(timerTask_.Get()));
   runner_.AddObject(u"FormMain", std::move(formMain));
-  runner_.AddObject(u"FrmCommand", MakeCommandObject(panel_));
+  runner_.AddObject(u"FrmCommand", MakeCommandObject(panel_, waits_));
+  runner_.AddObject(u"WScript", MakeWScriptObject(*this));
 }
 
 std::string ScriptHost::TakeUpLocale() {
@@ -201,7 +205,8 @@ void ScriptHost::CountError(std::u16string_view procedure, const vbs::ScriptErro
 }
 
 void ScriptHost::EnableScript() {
-  if (runner_.Running()) {  // its procedure must return first
+  // Its procedure must return first. And what yields would not let the new one wait.
+  if (runner_.Running() || parts_.loop.Alarms().Held()) {
     enableAlarm_.At(parts_.loop.Now());
     return;
   }
@@ -272,6 +277,7 @@ bool ScriptHost::Start() {
     if (!CutByEnd(u"its top-level code", error)) GiveUp(u"its top-level code", error);
     return false;
   }
+  if (runner_.WaitsForbidden()) return false;  // the program ends
   if (RunReported(u"InitTask") && runner_.Loaded()) return true;
   startFailure_ = fmt::format("the script {} did not get through InitTask", choice_.ScriptFile);
   return false;
@@ -289,7 +295,7 @@ void ScriptHost::DisableScript() {
 bool ScriptHost::RunReported(std::u16string_view procedure) {
   if (!runner_.Has(procedure)) return true;
   try {
-    runner_.Run(procedure);
+    runner_.Run(procedure, MayWait::Yes);
     return true;
   } catch (const vbs::ScriptError& error) {
     if (!CutByEnd(procedure, error)) GiveUp(procedure, error);
@@ -316,7 +322,7 @@ void ScriptHost::GiveUp(std::u16string_view procedure, const vbs::ScriptError& e
 }
 
 void ScriptHost::tmrTask_Timer() {
-  if (!Sees() || !RunReported(u"Task")) return;
+  if (!Sees() || !RunReported(u"Task")) return;  // not within the wait of another tick
   if (!Hooks.linkOpen()) return;  // the text waits for the link
   std::string text = timerTask_->StringSend();
   if (!text.empty()) Hooks.sendTask(std::move(text));
@@ -330,6 +336,13 @@ void ScriptHost::EditScript() {
         "no script is chosen that could be edited; \"script\" offers those of the program folder");
   }
   Hooks.focusDisplay();
+}
+
+void ScriptHost::Finish(std::int32_t status) {
+  if (status < 0 || status > 255) throw vbs::ScriptError(vbs::invalidCall);
+  if (!finishStatus_) finishStatus_ = status;
+  Hooks.finish();
+  runner_.Leave();
 }
 
 void ScriptHost::EndTask() {

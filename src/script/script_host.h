@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -17,9 +18,11 @@
 #include "script/frm_script.h"
 #include "script/script_controls.h"
 #include "script/script_runner.h"
+#include "script/script_waits.h"
 #include "script/serial_string.h"
 #include "script/text_string.h"
 #include "script/timer_task.h"
+#include "script/wscript_object.h"
 
 namespace quarlin {
 
@@ -44,6 +47,7 @@ struct ScriptHooks {
   Hook<void()> loadedChanged;  // a script runs from now on, or none does
   // Told of every error. True: the user has seen it there, so no box is needed.
   Hook<bool(std::u16string_view procedure, const vbs::ScriptError& error)> showError;
+  Hook<void()> finish;  // ends the program in order, as soon as every handler on the stack has returned
   Hook<void(std::string_view line)> firstError;  // of a procedure whose errors are counted and not shown
   Hook<void(std::string_view line)> cutShort;    // the end of the program stopped a procedure
 };
@@ -65,11 +69,15 @@ class ScriptHost {
 
   ScriptHooks Hooks;
 
+  // Of "WScript": the display, without arguments, unless somebody sets another one.
+  ScriptConsole Console;
+
   FrmCommand& Panel() { return panel_; }
 
   // Shown when scripting is switched on. Where nobody sees it, the script that txtScriptFile names is taken.
   FrmScript& List() { return list_; }
   ScriptRunner& Runner() { return runner_; }
+  ScriptWaits& Waits() { return waits_; }
   const std::string& ScriptFile() const { return choice_.ScriptFile; }
 
   // The main window as scripts see it; to be set before any script is started.
@@ -110,6 +118,11 @@ class ScriptHost {
   // Why the script that was switched on last did not come so far as to run; empty when it did.
   const std::string& StartFailure() const { return startFailure_; }
 
+  // For scripts: the end of the program, with this exit status; the first one holds. Does not return to the
+  // script. Error 5 outside of 0 to 255.
+  [[noreturn]] void Finish(std::int32_t status);
+  std::optional<int> FinishStatus() const { return finishStatus_; }
+
   // The program is to end soon, whatever a script does: from now on only EndTask runs.
   void EndProgram() { runner_.EndProgram(); }
 
@@ -142,6 +155,7 @@ class ScriptHost {
   std::string startFailure_;
   std::string ranBefore_;  // what the status bar said before the script stood
   bool unlisted_ = false;  // the next start takes the chosen script without a list
+  std::optional<int> finishStatus_;
   FrmScript list_;
   FrmCommand panel_;
   vbs::Ref<SerialString> charReceived_;
@@ -150,6 +164,7 @@ class ScriptHost {
   vbs::Ref<TimerTask> timerTask_;
   Alarm enableAlarm_;    // switched on by a script that is still running
   ScriptRunner runner_;  // ends first: the script's last code may use all of the above
+  ScriptWaits waits_;
 };
 
 // "ReceiveString, line 12: Type mismatch".

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/script_runner.h"
 
+#include <optional>
 #include <utility>
 
 #include "script/script_file.h"
@@ -46,8 +47,12 @@ class ScriptRunner::Services : public vbs::Services {
 // For as long as code of the script may run.
 class ScriptRunner::Call {
  public:
-  explicit Call(ScriptRunner& runner) : runner_(runner), hold_(std::in_place, runner.loop_.Alarms()) {
-    if (runner_.calls_++ == 0) runner_.guard_.Begin();
+  explicit Call(ScriptRunner& runner, MayWait mayWait = MayWait::No)
+      : runner_(runner), hold_(std::in_place, runner.loop_.Alarms()) {
+    if (runner_.calls_++ > 0) return;
+    runner_.mayWait_ = mayWait;
+    runner_.leaves_ = false;
+    runner_.guard_.Begin();
   }
   ~Call() {
     if (--runner_.calls_ == 0) runner_.guard_.End();
@@ -65,9 +70,31 @@ class ScriptRunner::Call {
   vbs::LocaleScope locale_{usual_};
 };
 
+// A wait on the stack. Once it is over, no alarm fires before the script has gone on.
+class ScriptRunner::Pause {
+ public:
+  explicit Pause(ScriptRunner& runner) : runner_(runner), notTheScripts_(runner.prompts_) {
+    runner_.pause_ = this;
+  }
+  ~Pause() { runner_.pause_ = nullptr; }
+  Pause(const Pause&) = delete;
+  Pause& operator=(const Pause&) = delete;
+
+  void End() {
+    if (!over_) over_.emplace(runner_.loop_.Alarms());
+  }
+  bool IsOver() const { return over_.has_value(); }
+
+ private:
+  ScriptRunner& runner_;
+  const TimedPrompts::OthersTime notTheScripts_;
+  std::optional<AlarmQueue::Hold> over_;
+};
+
 ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder,
                            EngineFactory engines, LastResort lastResort)
     : loop_(loop),
+      prompts_(prompts),
       guard_(loop, prompts, std::move(lastResort)),
       debugger_(loop, prompts),
       services_(std::make_unique<Services>(*this, prompts, std::move(folder))),
@@ -110,14 +137,25 @@ void UseScript(const std::filesystem::path& file, Use use) {
 
 }  // namespace
 
+// The error that ends a script that leaves is none to its callers.
+template <class Work>
+void ScriptRunner::UntilLeft(Work work) {
+  try {
+    work();
+  } catch (const vbs::ScriptError& error) {
+    if (!error.isFinal || !leaves_) throw;
+  }
+}
+
 void ScriptRunner::Start(const std::filesystem::path& file) {
-  const Call call(*this);
+  const Call call(*this, MayWait::Yes);
   const auto engine = MakeEngine(LanguageOf(file.filename().string()));
   engine_ = engine;
+  file_ = file;
   for (const NamedObject& named : objects_) engine->AddObject(named.name, named.object);
   UseScript(file, [&](const std::u16string& text) {
     debugger_.Follow(engine->Followable(), file, text);
-    engine->AddCode(text);
+    UntilLeft([&] { engine->AddCode(text); });
   });
 }
 
@@ -134,13 +172,53 @@ void ScriptRunner::Stop() {
   const Call call(*this);
   debugger_.Leave();
   engine_.reset();
+  EndWait();
 }
 
-void ScriptRunner::Run(std::u16string_view procedure) {
+void ScriptRunner::Run(std::u16string_view procedure, MayWait mayWait) {
   if (!engine_) return;
-  const Call call(*this);
+  const Call call(*this, mayWait);
   const auto engine = engine_;
-  engine->Run(procedure);
+  UntilLeft([&] { engine->Run(procedure); });
+}
+
+void ScriptRunner::RequireWait() const {
+  if (calls_ == 1 && mayWait_ == MayWait::Yes && !Waiting() && !debugger_.Evaluating()) return;
+  vbs::ScriptError error(vbs::invalidCall);
+  error.description = u"A script may wait only in its top-level code, in InitTask and in Task";
+  throw error;
+}
+
+bool ScriptRunner::Wait(const std::function<bool()>& done, Instant deadline) {
+  RequireWait();
+  LeaveIfStopped();
+  {
+    Pause pause(*this);
+    loop_.RunUntil([&] { return pause.IsOver() || done(); }, deadline);
+  }
+  LeaveIfStopped();
+  return done();
+}
+
+void ScriptRunner::LeaveIfStopped() {
+  if (!engine_ || waitsForbidden_) Leave();
+}
+
+void ScriptRunner::Leave() {
+  leaves_ = true;
+  vbs::ScriptError end(507);
+  end.description = u"The script has ended";
+  end.isFinal = true;
+  throw end;
+}
+
+void ScriptRunner::EndWait() {
+  if (pause_ != nullptr) pause_->End();
+}
+
+void ScriptRunner::ForbidWaits() {
+  waitsForbidden_ = true;
+  EndWait();
 }
 
 }  // namespace quarlin

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // One script that is loaded, with the objects that it sees. No alarm of the program fires while any of its
-// code runs, and the engine lives until the last of its calls has returned, whatever that call does.
+// code runs, but for the waits that it asks for; and the engine lives until the last of its calls has
+// returned, whatever that call does.
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,6 +17,10 @@
 #include "script/timed_prompts.h"
 
 namespace quarlin {
+
+// Whether the code that is run may wait while the program goes on: not where the program's own work stands
+// still until it returns.
+enum class MayWait { No, Yes };
 
 class ScriptRunner {
  public:
@@ -52,10 +58,30 @@ class ScriptRunner {
   bool Has(std::u16string_view procedure) const { return engine_ && engine_->HasProcedure(procedure); }
 
   // Throws ScriptError. Yields. Does nothing where no script is loaded.
-  void Run(std::u16string_view procedure);
+  void Run(std::u16string_view procedure, MayWait mayWait = MayWait::No);
 
-  // Code of the script is on the stack.
+  // The file that was started last.
+  const std::filesystem::path& File() const { return file_; }
+
+  // For objects of the script, all of these while its code is on the stack. Wait lets the program go on
+  // until `done`, or the instant has passed: then false. Error 5 where the code may not wait. When the script
+  // is stopped meanwhile, or has been, or the program ends, it does not return to the script: see Leave.
+  bool Wait(const std::function<bool()>& done, Instant deadline);
+  void RequireWait() const;  // throws that error 5
+
+  // Ends the call on the stack at once, in order and without an error. Nothing of the script can prevent it.
+  [[noreturn]] void Leave();
+
+  // From here on nothing happens any more before a waiting script has gone on.
+  void EndWait();
+
+  // The same, for good: the program is about to end.
+  void ForbidWaits();
+  bool WaitsForbidden() const { return waitsForbidden_; }
+
+  // Code of the script is on the stack; it waits there.
   bool Running() const { return calls_ > 0; }
+  bool Waiting() const { return pause_ != nullptr; }
 
   // The user, or the lack of one, stopped the last call because it took too long; or the end of the program
   // did.
@@ -72,17 +98,27 @@ class ScriptRunner {
  private:
   class Call;
   class Services;
+  class Pause;
 
+  void LeaveIfStopped();
+  template <class Work>
+  void UntilLeft(Work work);
   std::shared_ptr<ScriptEngine> MakeEngine(std::string_view language);
 
   EventLoop& loop_;
+  TimedPrompts& prompts_;
   RunGuard guard_;
   ScriptDebugger debugger_;
   std::unique_ptr<Services> services_;
   EngineFactory engines_;
   std::vector<NamedObject> objects_;
   std::shared_ptr<ScriptEngine> engine_;  // shared with the calls on the stack
+  std::filesystem::path file_;
   int calls_ = 0;
+  MayWait mayWait_ = MayWait::No;  // of the outermost call
+  Pause* pause_ = nullptr;         // of a wait on the stack
+  bool leaves_ = false;            // the error on its way out is none
+  bool waitsForbidden_ = false;
 };
 
 }  // namespace quarlin

@@ -25,6 +25,10 @@ std::uint64_t AtLeastNone(std::int32_t count) {
 }  // namespace
 
 EndVerdict Judge(const EndFacts& facts) {
+  if (facts.finished) {
+    return {*facts.finished,
+            *facts.finished == 0 ? "" : fmt::format("the script finished with status {}", *facts.finished)};
+  }
   if (!facts.setUpFailure.empty()) return {2, facts.setUpFailure};
   if (!facts.linkFailure.empty()) return {2, "the link could not be opened: " + facts.linkFailure};
   std::string reasons;

@@ -55,7 +55,7 @@ void Session::LoadConfiguration() {
 bool Session::EndsAfterSetUp() {
   const bool ends = parts_.headless && !setUpFailure_.empty();
   if (ends) RequestEnd(EndCause::Done);
-  return ends;
+  return ending_;  // perhaps by the script's wish
 }
 
 void Session::Connect() {
@@ -129,6 +129,7 @@ void Session::RequestEnd(EndCause cause) {
   if (cause == EndCause::Signal) parts_.script.EndProgram();
   parts_.connection.CancelWaits();
   parts_.link.GiveUpWaiting();  // what is on the stack must return first
+  parts_.script.Runner().ForbidWaits();
   if (std::exchange(ending_, true)) return;
   Exchange& exchange = parts_.exchange;
   if (cause != EndCause::Done && exchange.Running() && exchange.Requests().Limited()) {
@@ -138,6 +139,11 @@ void Session::RequestEnd(EndCause cause) {
   }
   parts_.script.CloseList();
   parts_.loop.Post([this] { CloseDown(); });
+}
+
+void Session::Finish() {
+  if (parts_.exchange.Running() && how_ == HowEnded::StillRuns) how_ = HowEnded::Stopped;
+  RequestEnd(EndCause::Done);
 }
 
 void Session::CloseDown() {
@@ -156,12 +162,14 @@ void Session::CloseDown() {
 }
 
 HowEnded Session::How() const {
-  return Verdict().status == 2 ? HowEnded::SetUpFailed : how_;
+  const bool begun = setUpFailure_.empty() && linkFailure_.empty();
+  return begun || parts_.script.FinishStatus() ? how_ : HowEnded::SetUpFailed;
 }
 
 EndVerdict Session::Verdict() const {
   const RunSums& sums = parts_.exchange.Record().Sums();
   EndFacts facts;
+  facts.finished = parts_.script.FinishStatus();
   facts.setUpFailure = setUpFailure_;
   facts.linkFailure = linkFailure_;
   facts.cutShort = cutShort_;

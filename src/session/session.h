@@ -89,6 +89,9 @@ class Session {
   void RequestEnd(EndCause cause);
   bool Ending() const { return ending_; }
 
+  // The script has said with which status the program is to end, and it ends.
+  void Finish();
+
   // As things stand.
   EndVerdict Verdict() const;
   HowEnded How() const;

@@ -5,6 +5,7 @@
 
 #include "curves/frm_plot.h"
 #include "script/form_object.h"
+#include "script/script_host.h"
 #include "script/script_text.h"
 #include "script/values/conversions.h"
 #include "ui/frm_main.h"
@@ -30,6 +31,7 @@ void AddWindowMembers(Members& members, FrmMain& frm) {
   members.push_back({u"Name", Property, 0, 0, [](Arguments) { return Value::String(u"frmMain"); }});
   members.push_back({u"Caption", Property, 0, 0, [&frm](Arguments) { return TextValue(frm.Caption()); },
                      [&frm](const Value& value) { frm.SetCaption(BytesOfValue(value)); }});
+  members.push_back(WindowStateMember(frm));
   members.push_back({u"SignalError", Method, 1, 1, [&frm](Arguments arguments) {
                        frm.SignalError(vbs::ToLong(arguments[0]));
                        return Value();
@@ -40,6 +42,25 @@ void AddWindowMembers(Members& members, FrmMain& frm) {
                      }});
   members.push_back({u"StopComunication", Method, 1, 2, stop});
   members.push_back({u"StopWithMessage", Method, 1, 2, stop});
+}
+
+// Scripts have procedures and variables of such names, so these want the window's name in front.
+void AddCourseMembers(Members& members, ScriptHost& script) {
+  members.push_back({u"Finish", Method, 1, 1,
+                     [&script](Arguments arguments) -> Value { script.Finish(vbs::ToLong(arguments[0])); },
+                     nullptr, false});
+  members.push_back({u"Sleep", Method, 1, 1,
+                     [&script](Arguments arguments) {
+                       script.Waits().Sleep(vbs::ToLong(arguments[0]));
+                       return Value();
+                     },
+                     nullptr, false});
+  members.push_back({u"WaitAnswer", Method, 1, 1,
+                     [&script](Arguments arguments) {
+                       const auto answer = script.Waits().Answer(vbs::ToLong(arguments[0]));
+                       return answer ? TextValue(*answer) : Value();
+                     },
+                     nullptr, false});
 }
 
 void AddTransferMembers(Members& members, Link& link) {
@@ -113,6 +134,7 @@ void AddErrorMembers(Members& members, Link& link) {
 vbs::ObjectRef MakeFormMainObject(FrmMain& frm, Link& link, const std::function<void()>& linkChanged) {
   Members members;
   AddWindowMembers(members, frm);
+  AddCourseMembers(members, frm.Script());
   AddTransferMembers(members, link);
   AddPortMembers(members, frm, link, linkChanged);
   AddErrorMembers(members, link);

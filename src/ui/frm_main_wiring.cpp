@@ -154,6 +154,7 @@ void FrmMain::WireReceive() {
   hooks.counted = [this] { controls.cycle.Timer2.Resume(); };
   hooks.deviceGone = [this] { surroundings_.loop.Post([this] { LinkLost(); }); };
   hooks.scripting = [this] { return modules_->script.Sees(); };
+  hooks.completed = [this](const std::string& text) { modules_->script.Waits().Completed(text); };
   hooks.receiveString = [this](std::string& text) {
     modules_->script.Offer(ScriptHook::ReceiveString, text);
   };
@@ -190,6 +191,7 @@ void FrmMain::WireScript() {
   link.received = [this](std::string_view text) {
     if (!modules_->script.Sees()) modules_->intervals.Received(text);
   };
+  controls.display.txtric.OnTakeSelection = [this] { return OnTakeTraffic(); };
   ScriptHooks& hooks = script.Hooks;
   hooks.linkOpen = [this] { return modules_->link.CommIsOpen(); };
   hooks.sendTask = [this](std::string text) { modules_->sender.Send(std::move(text), SendKind::Task); };
@@ -200,6 +202,7 @@ void FrmMain::WireScript() {
                : fmt::format("the script is {}; no program was found to edit it", file.string()));
   };
   hooks.focusDisplay = [this] { OnFocusDisplay(); };
+  hooks.finish = [this] { modules_->session.Finish(); };
   hooks.firstError = [this](std::string_view line) { OnTrouble(line); };
   hooks.cutShort = [this](std::string_view line) { OnTrouble(line); };
 }
@@ -286,7 +289,8 @@ void FrmMain::WireConfiguration() {
     modules_->exchange.Requests().Loaded();
   };
   hooks.unasked = [this] {
-    return surroundings_.headless || modules_->session.Ending() || modules_->script.Runner().Running();
+    const ScriptRunner& runner = modules_->script.Runner();
+    return surroundings_.headless || modules_->session.Ending() || (runner.Running() && !runner.Waiting());
   };
   controls.config.cmdSave[0].OnClick = [&configurations] { configurations.SaveAs(configurations.Default()); };
   controls.config.cmdSave[1].OnClick = [&configurations] { configurations.OpenDefault(); };

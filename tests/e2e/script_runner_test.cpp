@@ -106,6 +106,29 @@ TEST(ScriptRunner, RunsWhatItIsToldAndReportsErrors) {
        "## ERROR in long.vbs\nA script has 16 MiB at most: 'long.vbs'\nLine:0 Column:0\nVBScript runtime "
        "error\n\n"
        "error 7 line 0 column 0 A script has 16 MiB at most: 'long.vbs'\n"},
+      {"w.vbs",
+       "WScript.Echo 1, \"é\", True: WScript.Echo: WScript.StdErr.WriteLine \"e\": WScript.StdOut.Write 2\r\n"
+       "For Each a In WScript.Arguments: WScript.Echo a: Next\r\n"
+       "Set n = WScript.Arguments.Named: WScript.Echo n(\"RATE\"), n.Exists(\"x\"), n(\"log\"), n.Count\r\n"
+       "WScript.Echo WScript.Arguments.Unnamed(0), WScript.ScriptName\r\n"
+       "Sub Q: On Error Resume Next: WScript.Sleep 1: WScript.Quit 7: WScript.Echo \"on\": End Sub",
+       {},
+       {"Q", "Q", "--", "--check", "/rate:9600", "/log-"},
+       7,
+       "1 é True\n\n2--check\n/rate:9600\n/log-\n9600 False False 2\n--check w.vbs\n",
+       "e\n"},
+      {"w.js",
+       "WScript.Echo(WScript.Arguments.length, WScript.Arguments(0)); var on = false;\n"
+       "function q() { try { WScript.Quit(-1); } catch (e) { on = true; } finally { on = true; } "
+       "WScript.Echo(on); }\n"
+       "function w() { FormMain.Sleep(1); WScript.Echo(FormMain.WaitAnswer(1) === undefined); }",
+       {},
+       {"w", "q", "w", "--", "a b"},
+       255,
+       "1 a b\nTrue\n",
+       ""},
+      {"f.vbs", "FormMain.Finish 3: WScript.Echo 1", {}, {"x"}, 3, "", ""},
+      {"f.vbs", "WScript.Echo WScript.Arguments.Count: WScript.Quit", {}, {"--"}, 0, "0\n", ""},
       {"a.vbs", hooks, {"--check"}, {}, 0, "", ""},
       {"b.js", "RichAppendText(0, 'js')", {"--check"}, {}, 0, "", ""},
   };

@@ -201,6 +201,7 @@ COMPLETIONS = (
     (["quarlin-script", "a b.vbs", "T"], "Twice"),
     (["quarlin-script", "a b.vbs", "--send", "T"], ""),
     (["quarlin-script", "--inventory", "s"], "some folder"),
+    (["quarlin-script", "a b.vbs", "--", "d"], "d.svg"),
     (["quarlin-data", "s"], "stats"),
     (["quarlin-data", "filter", "--kind", "m"], "moving-average median"),
     (["quarlin-data", "plot", "--o"], "--order"),

@@ -9,6 +9,7 @@
 #include "script/text_string.h"
 #include "script/timer_task.h"
 #include "script/vbscript_engine.h"
+#include "support/listed_prompts.h"
 #include "support/quiet_services.h"
 #include "support/virtual_loop.h"
 
@@ -23,7 +24,7 @@ class ObjectsRig : public testing::Test {
     engine.AddObject(u"AppendLog", vbs::ObjectRef(new TextString([this](std::string_view text, Color color) {
                        log += std::string(text) + "/" + std::to_string(color) + " ";
                      })));
-    engine.AddObject(u"FrmCommand", MakeCommandObject(panel));
+    engine.AddObject(u"FrmCommand", MakeCommandObject(panel, waits));
   }
 
   // Runs the statements and returns the expression's value as the program takes it; "error N" for an error.
@@ -39,6 +40,10 @@ class ObjectsRig : public testing::Test {
   VirtualLoop loop;
   vbs::QuietServices services;
   FrmCommand panel{loop};
+  ListedPrompts noBoxes;
+  TimedPrompts prompts{loop, noBoxes};
+  ScriptRunner runner{loop, prompts, {}, {}, {}};
+  ScriptWaits waits{loop, runner};
   vbs::Ref<SerialString> out{new SerialString};
   vbs::Ref<TimerTask> task{new TimerTask};
   std::string log;
@@ -86,6 +91,31 @@ TEST_F(ObjectsRig, ControlsHaveTheMembersOfTheirKind) {
       {"Set all = TextIO: all(2) = \"via\"", "TextIO(2).Text & all.Item(2)", "viavia"},
       {"TextIO(8) = 1", "0", "error 9"},
       {"", "TextIO(\"1\").Index", "1"},
+      // what changes the looks, or keeps what was written
+      {"TextIO(0).Tag = \"a tag\": TextIO(0).ZOrder 0: TextIO(0).Refresh", "TextIO(0).Tag & TextIO(1).Tag",
+       "a tag"},
+      {"TextIO(1).Move 15, 30, 45: TextIO(1).Move 60", "TextIO(1).Left & TextIO(1).Top & TextIO(1).Width",
+       "603045"},
+      {"TextIO(0).Move", "0", "error 450"},
+      {"", "ChkInput(0).FontBold & ChkInput(0).Font.Italic & ChkInput(0).FontSize", "FalseFalse9"},
+      {"Set f = ChkInput(0).Font: f.Bold = True: f.Size = 12: ChkInput(0).Font = \"Serif\"",
+       "ChkInput(0).FontBold & ChkInput(0).FontSize & f & TypeName(f)", "True12SerifFont"},
+      {"ChkInput(0).FontSize = 0", "0", "error 5"},
+      {"ShpOutput(0).FontBold = 1", "0", "error 438"},
+      {"ShpOutput(0).FillStyle = 1: ShpOutput(0).BorderColor = 255: ShpOutput(0).BorderStyle = 0",
+       "ShpOutput(0).FillStyle & ShpOutput(0).BorderColor & ShpOutput(0).BorderStyle & "
+       "ShpOutput(1).FillStyle",
+       "125500"},
+      {"ShpOutput(0).FillStyle = 8", "0", "error 5"},
+      // the mark in a text
+      {"txtInput = \"one two\": txtInput.SelStart = 4: txtInput.SelLength = 99",
+       "txtInput.SelText & txtInput.SelLength", "two3"},
+      {"txtInput.SelText = \"2\"", "txtInput & txtInput.SelStart & txtInput.SelLength", "one 250"},
+      {"txtInput.SelText = \"!\"", "txtInput", "one 2!"},
+      {"txtInput = \"anew\"", "txtInput.SelStart", "0"},
+      {"txtInput.SelStart = -1", "0", "error 5"},
+      {"txtInput.Locked = True: txtInput.MaxLength = 2: txtInput = \"longer\"",
+       "txtInput & txtInput.Locked & txtInput.MaxLength", "longerTrue2"},
       // lists
       {"With comboIO(0): .AddItem \"a\": .AddItem \"c\": .AddItem \"b\", 1: End With",
        "comboIO(0).ListCount & comboIO(0).List(0) & comboIO(0).List(1) & comboIO(0).List(2)", "3abc"},
@@ -95,11 +125,19 @@ TEST_F(ObjectsRig, ControlsHaveTheMembersOfTheirKind) {
       {"comboIO(0).ListIndex = -1", "\"<\" & comboIO(0) & \">\" & comboIO(0).List(9)", "<>"},
       {"comboIO(0).RemoveItem 2", "0", "error 5"},
       {"comboIO(0).ListIndex = 2", "0", "error 5"},
+      {"comboIO(0).ItemData(1) = 7: comboIO(0).AddItem \"y\", 0",
+       "comboIO(0).NewIndex & comboIO(0).ItemData(0) & comboIO(0).ItemData(2)", "007"},
+      {"comboIO(0).RemoveItem 0", "comboIO(0).NewIndex & comboIO(0).ItemData(1)", "-17"},
+      {"", "comboIO(0).ItemData(2)", "error 5"},
       {"comboIO(0) = \"z\": comboIO(0).Clear", "comboIO(0).ListCount & comboIO(0).Text", "0"},
       // the window
       {"FrmCommand.Show: FrmCommand.Caption = \"Bench\"", "FrmCommand.Visible & FrmCommand.Caption",
        "TrueBench"},
       {"FrmCommand.Hide", "FrmCommand.Visible", "False"},
+      {"FrmCommand.WindowState = 2", "FrmCommand.WindowState", "2"},
+      {"FrmCommand.WindowState = 3", "0", "error 5"},
+      {"FrmCommand.Show 1", "0", "error 5"},  // no call of the program's: nothing that may wait
+      {"FrmCommand.Show 0", "FrmCommand.Visible", "True"},
   };
   for (const Case& row : cases) {
     EXPECT_EQ(Value(row.statements, row.expression), row.expected)

@@ -88,6 +88,11 @@ bool PollLoop::WaitUntil(const std::function<bool()>& done, Instant deadline) {
   return true;
 }
 
+bool PollLoop::RunUntil(const std::function<bool()>& done, Instant deadline) {
+  const AlarmQueue::Lift lift(Alarms());
+  return Run(done, deadline - Now());
+}
+
 void PollLoop::Pause(Instant until) {
   while (Now() < until) poll(nullptr, 0, Milliseconds(until - Now()));
 }

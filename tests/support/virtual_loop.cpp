@@ -107,6 +107,20 @@ bool VirtualLoop::WaitUntil(const std::function<bool()>& done, Instant deadline)
   return true;
 }
 
+bool VirtualLoop::RunUntil(const std::function<bool()>& done, Instant deadline) {
+  const AlarmQueue::Lift lift(Alarms());
+  while (!done()) {
+    if (RunOutside(Now())) continue;
+    FireDue();
+    if (done()) return true;
+    if (Now() >= deadline) return false;
+    Instant next = std::min(deadline, Alarms().Earliest().value_or(deadline));
+    if (!outside_.empty()) next = std::min(next, outside_.begin()->first);
+    clock_.Set(std::max(Now(), next));
+  }
+  return true;
+}
+
 void VirtualLoop::Pause(Instant until) {
   clock_.Set(std::max(Now(), until));
 }

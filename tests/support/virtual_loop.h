@@ -24,6 +24,7 @@ class VirtualLoop : public EventLoop {
   std::unique_ptr<Watch> WatchWritable(int descriptor, std::function<void()> ready) override;
   void DoEvents() override;
   bool WaitUntil(const std::function<bool()>& done, Instant deadline) override;
+  bool RunUntil(const std::function<bool()>& done, Instant deadline) override;
   void Pause(Instant until) override;
   void Quit(int status) override { exitStatus_ = status; }
 

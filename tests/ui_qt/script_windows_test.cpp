@@ -162,6 +162,58 @@ class ScriptWindowsTest : public QObject {
     QTRY_COMPARE(number.text(), QString("-1"));  // what was typed counts
   }
 
+  void theScriptBindsWhatTheUserTypesAndMarks() {
+    Rig rig(
+        "Sub InitTask\r\n TextIO(0).MaxLength = 3: TextIO(1) = \"kept\": TextIO(1).Locked = True\r\n"
+        " TextIO(2) = \"one two\": TextIO(2).SelStart = 4: TextIO(2).SelLength = 3\r\n"
+        " ChkInput(0).FontBold = True: FrameOutput.Font.Size = 14: FrameOutput.FontItalic = True\r\nEnd Sub");
+    rig.EnableAndShow();
+    FrmCommandControls& controls = rig.Panel().controls;
+    for (const char* name : {"TextIO_0", "TextIO_1"}) {
+      auto& box = rig.Find<QLineEdit>(name);
+      QTRY_VERIFY(box.maxLength() == 3 || box.isReadOnly());
+      box.setFocus();
+      QTest::keyClicks(&box, "12345");
+      QTest::keyClick(&box, Qt::Key_Return);
+    }
+    QCOMPARE(controls.TextIO[0].Text(), std::string("123"));
+    QCOMPARE(controls.TextIO[1].Text(), std::string("kept"));
+    auto& marked = rig.Find<QLineEdit>("TextIO_2");
+    QTRY_COMPARE(marked.selectedText(), QString("two"));
+    rig.PanelWindow().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&rig.PanelWindow()));
+    marked.setFocus();
+    QTest::keyClick(&marked, Qt::Key_Home, Qt::ShiftModifier);
+    const Marked whole = controls.TextIO[2].Selection();
+    QCOMPARE(whole.start + whole.length, static_cast<int>(marked.selectionEnd()));
+    QVERIFY(whole.length >= 4);
+    QTRY_VERIFY(rig.Find<QCheckBox>("ChkInput_0").font().bold());
+    QVERIFY(!rig.Find<QCheckBox>("ChkInput_1").font().bold());
+    QCOMPARE(rig.Find<QGroupBox>("FrameOutput").font().pointSizeF(), 14.0);
+  }
+
+  void aModalPanelGoesBackToItsScript() {
+    Rig rig(
+        "Sub InitTask\r\n TextIO(0).SetFocus: FrmCommand.Show 1: txtOutput = \"got \" & TextIO(0)\r\n"
+        " FrmCommand.Show\r\nEnd Sub");
+    rig.loop.Outside(std::chrono::seconds(1), [&] {
+      QWidget& panel = rig.PanelWindow();
+      QVERIFY(panel.isModal());
+      QVERIFY(QTest::qWaitForWindowActive(&panel));
+      auto& box = rig.Find<QLineEdit>("TextIO_0");
+      box.setFocus();
+      QTest::keyClicks(&box, "42");
+      QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    rig.Enable([](QDialog& list) {
+      list.findChild<QListWidget*>("lstScript")->setCurrentRow(0);
+      list.findChild<QPushButton*>("cmdSelect")->click();
+    });
+    QCOMPARE(rig.Panel().controls.txtOutput.Text(), std::string("got 42"));
+    QVERIFY(rig.frm.controls.script.chkEnableScript.Checked());
+    QVERIFY(rig.PanelWindow().isVisible() && !rig.PanelWindow().isModal());
+  }
+
   void closingThePanelSwitchesScriptingOff() {
     Rig rig("x = 1");
     rig.EnableAndShow();

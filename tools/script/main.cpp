@@ -63,7 +63,7 @@ std::string Offered(ScriptHost& host, ScriptHook hook, std::string text) {
 
 void Do(ScriptHost& host, const Action& action) {
   if (action.kind == ActionKind::Run) {
-    host.Runner().Run(vbs::Utf16Of(action.text));
+    host.Runner().Run(vbs::Utf16Of(action.text), MayWait::Yes);
   } else {
     const std::string seen = Offered(host, HookOf(action.kind), BytesFromUtf8(action.text));
     PrintText(stdout, Utf8FromBytes(seen) + "\n");
@@ -73,13 +73,23 @@ void Do(ScriptHost& host, const Action& action) {
 int RunScript(const Options& options, const fs::path& file, ScriptHost& host) {
   try {
     host.Runner().Start(file);
-    for (const Action& action : options.actions) Do(host, action);
+    for (const Action& action : options.actions) {
+      if (host.FinishStatus()) break;
+      Do(host, action);
+    }
     host.Runner().Stop();
-    return done;
+    return host.FinishStatus().value_or(done);
   } catch (const vbs::ScriptError& error) {
     ReportError(file, error);
     return scriptError;
   }
+}
+
+ScriptConsole ConsoleOf(const Options& options) {
+  ScriptConsole console{[](std::u16string_view text) { PrintText(stdout, vbs::Utf8Of(text)); },
+                        [](std::u16string_view text) { PrintText(stderr, vbs::Utf8Of(text)); }, u"\n"};
+  for (const std::string& argument : options.arguments) console.arguments.push_back(vbs::Utf16Of(argument));
+  return console;
 }
 
 std::function<double()> UniformGenerator() {
@@ -100,6 +110,7 @@ int RunInProgram(const Options& options) {
     PrintText(stdout, Utf8FromBytes(text));
   };
   frm.OnTrouble = [](std::string_view line) { Complain(Utf8FromBytes(line)); };
+  frm.Script().Console = ConsoleOf(options);
   frm.Load("");
   if (options.inventory) return TakeInventory(options, file, frm.Script().Runner());
   if (options.check) return CheckScript(options, file, frm.Script().Runner());

@@ -51,6 +51,10 @@ Options ParseOptions(std::span<const char* const> arguments) {
       options.version = true;
       return options;
     }
+    if (argument == "--") {
+      options.arguments.assign(arguments.begin() + static_cast<std::ptrdiff_t>(i) + 1, arguments.end());
+      break;
+    }
     if (argument == "--check") {
       options.check = true;
     } else if (argument == "--inventory") {
@@ -77,7 +81,7 @@ Options ParseOptions(std::span<const char* const> arguments) {
 std::string_view HelpText() {
   return R"(Runs a script of Quarlin without its window.
 
-  quarlin-script FILE [PROCEDURE | --input TEXT | --receive TEXT | --send TEXT]...
+  quarlin-script FILE [PROCEDURE | --input TEXT | --receive TEXT | --send TEXT]... [-- ARGUMENT...]
   quarlin-script --check [--json] FILE
   quarlin-script --inventory [--json] FOLDER
 
@@ -86,7 +90,7 @@ The script is loaded with all its objects and its top-level code is run; then co
   --input TEXT    run ReceiveChar for each character, print what it hands back
   --receive TEXT  run ReceiveString, print what it hands back
   --send TEXT     run SendString, print what it hands back
-A hook that the script has not leaves the text as it is.
+A hook that the script has not leaves the text as it is. Whatever stands behind -- is in WScript.Arguments.
 
   --check         only compile, and warn of what is probably a slip: a procedure that is nearly named like a
                   hook, a name that is assigned once and never read, a member that is not there
@@ -95,12 +99,14 @@ A hook that the script has not leaves the text as it is.
   --help          this text
   --version       version and licence
 
-AppendLog's text goes to standard output as it stands, message boxes to standard error. The language goes by
-the name: VBScript where it holds ".vbs", otherwise JScript. File names in the script begin at its own folder.
+AppendLog's text goes to standard output as it stands, WScript.Echo writes lines there, message boxes go to
+standard error. The language goes by the name: VBScript where it holds ".vbs", otherwise JScript. File names in
+the script begin at its own folder.
 
-Exit status: 0, or 1 after an error in the script, which is reported on standard error with
-"error NUMBER line N column C DESCRIPTION" as the last line, or 2 for wrong usage or a file that cannot be
-read. --inventory: 0 when all scripts compile and nothing is missing, else 1. Warnings do not change it.
+Exit status: what the script says with WScript.Quit or FormMain.Finish; else 0, or 1 after an error in the
+script, which is reported on standard error with "error NUMBER line N column C DESCRIPTION" as the last line,
+or 2 for wrong usage or a file that cannot be read. --inventory: 0 when all scripts compile and nothing is
+missing, else 1. Warnings do not change it.
 )";
 }
 

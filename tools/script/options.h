@@ -24,8 +24,9 @@ struct Options {
   bool inventory = false;  // look through all scripts of a folder, which `file` names
   bool json = false;       // what was found, for programs
   std::string file;
-  std::vector<Action> actions;  // in the order of the command line
-  std::string error;            // why it cannot be understood; empty when it can
+  std::vector<Action> actions;         // in the order of the command line
+  std::vector<std::string> arguments;  // the script's own, behind "--"
+  std::string error;                   // why it cannot be understood; empty when it can
 };
 
 Options ParseOptions(std::span<const char* const> arguments);

@@ -111,7 +111,7 @@ void Engine::Realm::Show(const std::u16string& name) {
     if (vbs::SameName(object.name, name)) return ShowAs(name, object, -1);
   }
   for (const NamedObject& object : objects_) {
-    const auto member = object.object->Find(name);
+    const auto member = object.object->FindBare(name);
     if (member) return ShowAs(name, object, CodeOf(*member, object.object->KindOf(*member)));
   }
 }

@@ -48,6 +48,9 @@ class Dispatch : public Counted {
   // The number of the member, or nothing.
   virtual std::optional<int> Find(std::u16string_view name) = 0;
 
+  // Of a member that can be used without the object's name, where that is so for the object at all.
+  virtual std::optional<int> FindBare(std::u16string_view name) { return Find(name); }
+
   // Objects that return the same Shape number their members alike, so that a caller may remember the
   // number. Null: never remember. Must stay unique as long as the program runs.
   virtual const void* Shape() const { return nullptr; }

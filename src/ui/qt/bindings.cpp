@@ -2,6 +2,7 @@
 #include "ui/qt/bindings.h"
 
 #include <QAbstractSlider>
+#include <QApplication>
 #include <QCheckBox>
 #include <QEvent>
 #include <QGroupBox>
@@ -12,6 +13,7 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <array>
 
 #include "controls/controls.h"
 #include "display/display_controls.h"
@@ -33,6 +35,7 @@ void Binding::Show() {
   ShowToolTip();
   ShowColors();
   ShowPlace();
+  ShowLook();
   ShowValue();
   if (control_.TakeFocusWish()) widget_.setFocus(Qt::OtherFocusReason);
 }
@@ -68,6 +71,43 @@ void Binding::ShowPlace() {
   if (QLayout* layout = widget_.parentWidget()->layout()) layout->removeWidget(&widget_);
   widget_.adjustSize();
   widget_.move(pixels(place.left, widget_.x()), pixels(place.top, widget_.y()));
+}
+
+namespace {
+
+// Only what a script has set; the rest is the desktop's.
+QFont FontOf(const Lettering& lettering) {
+  QFont font;
+  if (lettering.name && !lettering.name->empty()) font.setFamily(ShownText(*lettering.name));
+  if (lettering.size) font.setPointSizeF(*lettering.size);
+  if (lettering.bold) font.setBold(*lettering.bold);
+  if (lettering.italic) font.setItalic(*lettering.italic);
+  if (lettering.underline) font.setUnderline(*lettering.underline);
+  if (lettering.strikethrough) font.setStrikeOut(*lettering.strikethrough);
+  return font;
+}
+
+// What stands in a frame has letters of its own.
+void KeepFontsWithin(const QWidget& frame) {
+  for (QWidget* inner : frame.findChildren<QWidget*>()) {
+    if (inner->testAttribute(Qt::WA_SetFont)) continue;
+    QFont own = QApplication::font(inner);
+    own.setResolveMask(QFont::AllPropertiesResolved);
+    inner->setFont(own);
+  }
+}
+
+}  // namespace
+
+void Binding::ShowLook() {
+  const Looks& look = control_.Look();
+  if (look == shownLook_ || !widget_.window()->property("placeable").toBool()) return;
+  if (look.font != shownLook_.font) {
+    if (control_.Kind() == ControlKind::Frame) KeepFontsWithin(widget_);
+    widget_.setFont(FontOf(look.font));
+  }
+  shownLook_ = look;
+  ShowBorder(look);
 }
 
 namespace {
@@ -196,6 +236,9 @@ class FrameBinding : public Binding {
     const QString caption = WithMnemonic(control_.Caption(), mnemonic_);
     if (WithoutMnemonic(box_->title()) != WithoutMnemonic(caption)) box_->setTitle(caption);
   }
+  void ShowBorder(const Looks& look) override {
+    if (box_ != nullptr) box_->setFlat(look.borderStyle == 0);
+  }
 
   Frame& control_;
   QWidget& widget_;
@@ -225,7 +268,21 @@ class LampBinding : public Binding {
     if (widget_.toolTip() != shown) widget_.setToolTip(shown);
   }
 
+  void ShowBorder(const Looks& look) override {
+    widget_.SetFill(fills[static_cast<std::size_t>(look.fillStyle)]);
+    const Qt::PenStyle pen =
+        look.borderStyle ? pens[static_cast<std::size_t>(*look.borderStyle)] : Qt::SolidLine;
+    widget_.SetBorder(look.borderColor ? ColorOf(*look.borderColor) : QColor(), pen);
+  }
+
   static constexpr int darkest = 128;  // the strongest component of a dark lamp
+
+  // By the numbers that scripts give them.
+  static constexpr std::array fills{Qt::SolidPattern, Qt::NoBrush,         Qt::HorPattern,
+                                    Qt::VerPattern,   Qt::FDiagPattern,    Qt::BDiagPattern,
+                                    Qt::CrossPattern, Qt::DiagCrossPattern};
+  static constexpr std::array pens{Qt::NoPen,       Qt::SolidLine,      Qt::DashLine, Qt::DotLine,
+                                   Qt::DashDotLine, Qt::DashDotDotLine, Qt::SolidLine};
 
   Shape& control_;
   Lamp& widget_;

@@ -24,7 +24,8 @@ struct UserSide {
 // Writes to the control only what the user has just done, never what the widget made of a value: a line
 // edit, for one, cannot hold a line end.
 //
-// A place that a script gave the control is honoured in a window with the property "placeable".
+// The place and the looks that a script gave the control are honoured in a window with the property
+// "placeable".
 class Binding {
  public:
   Binding(Control& control, QWidget& widget);
@@ -40,6 +41,7 @@ class Binding {
 
  protected:
   virtual void ShowValue() = 0;
+  virtual void ShowBorder(const Looks&) {}
 
   // The slots' context: none of them runs once the binding has gone.
   QObject& Context() { return context_; }
@@ -51,11 +53,13 @@ class Binding {
   void ShowToolTip();
   void ShowColors();
   void ShowPlace();
+  void ShowLook();
 
   Control& control_;
   QWidget& widget_;
   QString formToolTip_;
   bool colored_ = false;
+  Looks shownLook_;
   QObject context_;
 };
 

@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -62,7 +63,14 @@ class DescribedRow : public QStyledItemDelegate {
 }  // namespace
 
 TextBoxBinding::TextBoxBinding(TextBox& control, QLineEdit& widget, const UserSide& user)
-    : Binding(control, widget), control_(control), widget_(widget), user_(user) {
+    : Binding(control, widget),
+      control_(control),
+      widget_(widget),
+      user_(user),
+      formReadOnly_(widget.isReadOnly()),
+      formMaxLength_(widget.maxLength()) {
+  QObject::connect(&widget, &QLineEdit::selectionChanged, &Context(), [this] { NoteSelection(); });
+  QObject::connect(&widget, &QLineEdit::cursorPositionChanged, &Context(), [this] { NoteSelection(); });
   QObject::connect(&widget, &QLineEdit::editingFinished, &Context(), [this] { Commit(); });
   new WhenShown(widget, Context(), [this] {
     if (std::exchange(waits_, false)) ShowValue();
@@ -81,7 +89,32 @@ void TextBoxBinding::ShowValue() {
   const bool onHiddenPage = !widget_.isVisible() && widget_.window()->isVisible() && !widget_.isHidden();
   waits_ = onHiddenPage;
   if (onHiddenPage) return;
+  ShowLimits();
   if (!IsBeingTyped(widget_)) ShowText(widget_, control_.Text());
+  ShowSelection();
+}
+
+// They are the user's: a longer text of the program's is shown as it is.
+void TextBoxBinding::ShowLimits() {
+  const bool readOnly = formReadOnly_ || control_.Locked();
+  if (widget_.isReadOnly() != readOnly) widget_.setReadOnly(readOnly);
+  const int length = static_cast<int>(control_.Text().size());
+  const int most = control_.MaxLength() == 0 ? formMaxLength_ : std::max(control_.MaxLength(), length);
+  if (widget_.maxLength() != most) widget_.setMaxLength(most);
+}
+
+void TextBoxBinding::ShowSelection() {
+  if (!control_.TakeSelectionWish()) return;
+  const Marked marked = control_.Selection();
+  widget_.setCursorPosition(marked.start);
+  if (marked.length > 0) widget_.setSelection(marked.start, marked.length);
+}
+
+void TextBoxBinding::NoteSelection() {
+  if (!widget_.hasFocus()) return;
+  const bool marks = widget_.hasSelectedText();
+  control_.NoteSelection({marks ? widget_.selectionStart() : widget_.cursorPosition(),
+                          marks ? static_cast<int>(widget_.selectionLength()) : 0});
 }
 
 ComboBoxBinding::ComboBoxBinding(ComboBox& control, QComboBox& widget, const UserSide& user)

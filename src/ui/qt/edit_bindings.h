@@ -22,10 +22,16 @@ class TextBoxBinding : public Binding {
 
  private:
   void ShowValue() override;
+  void ShowBorder(const Looks& look) override { widget_.setFrame(look.borderStyle != 0); }
+  void ShowLimits();
+  void ShowSelection();
+  void NoteSelection();
 
   TextBox& control_;
   QLineEdit& widget_;
   UserSide user_;
+  bool formReadOnly_;
+  int formMaxLength_;
   bool waits_ = false;
 };
 

@@ -7,6 +7,7 @@
 #include <QWindow>
 
 #include "ui/qt/widget_text.h"
+#include "ui/qt/window_state.h"
 
 namespace quarlin {
 namespace {
@@ -30,17 +31,31 @@ void FormWindow::Bind() {
 }
 
 // Asked of the window itself: a widget would hide to change what it lies above.
-void FormWindow::ShowState() {
+void FormWindow::ShowState(QWidget& owner) {
   setWindowTitle(ShownText(form_.Caption()));
   winId();  // makes the window, which may not have been shown yet
   windowHandle()->setFlag(Qt::WindowStaysOnTopHint, form_.TopMost());
+  FollowState(form_, *this);
   if (isVisible() != form_.Visible()) {
-    if (!testAttribute(Qt::WA_Moved)) PlaceFirst();  // else it stands as it stood last
-    setVisible(form_.Visible());
+    ShowOrHide(owner);
   } else if (isVisible() && !testAttribute(Qt::WA_ShowWithoutActivating)) {
     raise();
     activateWindow();
   }
+}
+
+void FormWindow::ShowOrHide(QWidget& owner) {
+  const bool blocks = form_.Modal() && form_.Visible();
+  if (!testAttribute(Qt::WA_Moved)) PlaceFirst();  // else it stands as it stood last
+  setModal(blocks);
+  windowHandle()->setTransientParent(blocks ? owner.window()->windowHandle() : nullptr);
+  setVisible(form_.Visible());
+  if (blocks) activateWindow();
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+  NoteState(form_, *this, *event);
+  QDialog::changeEvent(event);
 }
 
 // In the middle of the screen, all of it with the frame around it.
@@ -58,11 +73,17 @@ void FormWindow::ShowModal(QWidget& owner) {
 
 void FormWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
-  form_.Close();
+  CloseForm();
 }
 
 void FormWindow::reject() {
-  if (isModal()) form_.Close();
+  if (isModal()) CloseForm();
+}
+
+// What was typed last counts for whoever waits for the window.
+void FormWindow::CloseForm() {
+  binder_->CommitEdits();
+  form_.Close();
 }
 
 }  // namespace quarlin

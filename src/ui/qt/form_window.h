@@ -20,8 +20,8 @@ class FormWindow : public QDialog {
   ~FormWindow() override;
   void Bind();
 
-  // Takes over from the form how it is shown.
-  void ShowState();
+  // Takes over from the form how it is shown: in front of `owner` where that takes no input meanwhile.
+  void ShowState(QWidget& owner);
 
   // Shows it in front of `owner`, which takes no input meanwhile, until the form is hidden. Yields.
   void ShowModal(QWidget& owner);
@@ -29,10 +29,13 @@ class FormWindow : public QDialog {
  protected:
   // The close button, and Escape where the window is waited for: the form decides what that means.
   void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void reject() override;
 
  private:
   void PlaceFirst();
+  void ShowOrHide(QWidget& owner);
+  void CloseForm();
 
   Form& form_;
   std::unique_ptr<Binder> binder_;

@@ -22,7 +22,19 @@ void Lamp::SetColor(const QColor& color) {
 
 bool Lamp::Lit() const {
   constexpr int half = 128;
-  return color_.value() > half;
+  return color_.value() > half && fill_ != Qt::NoBrush;
+}
+
+void Lamp::SetFill(Qt::BrushStyle fill) {
+  fill_ = fill;
+  setAccessibleDescription(Lit() ? tr("lit") : tr("dark"));
+  update();
+}
+
+void Lamp::SetBorder(const QColor& color, Qt::PenStyle line) {
+  borderColor_ = color;
+  border_ = line;
+  update();
 }
 
 void Lamp::paintEvent(QPaintEvent*) {
@@ -34,23 +46,27 @@ void Lamp::paintEvent(QPaintEvent*) {
   // The text's colour, half transparent, stands out from a light window and from a dark one.
   QColor outline = palette().color(QPalette::WindowText);
   outline.setAlphaF(0.55F);
-  if (!Lit()) {
-    constexpr double ring = 1.5;  // pixels
-    painter.setPen(QPen(outline, 1.0));
+  const QPen border(borderColor_.isValid() ? borderColor_ : outline, 1.0, border_);
+  painter.setPen(border);
+  if (Lit()) {
+    painter.setBrush(Filling(centre, radius));
     painter.drawEllipse(centre, radius, radius);
-    painter.setPen(QPen(color_, ring));
-    painter.drawEllipse(centre, radius - ring, radius - ring);
     return;
   }
+  constexpr double ring = 1.5;  // pixels
+  painter.drawEllipse(centre, radius, radius);
+  painter.setPen(QPen(color_, ring));
+  painter.drawEllipse(centre, radius - ring, radius - ring);
+}
 
-  // Full in the middle and a little deeper towards the edge.
+// Full in the middle and a little deeper towards the edge.
+QBrush Lamp::Filling(const QPointF& centre, double radius) const {
+  if (fill_ != Qt::SolidPattern) return QBrush(color_, fill_);
   QRadialGradient glow(centre, radius);
   glow.setColorAt(0.0, color_);
   glow.setColorAt(0.65, color_);
   glow.setColorAt(1.0, color_.darker(140));
-  painter.setPen(QPen(outline, 1.0));
-  painter.setBrush(glow);
-  painter.drawEllipse(centre, radius, radius);
+  return glow;
 }
 
 }  // namespace quarlin

@@ -3,6 +3,7 @@
 // takes a dark green for a light.
 #pragma once
 
+#include <QBrush>
 #include <QColor>
 #include <QWidget>
 
@@ -18,6 +19,11 @@ class Lamp : public QWidget {
   void SetColor(const QColor& color);
   const QColor& ColorShown() const { return color_; }
 
+  // How it is filled when it is lit, and with which line around it; an invalid colour is the usual one.
+  void SetFill(Qt::BrushStyle fill);
+  void SetBorder(const QColor& color, Qt::PenStyle line);
+
+  // Whether it shines: not in a dark colour, nor without a filling.
   bool Lit() const;
 
   QSize sizeHint() const override { return {14, 14}; }
@@ -27,7 +33,12 @@ class Lamp : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  QBrush Filling(const QPointF& centre, double radius) const;
+
   QColor color_;
+  Qt::BrushStyle fill_ = Qt::SolidPattern;
+  QColor borderColor_;
+  Qt::PenStyle border_ = Qt::SolidLine;
 };
 
 }  // namespace quarlin

@@ -38,6 +38,7 @@
 #include "ui/qt/welcome_strip.h"
 #include "ui/qt/widget_text.h"
 #include "ui/qt/window_icon.h"
+#include "ui/qt/window_state.h"
 #include "ui_command_row.h"
 #include "ui_counters_row.h"
 #include "ui_main_window.h"
@@ -110,7 +111,10 @@ MainWindow::MainWindow(FrmMain& frm)
   WirePages();
   WireCalculator();
   WireConfiguration();
-  frm.OnChanged = [this] { ShowTitle(); };
+  frm.OnChanged = [this] {
+    ShowTitle();
+    FollowState(frm_, *this);
+  };
   windows_ = std::make_unique<Windows>(frm.Forms(), *this);
   windows_->OnMade = [this](QWidget& made, bool showsMain) {
     if (showsMain) binder_->Include(made);
@@ -141,6 +145,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) KeepPlaceholdersReadable();
+  NoteState(frm_, *this, *event);
   QMainWindow::changeEvent(event);
 }
 

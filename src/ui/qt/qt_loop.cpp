@@ -19,16 +19,17 @@ namespace {
 constexpr Duration turnTime = std::chrono::milliseconds(4);
 constexpr Duration quickTime = std::chrono::milliseconds(1);  // between two calls of one descriptor
 
-// Counts one more for as long as it lives.
-class Deeper {
+// Sets a number for as long as it lives.
+class ScopeValue {
  public:
-  explicit Deeper(int& depth) : depth_(depth) { ++depth_; }
-  ~Deeper() { --depth_; }
-  Deeper(const Deeper&) = delete;
-  Deeper& operator=(const Deeper&) = delete;
+  ScopeValue(int& number, int value) : number_(number), before_(std::exchange(number, value)) {}
+  ~ScopeValue() { number_ = before_; }
+  ScopeValue(const ScopeValue&) = delete;
+  ScopeValue& operator=(const ScopeValue&) = delete;
 
  private:
-  int& depth_;
+  int& number_;
+  int before_;
 };
 
 timespec TimespecOf(Instant instant) {
@@ -104,7 +105,7 @@ void QtLoop::Turn(Watched* watched) {
   const Instant start = Now();
   if (depth_ == 0) windowServed_ = start;
   {
-    const Deeper turn(depth_);
+    const ScopeValue deeper(depth_, depth_ + 1);
     do {
       if (watched != nullptr) watched->ready();
       FireDue(start + turnTime);
@@ -178,6 +179,20 @@ bool QtLoop::WaitUntil(const std::function<bool()>& done, Instant deadline) {
     }
   }
   ArmForAlarms();
+  return isDone;
+}
+
+// The turns that are on the stack wait with it: those within the wait end as if they were the outermost.
+bool QtLoop::RunUntil(const std::function<bool()>& done, Instant deadline) {
+  const ScopeValue outermost(depth_, 0);
+  const AlarmQueue::Lift lift(Alarms());
+  bool isDone = done();
+  while (!isDone && Now() < deadline) {
+    Arm(std::min(deadline, Alarms().Earliest().value_or(deadline)));
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    windowServed_ = Now();
+    isDone = done();
+  }
   return isDone;
 }
 

@@ -35,6 +35,7 @@ class QtLoop : public EventLoop {
   // there for long, and a yield in every read stays cheap.
   void DoEvents() override;
   bool WaitUntil(const std::function<bool()>& done, Instant deadline) override;
+  bool RunUntil(const std::function<bool()>& done, Instant deadline) override;
   void Pause(Instant until) override;
   void Quit(int status) override;
 

@@ -69,7 +69,7 @@ void Windows::Follow(Form& form) {
 }
 
 void Windows::ShowState(Shown& shown) {
-  if (shown.window || shown.form->Visible()) WindowOf(shown).ShowState();
+  if (shown.window || shown.form->Visible()) WindowOf(shown).ShowState(mainWindow_);
 }
 
 FormWindow& Windows::WindowOf(Shown& shown) {

@@ -51,7 +51,7 @@ std::optional<Symbol> Symbols::Find(const std::u16string& folded) const {
     if (const auto found = table->find(folded); found != table->end()) return found->second;
   }
   for (const Value& object : withGlobalMembers_) {
-    if (object.AsObject()->Find(folded)) return Symbol{SymbolKind::HostMember, 0, object};
+    if (object.AsObject()->FindBare(folded)) return Symbol{SymbolKind::HostMember, 0, object};
   }
   return std::nullopt;
 }
