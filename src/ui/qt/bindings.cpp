@@ -75,9 +75,11 @@ void Binding::ShowPlace() {
 
 namespace {
 
-// Only what a script has set; the rest is the desktop's.
-QFont FontOf(const Lettering& lettering) {
-  QFont font;
+// What a script has set; the rest is the desktop's, and not the frame's around it.
+QFont FontOf(const Lettering& lettering, const QWidget& widget) {
+  if (lettering == Lettering()) return {};
+  QFont font = QApplication::font(&widget);
+  font.setResolveMask(QFont::AllPropertiesResolved);
   if (lettering.name && !lettering.name->empty()) font.setFamily(ShownText(*lettering.name));
   if (lettering.size) font.setPointSizeF(*lettering.size);
   if (lettering.bold) font.setBold(*lettering.bold);
@@ -104,7 +106,7 @@ void Binding::ShowLook() {
   if (look == shownLook_ || !widget_.window()->property("placeable").toBool()) return;
   if (look.font != shownLook_.font) {
     if (control_.Kind() == ControlKind::Frame) KeepFontsWithin(widget_);
-    widget_.setFont(FontOf(look.font));
+    widget_.setFont(FontOf(look.font, widget_));
   }
   shownLook_ = look;
   ShowBorder(look);
