@@ -204,6 +204,7 @@ class Machine {
   void Erase(Value& array);
   void PutBack(Value& array, const Value* indices, std::size_t count, const Value& element);
   Value Execute(Op op, const Value& text);
+  static std::vector<Value*> PlacesIn(Frame& around, const Code& code);
   Value RunSnippet(const Code& code, Frame& around);
   Value ReferenceTo(const Value& name);
 

@@ -241,22 +241,28 @@ Value& ExtraIn(Frame& frame, const std::u16string& name) {
 
 }  // namespace
 
-// Each name that the text shares with the procedure around it becomes a Reference to that one's place.
-Value Machine::RunSnippet(const Code& code, Frame& around) {
-  const Nesting nesting(*this);
-  const Frame* const entry = frames_.Top();
-  Push(code, Top(), 0, around.me, nullptr);
+// Where the procedure around a text has what both call by the same names, and what the text alone makes.
+std::vector<Value*> Machine::PlacesIn(Frame& around, const Code& code) {
+  std::vector<Value*> places;
   for (const NamedPlace& import : code.imports) {
     const auto& names = around.code->names;
     const auto known = std::find_if(names.begin(), names.end(),
                                     [&](const NamedPlace& place) { return place.name == import.name; });
-    Value* place = nullptr;
-    if (known != names.end()) {
-      place = &around.Registers()[known->place.number].Followed();
-    } else {
-      place = &ExtraIn(around, import.name);
-    }
-    frames_.Back().Registers()[import.place.number] = Value::To(*place);
+    places.push_back(known != names.end() ? &around.Registers()[known->place.number].Followed()
+                                          : &ExtraIn(around, import.name));
+  }
+  return places;
+}
+
+// Each name that the text shares with the procedure around it becomes a Reference to that one's place. From
+// the push on nothing may fail before the loop runs: the frame would outlive its code.
+Value Machine::RunSnippet(const Code& code, Frame& around) {
+  const Nesting nesting(*this);
+  const Frame* const entry = frames_.Top();
+  const std::vector<Value*> places = PlacesIn(around, code);
+  Push(code, Top(), 0, around.me, nullptr);
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    frames_.Back().Registers()[code.imports[i].place.number] = Value::To(*places[i]);
   }
   return RunFrom(entry);
 }
