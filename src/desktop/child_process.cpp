@@ -25,9 +25,14 @@ FileHandle EndOf(pid_t process) {
   return FileHandle(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
 }
 
-// The parent may have gone before the system was told to watch it.
-[[noreturn]] void BecomeChild(char* const* words, int output, int report, pid_t parent) {
+// Waits until the parent holds the handle of our end: where nobody waits for children (SIGCHLD is ignored)
+// one that has ended by then cannot be found any more. The parent may have gone before the system was told to
+// watch it.
+[[noreturn]] void BecomeChild(char* const* words, int output, int report, Pipe& leave, pid_t parent) {
   if (prctl(PR_SET_PDEATHSIG, SIGTERM) != 0) FailToStart(report);
+  leave.writeEnd = FileHandle();
+  char given = 0;
+  Uninterrupted([&] { return read(leave.readEnd.Get(), &given, sizeof given); });
   if (getppid() != parent) _exit(0);
   BecomeProgram(words, "/", output, report);
 }
@@ -38,14 +43,21 @@ StartedChild ChildProcess::Start(std::vector<std::string> words) {
   const std::vector<char*> arguments = ArgumentsOf(words);
   Pipe report = MakePipe();
   Pipe output = MakePipe();
-  if (report.readEnd.Get() < 0 || output.readEnd.Get() < 0) return {nullptr, LastError()};
+  Pipe leave = MakePipe();
+  for (const Pipe* pipe : {&report, &output, &leave}) {
+    if (pipe->readEnd.Get() < 0) return {nullptr, LastError()};
+  }
   const pid_t parent = getpid();
   const pid_t process = fork();
   if (process < 0) return {nullptr, LastError()};
-  if (process == 0) BecomeChild(arguments.data(), output.writeEnd.Get(), report.writeEnd.Get(), parent);
+  if (process == 0) {
+    BecomeChild(arguments.data(), output.writeEnd.Get(), report.writeEnd.Get(), leave, parent);
+  }
   report.writeEnd = FileHandle();
   FileHandle end = EndOf(process);
   std::error_code error = end.Get() < 0 ? LastError() : std::error_code();
+  // Not by closing it: a process that another thread has just started may still hold a copy.
+  if (!error && write(leave.writeEnd.Get(), "", 1) < 0) error = LastError();
   if (!error) error = StartFailure(report.readEnd.Get());
   if (error) {
     kill(process, SIGKILL);
