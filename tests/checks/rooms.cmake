@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Reads every #include of the rooms against the arrows of src/CMakeLists.txt, and sees to it that clocks,
-# sleeps and the toolkit are named only where they may be.
+# Reads every #include of the rooms against the arrows of src/CMakeLists.txt, sees to it that clocks, sleeps and
+# the toolkit are named only where they may be, and that docs/ARCHITECTURE.md has every room on a floor above
+# those that it uses.
 #   cmake -DROOT=... -P rooms.cmake
 
 cmake_minimum_required(VERSION 3.25)
@@ -21,6 +22,23 @@ foreach(declaration IN LISTS declarations)
     string(REPLACE " " ";" named "${CMAKE_MATCH_1}")
     list(APPEND uses_${room} ${named})
   endif()
+endforeach()
+
+file(STRINGS ${ROOT}/docs/ARCHITECTURE.md rows REGEX "^[|] [0-9]+ [|] `")
+foreach(row IN LISTS rows)
+  string(REGEX MATCH "^[|] ([0-9]+) [|] `([a-z/]+)/`" ignored "${row}")
+  set(floor_${CMAKE_MATCH_2} ${CMAKE_MATCH_1})
+endforeach()
+foreach(room IN LISTS rooms)
+  if(NOT DEFINED floor_${room})
+    fault("docs/ARCHITECTURE.md: ${room} has no row")
+    continue()
+  endif()
+  foreach(used IN LISTS uses_${room})
+    if(NOT used STREQUAL room AND NOT floor_${room} GREATER "${floor_${used}}")
+      fault("docs/ARCHITECTURE.md: ${room} does not stand above ${used}")
+    endif()
+  endforeach()
 endforeach()
 
 # The room that a path leads to: a room may lie in a folder of another.

@@ -3,10 +3,10 @@
 
 #include <array>
 
+#include "script/files/file_system.h"
 #include "script/library/dictionary.h"
-#include "script/library/file_system.h"
 #include "script/library/reg_exp.h"
-#include "script/library/workbook_objects.h"
+#include "script/workbook/workbook_objects.h"
 
 namespace quarlin::vbs {
 namespace {

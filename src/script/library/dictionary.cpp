@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "script/library/library_object.h"
 #include "script/values/array.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

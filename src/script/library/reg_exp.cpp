@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "script/library/library_object.h"
 #include "script/library/reg_exp_matches.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

@@ -5,8 +5,8 @@
 #include <array>
 #include <limits>
 
-#include "script/library/library_object.h"
 #include "script/library/reg_exp_search.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

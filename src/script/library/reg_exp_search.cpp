@@ -10,9 +10,9 @@
 #include <limits>
 #include <utility>
 
-#include "script/library/library_object.h"
 #include "script/library/reg_exp_pattern.h"
 #include "script/values/error.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

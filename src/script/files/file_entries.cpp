@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/file_entries.h"
+#include "script/files/file_entries.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,9 +9,9 @@
 #include <ctime>
 #include <vector>
 
-#include "script/library/file_operations.h"
-#include "script/library/library_object.h"
-#include "script/library/text_stream.h"
+#include "script/files/file_operations.h"
+#include "script/files/text_stream.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/workbook_objects.h"
+#include "script/workbook/workbook_objects.h"
 
 #include <algorithm>
 #include <array>
 
-#include "script/library/file_paths.h"
-#include "script/library/library_object.h"
+#include "script/files/file_paths.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs::sheets {
 namespace {

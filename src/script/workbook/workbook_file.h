@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-#include "script/library/workbook.h"
 #include "script/values/services.h"
+#include "script/workbook/workbook.h"
 
 namespace quarlin::vbs::sheets {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "script/library/sheet.h"
+#include "script/workbook/sheet.h"
 
 namespace quarlin::vbs::sheets {
 

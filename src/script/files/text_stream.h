@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "script/library/text_file.h"
+#include "script/files/text_file.h"
 #include "script/values/dispatch.h"
 #include "script/values/services.h"
 

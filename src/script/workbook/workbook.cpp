@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/workbook.h"
+#include "script/workbook/workbook.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/sheet_range.h"
+#include "script/workbook/sheet_range.h"
 
 #include <algorithm>
 #include <array>
 
-#include "script/library/library_object.h"
 #include "script/values/array.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs::sheets {
 namespace {

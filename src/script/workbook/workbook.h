@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "script/library/sheet.h"
+#include "script/workbook/sheet.h"
 
 namespace quarlin::vbs::sheets {
 

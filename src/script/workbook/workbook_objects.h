@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "script/library/sheet_range.h"
+#include "script/workbook/sheet_range.h"
 
 namespace quarlin::vbs::sheets {
 

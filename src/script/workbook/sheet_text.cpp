@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/sheet_text.h"
+#include "script/workbook/sheet_text.h"
 
 #include <algorithm>
 #include <cmath>

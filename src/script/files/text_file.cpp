@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/text_file.h"
+#include "script/files/text_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,9 +11,9 @@
 
 #include "base/system_call.h"
 #include "base/text.h"
-#include "script/library/file_paths.h"
-#include "script/library/library_object.h"
+#include "script/files/file_paths.h"
 #include "script/values/conversions.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

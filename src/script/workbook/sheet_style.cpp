@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/sheet_style.h"
+#include "script/workbook/sheet_style.h"
 
 #include <utility>
 

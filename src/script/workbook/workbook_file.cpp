@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/workbook_file.h"
+#include "script/workbook/workbook_file.h"
 
 #include <fmt/format.h>
 #include <sys/mman.h>
@@ -17,9 +17,9 @@
 #include "base/file_handle.h"
 #include "base/files.h"
 #include "base/system_call.h"
-#include "script/library/file_paths.h"
-#include "script/library/sheet_text.h"
+#include "script/files/file_paths.h"
 #include "script/values/conversions.h"
+#include "script/workbook/sheet_text.h"
 
 namespace quarlin::vbs::sheets {
 namespace {

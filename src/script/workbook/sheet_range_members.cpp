@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <array>
 
-#include "script/library/library_object.h"
-#include "script/library/sheet_looks.h"
-#include "script/library/sheet_range.h"
-#include "script/library/sheet_text.h"
-#include "script/library/workbook_objects.h"
 #include "script/values/array.h"
+#include "script/values/library_object.h"
+#include "script/workbook/sheet_looks.h"
+#include "script/workbook/sheet_range.h"
+#include "script/workbook/sheet_text.h"
+#include "script/workbook/workbook_objects.h"
 
 namespace quarlin::vbs::sheets {
 namespace {

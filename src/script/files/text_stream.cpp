@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/text_stream.h"
+#include "script/files/text_stream.h"
 
 #include <algorithm>
 #include <array>
 #include <limits>
 
-#include "script/library/file_paths.h"
-#include "script/library/library_object.h"
+#include "script/files/file_paths.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

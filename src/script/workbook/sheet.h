@@ -10,11 +10,11 @@
 #include <utility>
 #include <vector>
 
-#include "script/library/sheet_area.h"
-#include "script/library/sheet_style.h"
 #include "script/values/heap_share.h"
 #include "script/values/services.h"
 #include "script/values/value.h"
+#include "script/workbook/sheet_area.h"
+#include "script/workbook/sheet_style.h"
 
 namespace quarlin::vbs::sheets {
 

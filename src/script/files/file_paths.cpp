@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/file_paths.h"
+#include "script/files/file_paths.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/file_operations.h"
+#include "script/files/file_operations.h"
 
 #include <algorithm>
 #include <string>
 
-#include "script/library/library_object.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/sheet_looks.h"
+#include "script/workbook/sheet_looks.h"
 
 #include <algorithm>
 #include <array>
 
-#include "script/library/library_object.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs::sheets {
 namespace {

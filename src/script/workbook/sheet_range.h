@@ -6,9 +6,9 @@
 #include <span>
 #include <string_view>
 
-#include "script/library/workbook.h"
 #include "script/values/dispatch.h"
 #include "script/values/services.h"
+#include "script/workbook/workbook.h"
 
 namespace quarlin::vbs::sheets {
 

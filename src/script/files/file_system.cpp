@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/file_system.h"
+#include "script/files/file_system.h"
 
 #include <array>
 #include <random>
 
-#include "script/library/file_entries.h"
-#include "script/library/file_operations.h"
-#include "script/library/file_paths.h"
-#include "script/library/library_object.h"
-#include "script/library/text_stream.h"
+#include "script/files/file_entries.h"
+#include "script/files/file_operations.h"
+#include "script/files/file_paths.h"
+#include "script/files/text_stream.h"
+#include "script/values/library_object.h"
 
 namespace quarlin::vbs {
 namespace {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/sheet.h"
+#include "script/workbook/sheet.h"
 
 #include <algorithm>
 #include <cmath>
 #include <unordered_map>
 
-#include "script/library/sheet_text.h"
+#include "script/workbook/sheet_text.h"
 
 namespace quarlin::vbs::sheets {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/sheet_area.h"
+#include "script/workbook/sheet_area.h"
 
 #include <algorithm>
 #include <string>

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string_view>
 
-#include "script/library/file_paths.h"
+#include "script/files/file_paths.h"
 #include "script/values/services.h"
 
 namespace quarlin::vbs {

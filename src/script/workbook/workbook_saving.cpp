@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "script/library/file_paths.h"
-#include "script/library/workbook_file.h"
-#include "script/library/workbook_objects.h"
+#include "script/files/file_paths.h"
 #include "script/values/conversions.h"
+#include "script/workbook/workbook_file.h"
+#include "script/workbook/workbook_objects.h"
 
 namespace quarlin::vbs::sheets {
 namespace {

@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "script/library/file_paths.h"
+#include "script/files/file_paths.h"
 #include "script/values/dispatch.h"
 #include "script/values/services.h"
 
