@@ -63,6 +63,7 @@ struct Rig {
     }
     window.findChild<QCheckBox*>("chkEnableScript")->click();
     QVERIFY(listed);
+    QVERIFY2(QApplication::activeModalWidget() == nullptr, "the main window takes input again");
   }
   void EnableAndShow() {
     Enable([](QDialog& list) {

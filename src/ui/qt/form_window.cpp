@@ -44,13 +44,14 @@ void FormWindow::ShowState(QWidget& owner) {
   }
 }
 
+// A window is hidden as modal as it was shown: the toolkit blocks the others until a modal one is hidden.
 void FormWindow::ShowOrHide(QWidget& owner) {
-  const bool blocks = form_.Modal() && form_.Visible();
+  if (!form_.Visible()) return hide();
   if (!testAttribute(Qt::WA_Moved)) PlaceFirst();  // else it stands as it stood last
-  setModal(blocks);
-  windowHandle()->setTransientParent(blocks ? owner.window()->windowHandle() : nullptr);
-  setVisible(form_.Visible());
-  if (blocks) activateWindow();
+  setModal(form_.Modal());
+  windowHandle()->setTransientParent(form_.Modal() ? owner.window()->windowHandle() : nullptr);
+  show();
+  if (form_.Modal()) activateWindow();
 }
 
 void FormWindow::changeEvent(QEvent* event) {
