@@ -11,6 +11,8 @@ using namespace std::chrono_literals;
 
 constexpr Duration patience = 10s;
 constexpr Duration betweenLooks = 1ms;
+constexpr Duration beforeUser = 300ms;
+constexpr Duration betweenUsers = 50ms;
 constexpr int mostAsksBetweenLooks = 1 << 10;
 
 // Seen from outside. A script that can be asked has stopped by itself then.
@@ -53,7 +55,18 @@ void RunGuard::End() {
 
 void RunGuard::StartPeriod() {
   begin_ = lastLook_ = OwnTime();
+  nextUser_ = begin_ + beforeUser;
   asksBetweenLooks_ = asksLeft_ = 1;
+}
+
+bool RunGuard::LetsUserIn(Duration now) {
+  if (now < nextUser_ || lastResort_.nobodyToAsk || !OnLongCall || ending_ || prompts_.Dismissed()) return true;
+  {
+    const TimedPrompts::OthersTime hers(prompts_);
+    stopped_ = !OnLongCall();
+  }
+  nextUser_ = OwnTime() + betweenUsers;
+  return !stopped_;
 }
 
 bool RunGuard::Judge() {
@@ -67,6 +80,7 @@ bool RunGuard::Judge() {
     StartPeriod();
     return !stopped_;
   }
+  if (!LetsUserIn(now)) return false;
   if (now - lastLook_ < betweenLooks) {
     asksBetweenLooks_ = std::min(asksBetweenLooks_ * 2, mostAsksBetweenLooks);
   } else if (now - lastLook_ > 4 * betweenLooks) {

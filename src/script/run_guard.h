@@ -3,6 +3,9 @@
 // asked whether to stop it, and where nobody is there to be asked it is stopped. When the program is to end,
 // what runs has half a second left, and all calls from then on together one more.
 //
+// At a window that somebody may want to use, a script that computes for long lets the user in now and then:
+// what is clicked meanwhile is done in the middle of the script, as in a box that it shows.
+//
 // A script that has been stopped and still does not return, because a single operation of its engine goes on
 // and on, leaves one way: the process ends, two seconds later. Somebody at a window may prefer to wait, so
 // there this is done only once the program is to end.
@@ -13,6 +16,7 @@
 #include <functional>
 #include <string_view>
 
+#include "base/hook.h"
 #include "script/timed_prompts.h"
 #include "script/values/patrol.h"
 
@@ -38,7 +42,7 @@ class RunGuard : private vbs::Lookout {
 
   // Costs next to nothing: it looks at the clock only so often that a millisecond or so passes between two
   // looks. Once it has said no, it goes on saying so until the next call begins. Yields while it asks the
-  // user.
+  // user or lets her in.
   bool MayGoOn() { return (--asksLeft_ > 0 && !lookNow_.load(std::memory_order_relaxed)) || Judge(); }
 
   // From any thread: the running call has no time left.
@@ -51,10 +55,15 @@ class RunGuard : private vbs::Lookout {
   void EndProgram() { ending_ = true; }
   bool Ending() const { return ending_; }
 
+  // Serves the window, twenty times a second once a call has taken a third of one; not any more when the
+  // program is to end. False: what runs is to stop.
+  Hook<bool()> OnLongCall;
+
   vbs::Patrol& Outside() { return patrol_; }
 
  private:
   bool Judge();
+  bool LetsUserIn(Duration now);
   void StartPeriod();
   Duration OwnTime() const;
 
@@ -67,6 +76,7 @@ class RunGuard : private vbs::Lookout {
   const LastResort lastResort_;
   Duration begin_{};     // of the ten seconds, in time of the script's own
   Duration lastLook_{};  // likewise
+  Duration nextUser_{};  // likewise: when the user is let in
   int asksBetweenLooks_ = 1;
   int asksLeft_ = 1;
   bool stopped_ = false;

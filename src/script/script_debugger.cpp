@@ -21,7 +21,7 @@ std::optional<int> LineAtOrBehind(const std::set<int>& lines, int line) {
 
 [[noreturn]] void ThrowEnd() {
   vbs::ScriptError end(507);
-  end.description = u"The script was ended in the debugger";
+  end.description = u"The script was ended while it stood";
   end.isFinal = true;
   throw end;
 }
@@ -49,15 +49,21 @@ void ScriptDebugger::Follow(vbs::Engine* engine, const std::filesystem::path& fi
   TakeBreakpoints(BreakpointsOf(file_));
 }
 
+// While it stands the engine is needed once more: Class_Terminate swallows errors, and whatever goes on behind
+// one is to end, too.
 void ScriptDebugger::Leave() {
+  file_.clear();
   if (standing_ != nullptr) {
     ended_ = true;
-  } else if (told_) {
-    engine_->SetDebugHook(nullptr);
+    return SetCourse(Course::Into);
   }
+  if (told_) engine_->SetDebugHook(nullptr);
+  LetGo();
+}
+
+void ScriptDebugger::LetGo() {
   told_.reset();
   engine_ = nullptr;
-  file_.clear();
   active_.clear();
   SetCourse(Course::Go);
 }
@@ -91,6 +97,7 @@ void ScriptDebugger::SetErrorStops(ErrorStops stops) {
 
 void ScriptDebugger::Go() {
   SetCourse(Course::Go);
+  if (!Stands()) OnChange();
 }
 
 void ScriptDebugger::StepInto() {
@@ -112,11 +119,7 @@ void ScriptDebugger::RunTo(int line) {
 
 void ScriptDebugger::Pause() {
   SetCourse(Course::Into);
-}
-
-void ScriptDebugger::End() {
-  ended_ = true;
-  SetCourse(Course::Into);  // Class_Terminate swallows errors; whatever goes on behind one ends, too
+  OnChange();
 }
 
 void ScriptDebugger::SetCourse(Course course) {
@@ -214,9 +217,10 @@ void ScriptDebugger::Stand(vbs::Standing& standing, std::u16string why) {
   standing_ = &standing;
   Yield();
   standing_ = nullptr;
-  OnChange();
-  OnGo();
   TellEngine();
+  if (ended_) LetGo();
+  OnGo();
+  OnChange();
   if (ended_) ThrowEnd();
 }
 

@@ -42,13 +42,14 @@ class ScriptDebugger final : private vbs::DebugHook {
  public:
   ScriptDebugger(EventLoop& loop, TimedPrompts& prompts) : loop_(loop), prompts_(prompts) {}
 
-  // Told when the script begins to stand and when it goes on, one for the program and one for the window.
+  // Told when the script begins to stand and when it goes on, one for the program and one for the window,
+  // which is told of a pause, too.
   Hook<void()> OnStand;
   Hook<void()> OnGo;
   Hook<void()> OnChange;
 
   // The runner's: a script is about to run, or ends. Without an engine it is one that cannot be followed.
-  // While it stands, Leave ends it there as End does.
+  // While it stands, Leave ends it there with a final error.
   void Follow(vbs::Engine* engine, const std::filesystem::path& file, std::u16string source);
   void Leave();
 
@@ -78,12 +79,9 @@ class ScriptDebugger final : private vbs::DebugHook {
   void StepOut();
   void RunTo(int line);  // also while it runs
 
-  // Stands at the next statement.
+  // Stands at the next statement, of whatever procedure that is. Go takes that back.
   void Pause();
-
-  // A script that stands ends there, with a final error.
-  void End();
-  bool Ended() const { return ended_; }
+  bool Pausing() const { return !Stands() && course_ == Course::Into; }
 
   // While it stands.
   bool Stands() const { return standing_ != nullptr; }
@@ -119,6 +117,7 @@ class ScriptDebugger final : private vbs::DebugHook {
   bool StepIsDone(std::size_t depth) const;
   bool Holds(vbs::Standing& standing, const std::u16string& condition, std::u16string& why);
   void Stand(vbs::Standing& standing, std::u16string why);
+  void LetGo();
   void Yield();
   void SetCourse(Course course);
   std::optional<int> RunningLine(int line);

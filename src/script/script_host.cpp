@@ -184,7 +184,7 @@ bool ScriptHost::CutByEnd(std::u16string_view procedure, const vbs::ScriptError&
 // One that had to be stopped would have to be stopped at every character that comes.
 void ScriptHost::HookFailed(ScriptHook hook, const vbs::ScriptError& error) {
   if (CutByEnd(NameOf(hook), error)) return;
-  if (error.isFinal || runner_.WasStopped() || runner_.Debugger().Ended()) {
+  if (error.isFinal || runner_.WasStopped()) {
     GiveUp(NameOf(hook), error);
     return;
   }
@@ -312,11 +312,7 @@ void ScriptHost::ShowScriptError(std::u16string_view procedure, const vbs::Scrip
 }
 
 void ScriptHost::GiveUp(std::u16string_view procedure, const vbs::ScriptError& error) {
-  if (runner_.Debugger().Ended()) {
-    parts_.status.Say("the script was ended in the debugger");
-  } else {
-    ShowScriptError(procedure, error);
-  }
+  ShowScriptError(procedure, error);
   runner_.Stop();
   parts_.controls.chkEnableScript.SetChecked(false);
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/scope_flag.h"
 #include "script/script_file.h"
 #include "script/script_text.h"
 
@@ -29,7 +30,8 @@ class ScriptRunner::Services : public vbs::Services {
   std::filesystem::path Folder() const override { return folder_; }
   const vbs::Locale& StartLocale() const override { return *startLocale; }
   bool MayGoOn() override {
-    return debugger_.Evaluating() ? debugger_.EvaluationMayGoOn() : guard_.MayGoOn();
+    if (debugger_.Evaluating()) return debugger_.EvaluationMayGoOn() && !guard_.MustStop();
+    return guard_.MayGoOn();
   }
   bool MustStop() const override { return guard_.MustStop(); }
   vbs::Patrol* Outside() override { return &guard_.Outside(); }
@@ -98,7 +100,9 @@ ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesyst
       guard_(loop, prompts, std::move(lastResort)),
       debugger_(loop, prompts),
       services_(std::make_unique<Services>(*this, prompts, std::move(folder))),
-      engines_(std::move(engines)) {}
+      engines_(std::move(engines)) {
+  guard_.OnLongCall = [this] { return LetUserIn(); };
+}
 
 ScriptRunner::~ScriptRunner() {
   Stop();
@@ -170,6 +174,7 @@ void ScriptRunner::CheckText(std::string_view language, std::u16string_view text
 // The end of the engine may run code of the script, too.
 void ScriptRunner::Stop() {
   const Call call(*this);
+  if (debugger_.Stands()) leaves_ = true;
   debugger_.Leave();
   engine_.reset();
   EndWait();
@@ -198,6 +203,17 @@ bool ScriptRunner::Wait(const std::function<bool()>& done, Instant deadline) {
   }
   LeaveIfStopped();
   return done();
+}
+
+// Whoever has switched the script off meanwhile does not want it to compute on.
+bool ScriptRunner::LetUserIn() {
+  const bool wasLoaded = Loaded();
+  {
+    const ScopeFlag in(userIsIn_);
+    loop_.DoEvents();
+  }
+  if (wasLoaded && !Loaded()) leaves_ = true;
+  return !leaves_;
 }
 
 void ScriptRunner::LeaveIfStopped() {

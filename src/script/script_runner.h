@@ -51,7 +51,7 @@ class ScriptRunner {
   // The same of a text in "VBScript" or "JScript".
   void CheckText(std::string_view language, std::u16string_view text);
 
-  // Throws away all code. A call that is on the stack still returns in order.
+  // Throws away all code. A call that is on the stack still returns in order; one that rests ends there.
   void Stop();
 
   bool Loaded() const { return engine_ != nullptr; }
@@ -79,9 +79,11 @@ class ScriptRunner {
   void ForbidWaits();
   bool WaitsForbidden() const { return waitsForbidden_; }
 
-  // Code of the script is on the stack; it waits there.
+  // Code of the script is on the stack; it waits there; it does nothing there, so that whatever happens is
+  // somebody else's doing.
   bool Running() const { return calls_ > 0; }
   bool Waiting() const { return pause_ != nullptr; }
+  bool Rests() const { return Waiting() || debugger_.Stands() || userIsIn_; }
 
   // The user, or the lack of one, stopped the last call because it took too long; or the end of the program
   // did.
@@ -100,6 +102,7 @@ class ScriptRunner {
   class Services;
   class Pause;
 
+  bool LetUserIn();
   void LeaveIfStopped();
   template <class Work>
   void UntilLeft(Work work);
@@ -118,6 +121,7 @@ class ScriptRunner {
   MayWait mayWait_ = MayWait::No;  // of the outermost call
   Pause* pause_ = nullptr;         // of a wait on the stack
   bool leaves_ = false;            // the error on its way out is none
+  bool userIsIn_ = false;          // in the middle of what the script computes
   bool waitsForbidden_ = false;
 };
 

@@ -317,7 +317,7 @@ void FrmMain::RequestUnload() {
     if (ends || (modules_->configurations.MayLose() && modules_->editor.MayLose())) Unload();
   };
   const bool asks = modules_->editor.Modified() || !modules_->configurations.Edited.Captions().empty();
-  if (surroundings_.loop.Alarms().Held() && asks) {
+  if (surroundings_.loop.Alarms().Held() && !modules_->script.Runner().Rests() && asks) {
     surroundings_.loop.Post(unload);
   } else {
     unload();

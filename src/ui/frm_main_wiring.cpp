@@ -290,7 +290,7 @@ void FrmMain::WireConfiguration() {
   };
   hooks.unasked = [this] {
     const ScriptRunner& runner = modules_->script.Runner();
-    return surroundings_.headless || modules_->session.Ending() || (runner.Running() && !runner.Waiting());
+    return surroundings_.headless || modules_->session.Ending() || (runner.Running() && !runner.Rests());
   };
   controls.config.cmdSave[0].OnClick = [&configurations] { configurations.SaveAs(configurations.Default()); };
   controls.config.cmdSave[1].OnClick = [&configurations] { configurations.OpenDefault(); };

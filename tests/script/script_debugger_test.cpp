@@ -69,7 +69,6 @@ class DebuggerRig : public RequestRig {
     if (command == "into") Debugger().StepInto();
     if (command == "over") Debugger().StepOver();
     if (command == "out") Debugger().StepOut();
-    if (command == "end") Debugger().End();
     if (command == "off") Box().SetChecked(false);
     if (command == "signal") frm.Unload(EndCause::Signal);
     if (command == "close") frm.Unload();
@@ -125,7 +124,6 @@ TEST_F(DebuggerRig, BreakpointsStepsAndErrorsStandWhereTheyShould) {
       {{{9, u"x = 1"}}, ErrorStops::None, "over over over over over", "9 10 5 6 13 12"},
       {{}, ErrorStops::All, "", "15(Division by zero) 17(Division by zero)"},
       {{}, ErrorStops::Uncaught, "", "17(Division by zero)"},
-      {{{9, u""}}, ErrorStops::None, "end", "9"},
       {{{9, u""}}, ErrorStops::None, "off", "9"},
   };
   for (const DebugCase& each : cases) {
@@ -134,7 +132,7 @@ TEST_F(DebuggerRig, BreakpointsStepsAndErrorsStandWhereTheyShould) {
     Debugger().SetBreakpoints(File(), each.breakpoints);
     Debug(steps, each.commands);
     EXPECT_EQ(stops, each.stops);
-    const bool ended = std::string_view(each.commands) == "end" || std::string_view(each.commands) == "off";
+    const bool ended = std::string_view(each.commands) == "off";
     EXPECT_EQ(prompts.shown.size(), ended ? 0U : 1U) << "the last line's error, unless it was ended before";
     prompts.shown.clear();
     EXPECT_FALSE(Box().Checked());
@@ -219,12 +217,46 @@ class SlowServices : public vbs::Services {
   VirtualLoop& loop_;
 };
 
-TEST_F(DebuggerRig, TheGuardDoesNotCountTheTimeOfAStand) {
+class SlowDebuggerRig : public DebuggerRig {
+ protected:
+  SlowDebuggerRig() {
+    engines = [this](std::string_view, vbs::Services& services) {
+      slow = std::make_unique<SlowServices>(services, loop);
+      return std::make_unique<VbscriptEngine>(*slow);
+    };
+  }
+  ~SlowDebuggerRig() override { Box().SetChecked(false); }
+
   std::unique_ptr<SlowServices> slow;
-  engines = [&](std::string_view, vbs::Services& services) {
-    slow = std::make_unique<SlowServices>(services, loop);
-    return std::make_unique<VbscriptEngine>(*slow);
+};
+
+TEST_F(SlowDebuggerRig, AScriptThatNeverYieldsCanBePausedAndEnded) {
+  struct {
+    const char* script;
+    const char* word;
+    const char* commands;
+    const char* stops;
+  } const cases[] = {
+      {"Do: Loop", "pause", "into off", "1 1"},
+      {"n = 1\nWhile n > 0\n  n = n + 1\nWend", "break", "off", "3"},
+      {"Function F: Do: F = F + 1: Loop: End Function\nOn Error Resume Next\nF", "off", "", ""},
   };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.script);
+    Debugger().SetBreakpoints(File(), {});
+    loop.Outside(3s, [&] {
+      if (each.word == std::string_view("pause")) Debugger().Pause();
+      if (each.word == std::string_view("break")) Debugger().SetBreakpoints(File(), {{3, u""}});
+      if (each.word == std::string_view("off")) Box().SetChecked(false);
+    });
+    Debug(each.script, each.commands);
+    EXPECT_EQ(stops, each.stops);
+    EXPECT_EQ(prompts.shown, std::vector<std::string>()) << "neither the guard's question nor an error";
+    EXPECT_FALSE(Box().Checked());
+  }
+}
+
+TEST_F(SlowDebuggerRig, TheGuardDoesNotCountTheTimeOfAStand) {
   Debugger().SetBreakpoints(File(), {{2, u""}});
   whileStanding = [this] {
     loop.Pause(loop.Now() + 1h);
@@ -237,7 +269,6 @@ TEST_F(DebuggerRig, TheGuardDoesNotCountTheTimeOfAStand) {
       "");
   EXPECT_EQ(stops, "2");
   EXPECT_EQ(prompts.shown, std::vector<std::string>());
-  Box().SetChecked(false);
 }
 
 TEST_F(DebuggerRig, TheEndOfTheProgramEndsAStandInOrder) {
@@ -253,6 +284,49 @@ TEST_F(DebuggerRig, TheEndOfTheProgramEndsAStandInOrder) {
   const auto shown = Shown();
   EXPECT_EQ(std::count(shown.begin(), shown.end(), "the end"), 1);
   EXPECT_TRUE(loop.ExitStatus().has_value());
+}
+
+TEST_F(DebuggerRig, WhatIsEndedWhereItStandsDoesNothingMoreAndMayBeginAnew) {
+  const char* script =
+      "Class C\n  Sub Class_Terminate\n    n = 1\n  End Sub\nEnd Class\n"
+      "Sub SendString\n  Set o = New C\n  Set o = Nothing\n  AppendLog.RichAppendText 0, \"behind\"\n"
+      "End Sub\nAppendLog.RichAppendText 0, \"begun\"";
+  Debugger().SetBreakpoints(File(), {{3, u""}});
+  Enable(script);
+  whileStanding = [this] { loop.Outside(1s, [this] { frm.Script().RunFile("test.vbs"); }); };
+  commands.str("wait");
+  controls().cycle.CBOSEND.SetText("W");
+  controls().cycle.cmdSend.Click();
+  Pass(60s);
+  EXPECT_EQ(stops, "3");
+  EXPECT_TRUE(Box().Checked() && frm.Script().Runner().Loaded());
+  const auto shown = Shown();
+  EXPECT_EQ(std::count(shown.begin(), shown.end(), "begunbegun"), 1);
+  EXPECT_TRUE(prompts.shown.empty());
+  Box().SetChecked(false);
+}
+
+TEST_F(DebuggerRig, AHookIsNotEnteredWhileTaskWaitsAndFinishIsNoError) {
+  Debugger().SetErrorStops(ErrorStops::All);
+  Debugger().SetBreakpoints(File(), {{2, u""}, {6, u""}, {8, u""}});
+  Enable(R"(Sub ReceiveString
+  StringReceived.OutputString = StringReceived.InputString
+End Sub
+Sub InitTask: TimerTask.Interval = 1000: End Sub
+Sub Task
+  answer = FormMain.WaitAnswer(5000)
+  AppendLog.RichAppendText 0, answer
+  FormMain.Finish 3
+End Sub)");
+  scale.ReceiveAfter(30s, "7.5\r\n");
+  whileStanding = [this] {
+    EXPECT_EQ(Utf8Of(Debugger().Evaluate(0, u"FormMain.WaitAnswer(1)").text),
+              "A script may wait only in its top-level code, in InitTask and in Task");
+  };
+  Pass(60s);
+  EXPECT_EQ(stops, "6 8");
+  EXPECT_EQ(loop.ExitStatus(), 3);
+  EXPECT_TRUE(prompts.shown.empty());
 }
 
 struct ShownCase {

@@ -37,7 +37,9 @@ FrmEditor::FrmEditor(EditorParts parts)
       checkAlarm_(parts.loop, [this] { CheckText(); }) {
   Collection().Add(controls);
   OnClose = [this] {
-    if (MayLose()) SetVisible(false);
+    if (!MayLose()) return;
+    SetVisible(false);
+    if (Debugger().Stands()) Debugger().Go();  // nobody would see why the test waits
   };
   ScriptHooks& hooks = parts_.script.Hooks;
   hooks.chosen = [this] { FollowChoice(); };
@@ -297,7 +299,11 @@ bool FrmEditor::Restart() {
   starting_ = true;
   parts_.script.RunFile(file_.filename().string());
   starting_ = false;
-  if (Runs()) Tell(fmt::format("{} runs", NameOf(file_)));
+  if (Runs()) {
+    Tell(fmt::format("{} runs", NameOf(file_)));
+  } else if (parts_.script.Runner().Running()) {
+    Tell(fmt::format("{} starts as soon as what runs has returned", NameOf(file_)));
+  }
   return Runs();
 }
 

@@ -37,7 +37,8 @@ const DebugControls::ActionRow DebugControls::rows[] = {
     {"actionDebugGo", QT_TR_NOOP("&Go on"), QT_TR_NOOP("Lets the script go on"), "F5", &DebugControls::Go,
      QT_TR_NOOP("Go on"), true},
     {"actionDebugPause", QT_TR_NOOP("&Pause"),
-     QT_TR_NOOP("The script stands at its next statement, or when the program calls it next"),
+     QT_TR_NOOP("The script stands at its next statement, or when the program calls it next; "
+                "once more takes that back"),
      "Ctrl+Shift+F5", &DebugControls::Pause, QT_TR_NOOP("Pause"), false},
     {"actionDebugOver", QT_TR_NOOP("Step &over"), QT_TR_NOOP("Does this statement, with all that it calls"),
      "F10", &DebugControls::Over, QT_TR_NOOP("Over"), true},
@@ -70,6 +71,7 @@ DebugControls::DebugControls(ScriptDebugger& debugger, ScriptView& view, QWidget
     action->setToolTip(
         tr("%1 (%2)").arg(tr(row.toolTip), action->shortcut().toString(QKeySequence::NativeText)));
     window.addAction(action);
+    action->setCheckable(row.slot == &DebugControls::Pause);
     connect(action, &QAction::triggered, this, row.slot);
     if (row.tool == nullptr) continue;
     action->setIconText(tr(row.tool));
@@ -83,7 +85,10 @@ DebugControls::DebugControls(ScriptDebugger& debugger, ScriptView& view, QWidget
           });
   connect(&view, &QsciScintilla::linesChanged, this, &DebugControls::LinesMoved);
   connect(&view, &QsciScintillaBase::SCN_DWELLSTART, this, &DebugControls::Hover);
-  connect(panel_, &DebugPanel::lineWanted, this, [this](int line) { view_.GoTo(line, 0); });
+  connect(panel_, &DebugPanel::lineWanted, this, [this](int line) {
+    if (debugger_.Place().file != file_) emit fileWanted(debugger_.Place().file);
+    if (debugger_.Place().file == file_) view_.GoTo(line, 0);
+  });
   debugger_.OnChange = [this] { ScriptStandsOrGoes(); };
   ScriptStandsOrGoes();
 }
@@ -119,8 +124,15 @@ void DebugControls::EnableActions() {
   for (const ActionRow& row : rows) {
     if (row.onlyStanding) window_.findChild<QAction*>(row.name)->setEnabled(stands);
   }
-  window_.findChild<QAction*>("actionDebugPause")->setEnabled(!stands);
+  auto* pause = window_.findChild<QAction*>("actionDebugPause");
+  pause->setEnabled(!stands);
+  pause->setChecked(debugger_.Pausing());
   if (auto* start = window_.findChild<QAction*>("actionEditorStart")) start->setEnabled(!stands);
+}
+
+void DebugControls::ScriptStartsOrEnds() {
+  panel_->ShowState();
+  EnableActions();
 }
 
 void DebugControls::Opened(const std::filesystem::path& file, bool mayFollow) {

@@ -36,6 +36,9 @@ class DebugControls : public QObject {
   // The same text has another name.
   void Renamed(const std::filesystem::path& file, bool mayFollow);
 
+  // Another script runs, or none does.
+  void ScriptStartsOrEnds();
+
   // Around a change of the whole text, which would take the marks along.
   void KeepBreakpoints(const std::function<void()>& change);
 
@@ -66,7 +69,7 @@ class DebugControls : public QObject {
   void Over() { debugger_.StepOver(); }
   void Into() { debugger_.StepInto(); }
   void Out() { debugger_.StepOut(); }
-  void Pause() { debugger_.Pause(); }
+  void Pause() { debugger_.Pausing() ? debugger_.Go() : debugger_.Pause(); }
   void RunToCursor() { debugger_.RunTo(CursorLine()); }
   void ToggleHere() { Toggle(CursorLine()); }
   void EditConditionHere() { EditCondition(CursorLine()); }

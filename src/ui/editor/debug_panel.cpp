@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editor/debug_panel.h"
 
+#include <QFile>
 #include <QFormLayout>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -79,11 +80,15 @@ void DebugPanel::SetMayFollow(bool mayFollow) {
 void DebugPanel::ShowState() {
   if (debugger_.Stands()) {
     const ScriptPlace& place = debugger_.Place();
-    const QString stands = tr("<b>Stands at line %1.</b> The test waits.").arg(place.line);
+    const QString stands = tr("<b>Stands at line %1 of %2.</b> The test waits.")
+                               .arg(place.line)
+                               .arg(QFile::decodeName(place.file.filename().c_str()).toHtmlEscaped());
     state_->setText(
         place.why.empty() ? stands : stands + "<br>" + QString::fromStdU16String(place.why).toHtmlEscaped());
   } else if (!mayFollow_) {
     state_->setText(tr("JScript runs, but only VBScript can be stopped and stepped."));
+  } else if (debugger_.Pausing()) {
+    state_->setText(tr("Pauses at the next statement that the script does."));
   } else {
     state_->setText(debugger_.Followed().empty() ? tr("No VBScript runs.") : tr("The script runs."));
   }

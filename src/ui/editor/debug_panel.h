@@ -21,16 +21,18 @@ class DebugPanel : public QWidget {
   // The script has begun to stand, or goes on.
   void Refresh();
 
+  // It was started, is to pause, or has ended.
+  void ShowState();
+
   // `mayFollow`: the text that is shown is in a language that can be followed.
   void SetMayFollow(bool mayFollow);
 
  signals:
-  void lineWanted(int line);  // a call was chosen
+  void lineWanted(int line);  // a call was chosen: a line of the script that stands
 
  private:
   void FillCalls();
   void ShowCall(int row);
-  void ShowState();
 
   ScriptDebugger& debugger_;
   bool mayFollow_ = true;

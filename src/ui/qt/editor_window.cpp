@@ -249,7 +249,10 @@ void EditorWindow::WireText() {
 void EditorWindow::WireRun() {
   AddPanel(Side::Below, run_, tr("&Output"));
   form_.Output().OnNew = [this] { run_->Add(form_.Output().Take()); };
-  form_.Hooks.runChanged = [this] { ShowPlace(); };
+  form_.Hooks.runChanged = [this] {
+    ShowPlace();
+    debug_->ScriptStartsOrEnds();
+  };
   connect(run_, &RunPane::placeWanted, this, [this](int line, int column) {
     view_->GoTo(line, column);
     view_->setFocus();
