@@ -60,7 +60,8 @@ void RunGuard::StartPeriod() {
 }
 
 bool RunGuard::LetsUserIn(Duration now) {
-  if (now < nextUser_ || lastResort_.nobodyToAsk || !OnLongCall || ending_ || prompts_.Dismissed()) return true;
+  if (now < nextUser_ || lastResort_.nobodyToAsk || !OnLongCall || ending_ || prompts_.Dismissed())
+    return true;
   {
     const TimedPrompts::OthersTime hers(prompts_);
     stopped_ = !OnLongCall();

@@ -49,8 +49,8 @@ void ScriptDebugger::Follow(vbs::Engine* engine, const std::filesystem::path& fi
   TakeBreakpoints(BreakpointsOf(file_));
 }
 
-// While it stands the engine is needed once more: Class_Terminate swallows errors, and whatever goes on behind
-// one is to end, too.
+// While it stands the engine is needed once more: Class_Terminate swallows errors, and whatever goes on
+// behind one is to end, too.
 void ScriptDebugger::Leave() {
   file_.clear();
   if (standing_ != nullptr) {

@@ -319,7 +319,7 @@ void ScriptHost::GiveUp(std::u16string_view procedure, const vbs::ScriptError& e
 
 void ScriptHost::tmrTask_Timer() {
   if (!Sees() || !RunReported(u"Task")) return;  // not within the wait of another tick
-  if (!Hooks.linkOpen()) return;  // the text waits for the link
+  if (!Hooks.linkOpen()) return;                 // the text waits for the link
   std::string text = timerTask_->StringSend();
   if (!text.empty()) Hooks.sendTask(std::move(text));
 }

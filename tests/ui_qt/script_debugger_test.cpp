@@ -5,15 +5,20 @@
 #include <poll.h>
 #include <sys/socket.h>
 
+#include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 #include <QTreeWidget>
 #include <atomic>
 #include <thread>
 
 #include "base/files.h"
+#include "base/scope_flag.h"
 #include "link/posix_device.h"
 #include "script/edit/frm_editor.h"
 #include "script/vbscript_engine.h"
@@ -89,8 +94,8 @@ class Instrument {
 };
 
 struct Rig {
-  Rig() {
-    QVERIFY(!WriteWholeFile(file, script));
+  explicit Rig(std::string_view text = script) {
+    QVERIFY(!WriteWholeFile(file, text));
     frm.Load("");
     FrmMainControls& controls = frm.controls;
     controls.connection.cboSerial.SetText("NET");
@@ -123,32 +128,75 @@ struct Rig {
     Key(Qt::Key_F9);
   }
 
-  // Runs the test until `end`; at each stand the next of these is done, from within the stand.
-  void Run(std::vector<std::function<void()>> atStands, const std::function<bool()>& end) {
+  // Does `work`; at each stand meanwhile the next of these is done, from within the stand. They must all
+  // come.
+  void Do(std::vector<std::function<void()>> atStands, const std::function<void()>& work,
+          const std::function<bool()>& end) {
     QTimer look;
     std::size_t next = 0;
-    int stood = 0;
+    bool acts = false;
     QObject::connect(&look, &QTimer::timeout, editor, [&] {
-      if (!frm.Editor().Debugger().Stands()) {
-        stood = 0;
-      } else if (++stood == 1 && next < atStands.size()) {
-        atStands[next++]();
-        stood = 0;  // a step may have led to the next stand already
-      }
+      if (QTest::currentTestFailed()) return frm.Script().StopScript();
+      if (acts || StandsAt() == 0 || next >= atStands.size()) return;
+      const ScopeFlag acting(acts);
+      atStands[next++]();
     });
     look.start(10);
-    frm.controls.connection.cmdOpen.Click();
-    QTRY_VERIFY(frm.LinkOpen());
-    frm.controls.script.chkEnableScript.SetChecked(true);
-    frm.controls.run.Command1.Click();
+    work();
     QTRY_VERIFY_WITH_TIMEOUT(next == atStands.size() && end(), 30000);
   }
 
+  // Runs the test until `end`.
+  void Run(std::vector<std::function<void()>> atStands, const std::function<bool()>& end) {
+    Do(
+        std::move(atStands),
+        [this] {
+          frm.controls.connection.cmdOpen.Click();
+          QTRY_VERIFY(frm.LinkOpen());
+          frm.controls.script.chkEnableScript.SetChecked(true);
+          frm.controls.run.Command1.Click();
+        },
+        end);
+  }
+
+  // Starts the script by its key, which returns when its top level has.
+  void Start(std::vector<std::function<void()>> atStands, const std::function<bool()>& end) {
+    Do(
+        std::move(atStands), [this] { Key(Qt::Key_F5); }, end);
+  }
+
+  template <class Widget>
+  Widget& Find(const char* name) {
+    return *editor->findChild<Widget*>(name);
+  }
+  bool Runs() { return frm.Script().Runner().Loaded(); }
+
   // The value of a variable in the tree.
   QString Shown(const char* name) {
-    const auto found = editor->findChild<QTreeWidget*>("debugValues")
-                           ->findItems(name, Qt::MatchExactly | Qt::MatchRecursive, 0);
+    const auto found =
+        Find<QTreeWidget>("debugValues").findItems(name, Qt::MatchExactly | Qt::MatchRecursive, 0);
     return found.isEmpty() ? QString("(not there)") : found.front()->text(1);
+  }
+  static void Enter(QLineEdit& line, const char* text) {
+    line.selectAll();
+    QTest::keyClicks(&line, text);
+    QTest::keyClick(&line, Qt::Key_Return);
+  }
+  void SetCondition(const char* condition) {
+    Key(Qt::Key_F9, Qt::ControlModifier);
+    // One that was answered goes only when the script does not stand any more.
+    const auto dialogs = editor->findChildren<QWidget*>("conditionDialog");
+    Enter(*dialogs.back()->findChild<QLineEdit*>(), condition);
+  }
+  void MoveMouse(int line, int column) {
+    const auto position = view->SendScintilla(QsciScintilla::SCI_FINDCOLUMN, line - 1, long{column});
+    const auto at = [&](unsigned int message) {
+      return static_cast<int>(view->SendScintilla(message, 0L, position));
+    };
+    const QPoint place(at(QsciScintilla::SCI_POINTXFROMPOSITION) + 2,
+                       at(QsciScintilla::SCI_POINTYFROMPOSITION) + 4);
+    QMouseEvent event(QEvent::MouseMove, place, view->mapToGlobal(place), Qt::NoButton, {}, {});
+    QApplication::sendEvent(view->viewport(), &event);
   }
   int StandsAt() { return frm.Editor().Debugger().Stands() ? frm.Editor().Debugger().Place().line : 0; }
 
@@ -194,7 +242,7 @@ class ScriptDebuggerTest : public QObject {
              },
              [&] {
                QCOMPARE(rig.StandsAt(), 10);
-               auto& calls = *rig.editor->findChild<QListWidget*>("debugCalls");
+               auto& calls = rig.Find<QListWidget>("debugCalls");
                QCOMPARE(calls.count(), 2);
                QCOMPARE(calls.item(1)->text(), "ReceiveString, line 5");
                calls.setCurrentRow(1);
@@ -232,6 +280,105 @@ class ScriptDebuggerTest : public QObject {
     QVERIFY(!rig.frm.controls.script.chkEnableScript.Checked());
     QCOMPARE(rig.prompts.shown.size(), std::size_t{0});
     rig.frm.controls.run.Command1.Click();
+  }
+
+  void aScriptThatNeverYieldsIsPausedByItsKey() {
+    Rig rig("n = 1\nDo\n  n = n + 1\nLoop\n");
+    QTimer press;
+    press.setSingleShot(true);
+    QObject::connect(&press, &QTimer::timeout, rig.editor,
+                     [&] { rig.Key(Qt::Key_F5, Qt::ControlModifier | Qt::ShiftModifier); });
+    press.start(1);
+    rig.Start({[&] {
+                 QVERIFY(rig.StandsAt() >= 3);
+                 QVERIFY(rig.Shown("n").toInt() > 1);
+                 rig.Key(Qt::Key_F5);
+                 press.start(1);
+               },
+               [&] { rig.Key(Qt::Key_F5, Qt::ShiftModifier); }},
+              [&] { return !rig.Runs(); });
+    QVERIFY(rig.prompts.shown.empty());
+  }
+
+  void everyKeyOfTheDebuggerDoesItsPart() {
+    Rig rig(
+        "For i = 1 To 5\n  sum = sum + Squared(i)\nNext\nx = 1 \\ 0\n"
+        "Function Squared(n)\n  Squared = n * n\nEnd Function\n");
+    rig.Find<QComboBox>("debugErrors").setCurrentIndex(1);
+    rig.view->GoTo(2, 0);
+    rig.SetCondition("i = nobody");
+    rig.Start({[&] {
+                 QVERIFY(rig.Find<QLabel>("debugState").text().contains("nobody"));
+                 rig.SetCondition("i = 3");
+                 rig.Key(Qt::Key_F5);
+               },
+               [&] {
+                 QCOMPARE(rig.Shown("sum"), "5");
+                 rig.Enter(rig.Find<QLineEdit>("debugWatch"), "Squared(i) + sum");
+                 QCOMPARE(rig.Shown("Squared(i) + sum"), "14");
+                 rig.MoveMouse(2, 3);
+                 QTRY_COMPARE(QToolTip::text(), "sum = 5");
+                 rig.view->GoTo(6, 0);
+                 rig.Key(Qt::Key_F10, Qt::ControlModifier);
+               },
+               [&] {
+                 QCOMPARE(rig.StandsAt(), 6);
+                 QCOMPARE(rig.Shown("n"), "3");
+                 rig.Key(Qt::Key_F11, Qt::ShiftModifier);
+               },
+               [&] {
+                 QCOMPARE(rig.StandsAt(), 3);
+                 QCOMPARE(rig.Shown("sum"), "14");
+                 rig.Key(Qt::Key_F5);
+               },
+               [&] {
+                 QCOMPARE(rig.StandsAt(), 4);
+                 QVERIFY(rig.Find<QLabel>("debugState").text().contains("Division by zero"));
+                 QCOMPARE(rig.Shown("sum"), "55");
+                 rig.Key(Qt::Key_F5, Qt::ShiftModifier);
+               }},
+              [&] { return !rig.Runs(); });
+    QVERIFY(rig.prompts.shown.empty());
+  }
+
+  void whateverEndsWhileItStandsEndsInOrder() {
+    struct Case {
+      const char* what;
+      std::function<void(Rig& rig)> done;
+      bool runs;          // afterwards
+      std::size_t asked;  // questions and boxes
+    };
+    const std::vector<Case> cases{
+        {"the editor closes", [](Rig& rig) { rig.editor->close(); }, true, 0},
+        {"the editor opens another file",
+         [](Rig& rig) {
+           rig.frm.Editor().New("VBScript");
+           QVERIFY(rig.StandsAt() == 2 && rig.Find<QLabel>("debugState").text().contains("bench.vbs"));
+           rig.Find<QListWidget>("debugCalls").setCurrentRow(1);
+           QCOMPARE(rig.frm.Editor().FileName(), "bench.vbs");
+           rig.Key(Qt::Key_F5);
+         },
+         true, 0},
+        {"Restart", [](Rig& rig) { rig.Key(Qt::Key_F5, Qt::ControlModifier); }, true, 0},
+        {"the program's window closes",
+         [](Rig& rig) {
+           rig.Key(Qt::Key_Space);  // not saved
+           rig.window.close();
+         },
+         false, 1},
+    };
+    for (const Case& each : cases) {
+      Rig rig("Sub SendString\n  n = 1\nEnd Sub\nCall Deeper(1)\nSub Deeper(x): SendString: End Sub\n");
+      rig.prompts.saveAnswer = SaveAnswer::Discard;
+      rig.BreakAt(2);
+      rig.Start({[&] {
+                  rig.BreakAt(2);  // once only
+                  each.done(rig);
+                }},
+                [&] { return rig.StandsAt() == 0 && rig.Runs() == each.runs; });
+      QVERIFY2(rig.prompts.shown.size() == each.asked, each.what);
+      rig.frm.controls.script.chkEnableScript.SetChecked(false);
+    }
   }
 };
 

@@ -104,6 +104,7 @@ void ScriptView::ShowText(const std::string& utf8, std::string_view lineEnd) {
   SendScintilla(SCI_SETTEXT, utf8.c_str());
   SendScintilla(SCI_EMPTYUNDOBUFFER);
   SendScintilla(SCI_SETSAVEPOINT);
+  setScrollWidth(1);  // grows with the lines that come into sight, and never shrinks
   setEolMode(lineEnd == "\r\n" ? EolWindows : lineEnd == "\r" ? EolMac : EolUnix);
   MarkError(0, 0);
   FitLineNumbers();
@@ -150,6 +151,7 @@ void ScriptView::MarkError(int line, int column) {
 void ScriptView::SetRunningLine(int line) {
   markerDeleteAll(runningMarker);
   markerDeleteAll(runningLineMarker);
+  setCaretLineVisible(line < 1);  // it would cover the mark of the same line
   if (line < 1) return;
   markerAdd(line - 1, runningMarker);
   markerAdd(line - 1, runningLineMarker);
