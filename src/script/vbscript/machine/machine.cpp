@@ -310,6 +310,8 @@ void ForgetReferences(const Frame& frame) {
 // Unwinds to the nearest procedure under Resume Next and sets it to go on behind the failed statement.
 // False when there is none above `entry`; all of those procedures have then ended.
 bool Machine::Recover(ScriptError& error, const Frame* entry) {
+  constexpr std::size_t stepsOfError = 300;  // to throw, find and catch it
+  effort::Spend(stepsOfError);
   const bool isNew = error.position.line == 0;
   Explain(error);
   if (debugging_ && isNew) debugging_->Failed(error);
