@@ -56,6 +56,9 @@ class ScriptDebugger final : private vbs::DebugHook {
   // The script that runs, as far as it can be followed; empty without one.
   const std::filesystem::path& Followed() const { return file_; }
 
+  // The text that was started last, in whatever language.
+  const std::u16string& StartedText() const { return source_; }
+
   // The breakpoints of a file, in ascending order, kept until the program ends. In a script that runs they
   // count at once.
   void SetBreakpoints(const std::filesystem::path& file, std::vector<Breakpoint> breakpoints);
@@ -131,7 +134,7 @@ class ScriptDebugger final : private vbs::DebugHook {
 
   vbs::Engine* engine_ = nullptr;
   std::filesystem::path file_;
-  std::u16string source_;                 // the text that runs
+  std::u16string source_;                 // the text that was started last
   std::optional<std::set<int>> lines_;    // where it can be stopped at, once that was asked
   std::map<int, std::u16string> active_;  // its breakpoints: line and condition
   std::optional<vbs::StopsAt> told_;      // what the engine was told last; nothing: it is not followed

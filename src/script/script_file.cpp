@@ -72,7 +72,10 @@ std::string ContentOf(const fs::path& path) {
 }  // namespace
 
 ScriptText ReadScript(const fs::path& path) {
-  std::string content = ContentOf(path);
+  return ScriptTextOf(ContentOf(path));
+}
+
+ScriptText ScriptTextOf(std::string content) {
   content.insert(0, MissingMark(content));
   const FileText file = FileTextOf(content);
   const bool isUtf16 = content.starts_with(utf16Marks[0]) || content.starts_with(utf16Marks[1]);

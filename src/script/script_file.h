@@ -24,8 +24,11 @@ struct ScriptText {
 inline constexpr std::size_t longestScript = std::size_t{16} << 20;  // bytes
 
 // The text of a script: UTF-16 of either order, with a mark or without, UTF-8 when it is well-formed,
-// otherwise byte for byte; without a Ctrl-Z at its end. Throws ScriptError 53 where there is no such file, 7
-// where it is longer than longestScript, 70 where it cannot be read.
+// otherwise byte for byte; without a Ctrl-Z at its end.
+ScriptText ScriptTextOf(std::string content);
+
+// The same of a file. Throws ScriptError 53 where there is no such file, 7 where it is longer than
+// longestScript, 70 where it cannot be read.
 ScriptText ReadScript(const std::filesystem::path& file);
 
 }  // namespace quarlin

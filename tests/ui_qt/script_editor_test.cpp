@@ -13,6 +13,7 @@
 
 #include "base/files.h"
 #include "script/edit/frm_editor.h"
+#include "script/edit/jscript_words.h"
 #include "script/jscript/engine.h"
 #include "script/script_host.h"
 #include "script/vbscript_engine.h"
@@ -176,12 +177,84 @@ class ScriptEditorTest : public QObject {
          {"", "Err.", "AppendLog.", "StringReceived.", "TimerTask.", "FormMain.", "FrmCommand.", "txtMax.",
           "CBOSEND.", "lstError.", "Check1.", "Command1.", "Option4(1).", "Label7.", "HScroll1.", "Timer1.",
           "TextIO.", "ShpOutput(1)."}) {
-      const auto found = rig.editor.Words.At("VBScript", before, "");
-      QVERIFY2(!found.empty(), before);
-      for (const Suggestion& one : found) {
-        QVERIFY2(one.help.size() > one.name.size() + 2, (before + one.name).c_str());
+      for (const char* language : {"VBScript", "JScript"}) {
+        const auto found = rig.editor.Words.At(language, before, "");
+        QVERIFY2(!found.empty(), before);
+        for (const Suggestion& one : found) {
+          QVERIFY2(one.help.size() > one.name.size() + 2, (before + one.name).c_str());
+        }
       }
     }
+  }
+
+  void jscriptIsOfferedWhatItsEngineHasAndNothingOfTheOtherLanguage() {
+    Rig rig("var pattern = /a/;\n", "bench.js");
+    rig.Key(Qt::Key_End);
+    std::string asked;
+    for (const JscriptWord& word : JscriptWords()) {
+      const std::string name(word.name);
+      if (word.owner == ".") {
+        asked += "if (!['', [], 0, new Date(), /a/].some(function (it) { return Object(it)." + name +
+                 " !== undefined; })) throw '" + name + "';\n";
+      } else if (!word.owner.empty() || std::isupper(static_cast<unsigned char>(name[0])) != 0) {
+        const std::string whole = (word.owner.empty() ? "" : std::string(word.owner) + ".") + name;
+        asked += "if (typeof " + whole + " === 'undefined') throw '" + whole + "';\n";
+      }
+    }
+    QVERIFY(!WriteWholeFile(rig.folder / "asked.js", asked));
+    rig.frm.Script().RunFile("asked.js");
+    rig.loop.Pass(1s);
+    QVERIFY2(rig.frm.Script().Runner().Loaded(), rig.prompts.shown.empty() ? "" : rig.prompts.shown[0].c_str());
+
+    const auto names = [&](const char* before) {
+      std::set<std::string> found;
+      for (const Suggestion& one : rig.editor.Words.At("JScript", before, "")) found.insert(one.name);
+      return found;
+    };
+    const auto all = names("");
+    QVERIFY(all.contains("parseInt") && all.contains("txtMax") && all.contains("RichAppendText"));
+    QVERIFY(!all.contains("Mid") && !all.contains("vbCrLf") && !all.contains("ElseIf") &&
+            !all.contains("Sleep"));
+    QVERIFY(names("Math.").contains("abs") && names("pattern.").contains("test"));
+    QVERIFY(!names("txtMax.").contains("test"));
+    QCOMPARE(rig.editor.Words.CallHelp("JScript", "x = Math.abs(", ""), "Math.abs(number): without its sign");
+    QCOMPARE(rig.editor.Words.CallHelp("JScript", "text.replace(", "").substr(0, 8), "replace(");
+  }
+
+  void allThatIsFoundIsMarkedWhileTheBarIsOpen() {
+    Rig rig("cat = 1 ' \xC3\xA4 CAT\nconcat\n");
+    const auto marked = [&] {
+      QString found;
+      for (int i = 0; i < rig.view->length(); ++i) {
+        if (rig.view->SendScintilla(QsciScintilla::SCI_INDICATORVALUEAT, 9, i) != 0)
+          found += rig.view->text(i, i + 1);
+      }
+      return found;
+    };
+    rig.Key(Qt::Key_F);
+    rig.Type("cat");
+    QCOMPARE(marked(), "catCATcat");
+    rig.Key(Qt::Key_Return, Qt::NoModifier);
+    rig.view->setFocus();
+    rig.Type("x");  // in the place of what was found
+    QTRY_COMPARE(marked(), "CATcat");
+    rig.Find<QLineEdit>("editorFind").setFocus();
+    rig.Key(Qt::Key_Escape, Qt::NoModifier);
+    QCOMPARE(marked(), "");
+  }
+
+  void anOlderTextThatRunsIsToldWhoeverStartedIt() {
+    Rig rig("x = 1\r\n\x1A");  // as old editors end a file
+    QVERIFY(!rig.editor.Fault());
+    rig.frm.Script().RunFile("bench.vbs");
+    QVERIFY(rig.editor.Runs() && !rig.editor.RunsOlder());
+    rig.Type("y");
+    rig.Key(Qt::Key_S);
+    QVERIFY(rig.editor.RunsOlder());
+    QVERIFY(rig.Find<QLabel>("editorPlace").text().contains("an older text runs"));
+    rig.frm.Script().RunFile("bench.vbs");
+    QVERIFY(!rig.editor.RunsOlder());
+    rig.frm.Script().StopScript();
   }
 
   void replaceAllCountsAndUndoTakesItBack() {

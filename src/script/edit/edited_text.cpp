@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/enum_table.h"
 #include "base/text.h"
 #include "script/values/conversions.h"
 
@@ -20,6 +21,18 @@ constexpr std::array<Mark, 3> marks{{
     {"\xFE\xFF", TextEncoding::Utf16BigEndian},
     {"\xEF\xBB\xBF", TextEncoding::MarkedUtf8},
 }};
+
+struct EncodingWords {
+  TextEncoding encoding;
+  std::string_view name;
+};
+
+constexpr auto encodingNames = std::to_array<EncodingWords>({{TextEncoding::Utf8, "UTF-8"},
+                                                             {TextEncoding::MarkedUtf8, "UTF-8 with mark"},
+                                                             {TextEncoding::Latin1, "Latin-1"},
+                                                             {TextEncoding::Utf16LittleEndian, "UTF-16 LE"},
+                                                             {TextEncoding::Utf16BigEndian, "UTF-16 BE"}});
+static_assert(StandInOrder(encodingNames, &EncodingWords::encoding, TextEncoding::Utf16BigEndian));
 
 TextEncoding EncodingOf(std::string_view content, bool isUtf8) {
   for (const Mark& mark : marks) {
@@ -87,9 +100,7 @@ std::optional<std::string> FileContentOf(std::string_view utf8, TextEncoding enc
 }
 
 std::string_view EncodingName(TextEncoding encoding) {
-  constexpr std::array<std::string_view, 5> names{"UTF-8", "UTF-8 with mark", "Latin-1", "UTF-16 LE",
-                                                  "UTF-16 BE"};
-  return names[static_cast<std::size_t>(encoding)];
+  return encodingNames[static_cast<std::size_t>(encoding)].name;
 }
 
 }  // namespace quarlin

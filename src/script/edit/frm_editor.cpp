@@ -43,7 +43,10 @@ FrmEditor::FrmEditor(EditorParts parts)
   };
   ScriptHooks& hooks = parts_.script.Hooks;
   hooks.chosen = [this] { FollowChoice(); };
-  hooks.loadedChanged = [this] { Hooks.runChanged(); };
+  hooks.loadedChanged = [this] {
+    CompareWithRunning();
+    Hooks.runChanged();
+  };
   hooks.showError = [this](std::u16string_view procedure, const vbs::ScriptError& error) {
     return ErrorMet(procedure, error);
   };
@@ -117,6 +120,7 @@ void FrmEditor::Take(EditedText text, const std::filesystem::path& file) {
   discarded_ = false;
   if (!file.empty()) Recent.Use(file);
   WatchFile();
+  CompareWithRunning();
   Hooks.opened();
   FileChanged();
   CheckText();
@@ -144,6 +148,7 @@ void FrmEditor::FileTouched() {
   }
   if (content.bytes == onDisk_) return;
   onDisk_ = content.bytes;
+  CompareWithRunning();
   asking_ = true;
   const bool again = parts_.prompts.Confirm(
       fmt::format("Another program has changed {}.\n{}Read it again?", NameOf(file_),
@@ -199,6 +204,7 @@ bool FrmEditor::Write(const std::filesystem::path& file) {
   text_.utf8 = std::move(utf8);
   onDisk_ = std::move(*content);
   modified_ = false;
+  CompareWithRunning();
   Tell(fmt::format("{} saved{}", NameOf(file),
                    widened ? ", as UTF-8: Latin-1 has not all of its characters" : ""));
   FileChanged();
@@ -233,7 +239,9 @@ void FrmEditor::SetModified(bool modified) {
 bool FrmEditor::CheckText() {
   checkAlarm_.Cancel();
   try {
-    parts_.script.Runner().CheckText(language_, vbs::Utf16Of(CurrentText()));
+    const std::string utf8 = CurrentText();
+    parts_.script.Runner().CheckText(language_,
+                                     ScriptTextOf(FileContentOf(utf8, text_.encoding).value_or(utf8)).text);
     SetFault(std::nullopt);
   } catch (const vbs::ScriptError& error) {
     SetFault(TextFault{error.position, vbs::Utf8Of(error.FullDescription())});
@@ -263,6 +271,16 @@ bool FrmEditor::IsChosen() const {
 
 bool FrmEditor::Runs() const {
   return IsChosen() && parts_.script.Runner().Loaded();
+}
+
+void FrmEditor::CompareWithRunning() {
+  older_ = Runs() && ScriptTextOf(onDisk_).text != Debugger().StartedText();
+}
+
+void FrmEditor::StandChanged() {
+  CompareWithRunning();  // it may stand before anybody was told that it was started
+  ShowCaption();
+  Hooks.runChanged();
 }
 
 bool FrmEditor::SaveFirst() {
@@ -295,7 +313,7 @@ bool FrmEditor::Restart() {
     Hooks.placeWanted(fault_->place);
     return false;
   }
-  started_ = onDisk_;
+  older_ = false;
   starting_ = true;
   parts_.script.RunFile(file_.filename().string());
   starting_ = false;

@@ -112,9 +112,10 @@ class FrmEditor : public Form {
   bool Restart();
   void Stop();
 
-  // The script of this file is the one that is loaded; the text has changed since then.
+  // The script of this file is the one that is loaded; the text has changed since it was started, whoever did
+  // that.
   bool Runs() const;
-  bool RunsOlder() const { return Runs() && (modified_ || started_ != onDisk_); }
+  bool RunsOlder() const { return Runs() && (modified_ || older_); }
 
   // Gives the text to that procedure of the script, for ReceiveChar character by character, and writes what
   // comes out of it. No link takes part. The script is started where it does not run. `text` is bytes, with
@@ -125,9 +126,10 @@ class FrmEditor : public Form {
 
   // The debugger of the script that runs. Its window tells when the script begins to stand or goes on.
   ScriptDebugger& Debugger() { return parts_.script.Runner().Debugger(); }
-  void StandChanged() { ShowCaption(); }
+  void StandChanged();
 
  private:
+  void CompareWithRunning();
   bool SaveFirst();
   bool ErrorMet(std::u16string_view procedure, const vbs::ScriptError& error);
   bool IsChosen() const;
@@ -153,7 +155,7 @@ class FrmEditor : public Form {
   bool discarded_ = false;     // what stands in the view was given up when it closed
   bool savesUnasked_ = false;  // she has said once that a start saves
   bool starting_ = false;
-  std::string started_;  // what the file held when it was started last
+  bool older_ = false;  // what runs is not what the file holds
   std::optional<TextFault> fault_;
   std::unique_ptr<FolderWatch> watch_;  // of the file's folder
   Alarm checkAlarm_;

@@ -314,20 +314,29 @@ constexpr std::array controlRows = std::to_array<Row>({
     {"Control", "Item", "Item(i): the control with that index"},
 });
 
+// The help of the first row for that name.
+template <typename... Tables>
+std::string_view FirstIn(std::string_view owner, std::string_view name, const Tables&... tables) {
+  std::string_view help;
+  const auto look = [&](const auto& rows) {
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const Row& row) {
+      return EqualsIgnoringCase(row.owner, owner) && EqualsIgnoringCase(row.name, name);
+    });
+    if (found != rows.end()) help = found->help;
+    return found != rows.end();
+  };
+  (look(tables) || ...);
+  return help;
+}
+
 }  // namespace
 
 std::string_view HelpLine(std::string_view owner, std::string_view name) {
-  const auto fits = [&](const Row& row) {
-    return EqualsIgnoringCase(row.owner, owner) && EqualsIgnoringCase(row.name, name);
-  };
-  const auto in = [&](const auto& rows) {
-    const auto found = std::find_if(rows.begin(), rows.end(), fits);
-    return found == rows.end() ? std::string_view() : found->help;
-  };
-  for (const std::string_view help : {in(languageRows), in(functionRows), in(objectRows), in(controlRows)}) {
-    if (!help.empty()) return help;
-  }
-  return {};
+  return FirstIn(owner, name, languageRows, functionRows, objectRows, controlRows);
+}
+
+std::string_view ProgramHelpLine(std::string_view owner, std::string_view name) {
+  return FirstIn(owner, name, objectRows, controlRows);
 }
 
 }  // namespace quarlin

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One line of help for each name of the languages and of the program's objects.
+// One line of help for each name of VBScript and of the program's objects.
 #pragma once
 
 #include <string_view>
@@ -10,5 +10,8 @@ namespace quarlin {
 // difference. `owner` is what the name is a member of: an object's name, "Err", "Control" for what controls
 // have, empty for what stands alone.
 std::string_view HelpLine(std::string_view owner, std::string_view name);
+
+// The same without VBScript's own names.
+std::string_view ProgramHelpLine(std::string_view owner, std::string_view name);
 
 }  // namespace quarlin

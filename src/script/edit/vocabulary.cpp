@@ -7,9 +7,11 @@
 #include <array>
 #include <cctype>
 
+#include "base/enum_table.h"
 #include "base/text.h"
 #include "script/control_object.h"
 #include "script/edit/help_lines.h"
+#include "script/edit/jscript_words.h"
 #include "script/edit/language_names.h"
 #include "script/values/conversions.h"
 #include "script/vbscript/functions/library.h"
@@ -60,21 +62,54 @@ std::string Spelled(const std::string& keyword) {
   return keyword;
 }
 
-std::string_view KindWords(ControlKind kind) {
-  constexpr std::array<std::string_view, 12> words{
-      "a text box", "a combo box", "a check box",  "an option button", "a button",          "a label",
-      "a frame",    "a lamp",      "a scroll bar", "a list box",       "the received text", "a timer"};
-  return words[static_cast<std::size_t>(kind)];
-}
+struct KindWords {
+  ControlKind kind;
+  std::string_view words;
+};
+constexpr auto kindWords = std::to_array<KindWords>({{ControlKind::TextBox, "a text box"},
+                                                     {ControlKind::ComboBox, "a combo box"},
+                                                     {ControlKind::CheckBox, "a check box"},
+                                                     {ControlKind::OptionButton, "an option button"},
+                                                     {ControlKind::CommandButton, "a button"},
+                                                     {ControlKind::Label, "a label"},
+                                                     {ControlKind::Frame, "a frame"},
+                                                     {ControlKind::Shape, "a lamp"},
+                                                     {ControlKind::ScrollBar, "a scroll bar"},
+                                                     {ControlKind::ListBox, "a list box"},
+                                                     {ControlKind::RichTextBox, "the received text"},
+                                                     {ControlKind::Timer, "a timer"}});
+static_assert(StandInOrder(kindWords, &KindWords::kind, ControlKind::Timer));
 
-void Sort(std::vector<Suggestion>& found) {
+// Of two names that are the same to the language, the first stays.
+void Sort(std::vector<Suggestion>& found, std::string_view language) {
+  const bool isVbscript = language == "VBScript";
   const auto key = [](const Suggestion& one) { return ToUpper(one.name); };
-  std::stable_sort(found.begin(), found.end(),
-                   [&](const Suggestion& a, const Suggestion& b) { return key(a) < key(b); });
-  const auto same = [](const Suggestion& a, const Suggestion& b) {
-    return EqualsIgnoringCase(a.name, b.name);
+  std::stable_sort(found.begin(), found.end(), [&](const Suggestion& a, const Suggestion& b) {
+    const std::string left = key(a), right = key(b);
+    return left == right && !isVbscript ? a.name < b.name : left < right;
+  });
+  const auto same = [isVbscript](const Suggestion& a, const Suggestion& b) {
+    return isVbscript ? EqualsIgnoringCase(a.name, b.name) : a.name == b.name;
   };
   found.erase(std::unique(found.begin(), found.end(), same), found.end());
+}
+
+void AddJscript(std::vector<Suggestion>& found, std::string_view owner) {
+  for (const JscriptWord& word : JscriptWords()) {
+    if (word.owner == owner) found.push_back({std::string(word.name), std::string(word.help)});
+  }
+}
+
+// "Math.abs" and "parseInt", then "indexOf" of whatever it is called of; empty for none of them.
+std::string_view JscriptHelp(std::string_view owner, std::string_view name) {
+  const auto words = JscriptWords();
+  for (const std::string_view where : {owner, std::string_view(owner.empty() ? "" : ".")}) {
+    const auto found = std::find_if(words.begin(), words.end(), [&](const JscriptWord& word) {
+      return word.owner == where && word.name == name;
+    });
+    if (found != words.end()) return found->help;
+  }
+  return {};
 }
 
 }  // namespace
@@ -87,37 +122,49 @@ std::vector<Suggestion> Vocabulary::At(std::string_view language, std::string_vi
   const std::string_view chain = WithoutWord(before);
   std::vector<Suggestion> found;
   if (chain.ends_with('.')) {
-    found = MembersOf(chain.substr(0, chain.size() - 1));
+    found = MembersOf(language, chain.substr(0, chain.size() - 1));
   } else {
     found = OwnNames(language, script);
     const std::string typed(LastWord(before));
     std::erase_if(found, [&](const Suggestion& one) { return one.name == typed; });
     AddGlobals(found, language);
   }
-  Sort(found);
+  Sort(found, language);
   return found;
 }
 
-std::vector<Suggestion> Vocabulary::MembersOf(std::string_view chain) const {
+std::vector<Suggestion> Vocabulary::MembersOf(std::string_view language, std::string_view chain) const {
   std::vector<Suggestion> found;
+  const bool isJscript = language != "VBScript";
   const bool indexed = DropBrackets(chain);
   const std::string name(LastWord(chain));
-  if (EqualsIgnoringCase(name, "Err")) {
-    for (const std::string_view member : errMembers)
-      found.push_back({std::string(member), HelpOf("Err", member)});
-    return found;
+  const bool standsAlone = !indexed && !WithoutWord(chain).ends_with('.');
+  if (isJscript && standsAlone && !name.empty()) AddJscript(found, name);
+  if (!isJscript && EqualsIgnoringCase(name, "Err")) {
+    for (const std::string_view member : errMembers) {
+      found.push_back({std::string(member), std::string(HelpLine("Err", member))});
+    }
   }
-  const bool isMember = WithoutWord(chain).ends_with('.');
-  if (!indexed && !isMember) AddObject(found, name);
-  const Control* control = found.empty() ? FindControl(name) : nullptr;
-  if (control == nullptr) return found;
-  if (control->Index() && !indexed) {
+  if (standsAlone && found.empty()) {
+    for (const ScriptRunner::NamedObject& object : runner_.Objects()) {
+      if (EqualsIgnoringCase(vbs::Utf8Of(object.name), name)) AddMembers(found, object, false);
+    }
+  }
+  if (!found.empty()) return found;
+  if (const Control* control = FindControl(name)) return MembersOfControl(*control, indexed);
+  if (isJscript) AddJscript(found, ".");
+  return found;
+}
+
+std::vector<Suggestion> Vocabulary::MembersOfControl(const Control& control, bool indexed) const {
+  std::vector<Suggestion> found;
+  if (control.Index() && !indexed) {
     for (const std::string_view member : arrayMembers) {
       found.push_back({std::string(member), HelpOf("Control", member)});
     }
     return found;
   }
-  const vbs::ObjectRef object(new ControlObject(const_cast<Control&>(*control)));
+  const vbs::ObjectRef object(new ControlObject(const_cast<Control&>(control)));
   for (const std::u16string& member : object->MemberNames()) {
     const std::string text = vbs::Utf8Of(member);
     found.push_back({text, HelpOf("Control", text)});
@@ -125,27 +172,36 @@ std::vector<Suggestion> Vocabulary::MembersOf(std::string_view chain) const {
   return found;
 }
 
-void Vocabulary::AddObject(std::vector<Suggestion>& found, std::string_view name) const {
-  for (const ScriptRunner::NamedObject& named : runner_.Objects()) {
-    const std::string owner = vbs::Utf8Of(named.name);
-    if (!EqualsIgnoringCase(owner, name)) continue;
-    for (const std::u16string& member : named.object->MemberNames()) {
-      const std::string text = vbs::Utf8Of(member);
-      found.push_back({text, HelpOf(owner, text)});
-    }
+void Vocabulary::AddMembers(std::vector<Suggestion>& found, const ScriptRunner::NamedObject& object,
+                            bool bareOnly) const {
+  const std::string owner = vbs::Utf8Of(object.name);
+  for (const std::u16string& member : object.object->MemberNames()) {
+    if (bareOnly && !object.object->FindBare(member)) continue;
+    const std::string text = vbs::Utf8Of(member);
+    found.push_back({text, HelpOf(owner, text)});
   }
 }
 
 void Vocabulary::AddGlobals(std::vector<Suggestion>& found, std::string_view language) const {
-  for (const ScriptRunner::NamedObject& named : runner_.Objects()) {
-    const std::string owner = vbs::Utf8Of(named.name);
-    found.push_back({owner, HelpOf("", owner)});
-    AddObject(found, owner);
+  for (const ScriptRunner::NamedObject& object : runner_.Objects()) {
+    const std::string name = vbs::Utf8Of(object.name);
+    found.push_back({name, HelpOf("", name)});
+    AddMembers(found, object, true);
   }
-  if (language != "VBScript") return;
-  for (const std::string& keyword : KeywordNames()) found.push_back({Spelled(keyword), HelpOf("", keyword)});
-  for (const std::string& function : FunctionNames()) found.push_back({function, HelpOf("", function)});
-  for (const std::string_view name : extraNames) found.push_back({std::string(name), HelpOf("", name)});
+  if (language == "VBScript") {
+    AddVbscript(found);
+  } else {
+    AddJscript(found, "");
+  }
+}
+
+void Vocabulary::AddVbscript(std::vector<Suggestion>& found) const {
+  const auto add = [&](const std::string& name, std::string_view key) {
+    found.push_back({name, std::string(HelpLine("", key))});
+  };
+  for (const std::string& keyword : KeywordNames()) add(Spelled(keyword), keyword);
+  for (const std::string& function : FunctionNames()) add(function, function);
+  for (const std::string_view name : extraNames) add(std::string(name), name);
   for (const vbs::NamedConstant& constant : vbs::LibraryConstants()) {
     const std::string name = vbs::Utf8Of(constant.name);
     const bool isText = constant.value.IsString();
@@ -164,16 +220,19 @@ const Control* Vocabulary::FindControl(std::string_view name) const {
 }
 
 std::string Vocabulary::HelpOf(std::string_view owner, std::string_view name) const {
-  std::string_view help = HelpLine(owner, name);
-  if (help.empty()) help = HelpLine("", name);
+  std::string_view help = ProgramHelpLine(owner, name);
+  if (help.empty()) help = ProgramHelpLine("", name);
   if (!help.empty()) return std::string(help);
   const Control* control = FindControl(name);
   if (control == nullptr) return {};
   const std::string told = controlHelp_ ? controlHelp_(*control) : "";
-  return fmt::format("{}: {}", name, told.empty() ? KindWords(control->Kind()) : std::string_view(told));
+  return fmt::format(
+      "{}: {}", name,
+      told.empty() ? kindWords[static_cast<std::size_t>(control->Kind())].words : std::string_view(told));
 }
 
-std::string Vocabulary::CallHelp(std::string_view before, std::string_view script) const {
+std::string Vocabulary::CallHelp(std::string_view language, std::string_view before,
+                                 std::string_view script) const {
   int depth = 0;
   for (std::size_t i = before.size(); i-- > 0;) {
     depth += before[i] == ')' ? 1 : before[i] == '(' ? -1 : 0;
@@ -183,8 +242,11 @@ std::string Vocabulary::CallHelp(std::string_view before, std::string_view scrip
     if (name.empty()) return {};
     const std::string_view left = WithoutWord(chain);
     const std::string_view owner = left.ends_with('.') ? LastWord(left.substr(0, left.size() - 1)) : "";
+    const std::string_view ofLanguage =
+        language == "VBScript" ? HelpLine(owner, name) : JscriptHelp(owner, name);
+    if (!ofLanguage.empty()) return std::string(ofLanguage);
     if (std::string help = HelpOf(owner, name); !help.empty()) return help;
-    for (const Suggestion& own : OwnNames("VBScript", script)) {
+    for (const Suggestion& own : OwnNames(language, script)) {
       if (EqualsIgnoringCase(own.name, name)) return own.help;
     }
     return {};

@@ -29,22 +29,26 @@ class Vocabulary {
 
   // What may stand behind `before`, the text of the line up to the cursor, in the order of the alphabet:
   // members where it ends in "name." and the beginning of a member, else all that the script sees. `script`
-  // is the whole text. Nothing behind a dot whose left side is not known.
+  // is the whole text. Behind a dot whose left side is not known: nothing in VBScript, and in JScript what
+  // texts, lists, dates and patterns have.
   std::vector<Suggestion> At(std::string_view language, std::string_view before,
                              std::string_view script) const;
 
   // The help for the procedure whose arguments are being typed at the end of `before`; empty for none.
-  std::string CallHelp(std::string_view before, std::string_view script) const;
+  std::string CallHelp(std::string_view language, std::string_view before, std::string_view script) const;
 
   // "FormMain.txtMax": every object with each of its members.
   std::vector<std::string> QualifiedNames() const;
 
  private:
-  std::vector<Suggestion> MembersOf(std::string_view chain) const;
+  std::vector<Suggestion> MembersOf(std::string_view language, std::string_view chain) const;
+  std::vector<Suggestion> MembersOfControl(const Control& control, bool indexed) const;
   void AddGlobals(std::vector<Suggestion>& found, std::string_view language) const;
-  void AddObject(std::vector<Suggestion>& found, std::string_view name) const;
+  void AddVbscript(std::vector<Suggestion>& found) const;
+  void AddMembers(std::vector<Suggestion>& found, const ScriptRunner::NamedObject& object,
+                  bool bareOnly) const;
   const Control* FindControl(std::string_view name) const;
-  std::string HelpOf(std::string_view owner, std::string_view name) const;
+  std::string HelpOf(std::string_view owner, std::string_view name) const;  // of the program's names
 
   const ScriptRunner& runner_;
   std::vector<const ControlCollection*> windows_;

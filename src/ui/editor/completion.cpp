@@ -97,7 +97,7 @@ void Completion::Show(bool asked) {
 }
 
 void Completion::ShowCall() {
-  const std::string help = words_.CallHelp(Before(), view_.Text());
+  const std::string help = words_.CallHelp(language_, Before(), view_.Text());
   if (help.empty()) return;
   const auto at = static_cast<unsigned long>(view_.SendScintilla(QsciScintilla::SCI_GETCURRENTPOS));
   view_.SendScintilla(QsciScintilla::SCI_CALLTIPSHOW, at, help.c_str());

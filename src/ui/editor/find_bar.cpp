@@ -11,6 +11,8 @@
 namespace quarlin {
 namespace {
 
+constexpr std::size_t mostMarked = 5000;
+
 QCheckBox* Option(const QString& text, const char* name, const QString& toolTip) {
   auto* box = new QCheckBox(text);
   box->setObjectName(name);
@@ -65,6 +67,12 @@ FindBar::FindBar(ScriptView& view, QWidget* parent)
   for (QCheckBox* box : {case_, word_, expression_}) {
     connect(box, &QCheckBox::toggled, this, &FindBar::LookAgain);
   }
+  lookLater_.setSingleShot(true);
+  lookLater_.setInterval(200);
+  connect(&lookLater_, &QTimer::timeout, this, &FindBar::LookAgain);
+  connect(&view_, &QsciScintilla::textChanged, this, [this] {
+    if (isVisible()) lookLater_.start();
+  });
   hide();
 }
 
@@ -110,6 +118,8 @@ void FindBar::Open(bool withReplacement) {
 
 void FindBar::Close() {
   hide();
+  lookLater_.stop();
+  view_.MarkFound({});
   view_.setFocus();
 }
 
@@ -156,24 +166,40 @@ void FindBar::ShowFound(const std::optional<FoundText>& found) {
 
 void FindBar::LookAgain() {
   const TextFinder finder = Finder();
-  if (!finder.Error().isEmpty()) {
-    note_->setText(tr("not an expression"));
-    note_->setToolTip(finder.Error());
-    return;
-  }
-  const int count = finder.Count(ShownOf(view_));
-  note_->setToolTip({});
+  note_->setToolTip(finder.Error());
+  const QString text = ShownOf(view_);
+  if (isVisible()) MarkAll(finder, text);
+  if (!finder.Error().isEmpty()) return note_->setText(tr("not an expression"));
+  const int count = finder.Count(text);
   note_->setText(find_->text().isEmpty() ? QString()
                  : count == 1            ? tr("1 place")
                                          : tr("%1 places").arg(count));
 }
 
+void FindBar::MarkAll(const TextFinder& finder, const QString& text) {
+  std::vector<ScriptView::Place> places;
+  qsizetype counted = 0;  // units, which are so many bytes
+  long bytes = 0;
+  const auto bytesUpTo = [&](qsizetype end) {
+    bytes += static_cast<long>(QStringView(text).mid(counted, end - counted).toUtf8().size());
+    counted = end;
+    return bytes;
+  };
+  for (const FoundText& found : finder.First(text, mostMarked)) {
+    const long begin = bytesUpTo(found.begin);
+    places.push_back({begin, bytesUpTo(found.end)});
+  }
+  view_.MarkFound(places);
+}
+
 void FindBar::FindNext() {
+  if (find_->text().isEmpty()) return Open(false);
   LookAgain();
   ShowFound(Finder().Next(ShownOf(view_), Selection().end));
 }
 
 void FindBar::FindPrevious() {
+  if (find_->text().isEmpty()) return Open(false);
   LookAgain();
   ShowFound(Finder().Previous(ShownOf(view_), Selection().begin));
 }
@@ -194,6 +220,8 @@ void FindBar::ReplaceAll() {
   QString text = ShownOf(view_);
   const int count = Finder().ReplaceAll(text, with_->text());
   if (count > 0) view_.ReplaceText(text.toStdString());
+  LookAgain();
+  lookLater_.stop();  // the note stays
   note_->setText(tr("%1 replaced").arg(count));
 }
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The bar above a script's text: finds, and replaces what it finds.
+// The bar above a script's text: finds, colours all that it finds while it is open, and replaces it.
 #pragma once
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTimer>
 #include <QWidget>
 
 #include "ui/editor/text_finder.h"
@@ -23,8 +24,12 @@ class FindBar : public QWidget {
   // Shows it with the keyboard in it, and with what is selected as the text to find.
   void Open(bool withReplacement);
 
+  // Where nothing to find was given yet, they open it.
   void FindNext();
   void FindPrevious();
+
+  // Counts anew, and colours what it finds while it is open: another text is in the view.
+  void LookAgain();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;  // Escape closes it
@@ -36,7 +41,7 @@ class FindBar : public QWidget {
   void Select(const FoundText& found);
   FoundText Selection() const;
   void ShowFound(const std::optional<FoundText>& found);
-  void LookAgain();
+  void MarkAll(const TextFinder& finder, const QString& text);
   void Replace();
   void ReplaceAll();
   void Close();
@@ -49,6 +54,7 @@ class FindBar : public QWidget {
   QCheckBox* expression_;
   QLabel* note_;
   QWidget* replaceRow_;
+  QTimer lookLater_;  // the text has changed
 };
 
 }  // namespace quarlin

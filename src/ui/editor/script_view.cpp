@@ -40,6 +40,9 @@ ScriptView::ScriptView(QWidget* parent)
   setScrollWidthTracking(true);
   SendScintilla(SCI_SETCARETPERIOD, 0);  // a blinking cursor would wake an idle program twice a second
   errorSquiggle_ = indicatorDefine(QsciScintilla::SquiggleIndicator);
+  foundBox_ = indicatorDefine(QsciScintilla::FullBoxIndicator);
+  setIndicatorDrawUnder(true, foundBox_);
+  SendScintilla(SCI_INDICSETALPHA, foundBox_, 255L);
   SetUpMargins();
   SetUpKeys();
   SetLanguage("VBScript");
@@ -148,6 +151,14 @@ void ScriptView::MarkError(int line, int column) {
   SendScintilla(SCI_INDICATORFILLRANGE, begin, end - begin);
 }
 
+void ScriptView::MarkFound(const std::vector<Place>& places) {
+  SendScintilla(SCI_SETINDICATORCURRENT, foundBox_);
+  SendScintilla(SCI_INDICATORCLEARRANGE, 0UL, static_cast<long>(length()));
+  for (const Place& place : places) {
+    SendScintilla(SCI_INDICATORFILLRANGE, static_cast<unsigned long>(place.begin), place.end - place.begin);
+  }
+}
+
 void ScriptView::SetRunningLine(int line) {
   markerDeleteAll(runningMarker);
   markerDeleteAll(runningLineMarker);
@@ -219,6 +230,7 @@ void ScriptView::DressUp() {
   setUnmatchedBraceBackgroundColor(colors.paper);
   setUnmatchedBraceForegroundColor(colors.error);
   setIndicatorForegroundColor(colors.error, errorSquiggle_);
+  setIndicatorForegroundColor(colors.found, foundBox_);
   for (const int marker :
        {SC_MARKNUM_FOLDER, SC_MARKNUM_FOLDEROPEN, SC_MARKNUM_FOLDERSUB, SC_MARKNUM_FOLDERTAIL,
         SC_MARKNUM_FOLDEREND, SC_MARKNUM_FOLDEROPENMID, SC_MARKNUM_FOLDERMIDTAIL}) {

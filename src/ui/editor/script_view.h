@@ -39,6 +39,13 @@ class ScriptView : public QsciScintilla {
   // A squiggle under the word at the place; the cursor stays. Line 0 takes it away.
   void MarkError(int line, int column);
 
+  // Colours these places instead of those before. In bytes, in ascending order, from `begin` up to `end`.
+  struct Place {
+    long begin = 0;
+    long end = 0;
+  };
+  void MarkFound(const std::vector<Place>& places);
+
   // For a debugger: the line where the script stands, 0 for none, and the lines where it is to stop.
   void SetRunningLine(int line);
   // A mark moves with its line; SetBreakpoint gives its handle.
@@ -66,6 +73,7 @@ class ScriptView : public QsciScintilla {
   QsciLexer* jscript_;
   Indenter* indenter_;
   int errorSquiggle_ = -1;
+  int foundBox_ = -1;
 };
 
 }  // namespace quarlin

@@ -55,6 +55,15 @@ int TextFinder::Count(const QString& text) const {
   return count;
 }
 
+std::vector<FoundText> TextFinder::First(const QString& text, std::size_t most) const {
+  std::vector<FoundText> found;
+  ForEach(text, [&](const QRegularExpressionMatch& match) {
+    found.push_back({match.capturedStart(), match.capturedEnd()});
+    return found.size() < most;
+  });
+  return found;
+}
+
 int TextFinder::ReplaceAll(QString& text, const QString& with) const {
   QString replaced;
   qsizetype taken = 0;

@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QString>
 #include <optional>
+#include <vector>
 
 namespace quarlin {
 
@@ -32,6 +33,7 @@ class TextFinder {
   std::optional<FoundText> Next(const QString& text, qsizetype from) const;
   std::optional<FoundText> Previous(const QString& text, qsizetype until) const;
   int Count(const QString& text) const;
+  std::vector<FoundText> First(const QString& text, std::size_t most) const;  // so many places, in order
 
   // Puts `with` in the place of every match and says of how many. In an expression "\1" is its first group.
   int ReplaceAll(QString& text, const QString& with) const;

@@ -287,6 +287,7 @@ void EditorWindow::WireForm() {
     view_->SetLanguage(form_.Language());
     view_->ShowText(form_.Text().utf8, form_.Text().lineEnd);
     debug_->Opened(form_.File(), form_.Language() == "VBScript");
+    if (findBar_->isVisible()) findBar_->LookAgain();
     view_->setFocus();
   };
   hooks.readAgain = [this] {
