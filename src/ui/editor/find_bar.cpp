@@ -11,7 +11,7 @@
 namespace quarlin {
 namespace {
 
-constexpr std::size_t mostMarked = 5000;
+constexpr std::size_t mostMarked = 50'000;
 
 QCheckBox* Option(const QString& text, const char* name, const QString& toolTip) {
   auto* box = new QCheckBox(text);
