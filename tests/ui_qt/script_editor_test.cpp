@@ -237,7 +237,8 @@ class ScriptEditorTest : public QObject {
     rig.Key(Qt::Key_Return, Qt::NoModifier);
     rig.view->setFocus();
     rig.Type("x");  // in the place of what was found
-    QTRY_COMPARE(marked(), "CATcat");
+    rig.loop.Pass(FrmEditor::checkPause);
+    QCOMPARE(marked(), "CATcat");
     rig.Find<QLineEdit>("editorFind").setFocus();
     rig.Key(Qt::Key_Escape, Qt::NoModifier);
     QCOMPARE(marked(), "");

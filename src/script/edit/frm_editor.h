@@ -40,12 +40,12 @@ struct EditorParts {
 
 // The view's part. Texts are UTF-8.
 struct EditorHooks {
-  Hook<std::string()> text;  // as it stands in the view
-  Hook<void()> opened;       // another text: Text() has it
-  Hook<void()> readAgain;    // another program changed the file; the view may let the user take it back
-  Hook<void()> fileChanged;  // its name, whether it is modified, or the recent files
-  Hook<void()> faultChanged;
-  Hook<void()> runChanged;                      // Runs() has
+  Hook<std::string()> text;   // as it stands in the view
+  Hook<void()> opened;        // another text: Text() has it
+  Hook<void()> readAgain;     // another program changed the file; the view may let the user take it back
+  Hook<void()> fileChanged;   // its name, whether it is modified, or the recent files
+  Hook<void()> faultChanged;  // the text was looked at, a moment after it had changed
+  Hook<void()> runChanged;    // Runs() has
   Hook<void(vbs::Position place)> placeWanted;  // it is to be shown, with the cursor in it
 };
 

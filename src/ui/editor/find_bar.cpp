@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "ui/editor/script_view.h"
 
@@ -67,12 +68,6 @@ FindBar::FindBar(ScriptView& view, QWidget* parent)
   for (QCheckBox* box : {case_, word_, expression_}) {
     connect(box, &QCheckBox::toggled, this, &FindBar::LookAgain);
   }
-  lookLater_.setSingleShot(true);
-  lookLater_.setInterval(200);
-  connect(&lookLater_, &QTimer::timeout, this, &FindBar::LookAgain);
-  connect(&view_, &QsciScintilla::textChanged, this, [this] {
-    if (isVisible()) lookLater_.start();
-  });
   hide();
 }
 
@@ -118,7 +113,6 @@ void FindBar::Open(bool withReplacement) {
 
 void FindBar::Close() {
   hide();
-  lookLater_.stop();
   view_.MarkFound({});
   view_.setFocus();
 }
@@ -162,6 +156,10 @@ void FindBar::Select(const FoundText& found) {
 
 void FindBar::ShowFound(const std::optional<FoundText>& found) {
   if (found) Select(*found);
+}
+
+void FindBar::TextChanged() {
+  if (isVisible() && !std::exchange(told_, false)) LookAgain();
 }
 
 void FindBar::LookAgain() {
@@ -221,7 +219,7 @@ void FindBar::ReplaceAll() {
   const int count = Finder().ReplaceAll(text, with_->text());
   if (count > 0) view_.ReplaceText(text.toStdString());
   LookAgain();
-  lookLater_.stop();  // the note stays
+  told_ = true;
   note_->setText(tr("%1 replaced").arg(count));
 }
 

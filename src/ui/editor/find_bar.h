@@ -5,7 +5,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTimer>
 #include <QWidget>
 
 #include "ui/editor/text_finder.h"
@@ -28,8 +27,8 @@ class FindBar : public QWidget {
   void FindNext();
   void FindPrevious();
 
-  // Counts anew, and colours what it finds while it is open: another text is in the view.
-  void LookAgain();
+  // The text is not any more what it was. While it is open, it counts and colours anew.
+  void TextChanged();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;  // Escape closes it
@@ -41,6 +40,7 @@ class FindBar : public QWidget {
   void Select(const FoundText& found);
   FoundText Selection() const;
   void ShowFound(const std::optional<FoundText>& found);
+  void LookAgain();
   void MarkAll(const TextFinder& finder, const QString& text);
   void Replace();
   void ReplaceAll();
@@ -54,7 +54,7 @@ class FindBar : public QWidget {
   QCheckBox* expression_;
   QLabel* note_;
   QWidget* replaceRow_;
-  QTimer lookLater_;  // the text has changed
+  bool told_ = false;  // the last change was its own, and what it says of it stays
 };
 
 }  // namespace quarlin

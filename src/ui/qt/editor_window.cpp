@@ -287,7 +287,6 @@ void EditorWindow::WireForm() {
     view_->SetLanguage(form_.Language());
     view_->ShowText(form_.Text().utf8, form_.Text().lineEnd);
     debug_->Opened(form_.File(), form_.Language() == "VBScript");
-    if (findBar_->isVisible()) findBar_->LookAgain();
     view_->setFocus();
   };
   hooks.readAgain = [this] {
@@ -316,6 +315,7 @@ void EditorWindow::ShowFile() {
 void EditorWindow::ShowFault() {
   const auto& fault = form_.Fault();
   view_->MarkError(fault ? fault->place.line : 0, fault ? fault->place.column : 0);
+  findBar_->TextChanged();
 }
 
 void EditorWindow::ShowPlace() {
