@@ -54,12 +54,21 @@ void PutAny(vbs::Dispatch& object, int member, vbs::Arguments arguments, const V
 
 }  // namespace
 
-// Nothing may be thrown through the script engine's frames.
 template <class Work>
 QJSValue Bridge::Guarded(Work work) {
   const HostCall call(watchdog_);
-  try {
+  return Thrown([&] {
     if (watchdog_.TimeToAsk()) LookAndAsk();
+    if (!watchdog_.Condemned()) return work();
+    engine_.setInterrupted(true);
+    return QJSValue();
+  });
+}
+
+// Nothing may be thrown through the script engine's frames.
+template <class Work>
+QJSValue Bridge::Thrown(Work work) {
+  try {
     return work();
   } catch (const ScriptError& error) {
     return Throw(error);
@@ -85,13 +94,17 @@ QJSValue Bridge::Throw(const ScriptError& error) {
 
 int Bridge::Find(int id, const QString& name) {
   int found = -1;
-  Guarded([&] {
+  Thrown([&] {
     const ObjectRef object = objects_.At(id);
     const auto member = object->Find(View(name));
     if (member) found = CodeOf(*member, object->KindOf(*member));
     return QJSValue();
   });
   return found;
+}
+
+QJSValue Bridge::Peek(int id, int member) {
+  return Thrown([&] { return Invoke(id, member, {}); });
 }
 
 QJSValue Bridge::Invoke(int id, int member, vbs::Arguments arguments) {

@@ -25,8 +25,10 @@ class Bridge : public QObject {
   Bridge(QJSEngine& engine, HostObjects& objects, Watchdog& watchdog, vbs::Services& services)
       : engine_(engine), objects_(objects), watchdog_(watchdog), services_(services) {}
 
-  // The member's code; -1 where there is no such member.
+  // Look-ups, in which the script does not have to stop: the member's code, or -1 where there is no such
+  // member; what it gives without arguments.
   Q_INVOKABLE int Find(int id, const QString& name);
+  Q_INVOKABLE QJSValue Peek(int id, int member);
 
   Q_INVOKABLE QJSValue Get(int id, int member);
   Q_INVOKABLE void Put(int id, int member, const QJSValue& value);
@@ -57,6 +59,8 @@ class Bridge : public QObject {
  private:
   template <class Work>
   QJSValue Guarded(Work work);
+  template <class Work>
+  QJSValue Thrown(Work work);
   QJSValue Invoke(int id, int member, vbs::Arguments arguments);
   QJSValue Throw(const vbs::ScriptError& error);
   void LookAndAsk();

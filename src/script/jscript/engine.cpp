@@ -46,6 +46,7 @@ class Engine::Realm {
   void ShowAs(const std::u16string& name, const NamedObject& owner, int found);
   Names TakeNames(std::u16string_view source);
   void GiveBack(const Names& names);
+  QJSValue Evaluated(int number, QStringList& trace);
   void FindProcedures();
 
   Sources sources_;
@@ -165,15 +166,25 @@ void Engine::Realm::AddCode(std::u16string_view source) {
   const int number = sources_.Add(source, CallAssignments(source));
   const Names taken = TakeNames(source);
   QStringList trace;
-  const QJSValue result = Watched({}, [&] {
-    return engine_.evaluate(ToQt(sources_.ForEngine(number)), Sources::FileName(number), 1, &trace);
-  });
+  const QJSValue result = Evaluated(number, trace);
   if (FailedToCompile(trace)) {
     GiveBack(taken);
     throw CompileError(result, trace, sources_);
   }
   FindProcedures();
   if (!trace.isEmpty()) throw RuntimeError(result, trace, sources_);
+}
+
+// The procedures are there before the first line runs: they are, too, where the text is stopped.
+QJSValue Engine::Realm::Evaluated(int number, QStringList& trace) {
+  try {
+    return Watched({}, [&] {
+      return engine_.evaluate(ToQt(sources_.ForEngine(number)), Sources::FileName(number), 1, &trace);
+    });
+  } catch (const ScriptError&) {
+    FindProcedures();
+    throw;
+  }
 }
 
 void Engine::Realm::FindProcedures() {

@@ -198,6 +198,9 @@ ScriptError StopError(StopReason reason, std::u16string_view procedure, const QS
   error.description += procedure;
   if (error.position.line > 0)
     error.description += View(QString(", last seen at line %1").arg(error.position.line));
+  // The call of the host may stand in a helper that has long returned.
+  const int begun = PlaceOf({lastSeen.rbegin(), lastSeen.rend()}).position.line;
+  if (begun != error.position.line) error.description += View(QString(", called from line %1").arg(begun));
   if (reason == StopReason::Silence) error.description += u": it did not respond, and cannot go on";
   return error;
 }

@@ -14,12 +14,15 @@ namespace {
 //
 //   facade {$id, $handle}  ->  shape {Text, text, TextIO}  ->  unknown (find, then define)  ->  common
 //
+// What every facade has stands in the shape as well, in front of `unknown`: that is a proxy, so looking there
+// runs code.
+//
 // Handle and facade refer to each other, so neither is collected without the other.
 constexpr std::u16string_view facades =
     uR"js(
 (function (bridge, global) {
   "use strict";
-  var find = bridge.Find, get = bridge.Get, put = bridge.Put, call1 = bridge.Call1, call2 = bridge.Call2,
+  var find = bridge.Find, peek = bridge.Peek, get = bridge.Get, put = bridge.Put, call1 = bridge.Call1, call2 = bridge.Call2,
       callMany = bridge.CallMany, plain = bridge.Plain;
   var INDEXED = 1, METHOD = 2, DEEPEST_GROUP = 1000;
   var facadeKey = Symbol("facade");
@@ -46,11 +49,16 @@ constexpr std::u16string_view facades =
 
   var common = Object.create(Object.prototype);
   function valueOfFacade() { return plain(this.$id); }
-  hidden(common, Symbol.toPrimitive, valueOfFacade);
-  hidden(common, "valueOf", valueOfFacade);
-  hidden(common, "toString", function () { return String(plain(this.$id)); });
-  hidden(common, "$member", -1);
-  hidden(common, "$indexed", null);
+  function textOfFacade() { return String(plain(this.$id)); }
+  function entryOfFacade(...given) { return new Entry(this.$id, 0, given); }
+  function addCommons(target) {
+    hidden(target, Symbol.toPrimitive, valueOfFacade);
+    hidden(target, "valueOf", valueOfFacade);
+    hidden(target, "toString", textOfFacade);
+    hidden(target, "$member", -1);
+    hidden(target, "$entry", entryOfFacade);
+  }
+  addCommons(common);
 
   // What `d.Item("k") = 1` is turned into: `d.Item.$entry("k").$value = 1`.
   function Entry(id, member, given) {
@@ -63,7 +71,6 @@ constexpr std::u16string_view facades =
     set: function (value) { bridge.PutMany(this.id, this.member, this.given, value); }
   });
   hidden(Object.prototype, "$entry", function () { fail(5008, "Illegal assignment"); });
-  hidden(common, "$entry", function (...given) { return new Entry(this.$id, 0, given); });
 
   function bare(callable) {
     delete callable.name;
@@ -75,7 +82,7 @@ constexpr std::u16string_view facades =
   var awaiting = new Proxy({}, {
     get: function (target, name, self) {
       if (name === "$entry") return (...given) => new Entry(self.$id, self.$member, given);
-      var value = get(self.$id, self.$member);
+      var value = peek(self.$id, self.$member);
       if (name === Symbol.toPrimitive) return function () { return value === null ? value : value.valueOf(); };
       var found = value[name];
       return typeof found === "function" && found.$id === undefined ? found.bind(value) : found;
@@ -123,6 +130,7 @@ constexpr std::u16string_view facades =
     if (number >= 0 && shapes[number]) return shapes[number];
     var shape = Object.create(unknown);
     hidden(shape, "$shape", shape);
+    addCommons(shape);
     if (number >= 0) shapes[number] = shape;
     return shape;
   }

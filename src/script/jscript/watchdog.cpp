@@ -45,20 +45,23 @@ Interruption Watchdog::Leave() {
   const int depth = depth_.load(std::memory_order_relaxed) - 1;
   inHost_.store(depth > 0, std::memory_order_relaxed);
   depth_.store(depth);
-  if (!judging_.load() && !engine_.isInterrupted()) return Interruption::None;
+  if (!judging_.load() && !Condemned() && !engine_.isInterrupted()) return Interruption::None;
   const std::lock_guard lock(mutex_);
   if (engine_.isInterrupted()) engine_.setInterrupted(false);
+  condemned_.store(false, std::memory_order_relaxed);
   return std::exchange(interruption_, Interruption::None);
 }
 
 void Watchdog::Look(Duration passed) {
   const std::lock_guard lock(mutex_);
-  silence_ = Lives() ? Duration{} : silence_ + passed;
+  const bool lives = Lives();
+  silence_ = lives ? Duration{} : silence_ + passed;
   judging_.store(true);
   if (depth_.load() > 0) {
     timeToAsk_.store(true, std::memory_order_relaxed);
     if (interruption_ == Interruption::None) interruption_ = Judge();
-    if (interruption_ != Interruption::None) engine_.setInterrupted(true);
+    condemned_.store(interruption_ != Interruption::None, std::memory_order_relaxed);
+    if (Condemned() && !lives) engine_.setInterrupted(true);
   }
   judging_.store(false);
 }

@@ -2,6 +2,10 @@
 // Interrupts a script that neither ends nor calls its host, that takes all memory, or that must stop. It
 // looks from the patrol's thread, and calls nothing there but QJSEngine::setInterrupted and
 // Services::MustStop.
+//
+// A script that calls its host now and then is left to stop in the next such call. For the engine does not
+// bear an interruption anywhere: one that hits the look-up of a method, which may run code of the prelude,
+// makes it crash.
 #pragma once
 
 #include <atomic>
@@ -30,7 +34,7 @@ class Watchdog : private vbs::Lookout {
   void Enter();
   Interruption Leave();
 
-  // Around each host call, whose time is not the script's.
+  // Around each host call, whose time is not the script's, and after which it lives.
   void BeginHostCall() { inHost_.store(true, std::memory_order_relaxed); }
   void EndHostCall() {
     heard_.store(true, std::memory_order_relaxed);
@@ -44,6 +48,9 @@ class Watchdog : private vbs::Lookout {
            timeToAsk_.exchange(false, std::memory_order_relaxed);
   }
 
+  // In a host call: whether the run is to be interrupted behind it.
+  bool Condemned() const { return condemned_.load(std::memory_order_relaxed); }
+
  private:
   void Look(Duration passed) override;
   bool Lives();
@@ -56,6 +63,7 @@ class Watchdog : private vbs::Lookout {
   std::atomic<bool> inHost_ = false;
   std::atomic<bool> heard_ = false;
   std::atomic<bool> timeToAsk_ = false;
+  std::atomic<bool> condemned_ = false;  // there is an interruption_
 
   std::atomic<std::uint64_t> runs_ = 0;
   std::atomic<std::uint64_t> seenRuns_ = 0;  // by the last look
