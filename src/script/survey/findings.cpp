@@ -95,6 +95,7 @@ class Judge {
       Add(Topic::Unread, name.name, name.at,
           fmt::format("'{}' is assigned once and never read", Utf8Of(name.name)));
     }
+    if (mentions_.choosesLocale) return;
     for (const Named& call : mentions_.conversions) {
       Add(Topic::Locale, call.name, call.at,
           fmt::format("{} goes by the locale, at first en-us", Utf8Of(call.name)));
@@ -117,8 +118,7 @@ class Judge {
   void LookAt(const Chain& chain) {
     if (!chain.program.empty()) {
       const ObjectRef made = surroundings_.make(chain.program);
-      // What a collection holds is not known from how the collection was made.
-      if (made && !chain.root.indexed) Follow(chain, made, 0);
+      if (made && !chain.members.empty() && !made->Find(chain.members[0].name)) MissesMember(chain, 0);
       return;
     }
     for (const Surroundings::Object& object : surroundings_.objects) {

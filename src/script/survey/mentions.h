@@ -40,6 +40,7 @@ struct Mentions {
   std::vector<Named> programs;        // handed to CreateObject and the like, as literal texts
   std::vector<Named> texts;           // literal texts
   std::vector<Named> conversions;     // calls that read or write numbers and dates as the locale has them
+  bool choosesLocale = false;         // and so knows what they do
   std::vector<Named> unread;          // variables that are assigned once, a plain value, and never read
   std::vector<Procedure> procedures;  // of the top level
   std::set<std::u16string> used;      // folded names that stand anywhere but where they are declared

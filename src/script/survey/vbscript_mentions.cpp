@@ -23,10 +23,9 @@ constexpr std::array<std::u16string_view, 6> specialNames{u"Execute", u"ExecuteG
 constexpr std::array<std::u16string_view, 3> textRunners{u"Execute", u"ExecuteGlobal", u"Eval"};
 
 // These read a text, or write one, with the signs of the locale.
-constexpr std::array<std::u16string_view, 13> localeFunctions{
-    u"CDbl",          u"CSng",      u"CCur",         u"CDate",          u"IsNumeric",
-    u"IsDate",        u"DateValue", u"FormatNumber", u"FormatCurrency", u"FormatDateTime",
-    u"FormatPercent", u"TimeValue", u"SetLocale"};
+constexpr std::array<std::u16string_view, 12> localeFunctions{
+    u"CDbl",   u"CSng",      u"CCur",         u"CDate",          u"IsNumeric",      u"TimeValue",
+    u"IsDate", u"DateValue", u"FormatNumber", u"FormatCurrency", u"FormatDateTime", u"FormatPercent"};
 
 template <std::size_t count>
 bool IsOneOf(const std::array<std::u16string_view, count>& names, std::u16string_view name) {
@@ -154,9 +153,6 @@ class Reader {
         Visit(statement.body);
         with_.pop_back();
         return;
-      case StatementKind::Call:
-        NoteBareCall(*statement.expressions[0]);
-        [[fallthrough]];
       default:
         for (const auto& expression : statement.expressions) Visit(expression.get());
     }
@@ -259,18 +255,13 @@ class Reader {
     if (expression.kind == ExpressionKind::Call) callee = expression.operands[0].get();
     if (callee->kind != ExpressionKind::Name || IsDeclared(FoldedName(callee->name))) return;
     if (IsOneOf(textRunners, callee->name)) found_.runsTexts = true;
+    if (SameName(callee->name, u"SetLocale")) found_.choosesLocale = true;
     if (expression.kind != ExpressionKind::Call || expression.operands.size() < 2) return;
     const Expression& argument = *expression.operands[1];
     const bool isNumber = argument.kind == ExpressionKind::Literal && !argument.value.IsString();
     if (!isNumber && IsOneOf(localeFunctions, callee->name)) {
       found_.conversions.push_back({callee->name, callee->at});
     }
-  }
-
-  // "Foo" as a whole statement: a variable cannot stand there.
-  void NoteBareCall(const Expression& callee) {
-    if (callee.kind != ExpressionKind::Name || IsInLibrary(callee.name)) return;
-    if (!IsDeclared(FoldedName(callee.name))) found_.chains.push_back({{callee.name}, {}, callee.at, {}});
   }
 
   Path PathOf(const Expression& expression) const {
