@@ -6,22 +6,11 @@
 #include "script/values/conversions.h"
 
 namespace quarlin::vbs {
-namespace {
-
-int NumberOf(Dispatch& object, std::u16string_view name) {
-  const auto member = object.Find(name);
-  if (!member) throw ScriptError(noSuchMember, name);
-  return *member;
-}
-
-}  // namespace
 
 Value InvokeByName(Dispatch& object, std::u16string_view name, Arguments arguments) {
-  return object.Invoke(NumberOf(object, name), arguments);
-}
-
-void PutByName(Dispatch& object, std::u16string_view name, const Value& value, PutKind kind) {
-  object.Put(NumberOf(object, name), {}, value, kind);
+  const auto member = object.Find(name);
+  if (!member) throw ScriptError(noSuchMember, name);
+  return object.Invoke(*member, arguments);
 }
 
 bool SameName(std::u16string_view left, std::u16string_view right) {

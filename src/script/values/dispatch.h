@@ -83,7 +83,6 @@ class Dispatch : public Counted {
 
 // For callers without a remembered number. 438 with the name as culprit where there is no such member.
 Value InvokeByName(Dispatch& object, std::u16string_view name, Arguments arguments = {});
-void PutByName(Dispatch& object, std::u16string_view name, const Value& value, PutKind kind = PutKind::Let);
 
 // Indexes what a variable or a property holds: an element of an array, or the default member of an object.
 // Error 13, with the name as culprit, for anything else.

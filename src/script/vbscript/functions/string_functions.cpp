@@ -76,7 +76,7 @@ Value InCase(LibraryContext& context, Arguments arguments) {
 enum class Ends { Left, Right, Both };
 
 template <Ends ends>
-Value Trimmed(LibraryContext&, Arguments arguments) {
+Value Trimmed(LibraryContext& context, Arguments arguments) {
   const GivenText text(arguments[0]);
   if (text.IsNull()) return Value::Null();
   const std::u16string_view units = text.View();
@@ -86,6 +86,7 @@ Value Trimmed(LibraryContext&, Arguments arguments) {
   if (ends != Ends::Left) {
     while (end > from && units[end - 1] == blank) --end;
   }
+  Pace(context.services).Done(units.size() - (end - from));
   return text.Part(from, end - from);
 }
 
