@@ -46,8 +46,9 @@ class EventLoop {
   // Yields as DoEvents does until `done` says so or the instant has passed; false in the latter case.
   virtual bool WaitUntil(const std::function<bool()>& done, Instant deadline) = 0;
 
-  // Waits likewise, but everything goes on meanwhile, alarms too, even those that a handler on the stack
-  // holds back. A Hold that begins within the wait ends that.
+  // Waits likewise, but everything goes on meanwhile, alarms too, whatever on the stack holds them back: only
+  // a Hold that begins within the wait does. What is due when the instant has passed still happens before it
+  // returns, so a wait for no time at all is one look at everything.
   virtual bool RunUntil(const std::function<bool()>& done, Instant deadline) = 0;
 
   // Blocks until the instant, serving nothing.

@@ -40,6 +40,10 @@ class RunGuard : private vbs::Lookout {
   void Begin();
   void End();
 
+  // Around a wait within a call. The event loop sees to its end, so nobody has to look from outside.
+  void Rest() { patrol_.Leave(); }
+  void GoOn() { patrol_.Enter(); }
+
   // Costs next to nothing: it looks at the clock only so often that a millisecond or so passes between two
   // looks. Once it has said no, it goes on saying so until the next call begins. Yields while it asks the
   // user or lets her in.

@@ -148,12 +148,17 @@ bool ScriptHost::Has(ScriptHook hook) const {
   return runner_.Has(NameOf(hook));
 }
 
+// Behind the script's own word that the program is to end, only its last word is said.
+bool ScriptHost::MayCall() const {
+  return !runner_.Running() && !runner_.ProgramEnds() && !finishStatus_;
+}
+
 bool ScriptHost::Sees() const {
-  return parts_.controls.chkEnableScript.Checked() && !runner_.Running() && !runner_.ProgramEnds();
+  return parts_.controls.chkEnableScript.Checked() && MayCall();
 }
 
 void ScriptHost::OfferStrictly(ScriptHook hook, std::string& text) {
-  if (runner_.Running() || runner_.ProgramEnds() || !runner_.Has(NameOf(hook))) return;
+  if (!MayCall() || !runner_.Has(NameOf(hook))) return;
   const std::array<SerialString*, 3> carriers{charReceived_.Get(), stringReceived_.Get(),
                                               stringToSend_.Get()};
   SerialString& carrier = *carriers[static_cast<std::size_t>(hook)];

@@ -133,7 +133,6 @@ class ScriptHost {
   void CloseList() { list_.Close(); }
 
  private:
-  void AddObjects(vbs::ObjectRef formMain);
   void TakeChoice(const std::string& file);
   void ChooseScript();
   bool Start();
@@ -146,6 +145,7 @@ class ScriptHost {
   void HookFailed(ScriptHook hook, const vbs::ScriptError& error);
   void WireDebugger();
   bool ScriptExists() const;
+  bool MayCall() const;
   std::filesystem::path ScriptPath() const { return parts_.folder.File(choice_.ScriptFile); }
 
   ScriptParts parts_;

@@ -77,8 +77,12 @@ class ScriptRunner::Pause {
  public:
   explicit Pause(ScriptRunner& runner) : runner_(runner), notTheScripts_(runner.prompts_) {
     runner_.pause_ = this;
+    runner_.guard_.Rest();
   }
-  ~Pause() { runner_.pause_ = nullptr; }
+  ~Pause() {
+    runner_.guard_.GoOn();
+    runner_.pause_ = nullptr;
+  }
   Pause(const Pause&) = delete;
   Pause& operator=(const Pause&) = delete;
 
@@ -205,14 +209,14 @@ bool ScriptRunner::Wait(const std::function<bool()>& done, Instant deadline) {
   return done();
 }
 
-// Whoever has switched the script off meanwhile, or closed the program, does not want it to compute on.
+// Whoever has switched the script off meanwhile does not want it to compute on.
 bool ScriptRunner::LetUserIn() {
   const bool wasLoaded = Loaded();
   {
     const ScopeFlag in(userIsIn_);
     loop_.DoEvents();
   }
-  if ((wasLoaded && !Loaded()) || prompts_.Dismissed()) leaves_ = true;
+  if (wasLoaded && !Loaded()) leaves_ = true;
   return !leaves_;
 }
 
@@ -222,7 +226,7 @@ void ScriptRunner::LeaveIfStopped() {
 
 void ScriptRunner::Leave() {
   leaves_ = true;
-  vbs::ScriptError end(507);
+  vbs::ScriptError end(vbs::scriptStopped);
   end.description = u"The script has ended";
   end.isFinal = true;
   throw end;
@@ -234,7 +238,6 @@ void ScriptRunner::EndWait() {
 
 void ScriptRunner::ForbidWaits() {
   waitsForbidden_ = true;
-  if (debugger_.Stands()) leaves_ = true;
   EndWait();
 }
 

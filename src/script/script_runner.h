@@ -75,7 +75,7 @@ class ScriptRunner {
   // From here on nothing happens any more before a waiting script has gone on.
   void EndWait();
 
-  // The same, for good: the program is about to end. A script that stands ends there.
+  // The same, for good: the program is about to end.
   void ForbidWaits();
   bool WaitsForbidden() const { return waitsForbidden_; }
 

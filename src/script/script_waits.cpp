@@ -28,7 +28,7 @@ std::optional<std::string> ScriptWaits::Answer(std::int32_t milliseconds) {
   return std::exchange(answer_, std::nullopt);
 }
 
-// Another string may be complete in the same turn: it is for the next wait.
+// Behind the first one no alarm fires until the script has gone on: what else has come is for its next wait.
 void ScriptWaits::Completed(std::string_view text) {
   if (!awaitsAnswer_ || answer_) return;
   answer_ = text;

@@ -27,7 +27,7 @@ class ScriptWaits {
   // once where nobody could hide it.
   void ShowModal(Form& form);
 
-  // Told of each string that is complete, in whatever way the script is not asked about it.
+  // Told of each string that is complete. A wait for it takes it and is over; without one it is not kept.
   void Completed(std::string_view text);
 
  private:

@@ -111,11 +111,18 @@ std::span<const vbs::Member<WScript>> WScript::Members() {
   return members;
 }
 
+// Whoever echoes a value wants to know what it is, so Null is no error here.
+std::u16string Echoed(const Value& value) {
+  if (value.IsMissing()) return {};
+  const Value plain = vbs::Plain(value);
+  return plain.IsNull() ? u"null" : std::u16string(vbs::ToText(plain));
+}
+
 Value WScript::Echo(WScript& self, Arguments arguments) {
   std::u16string line;
   for (const Value& argument : arguments) {
     if (&argument != arguments.data()) line += u' ';
-    if (!argument.IsMissing()) line += vbs::ToText(argument);
+    line += Echoed(argument);
   }
   line += self.host_.Console.lineEnd;
   self.host_.Console.out(line);

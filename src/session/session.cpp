@@ -55,7 +55,7 @@ void Session::LoadConfiguration() {
 bool Session::EndsAfterSetUp() {
   const bool ends = parts_.headless && !setUpFailure_.empty();
   if (ends) RequestEnd(EndCause::Done);
-  return ending_;  // perhaps by the script's wish
+  return ending_ || parts_.script.FinishStatus();
 }
 
 void Session::Connect() {
@@ -141,9 +141,12 @@ void Session::RequestEnd(EndCause cause) {
   parts_.loop.Post([this] { CloseDown(); });
 }
 
+// The link is not given up: a string that is on its way through the script still goes out.
 void Session::Finish() {
   if (parts_.exchange.Running() && how_ == HowEnded::StillRuns) how_ = HowEnded::Stopped;
-  RequestEnd(EndCause::Done);
+  parts_.prompts.Dismiss();
+  parts_.script.Runner().ForbidWaits();
+  parts_.loop.Post([this] { RequestEnd(EndCause::Done); });
 }
 
 void Session::CloseDown() {

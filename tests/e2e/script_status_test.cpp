@@ -46,6 +46,13 @@ TEST_F(RealProgram, AScriptMakesTenMeasurementsAndSaysWhatCameOfThem) {
       {"silent", "a.vbs", demo("99"), {"--drop", "1"}, 4, "4\n", "weight 1: none"},
       {"good in JScript", "b.js", std::string(tenAnswers), {}, 0, "", "the end"},
       {"silent in JScript", "b.js", std::string(tenAnswers), {"--drop", "1"}, 4, "4\n", "the end"},
+      {"top level in JScript",
+       "b.js",
+       "FormMain.Finish(6);" + std::string(tenAnswers),
+       {},
+       6,
+       "6\n",
+       "the end"},
       {"short in JScript", "b.js", std::string(tenAnswers), {"--short", "1"}, 3, "3\n", "the end"},
   };
   for (const StatusRow& row : rows) {

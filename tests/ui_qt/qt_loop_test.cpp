@@ -76,6 +76,44 @@ class QtLoopTest : public QObject {
     loop.Run();
     QCOMPARE(served, 1000);
   }
+
+  // From a handler, which holds alarms back elsewhere.
+  void aWaitInAHandlerGoesOnWithEverything() {
+    QtLoop loop;
+    int served = 0, ticks = 0, ticksSeen = 0;
+    const auto watch = loop.WatchReadable(ends_[0], [&] {
+      Take();
+      ++served;
+    });
+    Alarm tick(loop, [&] {
+      ++ticks;
+      tick.At(loop.Now() + 1ms);
+    });
+    Alarm begin(loop, [&] {
+      Send();
+      QVERIFY(!loop.RunUntil([] { return false; }, loop.Now()));
+      QCOMPARE(served, 1);  // although there was no time for it
+      Send();
+      QVERIFY(loop.RunUntil([&] { return served == 2 && ticks >= 20; }, loop.Now() + 60s));
+      const AlarmQueue::Hold hold(loop.Alarms());
+      ticksSeen = ticks;
+      loop.RunUntil([] { return false; }, loop.Now() + 5ms);
+      QVERIFY(ticks > ticksSeen);  // a Hold from before the wait does not count
+      std::optional<AlarmQueue::Hold> within;
+      ticksSeen = ticks;
+      const auto holds = [&] {
+        if (!within) within.emplace(loop.Alarms());
+        return false;
+      };
+      loop.RunUntil(holds, loop.Now() + 5ms);
+      QCOMPARE(ticks, ticksSeen);
+      loop.Quit(0);
+    });
+    begin.At(loop.Now());
+    tick.At(loop.Now());
+    loop.Run();
+    QVERIFY(!loop.Alarms().Held());
+  }
 };
 
 }  // namespace quarlin

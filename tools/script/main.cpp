@@ -10,7 +10,6 @@
 #include <random>
 
 #include "app/engines.h"
-#include "base/ending_signals.h"
 #include "base/licence.h"
 #include "base/process.h"
 #include "base/text.h"
@@ -98,24 +97,15 @@ std::function<double()> UniformGenerator() {
   return [engine] { return std::uniform_real_distribution<double>(0, 1)(*engine); };
 }
 
-// Without `endings`, as nothing is to be brought to an end in order, a signal kills.
-int RunInProgram(const Options& options, EndingSignals* endings) {
+int RunInProgram(const Options& options) {
   const fs::path file = fs::absolute(options.file);
   QtLoop loop;
   PosixDeviceSource devices(loop);
   HeadlessPrompts prompts([](std::string_view line) { PrintText(stderr, line); });
   NoTextOpener opener;
-  const LastResort lastResort{[endings] { return endings != nullptr && endings->Wait(); }, Abandon, true};
-  FrmMain frm({loop,
-               ProgramFolder(options.inventory ? file : file.parent_path()),
-               devices,
-               prompts,
-               opener,
-               UniformGenerator(),
-               true,
-               MakeEngine,
-               {},
-               lastResort});
+  const LastResort lastResort{{}, Abandon, true};
+  FrmMain frm({loop, ProgramFolder(options.inventory ? file : file.parent_path()), devices, prompts, opener,
+               UniformGenerator(), true, MakeEngine, {}, lastResort});
   frm.controls.display.txtric.OnAppend = [](std::string_view text, Color) {
     PrintText(stdout, Utf8FromBytes(text));
   };
@@ -124,15 +114,7 @@ int RunInProgram(const Options& options, EndingSignals* endings) {
   frm.Load("");
   if (options.inventory) return TakeInventory(options, file, frm.Script().Runner());
   if (options.check) return CheckScript(options, file, frm.Script().Runner());
-  bool wasEnded = false;
-  const auto watch = loop.WatchReadable(endings->Descriptor(), [&] {
-    wasEnded = endings->Take();
-    frm.Script().Runner().Stop();
-  });
-  const int status = RunScript(options, file, frm.Script());
-  if (!wasEnded) return status;
-  Complain("ended by a signal");
-  return scriptError;
+  return RunScript(options, file, frm.Script());
 }
 
 int Run(std::span<const char* const> arguments) {
@@ -154,9 +136,7 @@ int Run(std::span<const char* const> arguments) {
     Complain(options.file + " cannot be read");
     return wrongUsage;
   }
-  if (options.inventory || options.check) return RunInProgram(options, nullptr);
-  EndingSignals endings;
-  return RunInProgram(options, &endings);
+  return RunInProgram(options);
 }
 
 }  // namespace

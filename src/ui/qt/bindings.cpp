@@ -70,7 +70,10 @@ void Binding::ShowPlace() {
   if (!place.left && !place.top) return;
   if (QLayout* layout = widget_.parentWidget()->layout()) layout->removeWidget(&widget_);
   widget_.adjustSize();
-  widget_.move(pixels(place.left, widget_.x()), pixels(place.top, widget_.y()));
+  const QPoint corner(pixels(place.left, widget_.x()), pixels(place.top, widget_.y()));
+  if (corner == widget_.pos()) return;
+  widget_.move(corner);
+  widget_.raise();  // where it goes there may be others
 }
 
 namespace {

@@ -182,14 +182,16 @@ bool QtLoop::WaitUntil(const std::function<bool()>& done, Instant deadline) {
   return isDone;
 }
 
-// The turns that are on the stack wait with it: those within the wait end as if they were the outermost.
+// The turns that are on the stack wait with it: those within the wait end as if they were the outermost. What
+// is there already is served also where no time is left for it.
 bool QtLoop::RunUntil(const std::function<bool()>& done, Instant deadline) {
   const ScopeValue outermost(depth_, 0);
   const AlarmQueue::Lift lift(Alarms());
   bool isDone = done();
-  while (!isDone && Now() < deadline) {
+  for (bool isLast = false; !isDone && !isLast;) {
+    isLast = Now() >= deadline;
     Arm(std::min(deadline, Alarms().Earliest().value_or(deadline)));
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QCoreApplication::processEvents(isLast ? QEventLoop::AllEvents : QEventLoop::WaitForMoreEvents);
     windowServed_ = Now();
     isDone = done();
   }

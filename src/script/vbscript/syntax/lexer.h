@@ -135,8 +135,7 @@ class Lexer {
   Token Peek() const { return Lexer(*this).Next(); }
 
   // Throws a compile error at a place of the text, with the text of its line.
-  [[noreturn]] void Fail(std::int32_t number, std::size_t offset, std::u16string_view culprit = {},
-                         std::u16string_view hint = {}) const;
+  [[noreturn]] void Fail(std::int32_t number, std::size_t offset, std::u16string_view culprit = {}) const;
 
  private:
   bool SkipBlanks();
