@@ -65,6 +65,7 @@ void ScriptDebugger::LetGo() {
   told_.reset();
   engine_ = nullptr;
   active_.clear();
+  runTo_ = 0;
   SetCourse(Course::Go);
 }
 

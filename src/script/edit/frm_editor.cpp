@@ -45,6 +45,7 @@ FrmEditor::FrmEditor(EditorParts parts)
   hooks.chosen = [this] { FollowChoice(); };
   hooks.loadedChanged = [this] {
     CompareWithRunning();
+    if (startsLater_ && Runs()) TellStarted();
     Hooks.runChanged();
   };
   hooks.showError = [this](std::u16string_view procedure, const vbs::ScriptError& error) {
@@ -317,12 +318,15 @@ bool FrmEditor::Restart() {
   starting_ = true;
   parts_.script.RunFile(file_.filename().string());
   starting_ = false;
-  if (Runs()) {
-    Tell(fmt::format("{} runs", NameOf(file_)));
-  } else if (parts_.script.Runner().Running()) {
-    Tell(fmt::format("{} starts as soon as what runs has returned", NameOf(file_)));
-  }
+  startsLater_ = !Runs() && parts_.script.Runner().Running();
+  if (startsLater_) Tell(fmt::format("{} starts as soon as what runs has returned", NameOf(file_)));
+  if (Runs()) TellStarted();
   return Runs();
+}
+
+void FrmEditor::TellStarted() {
+  startsLater_ = false;
+  Tell(fmt::format("{} runs", NameOf(file_)));
 }
 
 void FrmEditor::Stop() {

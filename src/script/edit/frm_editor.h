@@ -130,6 +130,7 @@ class FrmEditor : public Form {
 
  private:
   void CompareWithRunning();
+  void TellStarted();
   bool SaveFirst();
   bool ErrorMet(std::u16string_view procedure, const vbs::ScriptError& error);
   bool IsChosen() const;
@@ -155,7 +156,8 @@ class FrmEditor : public Form {
   bool discarded_ = false;     // what stands in the view was given up when it closed
   bool savesUnasked_ = false;  // she has said once that a start saves
   bool starting_ = false;
-  bool older_ = false;  // what runs is not what the file holds
+  bool startsLater_ = false;  // it was to start while another call was on the stack
+  bool older_ = false;        // what runs is not what the file holds
   std::optional<TextFault> fault_;
   std::unique_ptr<FolderWatch> watch_;  // of the file's folder
   Alarm checkAlarm_;

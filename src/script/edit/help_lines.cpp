@@ -68,7 +68,7 @@ constexpr std::array languageRows = std::to_array<Row>({
     {"", "Select", "Select Case x ... Case 1, 2 ... Case Else ... End Select"},
     {"", "Set", "Set x = object: refers to the object itself"},
     {"", "Step", "For i = 10 To 1 Step -1: by how much it counts"},
-    {"", "Stop", "Stop: stands still in a debugger, else does nothing"},
+    {"", "Stop", "Stop: does nothing here; a breakpoint stands where the script is to stand"},
     {"", "Sub", "Sub Name(a, b) ... End Sub: a procedure"},
     {"", "Then", "If a Then"},
     {"", "To", "For i = 1 To 10"},

@@ -127,6 +127,8 @@ void DebugControls::EnableActions() {
   auto* pause = window_.findChild<QAction*>("actionDebugPause");
   pause->setEnabled(!stands);
   pause->setChecked(debugger_.Pausing());
+  window_.findChild<QAction*>("actionDebugCursor")
+      ->setEnabled(!file_.empty() && debugger_.Followed() == file_);
   if (auto* start = window_.findChild<QAction*>("actionEditorStart")) start->setEnabled(!stands);
 }
 
@@ -138,20 +140,22 @@ void DebugControls::ScriptStartsOrEnds() {
 void DebugControls::Opened(const std::filesystem::path& file, bool mayFollow) {
   file_ = file;
   SetMayFollow(mayFollow);
+  if (file_.empty()) debugger_.SetBreakpoints(file_, {});  // those of another text without a name
   ShowBreakpoints(debugger_.BreakpointsOf(file_));
   ShowStand();
 }
 
 void DebugControls::Renamed(const std::filesystem::path& file, bool mayFollow) {
-  SetMayFollow(mayFollow);
-  if (file == file_) return;
+  const bool renamed = file != file_;
   file_ = file;
-  debugger_.SetBreakpoints(file_, Breakpoints());
+  SetMayFollow(mayFollow);
+  if (renamed) debugger_.SetBreakpoints(file_, Breakpoints());
 }
 
 void DebugControls::SetMayFollow(bool mayFollow) {
   mayFollow_ = mayFollow;
   panel_->SetMayFollow(mayFollow);
+  EnableActions();
 }
 
 void DebugControls::KeepBreakpoints(const std::function<void()>& change) {

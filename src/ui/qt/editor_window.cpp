@@ -179,7 +179,7 @@ void EditorWindow::PutTogether() {
   place_->setToolTip(tr("Where the cursor is, and how the file is written"));
   auto* status = new QHBoxLayout;
   status->addWidget(fault, 2);
-  status->addWidget(told, 1);
+  status->addWidget(told, 2);
   status->addWidget(place_);
 
   auto* bar = new QMenuBar;
