@@ -256,6 +256,18 @@ TEST_F(SlowDebuggerRig, AScriptThatNeverYieldsCanBePausedAndEnded) {
   }
 }
 
+TEST_F(SlowDebuggerRig, AScriptThatNeverYieldsMakesRoomForTheNext) {
+  loop.Outside(3s, [this] {
+    Load("AppendLog.RichAppendText 0, \"next\"");
+    frm.Script().RunFile("test.vbs");
+  });
+  Enable("Do: Loop");
+  Pass(1s);
+  EXPECT_TRUE(frm.Script().Runner().Loaded());
+  EXPECT_EQ(Shown().back(), "next");
+  EXPECT_EQ(prompts.shown, std::vector<std::string>());
+}
+
 TEST_F(SlowDebuggerRig, TheGuardDoesNotCountTheTimeOfAStand) {
   Debugger().SetBreakpoints(File(), {{2, u""}});
   whileStanding = [this] {

@@ -298,6 +298,21 @@ class ScriptEditorTest : public QObject {
     QCOMPARE(rig.view->Text(), std::string("z = 1\n"));
   }
 
+  void whatCannotBeSavedStaysInTheWindow() {
+    Rig rig;
+    rig.Type("y");
+    std::filesystem::remove_all(rig.folder.Path());
+    rig.prompts.saveAnswer = SaveAnswer::Save;
+    rig.Window().close();
+    QVERIFY(rig.Window().isVisible() && rig.editor.Modified());
+    QCOMPARE(rig.prompts.shown.size(), std::size_t{2});
+    QVERIFY(rig.prompts.shown[1].find("bench.vbs was not saved: ") != std::string::npos);
+    std::filesystem::create_directory(rig.folder.Path());
+    rig.Window().close();
+    QVERIFY(!rig.Window().isVisible());
+    QCOMPARE(rig.OnDisk(), std::string("yx = 1\n"));
+  }
+
   void aFileThatChangedOutsideIsReadAgainIfThatIsWanted() {
     Rig rig;
     rig.Type("y");

@@ -198,7 +198,9 @@ bool FrmEditor::Write(const std::filesystem::path& file) {
   const bool widened = !content;
   if (widened) content = utf8;
   if (const std::error_code error = WriteWholeFile(file, *content)) {
-    Tell(fmt::format("{} was not saved: {}", NameOf(file), error.message()));
+    const std::string why = fmt::format("{} was not saved: {}", NameOf(file), error.message());
+    Tell(why);
+    parts_.prompts.ShowMessage(why, boxTitle);  // the bottom line may be overlooked
     return false;
   }
   if (widened) text_.encoding = TextEncoding::Utf8;

@@ -78,7 +78,8 @@ class FrmEditor : public Form {
   // A text with the procedures that the program calls, after MayLose. Yields.
   void New(std::string_view language);
 
-  // False when it was not written. A text without a file is not: SaveAs.
+  // False when it was not written; the user is told why then, which yields. A text without a file is not:
+  // SaveAs.
   bool Save();
   bool SaveAs(const std::filesystem::path& file);
 
