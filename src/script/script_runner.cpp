@@ -109,6 +109,7 @@ ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesyst
 }
 
 ScriptRunner::~ScriptRunner() {
+  guard_.OnLongCall = nullptr;  // the windows are about to go, too
   Stop();
 }
 
