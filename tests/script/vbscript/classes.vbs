@@ -108,3 +108,19 @@ Dim nameValue, regExp
 Set nameValue = New NameValue : nameValue.Name = "own" : Print nameValue.Name, TypeName(New nameVALUE)  ' expect: own NameValue
 Set regExp = New RegExp : Print TypeName(regExp), regExp.Global  ' expect: IRegExp2 False
 ' SPDX-License-Identifier: GPL-3.0-or-later
+Class Telling
+  Public Function Tell : Tell = "method" : End Function
+End Class
+Class Keeping : Public Tell : End Class
+Class Hiding
+  Private Function Tell : Tell = "hidden" : End Function
+End Class
+Function TellOf(o) : TellOf = o.Tell() : End Function
+Set kept = New Keeping : kept.Tell = Array("field")
+Print TellOf(New Telling), TellOf(New Telling), TellOf(kept)(0), TellOf(New Telling)  ' expect: method method field method
+On Error Resume Next
+x = TellOf(New Hiding) : Print Err.Number : Err.Clear  ' expect: 438
+x = TellOf(Nothing) : Print Err.Number : Err.Clear  ' expect: 424
+On Error Goto 0
+ExecuteGlobal "Class Telling : Public Function Tell : Tell = ""anew"" : End Function : End Class"
+Print TellOf(New Telling)  ' expect: anew

@@ -103,3 +103,11 @@ NoSuch 1
 Print Err.Number, Err.Description : Err.Clear  ' expect: 13 Type mismatch
 x = NoSuch(1) : Print Err.Number : Err.Clear  ' expect: 13
 ' SPDX-License-Identifier: GPL-3.0-or-later
+Sub Product(one, other, ByVal divisor, whole, rest)
+  whole = one * other \ divisor
+  rest = one * other Mod divisor
+End Sub
+a = 300 : b = 300 : q = "text" : r = Array(1)
+Product a, b, 7, q, r : Print q, TypeName(q), r, TypeName(r)  ' expect: 12857 Long 1 Long
+Product a, a, 7, a, r : Print a, r  ' expect: 12857 4
+a = 2.5 : Product a, 2, 2, q, r : Print q, TypeName(q), r  ' expect: 2 Long 1

@@ -41,6 +41,8 @@ With New Guard
   .Name = "anonymous"
 End With  ' expect: end anonymous
 Make "unused"  ' expect: end unused
+Set seen = CreateObject("Scripting.Dictionary")
+Set a = Make("asked") : seen.Exists a : Set a = Nothing  ' expect: end asked
 Set a = Make("outer")
 Set a.Inner = Make("inner")
 Set a = Nothing

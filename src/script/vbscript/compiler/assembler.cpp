@@ -25,6 +25,10 @@ bool SameConstant(const Value& left, const Value& right) {
   }
 }
 
+Operand InInstruction(Operand operand) {
+  return operand.space == Space::Parameter ? Operand::In(Space::Register, operand.number) : operand;
+}
+
 constexpr std::size_t constantsCompared = 64;  // a look further back would make long texts slow to compile
 
 }  // namespace
@@ -40,7 +44,13 @@ void Assembler::ReserveVariables(std::uint32_t count) {
 
 std::uint32_t Assembler::Emit(Op op, Operand a, Operand b, Operand c, std::uint32_t d, std::size_t count) {
   if (count > 0xFFFF) throw ScriptError(1001);
-  code_->instructions.push_back({op, static_cast<std::uint16_t>(count), d, a, b, c});
+  Instruction& made = code_->instructions.emplace_back();
+  made.op = op;
+  made.count = count & 0xFFFF;
+  made.d = d;
+  made.a = InInstruction(a);
+  made.b = InInstruction(b);
+  made.c = InInstruction(c);
   return Here() - 1;
 }
 

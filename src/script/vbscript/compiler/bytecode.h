@@ -18,14 +18,15 @@ namespace quarlin::vbs {
 
 // Where an operand lies.
 enum class Space : std::uint32_t {
-  Register,   // of the running procedure; never a Reference while it is read
-  Parameter,  // a register that may hold a Reference to somebody else's place, which is then meant
-  Constant,   // of the procedure
+  Register,  // of the running procedure
+  Constant,  // of the procedure
   Global,
-  Field  // of the object whose method runs
+  Field,     // of the object whose method runs
+  Parameter  // a register that may hold a Reference to somebody else's place, which is then meant. Only the
+             // compiler tells it from other registers: an instruction follows what it finds.
 };
 
-inline constexpr std::size_t spaces = static_cast<std::size_t>(Space::Field) + 1;
+inline constexpr std::size_t spaces = static_cast<std::size_t>(Space::Parameter);  // of an instruction
 
 struct Operand {
   std::uint32_t number = 0;  // in its space
@@ -38,7 +39,7 @@ struct Operand {
 };
 
 // `a` is the place of the result unless the comment says otherwise; R[n] is register n.
-enum class Op : std::uint16_t {
+enum class Op : std::uint32_t {
   Load,      // a = b, whatever it is
   Take,      // a = b, a register that is read for the last time
   Let,       // a = the plain value of b; an array is copied
@@ -97,10 +98,14 @@ enum class Op : std::uint16_t {
   CallMethod,     // a = method[d] of the running object, (R[c] ..)
   CallBuiltin,    // a = builtin[d](R[c] ..)
   CallLate,       // a = whatever site[d] names at that time, called with (R[c] ..)
-  ReadLate,       // a = the global variable that site[d] names, Empty if there is none
-  Raise,          // error number b (a constant), culprit site[d]
-  ReadyArray,     // a = a fixed array of declared[d]
-  ReDim,          // a is sized to R[c] .., count bounds
+  RunMember,      // the four calls whose callee may be a procedure, where nobody wants the value
+  RunProcedure,
+  RunMethod,
+  RunLate,
+  ReadLate,    // a = the global variable that site[d] names, Empty if there is none
+  Raise,       // error number b (a constant), culprit site[d]
+  ReadyArray,  // a = a fixed array of declared[d]
+  ReDim,       // a is sized to R[c] .., count bounds
   ReDimPreserve,
   Erase,       // a
   New,         // a = an object of the class site[d] names
@@ -154,8 +159,8 @@ static_assert(JumpUnless(Op::NotEqual) == Op::JumpUnlessNotEqual &&
 inline constexpr std::uint32_t noSite = ~0U;
 
 struct Instruction {
-  Op op;
-  std::uint16_t count = 0;
+  Op op : 16 = Op::Return;  // with `count` in one word, so that neither has to be widened
+  std::uint32_t count : 16 = 0;
   std::uint32_t d = 0;
   Operand a;
   Operand b;
@@ -168,6 +173,8 @@ struct Site {
   std::u16string object;  // the name of what it is a member of, where that is a plain name; for messages
   mutable const void* shape = nullptr;
   mutable int member = 0;
+  mutable std::size_t method = noMethod;  // the slot of the public procedure that the member is, if so
+  static constexpr std::size_t noMethod = ~std::size_t{0};
 };
 
 // Where a statement, or a part of one that Resume Next goes on with, begins.

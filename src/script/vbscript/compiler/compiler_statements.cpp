@@ -252,11 +252,33 @@ void Compiler::StoreByName(const Expression& target, const Expression* call, Ope
   }
 }
 
+namespace {
+
+std::optional<Op> WithoutValue(Op call) {
+  switch (call) {
+    case Op::CallMember:
+      return Op::RunMember;
+    case Op::CallProcedure:
+      return Op::RunProcedure;
+    case Op::CallMethod:
+      return Op::RunMethod;
+    case Op::CallLate:
+      return Op::RunLate;
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
 void Compiler::CallStatement(const Expression& expression) {
-  if (expression.kind == ExpressionKind::Name) {
-    CallNamed(Resolve(expression.name), expression, std::nullopt);
-  } else {
-    Compile(expression);
+  const bool bare = expression.kind == ExpressionKind::Name;
+  const Operand value =
+      bare ? CallNamed(Resolve(expression.name), expression, std::nullopt) : Compile(expression);
+  Instruction& last = out_.Made().instructions.back();
+  if (const auto op = WithoutValue(last.op)) {
+    last.op = *op;
+    out_.Taken(value);
   }
 }
 

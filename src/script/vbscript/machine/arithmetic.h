@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -31,21 +32,31 @@ inline bool IsBare(const Value& value) {
   return true;
 }
 
-// A result that does not fit becomes the next wider kind; a Long never becomes an Integer again.
-[[gnu::always_inline]] inline bool StoreWhole(Value& place, bool narrow, std::int64_t result) {
-  const auto small = static_cast<std::int16_t>(result);
-  if (narrow && result == small) return Store(place, Value::Integer(small));
-  const auto usual = static_cast<std::int32_t>(result);
-  if (result == usual) return Store(place, Value::Long(usual));
-  return Store(place, Value::Double(static_cast<double>(result)));
+// 0: both are Integers; 1: both are whole numbers, one of them at least a Long; more: something else is
+// among them. One number tells it all, so that the commonest pairs take no branches.
+[[gnu::always_inline]] inline unsigned Width(const Value& left, const Value& right) {
+  static_assert(static_cast<int>(Kind::Long) == static_cast<int>(Kind::Integer) + 1);
+  constexpr auto integer = static_cast<unsigned>(Kind::Integer);
+  return (static_cast<unsigned>(left.GetKind()) - integer) |
+         (static_cast<unsigned>(right.GetKind()) - integer);
 }
 
-inline bool BothIntegers(const Value& left, const Value& right) {
-  return left.Is(Kind::Integer) && right.Is(Kind::Integer);
+inline bool AreWholeNumbers(unsigned width) {
+  return width <= 1;
+}
+
+// A result that does not fit becomes the next wider kind; a Long never becomes an Integer again.
+[[gnu::always_inline]] inline bool StoreWhole(Value& place, unsigned width, std::int64_t result) {
+  const auto usual = static_cast<std::int32_t>(result);
+  if (result != usual) [[unlikely]]
+    return Store(place, Value::Double(static_cast<double>(result)));
+  const auto small = static_cast<std::int16_t>(result);
+  const bool isInteger = (width == 0) & (result == small);
+  return Store(place, isInteger ? Value::Integer(small) : Value::Long(usual));
 }
 
 inline bool IsFinite(double number) {
-  return number <= std::numeric_limits<double>::max() && number >= -std::numeric_limits<double>::max();
+  return std::abs(number) <= std::numeric_limits<double>::max();
 }
 
 inline bool IsQuickNumber(const Value& value) {
@@ -67,9 +78,9 @@ template <class Operation>
 [[gnu::always_inline]] inline bool QuickArithmetic(Value& place, const Value& left, const Value& right,
                                                    Operation operation) {
   if (!IsBare(place)) return false;
-  if (IsWholeNumber(left) && IsWholeNumber(right)) {
-    return StoreWhole(place, BothIntegers(left, right), operation(left.AsWhole(), right.AsWhole()));
-  }
+  const unsigned width = Width(left, right);
+  if (AreWholeNumbers(width)) [[likely]]
+    return StoreWhole(place, width, operation(left.AsWhole(), right.AsWhole()));
   if (!IsQuickNumber(left) || !IsQuickNumber(right)) return false;
   return StoreReal(place, operation(RealOf(left), RealOf(right)));
 }
@@ -87,14 +98,16 @@ inline bool QuickMultiply(Value& place, const Value& left, const Value& right) {
 }
 
 inline bool QuickModulo(Value& place, const Value& left, const Value& right) {
-  if (!IsBare(place) || !IsWholeNumber(left) || !IsWholeNumber(right) || right.AsWhole() == 0) return false;
-  return StoreWhole(place, BothIntegers(left, right), left.AsWhole() % right.AsWhole());
+  const unsigned width = Width(left, right);
+  if (!IsBare(place) || !AreWholeNumbers(width) || right.AsWhole() == 0) return false;
+  return StoreWhole(place, width, left.AsWhole() % right.AsWhole());
 }
 
 inline bool QuickIntegerDivide(Value& place, const Value& left, const Value& right) {
-  if (!IsBare(place) || !IsWholeNumber(left) || !IsWholeNumber(right) || right.AsWhole() == 0) return false;
+  const unsigned width = Width(left, right);
+  if (!IsBare(place) || !AreWholeNumbers(width) || right.AsWhole() == 0) return false;
   const std::int64_t result = left.AsWhole() / right.AsWhole();
-  return result == static_cast<std::int32_t>(result) && StoreWhole(place, BothIntegers(left, right), result);
+  return result == static_cast<std::int32_t>(result) && StoreWhole(place, width, result);
 }
 
 inline bool QuickDivide(Value& place, const Value& left, const Value& right) {

@@ -21,17 +21,17 @@ inline Value* Machine::Top() {
                                                  Instance* me, Value* result) {
   if (frames_.Full()) throw ScriptError(outOfStackSpace);
   stack_.Reach(registers + code.registers);
+  if (me != nullptr) me->AddReference();  // before anything can go that held it
   Value* const end = registers + code.variables;
   for (Value* reg = registers + arguments; reg != end; ++reg) reg->Clear();
   for (const std::uint32_t parameter : code.byValue) {
     Value& given = registers[parameter];
     if (given.Is(Kind::Reference)) given = Value(given.Place());
   }
-  if (me != nullptr) me->AddReference();
   // Constants are only read; the table holds them beside what is written.
   auto* const constants = const_cast<Value*>(code.constants.data());
   Value* const fields = me == nullptr ? nullptr : me->Fields().data();
-  frames_.Push(code, {registers, registers, constants, globals_.data(), fields}, me, result);
+  frames_.Push(code, {registers, constants, globals_.data(), fields}, me, result);
 }
 
 // Ends the innermost procedure, which is `frame`, and gives its value. Objects whose last reference goes here
@@ -41,7 +41,8 @@ inline Value* Machine::Top() {
   Value result = std::move(registers[frame.code->result]);
   const Value* const end = registers + frame.code->registers;
   for (Value* reg = registers; reg != end; ++reg) {
-    if (reg->GetKind() >= Kind::Reference) reg->Clear();
+    if (reg->GetKind() >= Kind::Reference) [[unlikely]]
+      reg->Clear();
   }
   if (frame.extras) [[unlikely]]
     frame.extras.reset();

@@ -13,13 +13,10 @@ namespace {
 constexpr int looksPerEvaluation = 400;  // some millions of steps
 
 void PutStop(const Code& code, const Mark& mark, bool wanted) {
-  Op& op = code.instructions[mark.instruction].op;
-  if (wanted == (op == Op::Stop)) return;
-  if (wanted) {
-    mark.stopped = std::exchange(op, Op::Stop);
-  } else {
-    op = mark.stopped;
-  }
+  Instruction& first = code.instructions[mark.instruction];
+  if (wanted == (first.op == Op::Stop)) return;
+  if (wanted) mark.stopped = first.op;
+  first.op = wanted ? Op::Stop : mark.stopped;
 }
 
 }  // namespace

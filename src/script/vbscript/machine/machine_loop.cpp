@@ -45,10 +45,8 @@ Value JoinNumber(std::u16string_view text, std::int64_t number) {
                                                   : Apply(Operator::Concatenate, left, right);
 }
 
-// With the operands as they lie there, which is nearly always enough; else behind References, or in general.
-template <class Quick>
-[[gnu::noinline]] void CalculateAnyway(const Instruction& now, const Frame& frame, Operator operation,
-                                       Quick quick) {
+template <auto quick>
+[[gnu::noinline]] void CalculateInGeneral(const Instruction& now, const Frame& frame, Operator operation) {
   Value result;
   if (!quick(result, frame.At(now.b), frame.At(now.c))) {
     result = Apply(operation, frame.At(now.b), frame.At(now.c));
@@ -56,26 +54,37 @@ template <class Quick>
   frame.At(now.a).Swap(result);
 }
 
-template <class Quick>
-[[gnu::always_inline]] inline void Calculate(const Instruction& now, const Frame& frame, Operator operation,
-                                             Quick quick) {
+// With what References refer to, which is the commonest reason to come here.
+template <auto quick>
+[[gnu::noinline]] void CalculateAnyway(const Instruction& now, const Frame& frame, Operator operation) {
+  if (quick(frame.At(now.a), frame.At(now.b), frame.At(now.c))) return;
+  CalculateInGeneral<quick>(now, frame, operation);
+}
+
+// With the operands as they lie there, which is nearly always enough.
+template <auto quick>
+[[gnu::always_inline]] inline void Calculate(const Instruction& now, const Frame& frame, Operator operation) {
   if (quick(frame.Raw(now.a), frame.Raw(now.b), frame.Raw(now.c))) return;
-  CalculateAnyway(now, frame, operation, quick);
+  CalculateAnyway<quick>(now, frame, operation);
 }
 
 // The element of a one-dimensional array, or null where the general way has to be taken.
-Value* QuickElement(const Value& array, const Value& index) {
-  if (!array.IsArray() || !IsWholeNumber(index)) return nullptr;
-  ArrayBody& body = array.AsArray();
+Value* QuickElement(ArrayBody& body, const Value& index) {
+  if (!IsWholeNumber(index)) return nullptr;
   const auto place = static_cast<std::uint64_t>(index.AsWhole());
   if (body.Dimensions() != 1 || place >= body.Items().size()) return nullptr;
   return &body.Items()[place];
 }
 
+Value* QuickElement(const Value& array, const Value& index) {
+  return array.IsArray() ? QuickElement(array.AsArray(), index) : nullptr;
+}
+
 bool QuickPut(const Value& array, const Value& index, const Value& value) {
-  if (!array.IsArray() || array.AsArray().References() != 1 || value.IsObject() || value.IsArray())
-    return false;
-  Value* element = QuickElement(array, index);
+  if (!array.IsArray() || value.IsObject() || value.IsArray()) return false;
+  ArrayBody& body = array.AsArray();
+  if (body.References() != 1) return false;
+  Value* element = QuickElement(body, index);
   if (element == nullptr) return false;
   *element = value;
   return true;
@@ -105,17 +114,17 @@ template <class Compare>
                                          Compare compare) {
   const Value& left = frame.Raw(now.b);
   const Value& right = frame.Raw(now.c);
-  if (IsWholeNumber(left) && IsWholeNumber(right)) return compare(left.AsWhole(), right.AsWhole());
+  if (AreWholeNumbers(Width(left, right))) [[likely]]
+    return compare(left.AsWhole(), right.AsWhole());
   return HoldsAnyway(now, frame, operation, compare);
 }
 
 bool Next(Value& counter, const Value* bounds) {
-  if (!IsWholeNumber(counter) || !IsWholeNumber(bounds[0]) || !IsWholeNumber(bounds[1])) {
-    return Count(counter, bounds);
-  }
+  const unsigned width = Width(counter, bounds[1]);
+  if (!AreWholeNumbers(width) || !IsWholeNumber(bounds[0])) return Count(counter, bounds);
   const std::int64_t step = bounds[1].AsWhole();
   const std::int64_t next = counter.AsWhole() + step;
-  StoreWhole(counter, counter.Is(Kind::Integer) && bounds[1].Is(Kind::Integer), next);
+  StoreWhole(counter, width, next);
   return step >= 0 ? next <= bounds[0].AsWhole() : next >= bounds[0].AsWhole();
 }
 
@@ -178,19 +187,22 @@ Value Machine::Loop(const Frame* entry) {
   const Instruction* at = frame->instruction;
   const auto place = [&frame](Operand operand) -> Value& { return frame->At(operand); };
   const auto reg = [&frame](Operand operand) { return frame->Registers() + operand.number; };
-  const auto jumpTo = [&](std::uint32_t target) { at = frame->code->instructions.data() + target; };
+  Op op = at->op;
+  const auto goTo = [&](const Instruction* next) {
+    at = next;
+    op = at->op;
+  };
+  const auto jumpTo = [&](std::uint32_t target) { goTo(frame->code->instructions.data() + target); };
   const auto look = [this] {
     if (effort::Step()) LookAround();
   };
   const auto enter = [&] {
     frame = &frames_.Back();
-    at = frame->instruction;
-    look();
+    look();  // a debugger may put a stop into the code meanwhile
+    goTo(frame->instruction);
   };
   for (;;) {
-    Op op = at->op;
     frame->instruction = at;
-  perform:
     const Instruction& now = *at;
     switch (op) {
       case Op::Load:
@@ -220,22 +232,22 @@ Value Machine::Loop(const Frame* entry) {
         break;
 
       case Op::Add:
-        Calculate(now, *frame, Operator::Add, QuickAdd);
+        Calculate<QuickAdd>(now, *frame, Operator::Add);
         break;
       case Op::Subtract:
-        Calculate(now, *frame, Operator::Subtract, QuickSubtract);
+        Calculate<QuickSubtract>(now, *frame, Operator::Subtract);
         break;
       case Op::Multiply:
-        Calculate(now, *frame, Operator::Multiply, QuickMultiply);
+        Calculate<QuickMultiply>(now, *frame, Operator::Multiply);
         break;
       case Op::Divide:
-        Calculate(now, *frame, Operator::Divide, QuickDivide);
+        Calculate<QuickDivide>(now, *frame, Operator::Divide);
         break;
       case Op::IntegerDivide:
-        Calculate(now, *frame, Operator::IntegerDivide, QuickIntegerDivide);
+        Calculate<QuickIntegerDivide>(now, *frame, Operator::IntegerDivide);
         break;
       case Op::Modulo:
-        Calculate(now, *frame, Operator::Modulo, QuickModulo);
+        Calculate<QuickModulo>(now, *frame, Operator::Modulo);
         break;
       case Op::Concatenate:
         Concatenate(place(now.a), place(now.b), place(now.c));
@@ -281,8 +293,8 @@ Value Machine::Loop(const Frame* entry) {
         jumpTo(now.d);
         continue;
       case Op::JumpBack:
-        jumpTo(now.d);
         look();
+        jumpTo(now.d);
         continue;
       case Op::ForStart:
         if (StartCounting(place(now.a), place(now.b), reg(now.c))) break;
@@ -290,8 +302,8 @@ Value Machine::Loop(const Frame* entry) {
         continue;
       case Op::ForNext:
         if (!Next(place(now.a), reg(now.c))) break;
-        jumpTo(now.d);
         look();
+        jumpTo(now.d);
         continue;
 
       case Op::EachNext:
@@ -313,9 +325,13 @@ Value Machine::Loop(const Frame* entry) {
         break;
 
       case Op::GetMember:
+        if (!GetMember(place(now.b), frame->code->sites[now.d], Top(), 0, reg(now.a))) break;
+        enter();
+        continue;
       case Op::CallMember:
-        if (!GetMember(place(now.b), frame->code->sites[now.d], op == Op::GetMember ? Top() : reg(now.c),
-                       now.count, *reg(now.a))) {
+      case Op::RunMember:
+        if (!GetMember(place(now.b), frame->code->sites[now.d], reg(now.c), now.count,
+                       op == Op::CallMember ? reg(now.a) : nullptr)) {
           break;
         }
         enter();
@@ -332,12 +348,24 @@ Value Machine::Loop(const Frame* entry) {
         Enter(now.d, reg(now.c), now.count, nullptr, reg(now.a));
         enter();
         continue;
+      case Op::RunProcedure:
+        Enter(now.d, reg(now.c), now.count, nullptr, nullptr);
+        enter();
+        continue;
       case Op::CallMethod:
         Enter(now.d, reg(now.c), now.count, frame->me, reg(now.a));
         enter();
         continue;
+      case Op::RunMethod:
+        Enter(now.d, reg(now.c), now.count, frame->me, nullptr);
+        enter();
+        continue;
       case Op::CallLate:
-        if (!CallLate(frame->code->sites[now.d], reg(now.c), now.count, *reg(now.a))) break;
+      case Op::RunLate:
+        if (!CallLate(frame->code->sites[now.d], reg(now.c), now.count,
+                      op == Op::CallLate ? reg(now.a) : nullptr)) {
+          break;
+        }
         enter();
         continue;
       case Op::CallBuiltin:
@@ -355,15 +383,54 @@ Value Machine::Loop(const Frame* entry) {
 
       case Op::Reconsider:
         if (!Reconsider(*frame)) break;
-        at = frame->instruction;
+        goTo(frame->instruction);
         continue;
       case Op::Stop:
         op = StopHere();
-        goto perform;
-      default:
+        continue;
+
+      case Op::Power:
+      case Op::Equal:
+      case Op::NotEqual:
+      case Op::Less:
+      case Op::Greater:
+      case Op::LessEqual:
+      case Op::GreaterEqual:
+      case Op::Is:
+      case Op::And:
+      case Op::Or:
+      case Op::Xor:
+      case Op::Eqv:
+      case Op::Imp:
+      case Op::Negate:
+      case Op::Plus:
+      case Op::Not:
+      case Op::Index:
+      case Op::ElementPlace:
+      case Op::PutIndex:
+      case Op::SetIndex:
+      case Op::PutBack:
+      case Op::ReadLate:
+      case Op::Raise:
+      case Op::ReadyArray:
+      case Op::ReDim:
+      case Op::ReDimPreserve:
+      case Op::Erase:
+      case Op::New:
+      case Op::Me:
+      case Op::EachStart:
+      case Op::ResumeNext:
+      case Op::GoToZero:
+      case Op::Execute:
+      case Op::ExecuteGlobal:
+      case Op::Eval:
+      case Op::GetRef:
         Perform(op, now);
+        break;
+      default:
+        __builtin_unreachable();
     }
-    ++at;
+    goTo(at + 1);
   }
 }
 

@@ -21,6 +21,11 @@ void Follow(Value* arguments, std::size_t count) {
   }
 }
 
+// The objects among the arguments must not live on in the registers that they were given in.
+void LetGo(Value* arguments, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) arguments[i].Clear();
+}
+
 bool Unchanged(const Value& left, const Value& right) {
   if (left.GetKind() != right.GetKind()) return false;
   switch (left.GetKind()) {
@@ -53,12 +58,34 @@ int Machine::FindMember(Dispatch& object, const Site& site) {
   if (!member) throw ScriptError(noSuchMember, site.name);
   site.shape = shape;
   site.member = *member;
+  site.method = Site::noMethod;
   return *member;
 }
 
-// True when a method was entered, whose value will come to `result`; otherwise it is there.
+namespace {
+
+// The target as an instance of the class whose method the site found the last time, or null.
+Instance* WithKnownMethod(const Value& target, const Site& site) {
+  if (site.method == Site::noMethod || !target.IsObject() || target.IsNothing()) return nullptr;
+  Dispatch* object = target.AsObject();
+  return object->Shape() == site.shape ? static_cast<Instance*>(object) : nullptr;
+}
+
+}  // namespace
+
+// True when a method was entered, whose value will come to `result`; otherwise it is there. Null: nobody
+// wants it.
 bool Machine::GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count,
-                        Value& result) {
+                        Value* result) {
+  if (Instance* instance = WithKnownMethod(target, site)) {
+    Enter(site.method, arguments, count, instance, result);
+    return true;
+  }
+  return FindAndGetMember(target, site, arguments, count, result);
+}
+
+bool Machine::FindAndGetMember(const Value& target, const Site& site, Value* arguments, std::size_t count,
+                               Value* result) {
   if (!target.IsObject() || target.IsNothing()) throw ScriptError(objectRequired, site.object);
   const ObjectRef object(target.AsObject());
   const int number = FindMember(*object, site);
@@ -66,7 +93,9 @@ bool Machine::GetMember(const Value& target, const Site& site, Value* arguments,
   if (instance == nullptr) {
     Follow(arguments, count);
     effort::Spend(effort::stepsOfHostCall);
-    result = object->Invoke(number, {arguments, count});
+    Value got = object->Invoke(number, {arguments, count});
+    LetGo(arguments, count);
+    if (result != nullptr) result->Swap(got);
     return false;
   }
   const ClassMember* member = instance->MemberAt(number);
@@ -76,12 +105,15 @@ bool Machine::GetMember(const Value& target, const Site& site, Value* arguments,
   if (member->get != ClassMember::none) {
     const auto slot = static_cast<std::size_t>(member->get);
     if (count == 0 || CodeOf(slot).parameters > 0) {
-      Enter(slot, arguments, count, instance, &result);
+      if (!member->isPrivate) site.method = slot;
+      Enter(slot, arguments, count, instance, result);
       return true;
     }
   }
   Follow(arguments, count);
-  result = GetFrom(*instance, *member, {arguments, count});
+  Value got = GetFrom(*instance, *member, {arguments, count});
+  LetGo(arguments, count);
+  if (result != nullptr) result->Swap(got);
   return false;
 }
 
@@ -118,15 +150,17 @@ bool Machine::PutMember(const Value& target, const Site& site, Value* indices, s
   return true;
 }
 
-bool Machine::CallLate(const Site& site, Value* arguments, std::size_t count, Value& result) {
+bool Machine::CallLate(const Site& site, Value* arguments, std::size_t count, Value* result) {
   const auto symbol = symbols_.Find(Folded(site.name));
   if (symbol && symbol->kind == SymbolKind::Procedure) {
-    Enter(symbol->number, arguments, count, nullptr, &result);
+    Enter(symbol->number, arguments, count, nullptr, result);
     return true;
   }
   if (!symbol || symbol->kind != SymbolKind::Variable) throw ScriptError(typeMismatch, site.name);
   Follow(arguments, count);
-  result = IndexValue(globals_[symbol->number], {arguments, count}, site.name);
+  Value got = IndexValue(globals_[symbol->number], {arguments, count}, site.name);
+  LetGo(arguments, count);
+  if (result != nullptr) result->Swap(got);
   return false;
 }
 
