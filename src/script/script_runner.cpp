@@ -72,7 +72,8 @@ class ScriptRunner::Call {
   vbs::LocaleScope locale_{usual_};
 };
 
-// A wait on the stack. Once it is over, no alarm fires before the script has gone on.
+// A wait on the stack. Once it is over, no alarm fires before the script has gone on; but where the user has
+// a box open, the wait cannot return until it is closed, and the program goes on behind it.
 class ScriptRunner::Pause {
  public:
   explicit Pause(ScriptRunner& runner) : runner_(runner), notTheScripts_(runner.prompts_) {
@@ -87,14 +88,16 @@ class ScriptRunner::Pause {
   Pause& operator=(const Pause&) = delete;
 
   void End() {
-    if (!over_) over_.emplace(runner_.loop_.Alarms());
+    isOver_ = true;
+    if (!hold_ && !runner_.prompts_.IsNested()) hold_.emplace(runner_.loop_.Alarms());
   }
-  bool IsOver() const { return over_.has_value(); }
+  bool IsOver() const { return isOver_; }
 
  private:
   ScriptRunner& runner_;
   const TimedPrompts::OthersTime notTheScripts_;
-  std::optional<AlarmQueue::Hold> over_;
+  bool isOver_ = false;
+  std::optional<AlarmQueue::Hold> hold_;
 };
 
 ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesystem::path folder,

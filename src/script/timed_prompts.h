@@ -48,8 +48,9 @@ class TimedPrompts : public Prompts {
   // All that has passed by now, but for what still goes on.
   Duration TimeOfOthers() const { return ofOthers_; }
 
-  // From any thread: whether the time that passes is others'.
+  // From any thread: whether the time that passes is others'; for one reason within another, too.
   bool IsOthersTime() const { return othersNow_ > 0; }
+  bool IsNested() const { return othersNow_ > 1; }
 
  private:
   bool Passes(std::string_view text, std::string_view title) const;

@@ -93,6 +93,21 @@ TEST_F(WaitsRig, AnswersComeOneByOneAndAreCountedAsEver) {
   EXPECT_EQ(Shown(), (Lines{"1", "2", "ERR", "4"}));
 }
 
+TEST_F(WaitsRig, BehindABoxTheProgramGoesOnAlsoOnceTheAnswerIsThere) {
+  frm.Configuration().Edited.AboutToEdit(controls().run.Check1, "Wait Answer");
+  controls().run.Check1.SetChecked(!controls().run.Check1.Checked());
+  prompts.saveAnswer = SaveAnswer::Cancel;
+  prompts.whileShown = [this] {
+    for (const char* answer : {"1\r\n", "2\r\n", "3\r\n"}) Receive(answer);
+    EXPECT_EQ(Label7(), "3");
+  };
+  loop.Outside(1s, [&] { frm.RequestUnload(); });
+  Enable(
+      "Sub InitTask: Say Left(FormMain.WaitAnswer(5000), 1): Say TypeName(FormMain.WaitAnswer(10)): End Sub");
+  EXPECT_EQ(prompts.shown.size(), 1U);
+  EXPECT_EQ(Said(), "1;Empty;");
+}
+
 TEST_F(WaitsRig, WhoeverStopsTheScriptEndsItsWait) {
   struct Row {
     const char* name;
