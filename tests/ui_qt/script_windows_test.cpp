@@ -193,6 +193,19 @@ class ScriptWindowsTest : public QObject {
     QCOMPARE(rig.Find<QGroupBox>("FrameOutput").font().pointSizeF(), 14.0);
   }
 
+  void whatTheScriptMovesIsSeenThereAndStays() {
+    Rig rig("Sub InitTask\r\n txtOutput.Move 3000, 1500, 3000: TextIO(0).Move 1500, 300\r\nEnd Sub");
+    rig.EnableAndShow();
+    QWidget& panel = rig.PanelWindow();
+    panel.resize(panel.size() + QSize(40, 40));
+    LayOut();
+    auto& text = rig.Find<QLineEdit>("txtOutput");
+    QTRY_COMPARE(text.pos(), QPoint(200, 100));
+    QCOMPARE(text.width(), 200);
+    QVERIFY(panel.childAt(text.mapTo(&panel, text.rect().center())) == &text);
+    QCOMPARE(rig.Find<QLineEdit>("TextIO_0").pos(), QPoint(100, 20));
+  }
+
   void aModalPanelGoesBackToItsScript() {
     Rig rig(
         "Sub InitTask\r\n TextIO(0).SetFocus: FrmCommand.Show 1: txtOutput = \"got \" & TextIO(0)\r\n"

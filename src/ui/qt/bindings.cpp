@@ -58,6 +58,23 @@ void Binding::ShowColors() {
   colored_ = colors;
 }
 
+namespace {
+
+// Out of the layout that holds it, which may lie within others.
+bool TakeOut(QLayout& layout, QWidget& widget) {
+  if (layout.indexOf(&widget) >= 0) {
+    layout.removeWidget(&widget);
+    return true;
+  }
+  for (int i = 0; i < layout.count(); ++i) {
+    QLayout* inner = layout.itemAt(i)->layout();
+    if (inner != nullptr && TakeOut(*inner, widget)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 void Binding::ShowPlace() {
   const Placement& place = control_.Place();
   if (place == Placement() || !widget_.window()->property("placeable").toBool()) return;
@@ -68,7 +85,7 @@ void Binding::ShowPlace() {
   if (place.width) widget_.setFixedWidth(std::max(pixels(place.width, 0), 0));
   if (place.height) widget_.setFixedHeight(std::max(pixels(place.height, 0), 0));
   if (!place.left && !place.top) return;
-  if (QLayout* layout = widget_.parentWidget()->layout()) layout->removeWidget(&widget_);
+  if (QLayout* layout = widget_.parentWidget()->layout()) TakeOut(*layout, widget_);
   widget_.adjustSize();
   const QPoint corner(pixels(place.left, widget_.x()), pixels(place.top, widget_.y()));
   if (corner == widget_.pos()) return;

@@ -62,9 +62,12 @@ CommandWindow::CommandWindow(Form& panel) : FormWindow(panel), contents_(new QWi
   setProperty("placeable", true);
   setAttribute(Qt::WA_ShowWithoutActivating);  // the script's panel does not take the keyboard
   auto* column = new QVBoxLayout(contents_);
-  for (QWidget* part : {MakeNumbers(), MakeChoices(), MakeTexts(), MakeLamps(), MakeSwitches(), MakeExit()}) {
-    column->addWidget(part);
-  }
+  column->addWidget(MakeNumbers());
+  column->addWidget(MakeChoices());
+  column->addLayout(MakeTexts());
+  column->addWidget(MakeLamps());
+  column->addWidget(MakeSwitches());
+  column->addLayout(MakeExit());
   column->addStretch();
   auto* scroll = new QScrollArea;  // for a small screen
   scroll->setFrameShape(QFrame::NoFrame);
@@ -117,10 +120,8 @@ QWidget* CommandWindow::MakeChoices() {
   return group;
 }
 
-QWidget* CommandWindow::MakeTexts() {
-  auto* part = new QWidget;
-  auto* row = new QHBoxLayout(part);
-  row->setContentsMargins(0, 0, 0, 0);
+QLayout* CommandWindow::MakeTexts() {
+  auto* row = new QHBoxLayout;
   const std::pair<QString, const char*> lines[] = {{tr("I&nput"), "txtInput"}, {tr("O&utput"), "txtOutput"}};
   for (const auto& [caption, name] : lines) {
     QLineEdit* line = TextLine(name);
@@ -129,7 +130,7 @@ QWidget* CommandWindow::MakeTexts() {
     row->addWidget(label);
     row->addWidget(line, 1);
   }
-  return part;
+  return row;
 }
 
 QWidget* CommandWindow::MakeLamps() {
@@ -157,16 +158,14 @@ QWidget* CommandWindow::MakeSwitches() {
   return group;
 }
 
-QWidget* CommandWindow::MakeExit() {
-  auto* part = new QWidget;
-  auto* row = new QHBoxLayout(part);
-  row->setContentsMargins(0, 0, 0, 0);
+QLayout* CommandWindow::MakeExit() {
+  auto* row = new QHBoxLayout;
   row->addStretch();
   auto* exit = new QPushButton(tr("E&xit"));
   exit->setObjectName("cmdExit");
   exit->setToolTip(tr("Closes the panel and switches scripting off"));
   row->addWidget(exit);
-  return part;
+  return row;
 }
 
 bool CommandWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -23,10 +23,10 @@ class CommandWindow : public FormWindow {
   void MakeRoom();
   QWidget* MakeNumbers();
   QWidget* MakeChoices();
-  QWidget* MakeTexts();
+  QLayout* MakeTexts();
   QWidget* MakeLamps();
   QWidget* MakeSwitches();
-  QWidget* MakeExit();
+  QLayout* MakeExit();
 
   QWidget* contents_;
   QSize room_;  // that the contents wanted last
