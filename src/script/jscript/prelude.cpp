@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "script/jscript/prelude_json.h"
 #include "script/jscript/prelude_long_lists.h"
 
 namespace quarlin::jscript {
@@ -309,7 +310,7 @@ constexpr std::u16string_view ending =
 }  // namespace
 
 std::u16string Prelude() {
-  return std::u16string(facades).append(surroundings).append(LongLists()).append(ending);
+  return std::u16string(facades).append(surroundings).append(LongLists()).append(LongJson()).append(ending);
 }
 
 }  // namespace quarlin::jscript
