@@ -161,7 +161,8 @@ void LetTaken(Value& target, Value& source) {
 [[gnu::always_inline]] inline bool QuickCopy(const Instruction& now, const Frame& frame) {
   Value& target = frame.Raw(now.a);
   const Value& source = frame.Raw(now.b);
-  if (!IsBare(target) || !IsBare(source)) return false;
+  if (!IsBare(target) || !IsBare(source)) [[unlikely]]
+    return false;
   std::construct_at(&target, source);
   return true;
 }
@@ -187,22 +188,21 @@ Value Machine::Loop(const Frame* entry) {
   const Instruction* at = frame->instruction;
   const auto place = [&frame](Operand operand) -> Value& { return frame->At(operand); };
   const auto reg = [&frame](Operand operand) { return frame->Registers() + operand.number; };
-  Op op = at->op;
-  const auto goTo = [&](const Instruction* next) {
-    at = next;
-    op = at->op;
-  };
-  const auto jumpTo = [&](std::uint32_t target) { goTo(frame->code->instructions.data() + target); };
+  const auto jumpTo = [&](std::uint32_t target) { at = frame->code->instructions.data() + target; };
   const auto look = [this] {
     if (effort::Step()) LookAround();
   };
   const auto enter = [&] {
     frame = &frames_.Back();
-    look();  // a debugger may put a stop into the code meanwhile
-    goTo(frame->instruction);
+    at = frame->instruction;
+    look();
   };
+  // The head, where every instruction begins, lies in one line of the processor's cache.
+  asm volatile(".p2align 6");
   for (;;) {
+    Op op = at->op;
     frame->instruction = at;
+  perform:
     const Instruction& now = *at;
     switch (op) {
       case Op::Load:
@@ -383,11 +383,11 @@ Value Machine::Loop(const Frame* entry) {
 
       case Op::Reconsider:
         if (!Reconsider(*frame)) break;
-        goTo(frame->instruction);
+        at = frame->instruction;
         continue;
       case Op::Stop:
         op = StopHere();
-        continue;
+        goto perform;
 
       case Op::Power:
       case Op::Equal:
@@ -430,7 +430,7 @@ Value Machine::Loop(const Frame* entry) {
       default:
         __builtin_unreachable();
     }
-    goTo(at + 1);
+    ++at;
   }
 }
 
