@@ -27,11 +27,11 @@ constexpr auto hookNames = std::to_array<HookName>({{ScriptHook::ReceiveChar, u"
                                                     {ScriptHook::SendString, u"SendString"}});
 static_assert(StandInOrder(hookNames, &HookName::hook, ScriptHook::SendString));
 
+}  // namespace
+
 std::u16string_view NameOf(ScriptHook hook) {
   return hookNames[static_cast<std::size_t>(hook)].name;
 }
-
-}  // namespace
 
 std::string ErrorLine(std::u16string_view procedure, const vbs::ScriptError& error) {
   const int line = error.position.line;

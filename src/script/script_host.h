@@ -62,6 +62,7 @@ struct ScriptErrors {
 
 // What a script may replace.
 enum class ScriptHook { ReceiveChar, ReceiveString, SendString };
+std::u16string_view NameOf(ScriptHook hook);  // of its procedure
 
 class ScriptHost {
  public:

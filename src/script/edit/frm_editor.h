@@ -130,6 +130,8 @@ class FrmEditor : public Form {
   void StandChanged();
 
  private:
+  static constexpr std::string_view boxTitle = "Script editor";
+
   void CompareWithRunning();
   void TellStarted();
   bool SaveFirst();

@@ -2,9 +2,7 @@
 // The names that a script finds when it begins, as the interpreter itself has them. All are ASCII.
 #pragma once
 
-#include <array>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace quarlin {
@@ -15,9 +13,5 @@ std::vector<std::string> KeywordNames();
 // Functions and constants of VBScript's library, as the library writes them.
 std::vector<std::string> FunctionNames();
 std::vector<std::string> ConstantNames();
-
-// What the program gives to scripts of both languages.
-inline constexpr std::array<std::string_view, 7> objectNames{
-    "AppendLog", "CharReceived", "StringReceived", "StringToSend", "TimerTask", "FormMain", "FrmCommand"};
 
 }  // namespace quarlin

@@ -9,12 +9,9 @@ namespace quarlin {
 namespace {
 
 // The component compares with words in small letters.
-template <typename Names>
-QByteArray Words(const Names& names) {
+QByteArray Words(const std::vector<std::string>& names) {
   QByteArray words;
-  for (const auto& name : names) {
-    words += QByteArray(name.data(), static_cast<qsizetype>(name.size())).toLower() + ' ';
-  }
+  for (const std::string& name : names) words += QByteArray::fromStdString(name).toLower() + ' ';
   return words;
 }
 
@@ -23,8 +20,7 @@ QByteArray Words(const Names& names) {
 VbscriptLexer::VbscriptLexer(QObject* parent)
     : QsciLexer(parent),
       keywords_(Words(KeywordNames())),
-      functions_(Words(FunctionNames()) + Words(ConstantNames())),
-      objects_(Words(objectNames)) {}
+      functions_(Words(FunctionNames()) + Words(ConstantNames())) {}
 
 void VbscriptLexer::SetObjectNames(const std::vector<std::string>& names) {
   objects_ = Words(names);
