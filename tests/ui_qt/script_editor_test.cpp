@@ -141,7 +141,6 @@ class ScriptEditorTest : public QObject {
       Rig rig("");
       for (const QString& line : QString(one.typed).split('\n', Qt::SkipEmptyParts)) {
         rig.Type(line);
-        rig.view->cancelList();
         rig.Key(Qt::Key_Return, Qt::NoModifier);
       }
       QCOMPARE(QString::fromStdString(rig.view->Text()), QString(one.expected));
@@ -164,7 +163,16 @@ class ScriptEditorTest : public QObject {
     }
     QVERIFY(rig.view->Text().ends_with(
         "FormMain.txtMax FrmCommand.TextIO(3).Text Doubled Err.Number vbCrLf RichAppendText "));
-    rig.Type("Mid(");
+    for (const char* word : {"FormM", "Forma", "SetLo", "Len", "Mid", "ElseI"}) {
+      rig.Type(word);
+      QVERIFY2(rig.view->isListActive(), word);  // though what was typed so far is a word, too
+      rig.view->cancelList();
+      rig.Key(Qt::Key_Space, Qt::NoModifier);
+    }
+    rig.Type("ForM");
+    rig.Key(Qt::Key_Return, Qt::NoModifier);
+    QVERIFY(rig.view->Text().ends_with(" FormMain"));
+    rig.Type(" Mid(");
     QVERIFY(rig.view->SendScintilla(QsciScintilla::SCI_CALLTIPACTIVE) != 0);
     rig.Key(Qt::Key_Return, Qt::NoModifier);
     rig.Type("' a comment Loo");
@@ -204,7 +212,8 @@ class ScriptEditorTest : public QObject {
     QVERIFY(!WriteWholeFile(rig.folder / "asked.js", asked));
     rig.frm.Script().RunFile("asked.js");
     rig.loop.Pass(1s);
-    QVERIFY2(rig.frm.Script().Runner().Loaded(), rig.prompts.shown.empty() ? "" : rig.prompts.shown[0].c_str());
+    QVERIFY2(rig.frm.Script().Runner().Loaded(),
+             rig.prompts.shown.empty() ? "" : rig.prompts.shown[0].c_str());
 
     const auto names = [&](const char* before) {
       std::set<std::string> found;
@@ -262,8 +271,9 @@ class ScriptEditorTest : public QObject {
     const std::string text = "cat = 1\nCat2 = cat\n' \xC3\xA4 cat\n";
     Rig rig(text);
     rig.Key(Qt::Key_H);
-    rig.Find<QLineEdit>("editorFind").setText("cat");
-    rig.Find<QLineEdit>("editorReplace").setText("dog");
+    rig.Type("cat");
+    rig.Key(Qt::Key_Tab, Qt::NoModifier);
+    rig.Type("dog");
     rig.Find<QCheckBox>("editorFindWord").setChecked(true);
     rig.Find<QPushButton>("editorReplaceAll").click();
     QCOMPARE(rig.view->Text(), std::string("dog = 1\nCat2 = dog\n' \xC3\xA4 dog\n"));

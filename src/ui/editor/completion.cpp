@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editor/completion.h"
 
+#include <QKeyEvent>
 #include <algorithm>
 
 #include "base/text.h"
@@ -29,6 +30,10 @@ bool IsProse(std::string_view before, bool isVbscript) {
   return quote != 0;
 }
 
+bool StartsIgnoringCase(std::string_view text, std::string_view start) {
+  return EqualsIgnoringCase(text.substr(0, start.size()), start);
+}
+
 }  // namespace
 
 Completion::Completion(ScriptView& view, const Vocabulary& words)
@@ -37,6 +42,7 @@ Completion::Completion(ScriptView& view, const Vocabulary& words)
   view.setCallTipsStyle(QsciScintilla::CallTipsNone);
   view.SendScintilla(QsciScintilla::SCI_AUTOCSETIGNORECASE, 1L);
   view.SendScintilla(QsciScintilla::SCI_AUTOCSETMAXHEIGHT, static_cast<long>(shownRows));
+  view.installEventFilter(this);
   connect(&view, &QsciScintilla::SCN_CHARADDED, this, &Completion::Typed);
   connect(&view, &QsciScintilla::SCN_AUTOCSELECTIONCHANGE, this, [this](const char* name, int, int) {
     for (const Suggestion& one : offered_) {
@@ -68,13 +74,36 @@ void Completion::Typed(int character) {
   if (character == '.') return Show(false);
   const QString word = Word();
   if (view_.isListActive()) {
-    // Enter behind a word that is complete is to begin a line.
-    for (const Suggestion& one : offered_) {
-      if (EqualsIgnoringCase(one.name, word.toStdString())) view_.cancelList();
-    }
+    if (!OffersMoreThan(word.toStdString())) view_.cancelList();
   } else if (word.size() == lettersToOffer && !word[0].isDigit()) {
     Show(false);
   }
+}
+
+// Something offered begins with the word and is longer.
+bool Completion::OffersMoreThan(std::string_view word) const {
+  return std::any_of(offered_.begin(), offered_.end(), [&](const Suggestion& one) {
+    return one.name.size() > word.size() && StartsIgnoringCase(one.name, word);
+  });
+}
+
+// Enter behind a word that is complete begins a line, unless another one was chosen in the list.
+bool Completion::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && view_.isListActive()) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (enter && EqualsIgnoringCase(Selected(), Word().toStdString())) view_.cancelList();
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+std::string Completion::Selected() const {
+  const auto ask = [this](void* text) {
+    return view_.SendScintilla(QsciScintilla::SCI_AUTOCGETCURRENTTEXT, 0UL, text);
+  };
+  QByteArray text(static_cast<qsizetype>(ask(nullptr)) + 1, '\0');
+  ask(text.data());
+  return text.constData();
 }
 
 void Completion::Offer() {
@@ -84,13 +113,8 @@ void Completion::Offer() {
 void Completion::Show(bool asked) {
   const std::string word = Word().toStdString();
   offered_ = words_.At(language_, Before(), view_.Text());
-  std::erase_if(offered_, [&](const Suggestion& one) {
-    return !EqualsIgnoringCase(std::string_view(one.name).substr(0, word.size()), word);
-  });
-  const bool complete = std::any_of(offered_.begin(), offered_.end(), [&](const Suggestion& one) {
-    return EqualsIgnoringCase(one.name, word);
-  });
-  if (offered_.empty() || (complete && !asked)) return;
+  std::erase_if(offered_, [&](const Suggestion& one) { return !StartsIgnoringCase(one.name, word); });
+  if (asked ? offered_.empty() : !OffersMoreThan(word)) return;
   std::string list;
   for (const Suggestion& one : offered_) list += (list.empty() ? "" : " ") + one.name;
   view_.SendScintilla(QsciScintilla::SCI_AUTOCSHOW, word.size(), list.c_str());

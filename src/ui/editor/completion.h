@@ -29,8 +29,13 @@ class Completion : public QObject {
  signals:
   void helpChanged(const QString& help);  // of the suggestion that is selected; empty behind the list
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void Typed(int character);
+  bool OffersMoreThan(std::string_view word) const;
+  std::string Selected() const;
   void Show(bool asked);
   void ShowCall();
   std::string Before() const;

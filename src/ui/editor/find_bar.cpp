@@ -64,6 +64,9 @@ FindBar::FindBar(ScriptView& view, QWidget* parent)
   column->addWidget(MakeFindRow());
   replaceRow_ = MakeReplaceRow();
   column->addWidget(replaceRow_);
+  // From one text to the other first, and to the buttons of both behind them.
+  setTabOrder(find_, with_);
+  setTabOrder(with_, case_);
   connect(find_, &QLineEdit::textChanged, this, &FindBar::LookAgain);
   for (QCheckBox* box : {case_, word_, expression_}) {
     connect(box, &QCheckBox::toggled, this, &FindBar::LookAgain);
