@@ -79,7 +79,8 @@ template <class Operation>
                                                    Operation operation) {
   if (!IsBare(place)) return false;
   const unsigned width = Width(left, right);
-  if (AreWholeNumbers(width)) return StoreWhole(place, width, operation(left.AsWhole(), right.AsWhole()));
+  if (AreWholeNumbers(width)) [[likely]]
+    return StoreWhole(place, width, operation(left.AsWhole(), right.AsWhole()));
   if (!IsQuickNumber(left) || !IsQuickNumber(right)) return false;
   return StoreReal(place, operation(RealOf(left), RealOf(right)));
 }

@@ -193,8 +193,6 @@ class Machine {
   // machine_objects.cpp: what an instruction does that is about objects and arrays.
   std::u16string_view NameAt(const Instruction& instruction) const;
   bool GetMember(const Value& target, const Site& site, Value* arguments, std::size_t count, Value* result);
-  bool FindAndGetMember(const Value& target, const Site& site, Value* arguments, std::size_t count,
-                        Value* result);
   bool PutMember(const Value& target, const Site& site, Value* indices, std::size_t count, const Value& value,
                  PutKind kind);
   int FindMember(Dispatch& object, const Site& site);

@@ -81,11 +81,6 @@ bool Machine::GetMember(const Value& target, const Site& site, Value* arguments,
     Enter(site.method, arguments, count, instance, result);
     return true;
   }
-  return FindAndGetMember(target, site, arguments, count, result);
-}
-
-bool Machine::FindAndGetMember(const Value& target, const Site& site, Value* arguments, std::size_t count,
-                               Value* result) {
   if (!target.IsObject() || target.IsNothing()) throw ScriptError(objectRequired, site.object);
   const ObjectRef object(target.AsObject());
   const int number = FindMember(*object, site);
