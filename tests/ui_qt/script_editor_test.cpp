@@ -169,9 +169,9 @@ class ScriptEditorTest : public QObject {
       rig.view->cancelList();
       rig.Key(Qt::Key_Space, Qt::NoModifier);
     }
-    rig.Type("ForM");
+    rig.Type("formatNu");
     rig.Key(Qt::Key_Return, Qt::NoModifier);
-    QVERIFY(rig.view->Text().ends_with(" FormMain"));
+    QVERIFY(rig.view->Text().ends_with(" FormatNumber"));
     rig.Type(" Mid(");
     QVERIFY(rig.view->SendScintilla(QsciScintilla::SCI_CALLTIPACTIVE) != 0);
     rig.Key(Qt::Key_Return, Qt::NoModifier);
