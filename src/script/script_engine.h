@@ -38,6 +38,9 @@ class ScriptEngine {
   // the script does; the engine must not end before it has returned.
   virtual void Run(std::u16string_view name) = 0;
 
+  // What CreateObject makes in a script of this engine. Error 429 for a name that is not known.
+  virtual vbs::ObjectRef Make(std::u16string_view programId) = 0;
+
   // What a debugger can follow; null for a language that it cannot be followed in.
   virtual vbs::Engine* Followable() { return nullptr; }
 };

@@ -57,6 +57,9 @@ class ScriptRunner {
   bool Loaded() const { return engine_ != nullptr; }
   bool Has(std::u16string_view procedure) const { return engine_ && engine_->HasProcedure(procedure); }
 
+  // What CreateObject makes in the loaded script. Throws ScriptError.
+  vbs::ObjectRef Make(std::u16string_view programId) const { return engine_->Make(programId); }
+
   // Throws ScriptError. Yields. Does nothing where no script is loaded.
   void Run(std::u16string_view procedure, MayWait mayWait = MayWait::No);
 

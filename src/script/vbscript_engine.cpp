@@ -23,4 +23,8 @@ void VbscriptEngine::Run(std::u16string_view name) {
   engine_.Run(name);
 }
 
+vbs::ObjectRef VbscriptEngine::Make(std::u16string_view programId) {
+  return engine_.Make(programId);
+}
+
 }  // namespace quarlin

@@ -16,6 +16,7 @@ class VbscriptEngine : public ScriptEngine {
   void Check(std::u16string_view source) override;
   bool HasProcedure(std::u16string_view name) const override;
   void Run(std::u16string_view name) override;
+  vbs::ObjectRef Make(std::u16string_view programId) override;
   vbs::Engine* Followable() override { return &engine_; }
 
  private:

@@ -87,6 +87,10 @@ std::span<const vbs::Member<WScript>> WScript::Members() {
       {u"Echo", Method, 0, std::numeric_limits<int>::max(), Echo},
       {u"Sleep", Method, 1, 1, Sleep},
       {u"Quit", Method, 0, 1, Quit},
+      {u"CreateObject", Method, 1, 1,
+       [](WScript& self, Arguments arguments) {
+         return Value::Object(self.host_.Runner().Make(vbs::ToText(arguments[0])));
+       }},
       {u"Arguments", Property, 0, 0,
        [](WScript& self, Arguments) { return Value::Object(new WordList(self.host_.Console.arguments)); }},
       {u"ScriptName", Property, 0, 0,

@@ -110,12 +110,13 @@ TEST(ScriptRunner, RunsWhatItIsToldAndReportsErrors) {
        "WScript.Echo 1, \"é\", True: WScript.Echo: WScript.StdErr.WriteLine \"e\": WScript.StdOut.Write 2\r\n"
        "For Each a In WScript.Arguments: WScript.Echo a: Next\r\n"
        "Set n = WScript.Arguments.Named: WScript.Echo n(\"RATE\"), n.Exists(\"x\"), n(\"log\"), n.Count\r\n"
-       "WScript.Echo WScript.Arguments.Unnamed(0), WScript.ScriptName\r\n"
+       "Set d = WScript.CreateObject(\"Scripting.Dictionary\"): d(1) = 2\r\n"
+       "WScript.Echo WScript.Arguments.Unnamed(0), WScript.ScriptName, d(1)\r\n"
        "Sub Q: On Error Resume Next: WScript.Sleep 1: WScript.Quit 7: WScript.Echo \"on\": End Sub",
        {},
        {"Q", "Q", "--", "--check", "/rate:9600", "/log-"},
        7,
-       "1 é True\n\n2--check\n/rate:9600\n/log-\n9600 False False 2\n--check w.vbs\n",
+       "1 é True\n\n2--check\n/rate:9600\n/log-\n9600 False False 2\n--check w.vbs 2\n",
        "e\n"},
       {"w.js",
        "WScript.Echo(WScript.Arguments.length, WScript.Arguments(0), null); var on = false;\n"

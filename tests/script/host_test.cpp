@@ -395,6 +395,7 @@ class BusyEngine : public ScriptEngine {
       : loop_(loop), services_(services), work_(work), steps_(steps) {}
   void AddObject(std::u16string_view, const vbs::ObjectRef&) override {}
   void AddCode(std::u16string_view) override {}
+  vbs::ObjectRef Make(std::u16string_view) override { return {}; }
   void Check(std::u16string_view) override {}
   bool HasProcedure(std::u16string_view name) const override { return name == u"ReceiveString"; }
   void Run(std::u16string_view) override {

@@ -251,6 +251,7 @@ constexpr std::array objectRows = std::to_array<Row>({
     {"FrmCommand", "WindowState", "WindowState: 0 as it is placed, 1 minimized, 2 maximized"},
     {"WScript", "Echo", "Echo value, ...: writes a line"},
     {"WScript", "Sleep", "Sleep ms: waits while everything else goes on"},
+    {"WScript", "CreateObject", "CreateObject(name): makes an object, such as \"Scripting.Dictionary\""},
     {"WScript", "Quit", "Quit [status]: ends the program with that exit status"},
     {"WScript", "Arguments", "Arguments: what stood behind -- on the command line"},
     {"WScript", "ScriptName", "ScriptName: the name of the script's file"},

@@ -9,6 +9,7 @@
 #include "script/jscript/prelude.h"
 #include "script/jscript/source_names.h"
 #include "script/jscript/text.h"
+#include "script/library/create_object.h"
 
 namespace quarlin::jscript {
 
@@ -207,7 +208,8 @@ void Engine::Realm::Run(std::u16string_view name, QJSValue procedure) {
   if (outcome.isArray()) throw RuntimeError(outcome.property(0), {}, sources_);
 }
 
-Engine::Engine(vbs::Services& services, Limits limits) : realm_(std::make_unique<Realm>(services, limits)) {}
+Engine::Engine(vbs::Services& services, Limits limits)
+    : services_(services), realm_(std::make_unique<Realm>(services, limits)) {}
 
 Engine::~Engine() = default;
 
@@ -239,6 +241,10 @@ void Engine::Run(std::u16string_view name) {
   const QJSValue* procedure = realm_->FindProcedure(name);
   if (procedure == nullptr) throw ScriptError(vbs::typeMismatch, name);
   realm_->Run(name, *procedure);
+}
+
+vbs::ObjectRef Engine::Make(std::u16string_view programId) {
+  return vbs::CreateLibraryObject(services_, nullptr, programId);
 }
 
 }  // namespace quarlin::jscript

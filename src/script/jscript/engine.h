@@ -52,9 +52,11 @@ class Engine : public ScriptEngine {
   // looked up as written first, then without regard to case.
   bool HasProcedure(std::u16string_view name) const override;
   void Run(std::u16string_view name) override;
+  vbs::ObjectRef Make(std::u16string_view programId) override;
 
  private:
   class Realm;
+  vbs::Services& services_;
   std::unique_ptr<Realm> realm_;
 };
 

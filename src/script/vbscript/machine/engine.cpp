@@ -32,6 +32,10 @@ Value Engine::Run(std::u16string_view name, Arguments arguments) {
   return machine_->RunNamed(name, arguments);
 }
 
+ObjectRef Engine::Make(std::u16string_view programId) {
+  return machine_->Make(programId);
+}
+
 void Engine::SetDebugHook(DebugHook* hook) {
   machine_->SetDebugHook(hook);
 }

@@ -41,6 +41,9 @@ class Engine {
   // Runs a Sub or Function. Error 13 when there is none of that name. Yields where the script does.
   Value Run(std::u16string_view name, Arguments arguments = {});
 
+  // What CreateObject makes. Error 429 for a name that is not known.
+  ObjectRef Make(std::u16string_view programId);
+
   // Who follows the script from now on, null for nobody, and where it is told of it; both also from within
   // its calls. The hook outlives the engine, or is taken away before. Stops are forgotten with it.
   void SetDebugHook(DebugHook* hook);

@@ -120,6 +120,7 @@ class Machine {
 
   void AddObject(std::u16string_view name, const ObjectRef& object, bool membersAreGlobal);
   void AddCode(std::u16string_view source);
+  ObjectRef Make(std::u16string_view programId);
   bool HasProcedure(std::u16string_view name) const;
   Value RunNamed(std::u16string_view name, Arguments arguments);
   void SetDebugHook(DebugHook* hook);

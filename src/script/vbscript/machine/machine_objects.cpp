@@ -178,12 +178,16 @@ void Machine::CallBuiltin(const Builtin& builtin, Arguments arguments, Value& re
   result = builtin.function(library_, arguments);
 }
 
+ObjectRef Machine::Make(std::u16string_view programId) {
+  return CreateLibraryObject(services_, &holders_, programId);
+}
+
 Value Machine::MakeObject(const Site& site) {
   if (site.member == 0) {
     const std::u16string folded = Folded(site.name);
     const auto number = symbols_.FindClass(folded);
     if (!number && folded == u"regexp") {
-      return Value::Object(CreateLibraryObject(services_, &holders_, u"VBScript.RegExp"));
+      return Value::Object(Make(u"VBScript.RegExp"));
     }
     if (!number) throw ScriptError(classNotDefined, site.name);
     site.member = static_cast<int>(*number) + 1;  // a class keeps its number for good
