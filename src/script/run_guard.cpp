@@ -76,11 +76,7 @@ bool RunGuard::Judge() {
   stopped_ = Stopped();
   if (stopped_) return false;
   const Duration now = OwnTime();
-  if (now - begin_ >= patience) {
-    stopped_ = prompts_.Confirm("The script is not responding. Stop it?", "Quarlin");
-    StartPeriod();
-    return !stopped_;
-  }
+  if (now - begin_ >= patience) return AskUser();
   if (!LetsUserIn(now)) return false;
   if (now - lastLook_ < betweenLooks) {
     asksBetweenLooks_ = std::min(asksBetweenLooks_ * 2, mostAsksBetweenLooks);
@@ -90,6 +86,17 @@ bool RunGuard::Judge() {
   lastLook_ = now;
   asksLeft_ = asksBetweenLooks_;
   return true;
+}
+
+// The box that was answered would stay on the screen until the windows are served, so that is done at once.
+bool RunGuard::AskUser() {
+  const std::string where = Whereabouts();
+  stopped_ = prompts_.Confirm(
+      "The script is not responding. Stop it?" + (where.empty() ? where : "\n\n" + where), "Quarlin");
+  StartPeriod();
+  if (stopped_) return false;
+  nextUser_ = begin_;
+  return LetsUserIn(begin_);
 }
 
 void RunGuard::Look(Duration passed) {

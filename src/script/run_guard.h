@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "base/hook.h"
@@ -63,10 +64,14 @@ class RunGuard : private vbs::Lookout {
   // program is to end. False: what runs is to stop.
   Hook<bool()> OnLongCall;
 
+  // What the question is about, for its second paragraph.
+  Hook<std::string()> Whereabouts;
+
   vbs::Patrol& Outside() { return patrol_; }
 
  private:
   bool Judge();
+  bool AskUser();
   bool LetsUserIn(Duration now);
   void StartPeriod();
   Duration OwnTime() const;

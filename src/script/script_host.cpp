@@ -93,8 +93,8 @@ ScriptHost::ScriptHost(ScriptParts parts)
 void ScriptHost::WireDebugger() {
   ScriptDebugger& debugger = runner_.Debugger();
   const auto words = [&debugger] {
-    return fmt::format("the script stands at line {} of {}; the test waits", debugger.Place().line,
-                       debugger.Place().file.filename().string());
+    return fmt::format("waits at line {} of {} (F8)", debugger.Place().line,
+                       BytesFromUtf8(debugger.Place().file.filename().string()));
   };
   debugger.OnStand = [this, words] {
     ranBefore_ = parts_.status.WhatRuns();
@@ -316,7 +316,15 @@ void ScriptHost::ShowScriptError(std::u16string_view procedure, const vbs::Scrip
   parts_.prompts.MsgBox(ErrorReport(choice_.ScriptFile, error), stopIcon, defaultTitle);
 }
 
+// Whoever answered the question has the main window in front.
+void ScriptHost::TellStopped(const vbs::ScriptError& error) {
+  const int line = error.position.line;
+  parts_.status.Say(fmt::format("{} was stopped{}: it did not respond", BytesFromUtf8(choice_.ScriptFile),
+                                line > 0 ? fmt::format(" at line {}", line) : ""));
+}
+
 void ScriptHost::GiveUp(std::u16string_view procedure, const vbs::ScriptError& error) {
+  if (runner_.WasStopped()) TellStopped(error);
   ShowScriptError(procedure, error);
   runner_.Stop();
   parts_.controls.chkEnableScript.SetChecked(false);

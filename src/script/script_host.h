@@ -142,6 +142,7 @@ class ScriptHost {
   bool CutByEnd(std::u16string_view procedure, const vbs::ScriptError& error);
   void CountError(std::u16string_view procedure, const vbs::ScriptError& error);
   void ShowScriptError(std::u16string_view procedure, const vbs::ScriptError& error);
+  void TellStopped(const vbs::ScriptError& error);
   void GiveUp(std::u16string_view procedure, const vbs::ScriptError& error);
   void HookFailed(ScriptHook hook, const vbs::ScriptError& error);
   void WireDebugger();

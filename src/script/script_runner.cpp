@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "script/script_runner.h"
 
+#include <fmt/format.h>
+
 #include <optional>
 #include <utility>
 
 #include "base/scope_flag.h"
+#include "base/text.h"
 #include "script/script_file.h"
 #include "script/script_text.h"
+#include "script/vbscript/machine/engine.h"
 
 namespace quarlin {
 
@@ -109,6 +113,7 @@ ScriptRunner::ScriptRunner(EventLoop& loop, TimedPrompts& prompts, std::filesyst
       services_(std::make_unique<Services>(*this, prompts, std::move(folder))),
       engines_(std::move(engines)) {
   guard_.OnLongCall = [this] { return LetUserIn(); };
+  guard_.Whereabouts = [this] { return Whereabouts(); };
 }
 
 ScriptRunner::~ScriptRunner() {
@@ -222,6 +227,15 @@ bool ScriptRunner::LetUserIn() {
   }
   if (wasLoaded && !Loaded()) leaves_ = true;
   return !leaves_;
+}
+
+std::string ScriptRunner::Whereabouts() const {
+  const std::string file = BytesFromUtf8(file_.filename().string());
+  vbs::Engine* followed = engine_ ? engine_->Followable() : nullptr;
+  const vbs::CallView call = followed != nullptr ? followed->Where() : vbs::CallView{};
+  if (call.at.line == 0) return file;
+  return fmt::format("{} is at line {}, in {}", file, call.at.line,
+                     call.procedure.empty() ? "its top-level code" : BytesFromUtf16(call.procedure));
 }
 
 void ScriptRunner::LeaveIfStopped() {

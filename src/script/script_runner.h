@@ -88,6 +88,9 @@ class ScriptRunner {
   bool Waiting() const { return pause_ != nullptr; }
   bool Rests() const { return Waiting() || debugger_.Stands() || userIsIn_; }
 
+  // For people: "weigh.vbs is at line 42, in Task", as much of it as is known.
+  std::string Whereabouts() const;
+
   // The user, or the lack of one, stopped the last call because it took too long; or the end of the program
   // did.
   bool WasStopped() const { return guard_.Stopped(); }

@@ -418,7 +418,7 @@ TEST_F(ScriptRig, AScriptThatDoesNotEndIsAskedAbout) {
   engines = [&](std::string_view, vbs::Services& services) {
     return std::make_unique<BusyEngine>(loop, services, 25s, steps);
   };
-  const std::string question = "Quarlin: The script is not responding. Stop it?";
+  const std::string question = "Quarlin: The script is not responding. Stop it?\n\ntest.vbs";
   Enable("x");
   prompts.answers = {0, 0};
   prompts.whileShown = [this] { loop.Pause(loop.Now() + 1h); };
@@ -434,6 +434,7 @@ TEST_F(ScriptRig, AScriptThatDoesNotEndIsAskedAbout) {
   ASSERT_EQ(prompts.shown.size(), 4U);
   EXPECT_EQ(prompts.shown[2], question);
   EXPECT_NE(prompts.shown[3].find("## ERROR in test.vbs"), std::string::npos);
+  EXPECT_EQ(controls().status.lblStatusNote.Caption(), "test.vbs was stopped: it did not respond");
   EXPECT_FALSE(On()) << "or every further string would bring up the question";
 }
 

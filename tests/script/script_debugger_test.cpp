@@ -158,8 +158,7 @@ TEST_F(DebuggerRig, WhileAHookStandsTheRunsAnswersWaitAndNoneTimesOut) {
   Enable(
       "Sub ReceiveString\n  n = n + 1\n  StringReceived.OutputString = StringReceived.InputString\nEnd Sub");
   whileStanding = [this] {
-    EXPECT_EQ(controls().status.lblStatusCycle.Caption(),
-              "the script stands at line 2 of test.vbs; the test waits");
+    EXPECT_EQ(controls().status.lblStatusCycle.Caption(), "waits at line 2 of test.vbs (F8)");
     if (stops == "2") scale.ReceiveAfter(3s, "77\r\n");
   };
   Run({"1\r\n", "2\r\n", "3\r\n", "4\r\n", "5\r\n"}, 4);
@@ -266,6 +265,25 @@ TEST_F(SlowDebuggerRig, AScriptThatNeverYieldsMakesRoomForTheNext) {
   EXPECT_TRUE(frm.Script().Runner().Loaded());
   EXPECT_EQ(Shown().back(), "next");
   EXPECT_EQ(prompts.shown, std::vector<std::string>());
+}
+
+TEST_F(SlowDebuggerRig, TheGuardsQuestionSaysWhereTheScriptIsAndMakesRoomForTheWindows) {
+  prompts.answers = {0, 1};
+  Instant answered{};
+  Instant served{};
+  prompts.whileShown = [&] {
+    if (prompts.shown.size() > 1) return;
+    answered = loop.Now();
+    loop.Outside(0s, [&] { served = loop.Now(); });
+  };
+  Enable("Sub Busy\n  Do: Loop\nEnd Sub\nExecute \"Busy\"");
+  const std::string question =
+      "Quarlin: The script is not responding. Stop it?\n\ntest.vbs is at line 2, in Busy";
+  ASSERT_EQ(prompts.shown.size(), 3U);
+  EXPECT_EQ(prompts.shown[0], question);
+  EXPECT_EQ(prompts.shown[1], question);
+  EXPECT_EQ(served, answered) << "or the box would stay on the screen";
+  EXPECT_EQ(controls().status.lblStatusNote.Caption(), "test.vbs was stopped at line 2: it did not respond");
 }
 
 TEST_F(SlowDebuggerRig, TheGuardDoesNotCountTheTimeOfAStand) {

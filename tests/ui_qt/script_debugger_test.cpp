@@ -229,7 +229,7 @@ class ScriptDebuggerTest : public QObject {
     };
     rig.Run({[&] {
                QCOMPARE(rig.StandsAt(), 4);
-               QCOMPARE(inMainWindow(), "the script stands at line 4 of bench.vbs; the test waits");
+               QCOMPARE(inMainWindow(), "waits at line 4 of bench.vbs (F8)");
                QVERIFY(rig.editor->windowTitle().contains("stands at line 4"));
                QCOMPARE(rig.Shown("text"), "Empty");
                QTest::qWait(500);  // while the flood comes
@@ -261,7 +261,7 @@ class ScriptDebuggerTest : public QObject {
     QTRY_COMPARE(arrived(), std::to_string(rig.instrument.Sent()));
     QCOMPARE(rig.frm.controls.counters.lblerror.Integer(), 0);
     QCOMPARE(rig.frm.controls.script.lblScriptErrors.Integer(), 0);
-    QVERIFY(inMainWindow() != "the script stands at line 6 of bench.vbs; the test waits");
+    QVERIFY(inMainWindow() != "waits at line 6 of bench.vbs (F8)");
   }
 
   void breakpointsMoveWithTheirLinesAndSurviveARestart() {

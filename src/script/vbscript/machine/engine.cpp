@@ -44,6 +44,10 @@ void Engine::StopAt(StopsAt stops) {
   machine_->StopAt(std::move(stops));
 }
 
+CallView Engine::Where() const {
+  return machine_->Where();
+}
+
 namespace {
 
 void AddStatementLines(const Code& code, std::set<int>& lines) {

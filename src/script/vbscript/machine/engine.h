@@ -49,6 +49,10 @@ class Engine {
   void SetDebugHook(DebugHook* hook);
   void StopAt(StopsAt stops);
 
+  // The innermost procedure of the script's own text that runs, whether anybody follows it or not; line 0
+  // while none does.
+  CallView Where() const;
+
   // The lines of a text at which a statement begins that can be stopped at. Throws ScriptError.
   static std::set<int> StatementLines(std::u16string_view source);
 

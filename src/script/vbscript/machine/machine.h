@@ -125,6 +125,7 @@ class Machine {
   Value RunNamed(std::u16string_view name, Arguments arguments);
   void SetDebugHook(DebugHook* hook);
   void StopAt(StopsAt stops);
+  CallView Where();
 
   // A procedure or method, from outside the loop.
   Value RunSlot(std::size_t slot, Instance* me, Arguments arguments);
@@ -135,6 +136,8 @@ class Machine {
 
  private:
   class Debugging;
+
+  CallView ViewOf(const Frame& frame) const;
 
   // Counts the runs of the loop within each other, which the stack of the process has to hold. Conversions
   // follow the machine's locale meanwhile.

@@ -107,11 +107,22 @@ void Machine::Debugging::CountLook() {
   throw tooLong;
 }
 
-CallView Machine::Debugging::CallAt(std::size_t call) const {
-  const Frame& frame = FrameOf(call);
+CallView Machine::ViewOf(const Frame& frame) const {
   const Code& code = *frame.code;
   const Mark* mark = MarkBefore(code, static_cast<std::size_t>(frame.instruction - code.instructions.data()));
-  return {code.name, mark == nullptr ? Position{} : mark->at, OfScript(code)};
+  return {code.name, mark == nullptr ? Position{} : mark->at, code.source == script_};
+}
+
+CallView Machine::Where() {
+  for (std::size_t i = frames_.Size(); i-- > 0;) {
+    CallView view = ViewOf(frames_[i]);
+    if (view.ofScript) return view;
+  }
+  return {};
+}
+
+CallView Machine::Debugging::CallAt(std::size_t call) const {
+  return machine_.ViewOf(FrameOf(call));
 }
 
 // The first of all spellings in the script, which as a rule is that of the declaration.
