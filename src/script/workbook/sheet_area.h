@@ -17,6 +17,8 @@ inline constexpr std::int32_t mostColumns = 16'384;
 struct Place {
   std::int32_t row = 1;
   std::int32_t column = 1;
+  // The check takes the 0 that a comparison is compared with for a pointer.
+  // NOLINTNEXTLINE(modernize-use-nullptr)
   auto operator<=>(const Place&) const = default;
 };
 

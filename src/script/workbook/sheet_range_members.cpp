@@ -21,7 +21,7 @@ void PutValueOf(SheetRange& self, Arguments, const Value& value) {
 
 // Dates as the numbers that they are.
 Value GetValue2(SheetRange& self, Arguments) {
-  const Value value = ReadRange(self);
+  Value value = ReadRange(self);
   if (value.Is(Kind::Date)) return Value::Double(value.AsReal());
   if (!value.IsArray()) return value;
   for (Value& item : value.AsArray().Items()) {

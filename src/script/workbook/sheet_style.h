@@ -45,6 +45,8 @@ struct Border {
   std::int32_t style = noLine;
   std::int32_t weight = thin;
   std::optional<ScriptColor> color;
+  // The check takes the 0 that a comparison is compared with for a pointer.
+  // NOLINTNEXTLINE(modernize-use-nullptr)
   auto operator<=>(const Border&) const = default;
 };
 
@@ -68,6 +70,7 @@ struct CellStyle {
 
   Border& At(Edge edge) { return borders[static_cast<std::size_t>(edge)]; }
   const Border& At(Edge edge) const { return borders[static_cast<std::size_t>(edge)]; }
+  // NOLINTNEXTLINE(modernize-use-nullptr): likewise
   auto operator<=>(const CellStyle&) const = default;
 };
 

@@ -297,8 +297,8 @@ Value AddSheets(Worksheets& self, Arguments arguments) {
   }
   constexpr std::int32_t most = 255;
   const std::int32_t count = ChoiceOr(arguments, 2, 1, 1, most);
-  Sheet* added = nullptr;
-  for (std::int32_t i = 0; i < count; ++i) added = &book.Add(index + static_cast<std::size_t>(i));
+  Sheet* added = &book.Add(index);
+  for (std::int32_t i = 1; i < count; ++i) added = &book.Add(index + static_cast<std::size_t>(i));
   return SheetOf(self.Where(), *added);
 }
 

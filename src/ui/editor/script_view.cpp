@@ -42,7 +42,7 @@ ScriptView::ScriptView(QWidget* parent)
   errorSquiggle_ = indicatorDefine(QsciScintilla::SquiggleIndicator);
   foundBox_ = indicatorDefine(QsciScintilla::FullBoxIndicator);
   setIndicatorDrawUnder(true, foundBox_);
-  SendScintilla(SCI_INDICSETALPHA, foundBox_, 255L);
+  Send(SCI_INDICSETALPHA, foundBox_, 255);
   SetUpMargins();
   SetUpKeys();
   SetLanguage("VBScript");
@@ -141,21 +141,21 @@ void ScriptView::MarkError(int line, int column) {
   if (line < 1 || line > lines()) return;
   const auto lineStart = SendScintilla(SCI_POSITIONFROMLINE, line - 1);
   const auto lineEnd = SendScintilla(SCI_GETLINEENDPOSITION, line - 1);
-  const auto at = SendScintilla(SCI_POSITIONRELATIVE, lineStart, static_cast<long>(column));
+  const auto at = Send(SCI_POSITIONRELATIVE, lineStart, static_cast<long>(column));
   long begin = std::min<long>(at == 0 && column > 0 ? lineEnd : at, lineEnd);
-  long end = std::min<long>(SendScintilla(SCI_WORDENDPOSITION, begin, 1L), lineEnd);
-  if (end == begin && begin < lineEnd) end = SendScintilla(SCI_POSITIONAFTER, begin);
-  if (end == begin) begin = SendScintilla(SCI_WORDSTARTPOSITION, lineEnd, 1L);  // behind the line's last word
+  long end = std::min<long>(Send(SCI_WORDENDPOSITION, begin, 1), lineEnd);
+  if (end == begin && begin < lineEnd) end = Send(SCI_POSITIONAFTER, begin);
+  if (end == begin) begin = Send(SCI_WORDSTARTPOSITION, lineEnd, 1);  // behind the line's last word
   if (end == begin) begin = SendScintilla(SCI_GETLINEINDENTPOSITION, line - 1);
   SendScintilla(SCI_SETINDICATORCURRENT, errorSquiggle_);
-  SendScintilla(SCI_INDICATORFILLRANGE, begin, end - begin);
+  Send(SCI_INDICATORFILLRANGE, begin, end - begin);
 }
 
 void ScriptView::MarkFound(const std::vector<Place>& places) {
   SendScintilla(SCI_SETINDICATORCURRENT, foundBox_);
-  SendScintilla(SCI_INDICATORCLEARRANGE, 0UL, static_cast<long>(length()));
+  Send(SCI_INDICATORCLEARRANGE, 0, length());
   for (const Place& place : places) {
-    SendScintilla(SCI_INDICATORFILLRANGE, static_cast<unsigned long>(place.begin), place.end - place.begin);
+    Send(SCI_INDICATORFILLRANGE, place.begin, place.end - place.begin);
   }
 }
 
@@ -201,9 +201,9 @@ void ScriptView::ToggleComment() {
     if (all) {
       const QString content = text(line).trimmed();
       const auto cut = content.startsWith(sign) ? sign.size() : sign.trimmed().size();
-      SendScintilla(SCI_DELETERANGE, begin, static_cast<long>(cut));
+      Send(SCI_DELETERANGE, begin, static_cast<long>(cut));
     } else {
-      SendScintilla(SCI_INSERTTEXT, begin, sign.toUtf8().constData());
+      SendScintilla(SCI_INSERTTEXT, static_cast<unsigned long>(begin), sign.toUtf8().constData());
     }
   }
   endUndoAction();
@@ -231,7 +231,7 @@ void ScriptView::DressUp() {
   setUnmatchedBraceForegroundColor(colors.error);
   setIndicatorForegroundColor(colors.error, errorSquiggle_);
   setIndicatorForegroundColor(colors.found, foundBox_);
-  for (const int marker :
+  for (const auto marker :
        {SC_MARKNUM_FOLDER, SC_MARKNUM_FOLDEROPEN, SC_MARKNUM_FOLDERSUB, SC_MARKNUM_FOLDERTAIL,
         SC_MARKNUM_FOLDEREND, SC_MARKNUM_FOLDEROPENMID, SC_MARKNUM_FOLDERMIDTAIL}) {
     SendScintilla(SCI_MARKERSETFORE, static_cast<unsigned long>(marker), colors.margin);

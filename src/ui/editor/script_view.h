@@ -63,6 +63,11 @@ class ScriptView : public QsciScintilla {
   void changeEvent(QEvent* event) override;
 
  private:
+  // The component's own call takes its first number without a sign.
+  long Send(unsigned message, long first = 0, long second = 0) const {
+    return SendScintilla(message, static_cast<unsigned long>(first), second);
+  }
+
   void SetUpMargins();
   void SetUpKeys();
   void DressUp();
