@@ -233,6 +233,7 @@ void ScriptHost::EnableScript() {
   panel_.SetTopMost(choice_.ScriptTopMost);
   if (choice_.ScriptShowCommand) panel_.SetVisible(true);
   parts_.controls.lblScriptErrors.SetInteger(0);
+  Hooks.loadedChanged();
   const bool started = Start();
   Hooks.loadedChanged();
   if (!started) return;

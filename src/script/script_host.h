@@ -44,7 +44,7 @@ struct ScriptHooks {
   Hook<void(const std::filesystem::path& file)> edit;
   Hook<void()> focusDisplay;
   Hook<void()> chosen;         // txtScriptFile names another script
-  Hook<void()> loadedChanged;  // a script runs from now on, or none does
+  Hook<void()> loadedChanged;  // a script is about to run, runs from now on, or none does
   // Told of every error. True: the user has seen it there, so no box is needed.
   Hook<bool(std::u16string_view procedure, const vbs::ScriptError& error)> showError;
   Hook<void()> finish;  // ends the program in order, as soon as every handler on the stack has returned
@@ -80,6 +80,9 @@ class ScriptHost {
   ScriptRunner& Runner() { return runner_; }
   ScriptWaits& Waits() { return waits_; }
   const std::string& ScriptFile() const { return choice_.ScriptFile; }
+
+  // The "script" box is checked: a script runs, or is about to.
+  bool IsOn() const { return parts_.controls.chkEnableScript.Checked(); }
 
   // The main window as scripts see it; to be set before any script is started.
   void SetFormMain(vbs::ObjectRef formMain);

@@ -335,6 +335,8 @@ class ScriptDebuggerTest : public QObject {
                  QCOMPARE(rig.StandsAt(), 4);
                  QVERIFY(rig.Find<QLabel>("debugState").text().contains("Division by zero"));
                  QCOMPARE(rig.Shown("sum"), "55");
+                 QTest::keyClicks(rig.view, "= ");
+                 QTRY_COMPARE(rig.Find<QLabel>("lblEditorFault").text().left(7), "line 4:");
                  rig.Key(Qt::Key_F5, Qt::ShiftModifier);
                }},
               [&] { return !rig.Runs(); });

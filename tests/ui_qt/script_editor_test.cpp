@@ -338,8 +338,13 @@ class ScriptEditorTest : public QObject {
 
   void theScriptRunsFromTheEditorAndItsErrorsLeadToTheirLine() {
     Rig rig("AppendLog.RichAppendText 0, \"hello\" & vbCrLf\nSub ReceiveString()\n  x = 1 / 0\nEnd Sub\n");
+    const auto mayStop = [&] {
+      return rig.Find<QAction>("actionEditorStop").isEnabled() &&
+             rig.Find<QAction>("actionDebugPause").isEnabled();
+    };
+    QVERIFY(!mayStop());
     rig.Key(Qt::Key_F5, Qt::NoModifier);
-    QVERIFY(rig.frm.controls.script.chkEnableScript.Checked() && rig.editor.Runs());
+    QVERIFY(rig.frm.controls.script.chkEnableScript.Checked() && rig.editor.Runs() && mayStop());
     std::string text = "abc";
     rig.frm.Script().Offer(ScriptHook::ReceiveString, text);
     rig.loop.Pass(1s);
@@ -351,7 +356,7 @@ class ScriptEditorTest : public QObject {
     rig.view->getCursorPosition(&line, &column);
     QCOMPARE(line, 2);
     rig.Key(Qt::Key_F5, Qt::ShiftModifier);
-    QVERIFY(!rig.frm.controls.script.chkEnableScript.Checked() && !rig.editor.Runs());
+    QVERIFY(!rig.frm.controls.script.chkEnableScript.Checked() && !rig.editor.Runs() && !mayStop());
     QVERIFY(rig.prompts.shown.empty());  // the editor shows it: no box, no list
   }
 
@@ -360,11 +365,14 @@ class ScriptEditorTest : public QObject {
     rig.Find<QComboBox>("tryHook").setCurrentText("ReceiveChar");
     auto& text = rig.Find<QLineEdit>("tryText");
     text.setFocus();
+    rig.editor.Start();
+    rig.editor.Tell("the script has an error");
     rig.Type("ab{0D}");
     rig.Key(Qt::Key_Return, Qt::NoModifier);
     rig.loop.Pass(1s);
     auto& lines = rig.Find<QListWidget>("scriptOutput");
     QCOMPARE(lines.item(lines.count() - 1)->text(), QString("ReceiveChar: \"ab{0D}\" becomes \"a-b-{0D}-\""));
+    QCOMPARE(rig.Find<QLabel>("lblEditorTold").text(), "");
     QVERIFY(rig.editor.Runs());
   }
 };

@@ -118,6 +118,9 @@ class FrmEditor : public Form {
   bool Runs() const;
   bool RunsOlder() const { return Runs() && (modified_ || older_); }
 
+  // A script of whatever file runs, or is about to.
+  bool ScriptingIsOn() const { return parts_.script.IsOn(); }
+
   // Gives the text to that procedure of the script, for ReceiveChar character by character, and writes what
   // comes out of it. No link takes part. The script is started where it does not run. `text` is bytes, with
   // codes such as "{0D}". Yields.

@@ -67,7 +67,7 @@ bool FrmEditor::Restart() {
 
 void FrmEditor::TellStarted() {
   startsLater_ = false;
-  Tell(fmt::format("{} runs", BytesFromUtf8(FileName())));
+  Tell(fmt::format("{} started", BytesFromUtf8(FileName())));
 }
 
 void FrmEditor::Stop() {
@@ -86,7 +86,11 @@ bool FrmEditor::ErrorMet(std::u16string_view procedure, const vbs::ScriptError& 
 }
 
 void FrmEditor::Try(ScriptHook hook, std::string_view text) {
-  if (!Runs() && !Start()) return;
+  if (Runs()) {
+    Tell("");  // what is told of an earlier one
+  } else if (!Start()) {
+    return;
+  }
   const std::string name = vbs::Utf8Of(NameOf(hook));
   if (!parts_.script.Has(hook)) {
     parts_.output.Add({fmt::format("there is no {}: the text would pass as it is", name)});

@@ -125,14 +125,15 @@ void DebugControls::EnableActions() {
     if (row.onlyStanding) window_.findChild<QAction*>(row.name)->setEnabled(stands);
   }
   auto* pause = window_.findChild<QAction*>("actionDebugPause");
-  pause->setEnabled(!stands);
+  pause->setEnabled(runs_ && !stands);
   pause->setChecked(debugger_.Pausing());
   window_.findChild<QAction*>("actionDebugCursor")
       ->setEnabled(!file_.empty() && debugger_.Followed() == file_);
   if (auto* start = window_.findChild<QAction*>("actionEditorStart")) start->setEnabled(!stands);
 }
 
-void DebugControls::ScriptStartsOrEnds() {
+void DebugControls::ScriptStartsOrEnds(bool runs) {
+  runs_ = runs;
   panel_->ShowState();
   EnableActions();
 }

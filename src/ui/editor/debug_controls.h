@@ -37,7 +37,7 @@ class DebugControls : public QObject {
   void Renamed(const std::filesystem::path& file, bool mayFollow);
 
   // Another script runs, or none does.
-  void ScriptStartsOrEnds();
+  void ScriptStartsOrEnds(bool runs);
 
   // Around a change of the whole text, which would take the marks along.
   void KeepBreakpoints(const std::function<void()>& change);
@@ -79,6 +79,7 @@ class DebugControls : public QObject {
   QWidget& window_;
   DebugPanel* panel_;
   std::filesystem::path file_;
+  bool runs_ = false;
   bool mayFollow_ = true;
   bool moving_ = false;             // marks are being put: the text has not moved them
   QHash<int, QString> conditions_;  // by the handle of the mark

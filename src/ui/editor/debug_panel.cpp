@@ -13,6 +13,15 @@ namespace {
 
 constexpr std::size_t mostCalls = 200;
 
+QWidget* WithHeading(const QString& heading, QWidget* widget) {
+  auto* both = new QWidget;
+  auto* column = new QVBoxLayout(both);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(new QLabel(heading));
+  column->addWidget(widget, 1);
+  return both;
+}
+
 }  // namespace
 
 DebugPanel::DebugPanel(ScriptDebugger& debugger, QWidget* parent)
@@ -52,7 +61,7 @@ DebugPanel::DebugPanel(ScriptDebugger& debugger, QWidget* parent)
   splitter->setObjectName("debugSplitter");
   splitter->setChildrenCollapsible(false);
   splitter->addWidget(values);
-  splitter->addWidget(calls_);
+  splitter->addWidget(WithHeading(tr("Calls"), calls_));
   splitter->setStretchFactor(0, 3);
   splitter->setStretchFactor(1, 1);
   auto* column = new QVBoxLayout(this);

@@ -62,7 +62,9 @@ EditorWindow::EditorWindow(FrmEditor& form)
       below_(MakeTabs("editorBelow")),
       right_(MakeTabs("editorRight")),
       recent_(new QMenu(tr("&Recent scripts"), this)),
-      place_(new QLabel) {
+      place_(new QLabel),
+      standingCheck_([&form] { form.CheckText(); },
+                     std::chrono::duration_cast<std::chrono::milliseconds>(FrmEditor::checkPause)) {
   view_->setObjectName("scriptText");
   view_->setAccessibleName(tr("Text of the script"));
   PutTogether();
@@ -124,11 +126,17 @@ void EditorWindow::PutTogether() {
 }
 
 void EditorWindow::WireText() {
-  connect(view_, &QsciScintilla::textChanged, this, [this] { form_.TextChanged(); });
+  connect(view_, &QsciScintilla::textChanged, this, &EditorWindow::TextChanged);
   connect(view_, &QsciScintilla::modificationChanged, this,
           [this](bool modified) { form_.SetModified(modified); });
   connect(view_, &QsciScintilla::cursorPositionChanged, this, &EditorWindow::ShowPlace);
   connect(recent_, &QMenu::aboutToShow, this, &EditorWindow::FillRecent);
+}
+
+// While a script stands none of the program's alarms goes off, and so not the one that looks at the text.
+void EditorWindow::TextChanged() {
+  form_.TextChanged();
+  if (form_.Debugger().Stands()) standingCheck_.Request();
 }
 
 void EditorWindow::WireRun() {
@@ -136,7 +144,8 @@ void EditorWindow::WireRun() {
   form_.Output().OnNew = [this] { run_->Add(form_.Output().Take()); };
   form_.Hooks.runChanged = [this] {
     ShowPlace();
-    debug_->ScriptStartsOrEnds();
+    findChild<QAction*>("actionEditorStop")->setEnabled(form_.ScriptingIsOn());
+    debug_->ScriptStartsOrEnds(form_.ScriptingIsOn());
   };
   connect(run_, &RunPane::placeWanted, this, [this](int line, int column) {
     view_->GoTo(line, column);
@@ -185,6 +194,7 @@ void EditorWindow::WireForm() {
     view_->setFocus();
   };
   hooks.opened();
+  hooks.runChanged();
   ShowFile();
   ShowFault();
 }

@@ -11,6 +11,7 @@
 
 #include "script/edit/frm_editor.h"
 #include "ui/qt/form_window.h"
+#include "ui/qt/frame_pacer.h"
 
 class QLabel;
 class QMenuBar;
@@ -51,6 +52,7 @@ class EditorWindow : public FormWindow {
   void FillMenus(QMenuBar& bar);
   QAction* Add(const ActionRow& row);
   void WireText();
+  void TextChanged();
   void WireForm();
   void ShowFile();
   void ShowFault();
@@ -86,6 +88,7 @@ class EditorWindow : public FormWindow {
   QTabWidget* right_;
   QMenu* recent_;
   QLabel* place_;
+  FramePacer standingCheck_;
 };
 
 }  // namespace quarlin
