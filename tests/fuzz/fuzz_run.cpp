@@ -166,7 +166,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace quarlin::vbs;
   heap::SetLimit(std::size_t{32} << 20);
   QuietServices services;
-  Engine engine(services, {.callDepth = 500, .steps = 10'000, .births = 1});
+  Engine engine(services, {.callDepth = 500, .steps = 3'000, .births = 1, .stepsPerLook = 500});
   try {
     engine.AddCode(Writer(data, size).Program());
     engine.Run(u"F", std::array<Value, 1>{Value::Integer(1)});

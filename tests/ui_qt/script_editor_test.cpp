@@ -86,6 +86,7 @@ class ScriptEditorTest : public QObject {
   void whatIsTypedIsCheckedAMomentLaterAndSaved() {
     Rig rig;
     rig.Key(Qt::Key_End);
+    rig.Key(Qt::Key_J, Qt::AltModifier);  // no letter of the window's, and none of the text
     rig.Type("If y");
     QVERIFY(!rig.editor.Fault());  // not while somebody types
     rig.loop.Pass(FrmEditor::checkPause);

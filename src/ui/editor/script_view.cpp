@@ -6,6 +6,7 @@
 
 #include <QEvent>
 #include <QFontDatabase>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <array>
 
@@ -207,6 +208,14 @@ void ScriptView::ToggleComment() {
     }
   }
   endUndoAction();
+}
+
+// A letter with Alt that is nobody's in the window is meant for nothing, and not for the text.
+void ScriptView::keyPressEvent(QKeyEvent* event) {
+  const QString text = event->text();
+  const bool isLetter = event->modifiers() == Qt::AltModifier && !text.isEmpty() && text.front().isPrint();
+  if (isLetter) return event->ignore();
+  QsciScintilla::keyPressEvent(event);
 }
 
 void ScriptView::changeEvent(QEvent* event) {

@@ -61,6 +61,7 @@ class ScriptView : public QsciScintilla {
 
  protected:
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   // The component's own call takes its first number without a sign.

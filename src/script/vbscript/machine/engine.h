@@ -15,9 +15,10 @@ namespace quarlin::vbs {
 class Machine;
 
 struct EngineLimits {
-  std::size_t callDepth = 10'000;  // nested calls; beyond it error 28
-  std::uint64_t steps = 0;         // of effort.h, until the run is stopped; 0: no bound
-  std::size_t births = 10'000;     // objects made until circles among them are looked for
+  std::size_t callDepth = 10'000;    // nested calls; beyond it error 28
+  std::uint64_t steps = 0;           // of effort.h, until the run is stopped; 0: no bound
+  std::size_t births = 10'000;       // objects made until circles among them are looked for
+  std::int64_t stepsPerLook = 5000;  // between two questions whether it may go on
 };
 
 class Engine {

@@ -13,8 +13,7 @@
 namespace quarlin::vbs {
 namespace {
 
-constexpr int deepestNesting = 120;  // runs of the loop within each other
-constexpr std::int64_t stepsPerLook = 5000;
+constexpr int deepestNesting = 120;            // runs of the loop within each other
 constexpr std::size_t registersPerCall = 100;  // on the average; many calls of small procedures fit
 constexpr std::size_t mostGlobals = std::size_t{1} << 16;
 constexpr std::size_t bytesPerName = 160;  // what the tables take for it, about
@@ -81,7 +80,7 @@ Machine::Machine(Services& services, EngineLimits limits)
       err_(new ErrObject),
       stack_(limits.callDepth * registersPerCall),
       frames_(limits.callDepth) {
-  effort::Begin(stepsPerLook);
+  effort::Begin(limits_.stepsPerLook);
   link_->machine = this;
   globals_.reserve(mostGlobals);
   symbols_.AddObject(u"Err", Value::Object(err_.Get()), false);
@@ -365,8 +364,8 @@ void Machine::Explain(ScriptError& error) const {
 }
 
 void Machine::LookAround() {
-  steps_ += static_cast<std::uint64_t>(stepsPerLook - effort::StepsLeft());
-  effort::Begin(stepsPerLook);
+  steps_ += static_cast<std::uint64_t>(limits_.stepsPerLook - effort::StepsLeft());
+  effort::Begin(limits_.stepsPerLook);
   if (debugging_) debugging_->CountLook();
   const bool tooLong = limits_.steps != 0 && steps_ > limits_.steps;
   if (!tooLong && services_.MayGoOn()) return holders_.CollectWhenDue();
