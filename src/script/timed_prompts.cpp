@@ -8,8 +8,7 @@
 
 namespace quarlin {
 
-TimedPrompts::OthersTime::OthersTime(TimedPrompts& prompts)
-    : prompts_(prompts), start_(prompts.loop_.Now()) {
+TimedPrompts::OthersTime::OthersTime(TimedPrompts& prompts) : prompts_(prompts), start_(prompts.loop_.Now()) {
   ++prompts_.othersNow_;
 }
 

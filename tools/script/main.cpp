@@ -104,8 +104,16 @@ int RunInProgram(const Options& options) {
   HeadlessPrompts prompts([](std::string_view line) { PrintText(stderr, line); });
   NoTextOpener opener;
   const LastResort lastResort{{}, Abandon, true};
-  FrmMain frm({loop, ProgramFolder(options.inventory ? file : file.parent_path()), devices, prompts, opener,
-               UniformGenerator(), true, MakeEngine, {}, lastResort});
+  FrmMain frm({loop,
+               ProgramFolder(options.inventory ? file : file.parent_path()),
+               devices,
+               prompts,
+               opener,
+               UniformGenerator(),
+               true,
+               MakeEngine,
+               {},
+               lastResort});
   frm.controls.display.txtric.OnAppend = [](std::string_view text, Color) {
     PrintText(stdout, Utf8FromBytes(text));
   };
