@@ -58,6 +58,11 @@ TEST(ScriptInspection, ACheckWarnsOfSlipsAndOfNothingElse) {
        "CreateObject(\"Excel.Application\"): o.Quit: End Sub\r\n"
        "Sub EndTask: Make p: p.Any = 1: End Sub: Sub Make(x): Set x = o: End Sub",
        ""},
+      {"a.vbs",
+       "Set d = CreateObject(\"Scripting.Dictionary\") : Set d(1) = New RegExp : d(1).Test \"a\" : d.Test\r\n"
+       "Set xl = CreateObject(\"Excel.Application\") : xl.Workbooks.Add : xl.Workbooks.Open \"a.xlsx\"\r\n",
+       "warning line 1 there is no member d.Test (Scripting.Dictionary)\n"
+       "warning line 2 there is no member xl.Workbooks.Open (Excel.Application)\n"},
       {"b.js",
        "var f = (a, b) => a.x + b.y, g = c => c.z; for (k in {}) k.length; with (FormMain) { Nothing.Here = "
        "1; }\n"
@@ -94,6 +99,7 @@ TEST(ScriptInspection, AnInventoryTellsWhatAFolderNeeds) {
   ASSERT_FALSE(WriteWholeFile(folder / "old/deep/c.Js",
                               "new ActiveXObject('Excel.Application'); new ActiveXObject('No.Such');"));
   ASSERT_FALSE(WriteWholeFile(folder / "old/german.vbs", "SetLocale 1031: MsgBox CDbl(InputBox(\"\"))"));
+  ASSERT_FALSE(WriteWholeFile(folder / "old/deep/d.vbs", "Foo\nCall Foo\nOwn\nx = Baz\nSub Own\nEnd Sub"));
   ASSERT_FALSE(WriteWholeFile(folder / "old/notes.txt", "If x Then"));
 
   Program table("quarlin-script", {"--inventory", folder / "old"}, folder.Path());
@@ -109,10 +115,11 @@ TEST(ScriptInspection, AnInventoryTellsWhatAFolderNeeds) {
   Program json("quarlin-script", {"--inventory", folder / "old", "--json"}, folder.Path());
   EXPECT_EQ(json.Wait(), 1);
   const auto told = nlohmann::json::parse(json.Output());
-  EXPECT_EQ(told["counts"]["scripts"], 4);
+  EXPECT_EQ(told["counts"]["scripts"], 5);
   EXPECT_EQ(told["counts"]["compile"], 1);
   EXPECT_EQ(told["counts"]["program"], 1);
   EXPECT_EQ(told["counts"]["locale"], 2);
+  EXPECT_EQ(told["counts"]["procedure"], 2);
   EXPECT_EQ(told["scripts"][1]["file"], "deep/b.vbs");
   EXPECT_EQ(told["scripts"][1]["compiles"], false);
   EXPECT_EQ(told["scripts"][2]["programs"][1]["here"], false);

@@ -118,7 +118,8 @@ class Judge {
   void LookAt(const Chain& chain) {
     if (!chain.program.empty()) {
       const ObjectRef made = surroundings_.make(chain.program);
-      if (made && !chain.members.empty() && !made->Find(chain.members[0].name)) MissesMember(chain, 0);
+      // What a collection holds is not known from how the collection was made.
+      if (made && !chain.root.indexed) Follow(chain, made, 0);
       return;
     }
     for (const Surroundings::Object& object : surroundings_.objects) {

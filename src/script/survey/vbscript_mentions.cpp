@@ -153,6 +153,9 @@ class Reader {
         Visit(statement.body);
         with_.pop_back();
         return;
+      case StatementKind::Call:
+        NoteBareCall(*statement.expressions[0]);
+        [[fallthrough]];
       default:
         for (const auto& expression : statement.expressions) Visit(expression.get());
     }
@@ -262,6 +265,12 @@ class Reader {
     if (!isNumber && IsOneOf(localeFunctions, callee->name)) {
       found_.conversions.push_back({callee->name, callee->at});
     }
+  }
+
+  // "Foo" as a whole statement: a variable cannot stand there.
+  void NoteBareCall(const Expression& callee) {
+    if (callee.kind != ExpressionKind::Name || IsInLibrary(callee.name)) return;
+    if (!IsDeclared(FoldedName(callee.name))) found_.chains.push_back({{callee.name}, {}, callee.at, {}});
   }
 
   Path PathOf(const Expression& expression) const {

@@ -75,6 +75,9 @@ void CollectNames(const Block& block, const IsKnown& isKnown, Scope& scope) {
 }
 
 std::optional<std::u16string> ProgramMadeBy(const Expression& expression) {
+  if (expression.kind == ExpressionKind::New && SameName(expression.name, u"RegExp")) {
+    return u"VBScript.RegExp";
+  }
   if (expression.kind != ExpressionKind::Call || expression.operands.size() < 2) return std::nullopt;
   const std::u16string& callee = expression.operands[0]->name;
   const bool makes = SameName(callee, u"CreateObject");

@@ -162,15 +162,10 @@ Value CountBooks(Workbooks& self, Arguments) {
   return CountValue(self.Table().Books().size());
 }
 
-Value RefuseToRead(Workbooks&, Arguments) {
-  throw ScriptError(noSuchMember, u"Open (workbooks are written here, not read)");
-}
-
 constexpr auto workbooksMembers = std::to_array<Member<Workbooks>>({
     {u"Item", MemberKind::Indexed, 1, 1, GetBook, nullptr, true},
     {u"Add", MemberKind::Method, 0, 1, AddBook},
     {u"Count", MemberKind::Property, 0, 0, CountBooks},
-    {u"Open", MemberKind::Method, 0, 15, RefuseToRead},
 });
 
 Value SaveAs(Workbook& self, Arguments arguments) {

@@ -102,10 +102,12 @@ enum class Op : std::uint32_t {
   RunProcedure,
   RunMethod,
   RunLate,
-  ReadLate,    // a = the global variable that site[d] names, Empty if there is none
-  Raise,       // error number b (a constant), culprit site[d]
-  ReadyArray,  // a = a fixed array of declared[d]
-  ReDim,       // a is sized to R[c] .., count bounds
+  ReadLate,      // a = what site[d] names at that time; Empty, or error 500 if count, when that is nothing
+  PlaceLate,     // R[a] = a Reference to the global variable that site[d] names at that time, or error 500
+  ArgumentLate,  // R[a] = such a Reference, or the value where it is no variable
+  Raise,         // error number b (a constant), culprit site[d]
+  ReadyArray,    // a = a fixed array of declared[d]
+  ReDim,         // a is sized to R[c] .., count bounds
   ReDimPreserve,
   Erase,       // a
   New,         // a = an object of the class site[d] names

@@ -105,6 +105,7 @@ class Compiler {
   void CallStatement(const ast::Expression& expression);
   void If(const ast::Statement& statement);
   void Select(const ast::Statement& statement);
+  void RefuseCounter(const ast::Expression& counter);
   void For(const ast::Statement& statement);
   void ForEach(const ast::Statement& statement);
   void While(const ast::Statement& statement);
@@ -145,6 +146,9 @@ class Compiler {
   std::uint32_t ArgumentsByPlace(const ast::Expression* call, std::vector<PutBack>& putBacks);
   std::optional<PutBack> Element(const ast::Expression& argument);
   std::optional<Operand> PlaceOf(const ast::Expression& argument);
+  bool IsLate(const ast::Expression& expression);
+  std::optional<Operand> TargetOf(const ast::Expression& target);
+  Operand LatePlace(const std::u16string& name);
 
   // Jumps to a place that is filled in later unless the condition holds.
   std::uint32_t JumpUnless(const ast::Expression& condition);

@@ -85,9 +85,8 @@ Operand Compiler::NameValue(const Expression& expression, std::optional<Operand>
     case Meaning::Object:
       return resolved.place;
     case Meaning::Unknown: {
-      if (unit_.optionExplicit) RaiseAt(variableUndefined, expression.name);
       const Operand place = Destination(into);
-      out_.Emit(Op::ReadLate, place, {}, {}, out_.SiteOf(expression.name));
+      out_.Emit(Op::ReadLate, place, {}, {}, out_.SiteOf(expression.name), unit_.optionExplicit ? 1 : 0);
       out_.MayHoldObject(place);
       return place;
     }
@@ -212,6 +211,24 @@ std::optional<Operand> Compiler::PlaceOf(const Expression& argument) {
   return resolved.place;
 }
 
+// A name that must be declared and is not yet: a text that the script runs may do so before it is reached.
+// Not in time for a loop's counter, whose place has to last longer than a statement.
+bool Compiler::IsLate(const Expression& expression) {
+  return unit_.optionExplicit && expression.kind == ExpressionKind::Name &&
+         Resolve(expression.name).meaning == Meaning::Unknown;
+}
+
+Operand Compiler::LatePlace(const std::u16string& name) {
+  const std::uint32_t place = out_.Take();
+  out_.Emit(Op::PlaceLate, {place}, {}, {}, out_.SiteOf(name));
+  out_.MayHoldObject({place});
+  return Operand::In(Space::Parameter, place);
+}
+
+std::optional<Operand> Compiler::TargetOf(const Expression& target) {
+  return IsLate(target) ? LatePlace(target.name) : PlaceOf(target);
+}
+
 // a(i) as an argument: the element goes into a register, and back into the array after the call.
 std::optional<Compiler::PutBack> Compiler::Element(const Expression& argument) {
   if (argument.kind != ExpressionKind::Call || argument.operands.size() < 2) return std::nullopt;
@@ -242,6 +259,9 @@ std::uint32_t Compiler::ArgumentsByPlace(const Expression* call, std::vector<Put
       out_.Emit(Op::Refer, {reg}, Operand::In(Space::Register, putBacks[*elements[i]].element));
     } else if (const auto place = PlaceOf(argument)) {
       out_.Emit(Op::Refer, {reg}, *place);
+    } else if (IsLate(argument)) {
+      out_.Emit(Op::ArgumentLate, {reg}, {}, {}, out_.SiteOf(argument.name));
+      out_.MayHoldObject({reg});
     } else {
       ValueInto(argument, reg);
     }

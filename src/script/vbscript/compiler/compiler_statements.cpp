@@ -77,7 +77,7 @@ void Compiler::Redimension(const Statement& statement) {
   for (std::size_t i = 0; i < statement.declarators.size(); ++i) {
     const Expression& target = *statement.expressions[i];
     const auto& bounds = statement.declarators[i].bounds;
-    const auto variable = PlaceOf(target);
+    const auto variable = TargetOf(target);
     const std::uint32_t mark = out_.Mark();
     Operand place = variable.value_or(Operand{});
     Operand object;
@@ -121,7 +121,7 @@ std::vector<const Expression*> Pieces(const Expression& chain) {
 void Compiler::Assign(const Statement& statement, PutKind kind) {
   const Expression& target = *statement.expressions[0];
   const Expression& value = *statement.expressions[1];
-  if (const auto place = PlaceOf(target)) {
+  if (const auto place = TargetOf(target)) {
     if (kind == PutKind::Set || !GrowText(*place, target, value)) AssignVariable(*place, value, kind);
     return;
   }
@@ -203,7 +203,7 @@ std::uint32_t Compiler::PlainIndices(const Expression& call) {
 Operand Compiler::PlaceToIndex(const Expression& expression) {
   if (expression.kind != ExpressionKind::Call) return Compile(expression);
   const Expression& callee = *expression.operands[0];
-  const auto variable = PlaceOf(callee);
+  const auto variable = TargetOf(callee);
   if (!variable && callee.kind != ExpressionKind::Call) return Compile(expression);
   const std::uint32_t first = PlainIndices(expression);
   const Operand array = variable ? *variable : PlaceToIndex(callee);
@@ -215,7 +215,8 @@ Operand Compiler::PlaceToIndex(const Expression& expression) {
 
 // Where the name is that of a variable, it is one that is indexed.
 void Compiler::StoreByName(const Expression& target, const Expression* call, Operand value, PutKind kind) {
-  const Resolved resolved = Resolve(target.name);
+  Resolved resolved = Resolve(target.name);
+  if (IsLate(target)) resolved = {Meaning::Variable, LatePlace(target.name)};
   const std::size_t count = call == nullptr ? 0 : call->operands.size() - 1;
   switch (resolved.meaning) {
     case Meaning::Variable:
@@ -246,7 +247,7 @@ void Compiler::StoreByName(const Expression& target, const Expression* call, Ope
       return;
     }
     case Meaning::Unknown:
-      return RaiseAt(unit_.optionExplicit ? variableUndefined : typeMismatch, target.name);
+      return RaiseAt(typeMismatch, target.name);
     default:
       return RaiseAt(illegalAssignment, target.name);
   }
@@ -340,9 +341,13 @@ void Compiler::EndLoop() {
   loops_.pop_back();
 }
 
+void Compiler::RefuseCounter(const Expression& counter) {
+  RaiseAt(IsLate(counter) ? variableUndefined : illegalAssignment, counter.name);
+}
+
 void Compiler::For(const Statement& statement) {
   const auto counter = PlaceOf(*statement.expressions[0]);
-  if (!counter) return RaiseAt(illegalAssignment, statement.expressions[0]->name);
+  if (!counter) return RefuseCounter(*statement.expressions[0]);
   const std::uint32_t hidden = out_.Take(2);  // limit and step
   out_.Emit(Op::Clear, {hidden}, {}, {}, 0, 2);
   const std::uint32_t mark = out_.Mark();
@@ -370,7 +375,7 @@ void Compiler::For(const Statement& statement) {
 
 void Compiler::ForEach(const Statement& statement) {
   const auto item = PlaceOf(*statement.expressions[0]);
-  if (!item) return RaiseAt(illegalAssignment, statement.expressions[0]->name);
+  if (!item) return RefuseCounter(*statement.expressions[0]);
   const std::uint32_t walk = out_.Take();
   out_.Emit(Op::Clear, {walk}, {}, {}, 0, 1);
   const std::uint32_t mark = out_.Mark();
@@ -479,7 +484,7 @@ void Compiler::Exit(const Statement& statement) {
 
 void Compiler::Erase(const Statement& statement) {
   for (const auto& target : statement.expressions) {
-    if (const auto place = PlaceOf(*target)) {
+    if (const auto place = TargetOf(*target)) {
       out_.Emit(Op::Erase, *place);
     } else {
       RaiseAt(typeMismatch, target->name);

@@ -201,7 +201,9 @@ class Machine {
                  PutKind kind);
   int FindMember(Dispatch& object, const Site& site);
   bool CallLate(const Site& site, Value* arguments, std::size_t count, Value* result);
-  Value ReadLate(const Site& site);
+  Value ReadLate(const Site& site, bool mustExist);
+  Value PlaceLate(const Site& site);
+  Value ArgumentLate(const Site& site);
   void CallBuiltin(const Builtin& builtin, Arguments arguments, Value& result);
   Value MakeObject(const Site& site);
   void Redimension(Value& array, const Value* bounds, std::size_t count, bool preserve);

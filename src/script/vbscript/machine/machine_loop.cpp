@@ -411,6 +411,8 @@ Value Machine::Loop(const Frame* entry) {
       case Op::SetIndex:
       case Op::PutBack:
       case Op::ReadLate:
+      case Op::PlaceLate:
+      case Op::ArgumentLate:
       case Op::Raise:
       case Op::ReadyArray:
       case Op::ReDim:

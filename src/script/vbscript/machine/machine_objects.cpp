@@ -159,8 +159,9 @@ bool Machine::CallLate(const Site& site, Value* arguments, std::size_t count, Va
   return false;
 }
 
-Value Machine::ReadLate(const Site& site) {
+Value Machine::ReadLate(const Site& site, bool mustExist) {
   const auto symbol = symbols_.Find(Folded(site.name));
+  if (!symbol && mustExist) throw ScriptError(variableUndefined, site.name);
   if (!symbol) return {};
   switch (symbol->kind) {
     case SymbolKind::Variable:
@@ -170,6 +171,19 @@ Value Machine::ReadLate(const Site& site) {
     default:
       return symbol->value;
   }
+}
+
+Value Machine::PlaceLate(const Site& site) {
+  const auto symbol = symbols_.Find(Folded(site.name));
+  if (!symbol) throw ScriptError(variableUndefined, site.name);
+  if (symbol->kind != SymbolKind::Variable) throw ScriptError(illegalAssignment, site.name);
+  return Value::To(globals_[symbol->number]);
+}
+
+Value Machine::ArgumentLate(const Site& site) {
+  const auto symbol = symbols_.Find(Folded(site.name));
+  const bool isVariable = symbol && symbol->kind == SymbolKind::Variable;
+  return isVariable ? Value::To(globals_[symbol->number]) : ReadLate(site, true);
 }
 
 void Machine::CallBuiltin(const Builtin& builtin, Arguments arguments, Value& result) {

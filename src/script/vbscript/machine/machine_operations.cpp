@@ -86,7 +86,13 @@ void Machine::Perform(Op op, const Instruction& now) {
       return;
 
     case Op::ReadLate:
-      place(now.a) = ReadLate(frame.code->sites[now.d]);
+      place(now.a) = ReadLate(frame.code->sites[now.d], now.count != 0);
+      return;
+    case Op::PlaceLate:
+      *reg(now.a) = PlaceLate(frame.code->sites[now.d]);
+      return;
+    case Op::ArgumentLate:
+      *reg(now.a) = ArgumentLate(frame.code->sites[now.d]);
       return;
     case Op::New:
       place(now.a) = MakeObject(frame.code->sites[now.d]);
