@@ -222,7 +222,7 @@ void ScriptDebugger::Stand(vbs::Standing& standing, std::u16string why) {
   if (ended_) LetGo();
   OnGo();
   OnChange();
-  if (ended_) ThrowEnd();
+  if (ended_ || prompts_.Dismissed()) ThrowEnd();  // the latter: the program ends
 }
 
 void ScriptDebugger::Yield() {

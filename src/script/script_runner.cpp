@@ -218,14 +218,14 @@ bool ScriptRunner::Wait(const std::function<bool()>& done, Instant deadline) {
   return done();
 }
 
-// Whoever has switched the script off meanwhile does not want it to compute on.
+// Whoever has switched the script off meanwhile, or closed the program, does not want it to compute on.
 bool ScriptRunner::LetUserIn() {
   const bool wasLoaded = Loaded();
   {
     const ScopeFlag in(userIsIn_);
     loop_.DoEvents();
   }
-  if (wasLoaded && !Loaded()) leaves_ = true;
+  if ((wasLoaded && !Loaded()) || prompts_.Dismissed()) leaves_ = true;
   return !leaves_;
 }
 
@@ -256,6 +256,7 @@ void ScriptRunner::EndWait() {
 
 void ScriptRunner::ForbidWaits() {
   waitsForbidden_ = true;
+  if (debugger_.Stands()) leaves_ = true;
   EndWait();
 }
 

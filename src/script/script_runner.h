@@ -78,7 +78,7 @@ class ScriptRunner {
   // From here on nothing happens any more before a waiting script has gone on.
   void EndWait();
 
-  // The same, for good: the program is about to end.
+  // The same, for good: the program is about to end. A script that stands ends there.
   void ForbidWaits();
   bool WaitsForbidden() const { return waitsForbidden_; }
 

@@ -40,6 +40,22 @@ class QtPromptsTest : public QObject {
     QVERIFY(window.findChild<QMessageBox*>() == nullptr);
   }
 
+  void aBoxBelongsToTheWindowThatIsWorkedIn() {
+    QWidget main, editor;
+    for (QWidget* window : {&main, &editor}) {
+      window->show();
+      QVERIFY(QTest::qWaitForWindowActive(window));
+    }
+    QtPrompts prompts;
+    prompts.SetWindow(&main);
+    QTimer::singleShot(0, this, [&] {
+      QWidget* box = QApplication::activeModalWidget();
+      QCOMPARE(box->parentWidget(), &editor);
+      box->close();
+    });
+    prompts.Confirm("Save?", "title");
+  }
+
   void aGiantTextLeavesTheButtonsOnTheScreen() {
     const std::string lines = [] {
       std::string text;

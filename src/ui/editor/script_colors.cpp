@@ -25,7 +25,7 @@ ScriptColors::ScriptColors(const QPalette& palette)
   const auto pick = [dark](QRgb onLight, QRgb onDark) { return QColor(dark ? onDark : onLight); };
   error = pick(0xC62828, 0xFF6B6B);
   running = Blend(pick(0xE0A800, 0xE0A800), paper, 0.35);
-  found = Blend(pick(0xFFC800, 0xFFC800), paper, 0.4);
+  found = Blend(pick(0xFF8C1A, 0xFF8C1A), paper, 0.4);
   keyword = pick(0x1D4FB8, 0x82B1FF);
   string = pick(0x1B7A2E, 0x9CCC8F);
   comment = pick(0x6A7079, 0x9AA3AD);

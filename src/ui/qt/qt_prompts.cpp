@@ -63,10 +63,12 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
 
 }  // namespace
 
-// A box that opens while a dialog is in front belongs to the dialog.
+// A box that opens while a dialog is in front belongs to the dialog; else to the window that the user works
+// in, which another one that came up with its box would cover.
 QWidget* QtPrompts::Parent() const {
-  QWidget* dialog = QApplication::activeModalWidget();
-  return dialog != nullptr ? dialog : window_.data();
+  if (QWidget* dialog = QApplication::activeModalWidget()) return dialog;
+  QWidget* active = QApplication::activeWindow();
+  return active != nullptr ? active : window_.data();
 }
 
 QMessageBox* QtPrompts::MakeBox(const QString& text, const QString& title) const {
