@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <csignal>
 
 #include "base/files.h"
 #include "e2e/program.h"
@@ -143,6 +144,21 @@ TEST(ScriptRunner, RunsWhatItIsToldAndReportsErrors) {
     EXPECT_EQ(program.Wait(), row.status) << row.file;
     EXPECT_EQ(program.Output(), row.output) << row.file;
     EXPECT_EQ(program.Errors(), row.errors) << row.file;
+  }
+}
+
+TEST(ScriptRunner, ASignalEndsItInOrder) {
+  for (const char* busy : {"FormMain.Sleep 60000", "Do : Loop"}) {
+    const TempFolder folder;
+    ASSERT_FALSE(WriteWholeFile(
+        folder / "a.vbs",
+        std::string("Set f = CreateObject(\"Scripting.FileSystemObject\").CreateTextFile(\"") +
+            (folder / "log.txt").string() + "\")\nf.WriteLine \"all of it\"\nWScript.Echo 1\n" + busy));
+    Program program("quarlin-script", {folder / "a.vbs"}, folder.Path());
+    ASSERT_EQ(program.FirstOutputLine(), "1");
+    program.Signal(SIGTERM);
+    EXPECT_EQ(program.Wait(), 1) << busy;
+    EXPECT_EQ(ReadWholeFile(folder / "log.txt"), "all of it\r\n") << busy;
   }
 }
 

@@ -163,7 +163,7 @@ ws.Cells(2, 2) = 12.5
 ws.Cells(2, 3) = True
 ws.Cells(3, 1) = "007"
 ws.Cells(3, 2).Formula = "=SUM(B2:B2)"
-ws.Cells(3, 3) = "a" & Chr(0) & Chr(7) & vbCrLf & ChrW(&H20AC)
+ws.Cells(3, 3) = "a" & Chr(0) & Chr(7) & vbCrLf & ChrW(&H20AC) & Chr(128) & Chr(150)
 ws.Cells(4, 1) = #1/15/1900#
 ws.Cells(4, 2) = #1/1/1850#
 ws.Cells(4, 3) = 1E+300
@@ -183,7 +183,7 @@ wb.SaveAs "kinds")vbs");
       {"C2", "flag 1 Arial"},
       {"A3", "text 007 Arial"},
       {"B3", "formula SUM(B2:B2) Arial 0.00"},
-      {"C3", "text a\u2400_x0007_\n\u20ac Arial"},
+      {"C3", "text a\u2400_x0007_\n\u20ac\u20ac\u2013 Arial"},
       {"A4", "number 15 Arial yyyy-mm-dd"},
       {"B4", "text 1/1/1850 Arial 0.00"},
       {"C4", "number 1E+300 Arial"},

@@ -10,6 +10,7 @@
 #include <random>
 
 #include "app/engines.h"
+#include "base/ending_signals.h"
 #include "base/licence.h"
 #include "base/process.h"
 #include "base/text.h"
@@ -97,13 +98,14 @@ std::function<double()> UniformGenerator() {
   return [engine] { return std::uniform_real_distribution<double>(0, 1)(*engine); };
 }
 
-int RunInProgram(const Options& options) {
+// Without `endings`, as nothing is to be brought to an end in order, a signal kills.
+int RunInProgram(const Options& options, EndingSignals* endings) {
   const fs::path file = fs::absolute(options.file);
   QtLoop loop;
   PosixDeviceSource devices(loop);
   HeadlessPrompts prompts([](std::string_view line) { PrintText(stderr, line); });
   NoTextOpener opener;
-  const LastResort lastResort{{}, Abandon, true};
+  const LastResort lastResort{[endings] { return endings != nullptr && endings->Wait(); }, Abandon, true};
   FrmMain frm({loop,
                ProgramFolder(options.inventory ? file : file.parent_path()),
                devices,
@@ -122,7 +124,15 @@ int RunInProgram(const Options& options) {
   frm.Load("");
   if (options.inventory) return TakeInventory(options, file, frm.Script().Runner());
   if (options.check) return CheckScript(options, file, frm.Script().Runner());
-  return RunScript(options, file, frm.Script());
+  bool wasEnded = false;
+  const auto watch = loop.WatchReadable(endings->Descriptor(), [&] {
+    wasEnded = endings->Take();
+    frm.Script().Runner().Stop();
+  });
+  const int status = RunScript(options, file, frm.Script());
+  if (!wasEnded) return status;
+  Complain("ended by a signal");
+  return scriptError;
 }
 
 int Run(std::span<const char* const> arguments) {
@@ -144,7 +154,9 @@ int Run(std::span<const char* const> arguments) {
     Complain(options.file + " cannot be read");
     return wrongUsage;
   }
-  return RunInProgram(options);
+  if (options.inventory || options.check) return RunInProgram(options, nullptr);
+  EndingSignals endings;
+  return RunInProgram(options, &endings);
 }
 
 }  // namespace

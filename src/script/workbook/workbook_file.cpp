@@ -44,6 +44,18 @@ lxw_color_t ColorOf(ScriptColor color) {
   return rgb == 0 ? static_cast<lxw_color_t>(LXW_COLOR_BLACK) : rgb;  // 0 stands for "none" there
 }
 
+// The characters 80 to 9F of code page 1252, in which many a script was written. A script's characters are
+// bytes for the line; no cell has a use for the control characters that they are by number.
+constexpr std::u16string_view codePage1252 =
+    u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
+    u"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178";
+
+char16_t ShownInCell(char16_t unit) {
+  if (unit == u'\0') return u'\u2400';
+  if (unit >= 0x80 && unit < 0xA0) return codePage1252[unit - 0x80U];
+  return unit >= 0xFFFE ? u'\uFFFD' : unit;
+}
+
 // A text as the library takes it: a cell's lines end with a line feed; no character of code 0, which would
 // end the text, and none that XML has not.
 std::string CellText(std::u16string_view text) {
@@ -56,8 +68,7 @@ std::string CellText(std::u16string_view text) {
       if (isHalf) continue;
       unit = u'\n';
     }
-    if (unit == u'\0') unit = u'\u2400';
-    clean += unit >= 0xFFFE ? u'\uFFFD' : unit;
+    clean += ShownInCell(unit);
   }
   return Utf8Of(clean);
 }
