@@ -41,12 +41,12 @@ Value Exists(Dictionary& self, Arguments arguments) {
 }
 
 Value Add(Dictionary& self, Arguments arguments) {
-  if (!self.Table().Add(arguments[0], arguments[1])) throw ScriptError(keyExists);
+  if (!self.Table().Add(arguments[0], arguments[1])) throw ScriptError(keyExists, NameOfKey(arguments[0]));
   return {};
 }
 
 Value Remove(Dictionary& self, Arguments arguments) {
-  if (!self.Table().Remove(arguments[0])) throw ScriptError(elementNotFound);
+  if (!self.Table().Remove(arguments[0])) throw ScriptError(elementNotFound, NameOfKey(arguments[0]));
   return {};
 }
 

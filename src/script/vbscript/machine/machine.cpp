@@ -331,6 +331,10 @@ namespace {
 
 constexpr std::size_t longestQuote = 200;
 
+std::u16string ShortText(const Value& index) {
+  return index.IsObject() || index.IsArray() ? u"..." : ToText(index).substr(0, longestQuote);
+}
+
 // What was wrong with the operands of an operator, as a report quotes it.
 std::u16string Quoted(const Value& left, const Value& right) {
   for (const Value* value : {&left, &right}) {
@@ -356,6 +360,10 @@ void Machine::Explain(ScriptError& error) const {
   failed.op = OperationAt(code, *frame.instruction);
   if (!error.culprit.empty()) return;
   if (failed.op == Op::CallBuiltin) error.culprit = symbols_.BuiltinAt(failed.d).name;
+  const bool indexed = failed.op == Op::IndexOne || failed.op == Op::PutIndexOne;
+  if (indexed && error.number == subscriptOutOfRange && failed.d != noSite) {
+    error.culprit = code.sites[failed.d].name + u"(" + ShortText(frame.At(failed.c)) + u")";
+  }
   const bool binary = (failed.op >= Op::Add && failed.op <= Op::Imp) ||
                       (failed.op >= Op::JumpIfEqual && failed.op <= Op::JumpUnlessGreaterEqual);
   if (binary && error.number == typeMismatch) {

@@ -392,7 +392,8 @@ TokenKind Lexer::Date(Token& token) {
   return TokenKind::Date;
 }
 
-void Lexer::Fail(std::int32_t number, std::size_t offset, std::u16string_view culprit) const {
+void Lexer::Fail(std::int32_t number, std::size_t offset, std::u16string_view culprit,
+                 std::u16string_view hint) const {
   std::size_t start = 0;
   int line = 1;
   for (std::size_t i = 0; i < offset; ++i) {
@@ -404,6 +405,7 @@ void Lexer::Fail(std::int32_t number, std::size_t offset, std::u16string_view cu
   std::size_t end = start;
   while (!AtLineEnd(end)) ++end;
   ScriptError error(number, culprit);
+  error.description += hint;
   error.position = {line, static_cast<int>(offset - start)};
   error.line = source_.substr(start, end - start);
   throw error;

@@ -135,7 +135,8 @@ class Lexer {
   Token Peek() const { return Lexer(*this).Next(); }
 
   // Throws a compile error at a place of the text, with the text of its line.
-  [[noreturn]] void Fail(std::int32_t number, std::size_t offset, std::u16string_view culprit = {}) const;
+  [[noreturn]] void Fail(std::int32_t number, std::size_t offset, std::u16string_view culprit = {},
+                         std::u16string_view hint = {}) const;
 
  private:
   bool SkipBlanks();

@@ -188,23 +188,29 @@ ast::Block Parser::InlineBlock() {
   }
 }
 
-Position Parser::Close(TokenKind kind, std::int32_t number) {
+Position Parser::Close(TokenKind kind, std::int32_t number, Position opened) {
   const Position at = token_.at;
-  if (!Accept(kind)) FailAtCloser(number);
+  if (!Accept(kind)) FailAtCloser(number, opened);
   return at;
 }
 
-Position Parser::CloseEnd(TokenKind kind, std::int32_t number) {
-  const Position at = Close(TokenKind::End, expectedEnd);
-  Expect(kind, number);
+Position Parser::CloseEnd(TokenKind kind, std::int32_t number, Position opened) {
+  const Position at = Close(TokenKind::End, expectedEnd, opened);
+  if (!Accept(kind)) FailToClose(number, opened);
   return at;
 }
 
 // A Next or Loop that belongs to nothing gets the blame, rather than what it was found in.
-void Parser::FailAtCloser(std::int32_t otherwise) const {
+void Parser::FailAtCloser(std::int32_t otherwise, std::optional<Position> opened) const {
   if (At(TokenKind::Next) && scope_->forLoops == 0) Fail(unexpectedNext);
   if (At(TokenKind::Loop) && scope_->doLoops == 0) Fail(loopWithoutDo);
+  if (opened) FailToClose(otherwise, *opened);
   Fail(otherwise);
+}
+
+// Where many blocks are open, the line where the text ends does not tell which of them was forgotten.
+void Parser::FailToClose(std::int32_t number, Position opened) const {
+  lexer_.Fail(number, token_.offset, {}, u" for line " + Utf16Of(std::to_string(opened.line)));
 }
 
 }  // namespace quarlin::vbs

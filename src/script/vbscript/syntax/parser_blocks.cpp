@@ -58,7 +58,7 @@ void Parser::BlockIf(ast::Statement& statement) {
     statement.hasOtherwise = true;
     statement.otherwise = Block();
   }
-  statement.endAt = CloseEnd(TokenKind::If, expectedIf);
+  statement.endAt = CloseEnd(TokenKind::If, expectedIf, statement.at);
 }
 
 StatementPtr Parser::Select() {
@@ -84,7 +84,7 @@ StatementPtr Parser::Select() {
     branch.body = CaseBlock();
     statement->branches.push_back(std::move(branch));
   }
-  statement->endAt = CloseEnd(TokenKind::Select, expectedSelect);
+  statement->endAt = CloseEnd(TokenKind::Select, expectedSelect, statement->at);
   return statement;
 }
 
@@ -125,7 +125,7 @@ void Parser::ForBody(ast::Statement& statement) {
   RequireStatementEnd();
   ++scope_->forLoops;
   statement.body = Block();
-  statement.endAt = Close(TokenKind::Next, expectedNext);
+  statement.endAt = Close(TokenKind::Next, expectedNext, statement.at);
   --scope_->forLoops;
 }
 
@@ -135,7 +135,7 @@ StatementPtr Parser::While() {
   statement->expressions.push_back(Expression());
   RequireStatementEnd();
   statement->body = Block();
-  statement->endAt = Close(TokenKind::Wend, expectedWend);
+  statement->endAt = Close(TokenKind::Wend, expectedWend, statement->at);
   return statement;
 }
 
@@ -149,7 +149,7 @@ StatementPtr Parser::Do() {
   }
   ++scope_->doLoops;
   statement->body = Block();
-  statement->endAt = Close(TokenKind::Loop, expectedLoop);
+  statement->endAt = Close(TokenKind::Loop, expectedLoop, statement->at);
   --scope_->doLoops;
   if (statement->loop == LoopKind::Forever) {
     const bool isConditional = DoCondition(*statement, LoopKind::WhileLast, LoopKind::UntilLast);
@@ -173,7 +173,7 @@ StatementPtr Parser::With() {
   statement->expressions.push_back(Expression());
   RequireStatementEnd();
   statement->body = Block();
-  statement->endAt = CloseEnd(TokenKind::With, expectedWith);
+  statement->endAt = CloseEnd(TokenKind::With, expectedWith, statement->at);
   return statement;
 }
 

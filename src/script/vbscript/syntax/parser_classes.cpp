@@ -21,7 +21,7 @@ void Parser::Class(const Access& access) {
     RequireStatementEnd();
   }
   meIsKnown_ = false;
-  CloseEnd(TokenKind::Class, expectedClass);
+  CloseEnd(TokenKind::Class, expectedClass, declared.at);
   program_.classes.push_back(std::move(declared));
 }
 
@@ -35,7 +35,7 @@ void Parser::Member(ast::Class& declared, ClassShape& shape) {
   if (At(TokenKind::Property) && (!hasAccess || IsName(lexer_.Peek().kind))) {
     Fail(expectedLetSetOrGet, lexer_.Peek());
   }
-  if (!hasAccess && !At(TokenKind::Dim)) FailAtCloser(expectedEnd);
+  if (!hasAccess && !At(TokenKind::Dim)) FailAtCloser(expectedEnd, declared.at);
   Fields(declared, shape, access);
 }
 

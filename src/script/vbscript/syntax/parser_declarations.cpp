@@ -262,7 +262,7 @@ void Parser::ProcedureEnd(ast::Procedure& procedure) {
                           {ProcedureKind::PropertySet, TokenKind::Property, expectedProperty}});
   static_assert(StandInOrder(rows, &Row::kind, ProcedureKind::PropertySet));
   const Row& row = rows[static_cast<std::size_t>(procedure.kind)];
-  procedure.endAt = CloseEnd(row.word, row.missing);
+  procedure.endAt = CloseEnd(row.word, row.missing, procedure.at);
 }
 
 }  // namespace quarlin::vbs

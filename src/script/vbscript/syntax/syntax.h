@@ -105,9 +105,10 @@ class Parser {
   bool AtInlineEnd() const;
   void RequireStatementEnd() const;
   void SkipSeparators();
-  Position Close(TokenKind kind, std::int32_t number);
-  Position CloseEnd(TokenKind kind, std::int32_t number);
-  [[noreturn]] void FailAtCloser(std::int32_t otherwise) const;
+  Position Close(TokenKind kind, std::int32_t number, Position opened);
+  Position CloseEnd(TokenKind kind, std::int32_t number, Position opened);
+  [[noreturn]] void FailAtCloser(std::int32_t otherwise, std::optional<Position> opened = {}) const;
+  [[noreturn]] void FailToClose(std::int32_t number, Position opened) const;
 
   // Statements. Null for one that only declares a procedure or a class.
   ast::StatementPtr Statement();
