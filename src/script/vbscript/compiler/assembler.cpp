@@ -103,7 +103,7 @@ void Assembler::MayHoldObject(Operand operand) {
 }
 
 void Assembler::Taken(Operand operand) {
-  std::erase(holding_, operand.number);
+  if (IsResult(operand)) std::erase(holding_, operand.number);
 }
 
 void Assembler::ClearHeldObjects() {
