@@ -107,6 +107,15 @@ TEST_F(BoundsTest, AFewCostlyRoundsAreLookedAtAsSoonAsManyCheapOnes) {
   }
 }
 
+TEST_F(BoundsTest, TheObjectsOfAScriptThatWasStoppedRunNothingAtTheirEnd) {
+  ASSERT_EQ(Run(u"Class C : Private Sub Class_Terminate : ended = ended + 1 : End Sub : End Class\n"
+                u"Dim ended, list(9)\nSub Fill : For i = 0 To 9 : Set list(i) = New C : Next : End Sub"),
+            0);
+  EXPECT_EQ(Run(u"Fill : list(0) = 0 : StopMe : Erase list"), 0);
+  EXPECT_EQ(Run(u"If ended <> 1 Then Err.Raise 1000"), 0);
+  EXPECT_EQ(Run(u"Fill : Erase list : If ended <> 11 Then Err.Raise 1000"), 0);
+}
+
 constexpr std::size_t mebibyte = std::size_t{1} << 20;
 
 class LittleMemory {

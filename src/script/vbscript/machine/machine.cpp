@@ -287,8 +287,10 @@ Value Machine::RunFrom(const Frame* entry) {
   }
 }
 
+// A script that was stopped runs no more, however many of its objects go with it.
 void Machine::RunTerminate(Instance& instance) noexcept {
   try {
+    if (!MayGoOn()) return;
     RunSlot(static_cast<std::size_t>(instance.Info().terminate), &instance, {});
   } catch (...) {
     // Nobody waits for the outcome: the object goes in any case.
@@ -371,12 +373,16 @@ void Machine::Explain(ScriptError& error) const {
   }
 }
 
+bool Machine::MayGoOn() {
+  const bool tooLong = limits_.steps != 0 && steps_ > limits_.steps;
+  return !tooLong && services_.MayGoOn();
+}
+
 void Machine::LookAround() {
   steps_ += static_cast<std::uint64_t>(limits_.stepsPerLook - effort::StepsLeft());
   effort::Begin(limits_.stepsPerLook);
   if (debugging_) debugging_->CountLook();
-  const bool tooLong = limits_.steps != 0 && steps_ > limits_.steps;
-  if (!tooLong && services_.MayGoOn()) return holders_.CollectWhenDue();
+  if (MayGoOn()) return holders_.CollectWhenDue();
   ScriptError stopped(507);
   stopped.description = u"The script was stopped";
   stopped.isFinal = true;

@@ -165,6 +165,7 @@ class Machine {
   Value RunFrom(const Frame* entry);
   bool Recover(ScriptError& error, const Frame* entry);
   void Explain(ScriptError& error) const;
+  bool MayGoOn();
   void LookAround();
 
   // machine_upkeep.cpp
