@@ -107,6 +107,17 @@ TEST_F(BoundsTest, AFewCostlyRoundsAreLookedAtAsSoonAsManyCheapOnes) {
   }
 }
 
+// As deep as calls go, and again from every depth.
+TEST_F(BoundsTest, CallsByWayOfObjectsAreLookedAt) {
+  ASSERT_EQ(Run(u"Class C : Public Default Property Get P : On Error Resume Next : P = Me & Me & Me\n"
+                u"End Property : End Class\nSet o = New C : Set r = GetRef(\"F\")\n"
+                u"Function F(x) : On Error Resume Next : r(1) : r(1) : End Function"),
+            0);
+  for (const std::u16string_view statement : {u"F 1", u"r(1)", u"x = o & o", u"Execute \"x = r(1)\""}) {
+    EXPECT_EQ(Run(u"StopMe : " + std::u16string(statement)), stopped) << Utf8Of(statement);
+  }
+}
+
 TEST_F(BoundsTest, TheObjectsOfAScriptThatWasStoppedRunNothingAtTheirEnd) {
   ASSERT_EQ(Run(u"Class C : Private Sub Class_Terminate : ended = ended + 1 : End Sub : End Class\n"
                 u"Dim ended, list(9)\nSub Fill : For i = 0 To 9 : Set list(i) = New C : Next : End Sub"),

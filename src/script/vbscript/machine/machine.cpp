@@ -274,9 +274,12 @@ Value Machine::RunSlot(std::size_t slot, Instance* me, Arguments arguments) {
   return RunFrom(entry);
 }
 
+// A call from outside the loop is a step, too, and so is what goes on behind a caught error: procedures that
+// call themselves by way of an object, twice each, would never come to a look.
 Value Machine::RunFrom(const Frame* entry) {
   for (;;) {
     try {
+      if (effort::Step()) LookAround();
       return Loop(entry);
     } catch (ScriptError& error) {
       if (!Recover(error, entry)) throw;
