@@ -52,6 +52,17 @@ void PutAny(vbs::Dispatch& object, int member, vbs::Arguments arguments, const V
   held.AsObject()->Put(vbs::Dispatch::defaultMember, {}, value, PutKind::Let);
 }
 
+struct Place {
+  int id;
+  int member;
+};
+
+Place PlaceOf(double number) {
+  constexpr std::int64_t members = 65536;
+  const auto whole = static_cast<std::int64_t>(number);
+  return {static_cast<int>(whole / members), static_cast<int>(whole % members)};
+}
+
 }  // namespace
 
 template <class Work>
@@ -112,14 +123,16 @@ QJSValue Bridge::Invoke(int id, int member, vbs::Arguments arguments) {
   return ToScript(engine_, objects_, object->Invoke(member, arguments));
 }
 
-QJSValue Bridge::Get(int id, int member) {
-  return Guarded([&] { return Invoke(id, member, {}); });
+QJSValue Bridge::Get() {
+  const Place place = PlaceOf(place_);
+  return Guarded([&] { return Invoke(place.id, place.member, {}); });
 }
 
-void Bridge::Put(int id, int member, const QJSValue& value) {
+void Bridge::Put(const QJSValue& value) {
+  const Place place = PlaceOf(place_);
   Guarded([&] {
-    const ObjectRef object = objects_.At(id);
-    PutAny(*object, member, {}, ToHost(value));
+    const ObjectRef object = objects_.At(place.id);
+    PutAny(*object, place.member, {}, ToHost(value));
     return QJSValue();
   });
 }

@@ -23,9 +23,9 @@ constexpr std::u16string_view facades =
     uR"js(
 (function (bridge, global) {
   "use strict";
-  var find = bridge.Find, peek = bridge.Peek, get = bridge.Get, put = bridge.Put, call1 = bridge.Call1, call2 = bridge.Call2,
+  var find = bridge.Find, peek = bridge.Peek, call1 = bridge.Call1, call2 = bridge.Call2,
       callMany = bridge.CallMany, plain = bridge.Plain;
-  var INDEXED = 1, METHOD = 2, DEEPEST_GROUP = 1000;
+  var INDEXED = 1, METHOD = 2, DEEPEST_GROUP = 1000, MEMBERS = 65536;
   var facadeKey = Symbol("facade");
   var shapes = [];
 
@@ -38,6 +38,14 @@ constexpr std::u16string_view facades =
   }
   function hidden(target, name, value) {
     Object.defineProperty(target, name, {value: value, configurable: true, writable: true});
+  }
+  function get(id, member) {
+    bridge.place = id * MEMBERS + member;
+    return bridge.value;
+  }
+  function put(id, member, value) {
+    bridge.place = id * MEMBERS + member;
+    bridge.value = value;
   }
   function invoke(id, member, given) {
     switch (given.length) {
@@ -105,12 +113,19 @@ constexpr std::u16string_view facades =
     return known[member] = made;
   }
 
+  // Each character comes through here, so what get and put do is done on the spot.
   function accessor(member, kind) {
-    function write(value) { put(this.$id, member, value); }
+    function write(value) {
+      bridge.place = this.$id * MEMBERS + member;
+      bridge.value = value;
+    }
+    function read() {
+      bridge.place = this.$id * MEMBERS + member;
+      return bridge.value;
+    }
     if (kind === INDEXED)
       return {get: function () { return indexed(this, member); }, set: write, configurable: true};
-    if (kind !== METHOD)
-      return {get: function () { return get(this.$id, member); }, set: write, configurable: true};
+    if (kind !== METHOD) return {get: read, set: write, configurable: true};
     var method = function (...given) { return invoke(this.$id, member, given); };
     return {get: function () { return method; }, set: write, configurable: true};
   }
