@@ -16,7 +16,7 @@ Alarm::~Alarm() {
 
 void Alarm::At(Instant instant) {
   loop_.Alarms().Add(*this, instant);
-  loop_.AlarmSet(instant);
+  loop_.AlarmSet();
 }
 
 void Alarm::Cancel() {

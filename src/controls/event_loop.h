@@ -33,7 +33,7 @@ class EventLoop {
   AlarmQueue& Alarms() { return alarms_; }
 
   // Told by an alarm that it was set, so that the loop wakes in time.
-  virtual void AlarmSet(Instant at) = 0;
+  virtual void AlarmSet() = 0;
 
   // Calls `ready` whenever the descriptor can be read (or written) until the watch ends or is disabled.
   virtual std::unique_ptr<Watch> WatchReadable(int descriptor, std::function<void()> ready) = 0;

@@ -63,7 +63,7 @@ class ScriptRunner::Call {
   ~Call() {
     if (--runner_.calls_ == 0) runner_.guard_.End();
     hold_.reset();
-    runner_.loop_.AlarmSet(runner_.loop_.Now());  // what became due meanwhile is waited for again
+    runner_.loop_.AlarmSet();  // what became due meanwhile is waited for again
   }
   Call(const Call&) = delete;
   Call& operator=(const Call&) = delete;

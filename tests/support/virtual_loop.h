@@ -19,7 +19,7 @@ class VirtualLoop : public EventLoop {
   VirtualLoop();
 
   const Clock& Clocks() const override { return clock_; }
-  void AlarmSet(Instant) override {}
+  void AlarmSet() override {}
   std::unique_ptr<Watch> WatchReadable(int descriptor, std::function<void()> ready) override;
   std::unique_ptr<Watch> WatchWritable(int descriptor, std::function<void()> ready) override;
   void DoEvents() override;

@@ -6,7 +6,6 @@
 
 #include "script/jscript/bridge.h"
 #include "script/jscript/errors.h"
-#include "script/jscript/prelude.h"
 #include "script/jscript/source_names.h"
 #include "script/jscript/text.h"
 #include "script/library/create_object.h"
@@ -74,8 +73,8 @@ class Engine::Realm {
 Engine::Realm::Realm(vbs::Services& services, Limits limits)
     : watchdog_(engine_, services, limits), bridge_(engine_, hosts_, watchdog_, services) {
   QJSEngine::setObjectOwnership(&bridge_, QJSEngine::CppOwnership);
-  QJSValue prelude = engine_.evaluate(ToQt(Prelude()), "prelude");
-  prelude = prelude.call({engine_.newQObject(&bridge_), engine_.globalObject()});
+  const QJSValue prelude = engine_.importModule(":/prelude/prelude.js");
+  prelude.property("connect").call({engine_.newQObject(&bridge_)});
   hosts_.SetFacadeMaker(prelude.property("makeFacade"));
   show_ = prelude.property("show");
   hide_ = prelude.property("hide");

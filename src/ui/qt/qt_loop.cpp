@@ -131,7 +131,7 @@ bool QtLoop::CallsAgain(Watched& watched, Instant end) {
   return poll(asked.data(), asked.size(), -1) > 0 && asked[0].revents != 0 && asked[1].revents == 0;
 }
 
-void QtLoop::AlarmSet(Instant) {
+void QtLoop::AlarmSet() {
   ArmForAlarms();
 }
 

@@ -27,7 +27,7 @@ class QtLoop : public EventLoop {
   int Run();
 
   const Clock& Clocks() const override { return clock_; }
-  void AlarmSet(Instant at) override;
+  void AlarmSet() override;
   std::unique_ptr<Watch> WatchReadable(int descriptor, std::function<void()> ready) override;
   std::unique_ptr<Watch> WatchWritable(int descriptor, std::function<void()> ready) override;
 
