@@ -103,7 +103,7 @@ void RunGuard::Look(Duration passed) {
   if (!inCall_) return;
   lookNow_.store(true, std::memory_order_relaxed);
   if (!ending_ && lastResort_.endWaits && lastResort_.endWaits()) ending_ = true;
-  const std::uint32_t call = call_;
+  const std::uint64_t call = call_;
   if (std::exchange(seenCall_, call) != call) ownTime_ = sinceCondemned_ = Duration{};
   if (!prompts_.IsOthersTime()) ownTime_ += passed;
   if (ending_) sinceEnding_ += passed;

@@ -94,11 +94,11 @@ class RunGuard : private vbs::Lookout {
   std::atomic<bool> ending_ = false;
   std::atomic<bool> inCall_ = false;
   std::atomic<bool> isLastWord_ = false;  // the running call began when the program was already to end
-  std::atomic<std::uint32_t> call_ = 1;   // the number of the call that began last
-  std::atomic<std::uint32_t> condemned_ = 0;
+  std::atomic<std::uint64_t> call_ = 1;   // the number of the call that began last
+  std::atomic<std::uint64_t> condemned_ = 0;
 
   // The thread's own, by the time that it has seen pass.
-  std::uint32_t seenCall_ = 0;
+  std::uint64_t seenCall_ = 0;
   Duration ownTime_{};         // of that call
   Duration sinceCondemned_{};  // likewise
   Duration sinceEnding_{};

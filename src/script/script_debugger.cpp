@@ -20,10 +20,7 @@ std::optional<int> LineAtOrBehind(const std::set<int>& lines, int line) {
 }
 
 [[noreturn]] void ThrowEnd() {
-  vbs::ScriptError end(507);
-  end.description = u"The script was ended while it stood";
-  end.isFinal = true;
-  throw end;
+  vbs::ThrowStopped(u"The script was ended while it stood");
 }
 
 std::vector<ShownValue> ShowAll(std::vector<vbs::NamedValue> values) {

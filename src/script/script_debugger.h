@@ -72,7 +72,6 @@ class ScriptDebugger final : private vbs::DebugHook {
   static std::optional<int> LineToStandAt(std::u16string_view source, int line);
 
   void SetErrorStops(ErrorStops stops);
-  ErrorStops StopsAtErrors() const { return errorStops_; }
 
   // Each lets a script that stands go on. At its outermost procedure's end a step leads to the next
   // procedure that the program calls.

@@ -244,10 +244,7 @@ void ScriptRunner::LeaveIfStopped() {
 
 void ScriptRunner::Leave() {
   leaves_ = true;
-  vbs::ScriptError end(vbs::scriptStopped);
-  end.description = u"The script has ended";
-  end.isFinal = true;
-  throw end;
+  vbs::ThrowStopped(u"The script has ended");
 }
 
 void ScriptRunner::EndWait() {

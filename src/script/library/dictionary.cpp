@@ -41,12 +41,12 @@ Value Exists(Dictionary& self, Arguments arguments) {
 }
 
 Value Add(Dictionary& self, Arguments arguments) {
-  if (!self.Table().Add(arguments[0], arguments[1])) throw ScriptError(keyExists, NameOfKey(arguments[0]));
+  if (!self.Table().Add(arguments[0], arguments[1])) throw ScriptError(keyExists, QuotedText(arguments[0]));
   return {};
 }
 
 Value Remove(Dictionary& self, Arguments arguments) {
-  if (!self.Table().Remove(arguments[0])) throw ScriptError(elementNotFound, NameOfKey(arguments[0]));
+  if (!self.Table().Remove(arguments[0])) throw ScriptError(elementNotFound, QuotedText(arguments[0]));
   return {};
 }
 

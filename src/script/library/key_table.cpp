@@ -166,21 +166,14 @@ void KeyTable::Clear() {
   share_.Resize(0);
 }
 
-std::u16string NameOfKey(const Value& key) {
-  constexpr std::size_t longest = 200;
-  if (key.IsObject()) return u"an object";
-  const std::u16string text = ToText(key);
-  return text.size() > longest ? text.substr(0, longest) + u"..." : text;
-}
-
 void KeyTable::Rename(const Value& from, const Value& to) {
   const std::uint32_t hash = HashOf(to);
   const std::uint32_t oldHash = HashOf(from);
   const std::size_t slot = count_ == 0 ? 0 : SlotOf(from, oldHash);
-  if (count_ == 0 || slots_[slot].place == 0) throw ScriptError(elementNotFound, NameOfKey(from));
+  if (count_ == 0 || slots_[slot].place == 0) throw ScriptError(elementNotFound, QuotedText(from));
   const std::uint32_t place = slots_[slot].place;
   const std::uint32_t other = slots_[SlotOf(to, hash)].place;
-  if (other != 0 && other != place) throw ScriptError(keyExists, NameOfKey(to));
+  if (other != 0 && other != place) throw ScriptError(keyExists, QuotedText(to));
   FreeSlot(slot);
   slots_[SlotOf(to, hash)] = {hash, place};
   Entry& entry = entries_[place - 1];

@@ -6,16 +6,12 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "script/values/heap_share.h"
 #include "script/values/value.h"
 
 namespace quarlin::vbs {
-
-// A key as an error names it, not longer than a line or two.
-std::u16string NameOfKey(const Value& key);
 
 // Numbers of any kind are one key when they are equal, texts when their characters are, objects when they
 // are the same one. A text and a number differ always. An array as a key is error 5.

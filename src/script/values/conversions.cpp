@@ -255,6 +255,15 @@ std::u16string ToText(const Value& value) {
   return text.data() == scratch.data() ? std::move(scratch) : std::u16string(text);
 }
 
+std::u16string QuotedText(const Value& value) {
+  constexpr std::size_t longest = 200;
+  const Kind kind = value.Followed().GetKind();
+  if (kind == Kind::Null) return u"Null";
+  if (kind == Kind::Object || kind == Kind::Array || kind == Kind::Error) return u"...";
+  const std::u16string text = ToText(value);
+  return text.size() > longest ? text.substr(0, longest) + u"..." : text;
+}
+
 std::u16string_view ToTextView(const Value& value, std::u16string& scratch) {
   NumberBuffer buffer;
   switch (value.GetKind()) {

@@ -29,6 +29,9 @@ std::int64_t ToCurrency(const Value& value);  // ten-thousandths
 double ToDate(const Value& value);
 std::u16string ToText(const Value& value);
 
+// As an error quotes it: not longer than a line or two, and "..." where there is no text.
+std::u16string QuotedText(const Value& value);
+
 // The text of a value without a copy where it has one already: keep `scratch` alive beside the view.
 std::u16string_view ToTextView(const Value& value, std::u16string& scratch);
 

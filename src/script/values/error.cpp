@@ -172,6 +172,13 @@ std::u16string ScriptError::LineText() const {
   return line.empty() && script != nullptr && position.line != 0 ? LineOf(*script, position.line) : line;
 }
 
+void ThrowStopped(std::u16string_view description) {
+  ScriptError stopped(scriptStopped);
+  stopped.description = description;
+  stopped.isFinal = true;
+  throw stopped;
+}
+
 std::u16string_view ErrorText(std::int32_t number) {
   const auto row = std::lower_bound(rows.begin(), rows.end(), number,
                                     [](const Row& left, std::int32_t right) { return left.number < right; });

@@ -52,6 +52,7 @@ enum ErrorNumber : std::int32_t {
   typeMismatch = 13,
   outOfStringSpace = 14,
   outOfStackSpace = 28,
+  procedureUndefined = 35,
   badFileName = 52,
   fileNotFound = 53,
   badFileMode = 54,
@@ -80,6 +81,9 @@ enum ErrorNumber : std::int32_t {
   regExpSyntax = 5017,
   elementNotFound = 32811,
 };
+
+// The end of a run that no On Error Resume Next holds up.
+[[noreturn]] void ThrowStopped(std::u16string_view description = u"The script was stopped");
 
 // The text of a number; "Unknown runtime error" for one that is not in the table.
 std::u16string_view ErrorText(std::int32_t number);

@@ -50,11 +50,7 @@ class Services {
 
 // For work that may take long: a final error when the script is to stop.
 inline void AskToGoOn(Services& services) {
-  if (services.MayGoOn()) return;
-  ScriptError stopped(scriptStopped);
-  stopped.description = u"The script was stopped";
-  stopped.isFinal = true;
-  throw stopped;
+  if (!services.MayGoOn()) ThrowStopped();
 }
 
 }  // namespace quarlin::vbs

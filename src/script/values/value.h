@@ -187,17 +187,6 @@ class Value {
   const Value& Followed() const { return kind_ == Kind::Reference ? *held_.place : *this; }
   Value& Followed() { return kind_ == Kind::Reference ? *held_.place : *this; }
 
-  // Overwrites with a kind of numbers, as the constructors above hold them.
-  void SetWhole(Kind kind, std::int64_t value) noexcept {
-    if (kind_ >= Kind::String) *this = Value();
-    kind_ = kind;
-    held_.integer = value;
-  }
-  void SetReal(Kind kind, double value) noexcept {
-    if (kind_ >= Kind::String) *this = Value();
-    kind_ = kind;
-    held_.real = value;
-  }
   void Clear() noexcept {
     if (kind_ >= Kind::String) *this = Value();
     kind_ = Kind::Empty;

@@ -13,10 +13,17 @@ ExecuteGlobal "Dim i" : Count : Print a, i  ' expect: 13xy 4
 Set o = Nothing : Print o Is Nothing  ' expect: True
 ReDim k(3) : Print UBound(k)  ' expect: 3
 On Error Resume Next
+For a = 1 To 2 : Next : Print Err.Number : Err.Clear  ' expect: 501
+For nowhere = 1 To 2 : Next : Print Err.Number : Err.Clear  ' expect: 500
 most = 8 : Print Err.Number, most : Err.Clear  ' expect: 501 7
 nowhere = 1 : Print Err.Number, Err.Description : Err.Clear  ' expect: 500 Variable is undefined
 Print nowhere : Print Err.Number : Err.Clear  ' expect: 500
 On Error GoTo 0
+a = 1 : ExecuteGlobal "Function Hundred : a = 100 : Hundred = 1 : End Function"
+Print a + Hundred, (a = Hundred)  ' expect: 2 False
+a = "13xy"
+Sub Here : Execute "Dim own : own = 7" : own = own + 1 : Print own, Eval("own") : End Sub
+Here  ' expect: 8 8
 Sub Later : Print Eval("a"), a : a = 1 : End Sub
 Later : Print a  ' expect: 13xy 13xy
 ' expect: 1

@@ -135,7 +135,8 @@ bool Compiler::MayRunScript(const Expression& expression) {
       return false;
     case ExpressionKind::Name: {
       const Meaning meaning = Resolve(expression.name).meaning;
-      return meaning == Meaning::Procedure || meaning == Meaning::Method || meaning == Meaning::HostMember;
+      return meaning == Meaning::Procedure || meaning == Meaning::Method || meaning == Meaning::HostMember ||
+             meaning == Meaning::Unknown;  // perhaps a procedure by then
     }
     case ExpressionKind::Member:
     case ExpressionKind::New:

@@ -342,7 +342,8 @@ void Compiler::EndLoop() {
 }
 
 void Compiler::RefuseCounter(const Expression& counter) {
-  RaiseAt(IsLate(counter) ? variableUndefined : illegalAssignment, counter.name);
+  if (IsLate(counter)) LatePlace(counter.name);  // an error of its own where there is none at all
+  RaiseAt(illegalAssignment, counter.name);
 }
 
 void Compiler::For(const Statement& statement) {

@@ -336,10 +336,6 @@ namespace {
 
 constexpr std::size_t longestQuote = 200;
 
-std::u16string ShortText(const Value& index) {
-  return index.IsObject() || index.IsArray() ? u"..." : ToText(index).substr(0, longestQuote);
-}
-
 // What was wrong with the operands of an operator, as a report quotes it.
 std::u16string Quoted(const Value& left, const Value& right) {
   for (const Value* value : {&left, &right}) {
@@ -365,9 +361,10 @@ void Machine::Explain(ScriptError& error) const {
   failed.op = OperationAt(code, *frame.instruction);
   if (!error.culprit.empty()) return;
   if (failed.op == Op::CallBuiltin) error.culprit = symbols_.BuiltinAt(failed.d).name;
-  const bool indexed = failed.op == Op::IndexOne || failed.op == Op::PutIndexOne;
+  const bool indexed = failed.op == Op::IndexOne || failed.op == Op::PutIndexOne ||
+                       (failed.op == Op::Index && failed.count == 1);
   if (indexed && error.number == subscriptOutOfRange && failed.d != noSite) {
-    error.culprit = code.sites[failed.d].name + u"(" + ShortText(frame.At(failed.c)) + u")";
+    error.culprit = code.sites[failed.d].name + u"(" + QuotedText(frame.At(failed.c)) + u")";
   }
   const bool binary = (failed.op >= Op::Add && failed.op <= Op::Imp) ||
                       (failed.op >= Op::JumpIfEqual && failed.op <= Op::JumpUnlessGreaterEqual);
@@ -386,10 +383,7 @@ void Machine::LookAround() {
   effort::Begin(limits_.stepsPerLook);
   if (debugging_) debugging_->CountLook();
   if (MayGoOn()) return holders_.CollectWhenDue();
-  ScriptError stopped(507);
-  stopped.description = u"The script was stopped";
-  stopped.isFinal = true;
-  throw stopped;
+  ThrowStopped();
 }
 
 Value Machine::GetFrom(Instance& instance, const ClassMember& member, Arguments arguments) {

@@ -201,6 +201,7 @@ class Machine {
   bool PutMember(const Value& target, const Site& site, Value* indices, std::size_t count, const Value& value,
                  PutKind kind);
   int FindMember(Dispatch& object, const Site& site);
+  Value* VariableNow(const std::u16string& folded, const std::optional<Symbol>& symbol);
   bool CallLate(const Site& site, Value* arguments, std::size_t count, Value* result);
   Value ReadLate(const Site& site, bool mustExist);
   Value PlaceLate(const Site& site);

@@ -100,11 +100,7 @@ void Machine::Debugging::Failed(ScriptError& error) {
 }
 
 void Machine::Debugging::CountLook() {
-  if (!evaluating_ || --looksLeft_ > 0) return;
-  ScriptError tooLong(507);
-  tooLong.description = u"The expression takes too long";
-  tooLong.isFinal = true;
-  throw tooLong;
+  if (evaluating_ && --looksLeft_ <= 0) ThrowStopped(u"The expression takes too long");
 }
 
 CallView Machine::ViewOf(const Frame& frame) const {

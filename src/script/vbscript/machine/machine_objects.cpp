@@ -145,45 +145,52 @@ bool Machine::PutMember(const Value& target, const Site& site, Value* indices, s
   return true;
 }
 
+// The variable of that name as things stand: one that a text has made in this procedure, or a global one.
+Value* Machine::VariableNow(const std::u16string& folded, const std::optional<Symbol>& symbol) {
+  const Frame& frame = frames_.Back();
+  if (frame.extras) {
+    const auto known = frame.extras->find(folded);
+    if (known != frame.extras->end()) return &known->second;
+  }
+  return symbol && symbol->kind == SymbolKind::Variable ? &globals_[symbol->number] : nullptr;
+}
+
 bool Machine::CallLate(const Site& site, Value* arguments, std::size_t count, Value* result) {
-  const auto symbol = symbols_.Find(Folded(site.name));
-  if (symbol && symbol->kind == SymbolKind::Procedure) {
+  const std::u16string folded = Folded(site.name);
+  const auto symbol = symbols_.Find(folded);
+  const Value* variable = VariableNow(folded, symbol);
+  if (variable == nullptr && symbol && symbol->kind == SymbolKind::Procedure) {
     Enter(symbol->number, arguments, count, nullptr, result);
     return true;
   }
-  if (!symbol || symbol->kind != SymbolKind::Variable) throw ScriptError(typeMismatch, site.name);
+  if (variable == nullptr) throw ScriptError(typeMismatch, site.name);
   Follow(arguments, count);
-  Value got = IndexValue(globals_[symbol->number], {arguments, count}, site.name);
+  Value got = IndexValue(*variable, {arguments, count}, site.name);
   LetGo(arguments, count);
   if (result != nullptr) result->Swap(got);
   return false;
 }
 
 Value Machine::ReadLate(const Site& site, bool mustExist) {
-  const auto symbol = symbols_.Find(Folded(site.name));
+  const std::u16string folded = Folded(site.name);
+  const auto symbol = symbols_.Find(folded);
+  if (const Value* variable = VariableNow(folded, symbol)) return *variable;
   if (!symbol && mustExist) throw ScriptError(variableUndefined, site.name);
   if (!symbol) return {};
-  switch (symbol->kind) {
-    case SymbolKind::Variable:
-      return globals_[symbol->number];
-    case SymbolKind::Procedure:
-      return RunSlot(symbol->number, nullptr, {});
-    default:
-      return symbol->value;
-  }
+  return symbol->kind == SymbolKind::Procedure ? RunSlot(symbol->number, nullptr, {}) : symbol->value;
 }
 
 Value Machine::PlaceLate(const Site& site) {
-  const auto symbol = symbols_.Find(Folded(site.name));
-  if (!symbol) throw ScriptError(variableUndefined, site.name);
-  if (symbol->kind != SymbolKind::Variable) throw ScriptError(illegalAssignment, site.name);
-  return Value::To(globals_[symbol->number]);
+  const std::u16string folded = Folded(site.name);
+  const auto symbol = symbols_.Find(folded);
+  if (Value* variable = VariableNow(folded, symbol)) return Value::To(*variable);
+  throw ScriptError(symbol ? illegalAssignment : variableUndefined, site.name);
 }
 
 Value Machine::ArgumentLate(const Site& site) {
-  const auto symbol = symbols_.Find(Folded(site.name));
-  const bool isVariable = symbol && symbol->kind == SymbolKind::Variable;
-  return isVariable ? Value::To(globals_[symbol->number]) : ReadLate(site, true);
+  const std::u16string folded = Folded(site.name);
+  if (Value* variable = VariableNow(folded, symbols_.Find(folded))) return Value::To(*variable);
+  return ReadLate(site, true);
 }
 
 void Machine::CallBuiltin(const Builtin& builtin, Arguments arguments, Value& result) {
