@@ -214,6 +214,11 @@ TEST_F(JscriptTest, MembersAreReachedWithoutRegardToCase) {
       {u"for (var t = '', e = new Enumerator([1, 2]); !e.atEnd(); e.moveNext()) t += e.item(); Value = t",
        "12"},
       {u"Value = String(5) + Date.UTC(1970, 0, 1)", "50"},
+      {u"var proto = Object.getPrototypeOf(FrmCommand), read = Object.getOwnPropertyDescriptor(proto, "
+       u"'txtOutput').get;"
+       u"for (var i = 0, all = ''; i < 3; ++i) try { read.call([{}, {$id: 1e300}, {$id: -1}][i]) } "
+       u"catch (e) { all += (e.number & 0xFFFF) + ' ' } Value = all + proto.$other",
+       "424 424 424 undefined"},
   };
   for (const Row& row : rows) EXPECT_EQ(Result(row.source), row.expected) << vbs::Utf8Of(row.source);
 }
@@ -444,6 +449,21 @@ TEST_F(JscriptTest, LongListsAreWalkedLikeShortOnes) {
   EXPECT_EQ(Result(u"Value = parsed(9000)"), Result(u"Value = parsed(20)"));
   EXPECT_EQ(Result(u"Value = [].forEach.length + [].forEach.name + [].sort.length + ''.split.length"),
             "1forEach12");
+  EXPECT_EQ(Result(u"Value = Array.prototype.map.call(new Array(101001).join('a'), String).length"),
+            "101000");
+  EXPECT_EQ(
+      Result(
+          u"var p = {}, q = {prev: p, other: p}; p.next = p.other = q;\n"
+          u"try { JSON.stringify(p) } catch (e) { Value = e.name } q = {c: [7]};\n"
+          u"for (var i = 0; i < 60; ++i) q = {a: q, b: q};\n"
+          u"Value += JSON.stringify([q, {c: 1}], ['c']) + JSON.stringify({toJSON: function () { return 1 }, "
+          u"a: new Array(3e7)})"),
+      "TypeError[{},{\"c\":1}]1");
+  EXPECT_EQ(
+      Result(
+          u"q = JSON.parse('{\"__proto__\": {\"z\": 1}, \"a\": \"' + new Array(400001).join(' ') + '\"}');\n"
+          u"Value = Object.keys(q) + q.z"),
+      "__proto__,aundefined");
   EXPECT_EQ(ErrorIn(u"new Array(101000).reduce(Number)").substr(0, 4), "438 ");
   EXPECT_EQ(ErrorIn(u"a = []; for (i = 0; i < 1e6; ++i) a.push(i);\nMath.max(...a)").substr(0, 24),
             "28 Out of stack space 2:");

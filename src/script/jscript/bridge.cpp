@@ -3,6 +3,8 @@
 
 #include <QJSEngine>
 #include <array>
+#include <cstdint>
+#include <limits>
 
 #include "script/jscript/errors.h"
 #include "script/jscript/text.h"
@@ -59,6 +61,8 @@ struct Place {
 
 Place PlaceOf(double number) {
   constexpr std::int64_t members = 65536;
+  constexpr double most = 65536.0 * std::numeric_limits<int>::max();
+  if (!(number >= 0 && number < most)) throw ScriptError(vbs::objectRequired);
   const auto whole = static_cast<std::int64_t>(number);
   return {static_cast<int>(whole / members), static_cast<int>(whole % members)};
 }
@@ -124,13 +128,15 @@ QJSValue Bridge::Invoke(int id, int member, vbs::Arguments arguments) {
 }
 
 QJSValue Bridge::Get() {
-  const Place place = PlaceOf(place_);
-  return Guarded([&] { return Invoke(place.id, place.member, {}); });
+  return Guarded([this] {
+    const Place place = PlaceOf(place_);
+    return Invoke(place.id, place.member, {});
+  });
 }
 
 void Bridge::Put(const QJSValue& value) {
-  const Place place = PlaceOf(place_);
   Guarded([&] {
+    const Place place = PlaceOf(place_);
     const ObjectRef object = objects_.At(place.id);
     PutAny(*object, place.member, {}, ToHost(value));
     return QJSValue();

@@ -90,7 +90,8 @@ function accessor(member, kind) {
   return {get: function () { return method; }, set: write, configurable: true};
 }
 function learn(self, name) {
-  var found = typeof name === "string" ? bridge.Find(self.$id, name) : -1;
+  if (typeof name !== "string" || name[0] === "$") return false;
+  var found = bridge.Find(self.$id, name);
   if (found < 0) return false;
   Object.defineProperty(self.$shape, name, accessor(found >> 2, found & 3));
   return true;

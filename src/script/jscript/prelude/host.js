@@ -7,6 +7,9 @@ export function connect(toProgram) { bridge = toProgram; }
 // The engine has no `globalThis`.
 export const global = Function("return this")();
 
+// Scripts may give the name to something else.
+export const NativeArray = Array;
+
 // How many members the place of a member leaves room for.
 export const MEMBERS = 65536;
 

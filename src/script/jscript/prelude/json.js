@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // JSON of long lists.
 
-import {hidden, raise} from "./host.js";
-
-const NativeArray = Array;
+import {NativeArray, hidden, raise} from "./host.js";
 
 // The engine's own puts every item of a list that it reads on its stack, without a look at the bounds of that.
 // Here it reads pieces of a long list, and single words.
 var nativeParse = JSON.parse, LONGEST_PARSED = 400000, DEEPEST_PARSED = 1000, PIECE = 200000, MOST_SINGLY = 4096,
     MOST_WRITTEN = 20000000;
+// As a member of its own, whatever it is called.
+function put(object, name, value) {
+  if (name !== "__proto__") object[name] = value;
+  else Object.defineProperty(object, name, {value: value, writable: true, enumerable: true, configurable: true});
+}
 function LongText(text) {
   this.text = text;
   this.at = 0;
@@ -75,7 +78,7 @@ LongText.prototype = {
       if (this.sees() !== '"') this.fail();
       var name = this.quoted();
       this.take(":");
-      result[name] = this.value(depth);
+      put(result, name, this.value(depth));
       if (this.sees("}") === "}") return result;
       this.take(",");
     }
@@ -111,18 +114,36 @@ hidden(JSON, "parse", {parse(text, reviver) {
   return typeof reviver === "function" ? revived({"": result}, "", reviver) : result;
 }}.parse);
 
-// The engine's own walks all places of an array, also those that hold nothing.
-function countItems(value, level, counted) {
-  if (typeof value !== "object" || value === null || level > 100 || value.$id !== undefined) return;
-  if (!NativeArray.isArray(value)) {
-    for (var name in value) countItems(value[name], level + 1, counted);
-    return;
+// The engine's own cannot be stopped. It walks all places of an array, also those that hold nothing, and what is
+// held by two as often as there are ways to it; a circle it finds by itself.
+function countItems(value, names, path, counted) {
+  if (typeof value !== "object" || value === null || value.$id !== undefined) return;
+  if (typeof value.toJSON === "function" || path.size > 100 || path.has(value)) return;
+  var isList = NativeArray.isArray(value);
+  if ((counted.items += isList ? value.length : 1) > MOST_WRITTEN) raise(7);
+  path.add(value);
+  if (isList) {
+    for (var at = 0; at < value.length; ++at) countItems(value[at], names, path, counted);
+  } else {
+    for (var name of Object.keys(value))
+      if (names === null || names.has(name)) countItems(value[name], names, path, counted);
   }
-  if ((counted.items += value.length) > MOST_WRITTEN) raise(7);
-  for (var at = 0; at < value.length; ++at) countItems(value[at], level + 1, counted);
+  path.delete(value);
 }
+
+// The engine takes no list of names. It does not tell whose a name is, so that any number stays.
+function keeping(names) {
+  var isWhole = true;
+  return function (name, item) {
+    if (!isWhole && !names.has(name) && String(name >>> 0) !== name) return undefined;
+    isWhole = false;
+    return item;
+  };
+}
+
 var nativeStringify = JSON.stringify;
 hidden(JSON, "stringify", {stringify(value, replacer, space) {
-  countItems(value, 0, {items: 0});
-  return nativeStringify.call(JSON, value, replacer, space);
+  var names = NativeArray.isArray(replacer) ? new Set(replacer.map(String)) : null;
+  countItems(value, names, new Set(), {items: 0});
+  return nativeStringify.call(JSON, value, names === null ? replacer : keeping(names), space);
 }}.stringify);

@@ -3,17 +3,16 @@
 // those that do not end by themselves soon enough there is a second form, written in the language; short
 // lists keep the engine's.
 
-import {hidden} from "./host.js";
+import {NativeArray, hidden} from "./host.js";
 import {NativeRegExp} from "./surroundings.js";
 
 const LONG = 100000, SPARSE = 50000000;
-const NativeArray = Array;
 
 function forLong(place, methods, isLong) {
   Object.getOwnPropertyNames(methods).forEach(function (name) {
     var native = place[name], slow = methods[name];
     var method = {[name](...given) {
-      return isLong(this, given[0]) ? slow.apply(this, given) : native.apply(this, given);
+      return isLong(this, given[0]) ? slow.apply(Object(this), given) : native.apply(this, given);
     }}[name];
     Object.defineProperty(method, "length", {value: native.length, configurable: true});
     hidden(place, name, method);
