@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <csignal>
+#include <thread>
 
 #include "base/files.h"
 #include "e2e/program.h"
@@ -12,6 +14,8 @@
 
 namespace quarlin {
 namespace {
+
+using namespace std::chrono_literals;
 
 struct RunnerCase {
   std::string file;
@@ -148,16 +152,20 @@ TEST(ScriptRunner, RunsWhatItIsToldAndReportsErrors) {
 }
 
 TEST(ScriptRunner, ASignalEndsItInOrder) {
-  for (const char* busy : {"FormMain.Sleep 60000", "Do : Loop"}) {
+  for (const char* busy :
+       {"FormMain.Sleep 60000", "Do : Loop", "t = Timer : Do : Loop While Timer < t + 1"}) {
     const TempFolder folder;
     ASSERT_FALSE(WriteWholeFile(
         folder / "a.vbs",
         std::string("Set f = CreateObject(\"Scripting.FileSystemObject\").CreateTextFile(\"") +
             (folder / "log.txt").string() + "\")\nf.WriteLine \"all of it\"\nWScript.Echo 1\n" + busy));
-    Program program("quarlin-script", {folder / "a.vbs"}, folder.Path());
+    Program program("quarlin-script", {folder / "a.vbs", "--receive", "text"}, folder.Path());
     ASSERT_EQ(program.FirstOutputLine(), "1");
+    std::this_thread::sleep_for(700ms);  // near the end of the one that ends
     program.Signal(SIGTERM);
     EXPECT_EQ(program.Wait(), 1) << busy;
+    EXPECT_EQ(program.Output(), "1\n") << busy;
+    EXPECT_EQ(program.Errors(), "quarlin-script: ended by a signal\n") << busy;
     EXPECT_EQ(ReadWholeFile(folder / "log.txt"), "all of it\r\n") << busy;
   }
 }

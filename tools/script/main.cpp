@@ -64,26 +64,34 @@ std::string Offered(ScriptHost& host, ScriptHook hook, std::string text) {
 
 void Do(ScriptHost& host, const Action& action) {
   if (action.kind == ActionKind::Run) {
-    host.Runner().Run(vbs::Utf16Of(action.text), MayWait::Yes);
+    const std::u16string procedure = vbs::Utf16Of(action.text);
+    if (!host.Runner().Has(procedure)) throw vbs::ScriptError(vbs::procedureUndefined, procedure);
+    host.Runner().Run(procedure, MayWait::Yes);
   } else {
     const std::string seen = Offered(host, HookOf(action.kind), BytesFromUtf8(action.text));
     PrintText(stdout, Utf8FromBytes(seen) + "\n");
   }
 }
 
-int RunScript(const Options& options, const fs::path& file, ScriptHost& host) {
+// Up to the signal that ends it, if one comes.
+int RunScript(const Options& options, const fs::path& file, ScriptHost& host,
+              const std::function<bool()>& ended) {
+  int status = done;
   try {
     host.Runner().Start(file);
     for (const Action& action : options.actions) {
-      if (host.FinishStatus()) break;
+      if (host.FinishStatus() || ended()) break;
       Do(host, action);
     }
     host.Runner().Stop();
-    return host.FinishStatus().value_or(done);
+    status = host.FinishStatus().value_or(done);
   } catch (const vbs::ScriptError& error) {
-    ReportError(file, error);
-    return scriptError;
+    status = scriptError;
+    if (!error.isFinal || !ended()) ReportError(file, error);
   }
+  if (!ended()) return status;
+  Complain("ended by a signal");
+  return scriptError;
 }
 
 ScriptConsole ConsoleOf(const Options& options) {
@@ -129,10 +137,7 @@ int RunInProgram(const Options& options, EndingSignals* endings) {
     wasEnded = endings->Take();
     frm.Script().Runner().Stop();
   });
-  const int status = RunScript(options, file, frm.Script());
-  if (!wasEnded) return status;
-  Complain("ended by a signal");
-  return scriptError;
+  return RunScript(options, file, frm.Script(), [&] { return wasEnded || endings->Wait(); });
 }
 
 int Run(std::span<const char* const> arguments) {
