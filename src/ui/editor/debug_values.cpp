@@ -35,7 +35,9 @@ DebugValues::DebugValues(ScriptDebugger& debugger, QWidget* parent)
   setUniformRowHeights(true);
   header()->setSectionResizeMode(nameColumn, QHeaderView::ResizeToContents);
   header()->setSectionResizeMode(valueColumn, QHeaderView::Stretch);
-  header()->setSectionResizeMode(typeColumn, QHeaderView::ResizeToContents);
+  header()->setSectionResizeMode(typeColumn, QHeaderView::Interactive);
+  header()->resizeSection(typeColumn,
+                          fontMetrics().horizontalAdvance("Dictionary"));  // what is longer is elided
   header()->setStretchLastSection(false);
   connect(this, &QTreeWidget::itemExpanded, this, &DebugValues::Open);
   connect(this, &QTreeWidget::itemCollapsed, this,

@@ -105,6 +105,7 @@ void EditorWindow::PutTogether() {
   place_->setObjectName("editorPlace");
   place_->setToolTip(tr("Where the cursor is, and how the file is written"));
   auto* status = new QHBoxLayout;
+  status->setSpacing(16);
   status->addWidget(fault, 2);
   status->addWidget(told, 2);
   status->addWidget(place_);
@@ -213,18 +214,23 @@ void EditorWindow::ShowFault() {
   findBar_->TextChanged();
 }
 
+QString EditorWindow::RunState() const {
+  if (!form_.Runs()) return {};
+  const bool stands = form_.Debugger().Stands();
+  if (form_.RunsOlder()) return stands ? tr("an older text stands   ") : tr("an older text runs   ");
+  return stands ? tr("stands   ") : tr("runs   ");
+}
+
 void EditorWindow::ShowPlace() {
   int line = 0, column = 0;
   view_->getCursorPosition(&line, &column);
   const std::string_view encoding = EncodingName(form_.Text().encoding);
-  const QString runs = !form_.Runs()       ? QString()
-                       : form_.RunsOlder() ? tr("an older text runs   ")
-                                           : tr("runs   ");
-  place_->setText(runs + tr("Line %1, column %2   %3   %4")
-                             .arg(line + 1)
-                             .arg(column)
-                             .arg(QLatin1String(encoding.data(), static_cast<qsizetype>(encoding.size())),
-                                  QString::fromStdString(std::string(form_.Language()))));
+  place_->setText(RunState() +
+                  tr("Line %1, column %2   %3   %4")
+                      .arg(line + 1)
+                      .arg(column)
+                      .arg(QLatin1String(encoding.data(), static_cast<qsizetype>(encoding.size())),
+                           QString::fromStdString(std::string(form_.Language()))));
 }
 
 void EditorWindow::FillRecent() {

@@ -56,6 +56,7 @@ class EditorWindow : public FormWindow {
   void WireForm();
   void ShowFile();
   void ShowFault();
+  QString RunState() const;
   void ShowPlace();
   void FillRecent();
   void Save();
