@@ -48,7 +48,8 @@ class Writer {
   Writer(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
 
   std::u16string Program() {
-    text_ =
+    if (Next() % 4 == 0) text_ = u"Option Explicit\r\nExecuteGlobal \"Dim b, c, d, x, o, Prop, Item\"\r\n";
+    text_ +=
         u"Class K : Public Count : Private m : Public Default Property Get Prop(i) : Prop = m : End "
         u"Property\r\n"
         u"Public Property Let Prop(i, v) : m = v : End Property\r\n"
