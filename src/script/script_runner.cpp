@@ -230,7 +230,7 @@ bool ScriptRunner::LetUserIn() {
 }
 
 std::string ScriptRunner::Whereabouts() const {
-  const std::string file = BytesFromUtf8(file_.filename().string());
+  std::string file = BytesFromUtf8(file_.filename().string());
   vbs::Engine* followed = engine_ ? engine_->Followable() : nullptr;
   const vbs::CallView call = followed != nullptr ? followed->Where() : vbs::CallView{};
   if (call.at.line == 0) return file;

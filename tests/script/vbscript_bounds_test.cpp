@@ -171,8 +171,8 @@ TEST_F(BoundsTest, WhatNobodyCanReachTakesNoMemory) {
         u"Set b = CreateObject(\"Scripting.Dictionary\") : b.Add 1, b",
         u"Set a = New Node : Set a.Other = a : If n Mod 100 = 0 Then a.Text = String(100000, \"x\")",
         u"ExecuteGlobal \"Function F : F = \" & n & \" : End Function\" : If F() <> n Then Err.Raise 1000",
-        u"ExecuteGlobal \"Class K : Public Function F : F = \" & n & \" : End Function : End Class\"\n"
-        u"If Eval(\"(New K).F\") <> n Then Err.Raise 1000",
+        uR"(ExecuteGlobal "Class K : Public Function F : F = " & n & " : End Function : End Class"
+            If Eval("(New K).F") <> n Then Err.Raise 1000)",
         u"Execute \"v = v + 1\""}) {
     const LittleMemory memory(8 * mebibyte);
     Engine engine(services_);

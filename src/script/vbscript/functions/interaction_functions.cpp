@@ -63,7 +63,7 @@ const Locale& WantedLocale(const LocaleChoice& choice, const Value& wanted) {
 
 // The number of the locale so far.
 Value SetLocale(LibraryContext& context, Arguments arguments) {
-  const Value before = GetLocale(context, {});
+  Value before = GetLocale(context, {});
   const Value* wanted = Given(arguments, 0);
   LocaleChoice& choice = context.locale;
   choice.Choose(wanted == nullptr ? choice.Start() : WantedLocale(choice, *wanted));

@@ -169,7 +169,7 @@ namespace {
 // the address of nothing.
 const void* NewShape() {
   static std::uintptr_t last = 1;
-  return reinterpret_cast<const void*>(last += 2);
+  return reinterpret_cast<const void*>(last += 2);  // NOLINT(performance-no-int-to-ptr)
 }
 
 }  // namespace

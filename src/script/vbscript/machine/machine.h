@@ -176,7 +176,7 @@ class Machine {
   void DropOldClasses();
   void DropMethods(const ClassInfo& info);
   std::size_t FreeSlot();
-  void LetArrayGo(Value array);
+  void LetArrayGo(const Value& array);
   void LetItemsGo(std::vector<Value> items);
 
   // machine_calls.h

@@ -232,7 +232,7 @@ void Machine::Redimension(Value& array, const Value* bounds, std::size_t count, 
   } else {
     Value made = Value::Array(ArrayBody::Make(sizes));
     array.Swap(made);
-    LetArrayGo(std::move(made));
+    LetArrayGo(made);
   }
 }
 
@@ -241,7 +241,7 @@ void Machine::Erase(Value& array) {
   if (!array.AsArray().Fixed()) {
     Value unsized = Value::Array(ArrayBody::Make({}));
     array.Swap(unsized);
-    return LetArrayGo(std::move(unsized));
+    return LetArrayGo(unsized);
   }
   ArrayBody& own = array.OwnArray();
   std::vector<Value> items(own.Items().size());

@@ -78,7 +78,7 @@ std::size_t Machine::FreeSlot() {
 }
 
 // An array that is in no variable any more: in pieces where nobody shares it, as a large one takes its time.
-void Machine::LetArrayGo(Value array) {
+void Machine::LetArrayGo(const Value& array) {
   if (!array.IsArray() || array.AsArray().References() > 1) return;
   LetItemsGo(std::exchange(array.AsArray().Items(), {}));
 }

@@ -148,6 +148,7 @@ constexpr bool IsLineBreak(char16_t unit) {
 
 std::vector<std::string_view> KeywordSpellings() {
   std::vector<std::string_view> spellings;
+  spellings.reserve(keywords.size());
   for (const Keyword& keyword : keywords) spellings.push_back(keyword.spelling);
   return spellings;
 }
