@@ -73,7 +73,7 @@ void ReportError(const fs::path& file, const vbs::ScriptError& error) {
 int CheckScript(const Options& options, const fs::path& file, ScriptRunner& runner) {
   survey::LibraryObjects library;
   survey::Surroundings surroundings = SurroundingsOf(runner, library);
-  const auto error = surroundings.compile(file);
+  auto error = surroundings.compile(file);
   surroundings.compile = [&error](const fs::path&) { return error; };
   const survey::ScriptReport report = survey::ReportOn(file, file.filename().string(), surroundings);
   if (options.json) {
