@@ -127,16 +127,17 @@ QJSValue Bridge::Invoke(int id, int member, vbs::Arguments arguments) {
   return ToScript(engine_, objects_, object->Invoke(member, arguments));
 }
 
+// `place` is read before the user is let in, who may have more of the script run.
 QJSValue Bridge::Get() {
-  return Guarded([this] {
-    const Place place = PlaceOf(place_);
+  return Guarded([this, asked = place_] {
+    const Place place = PlaceOf(asked);
     return Invoke(place.id, place.member, {});
   });
 }
 
 void Bridge::Put(const QJSValue& value) {
-  Guarded([&] {
-    const Place place = PlaceOf(place_);
+  Guarded([this, &value, asked = place_] {
+    const Place place = PlaceOf(asked);
     const ObjectRef object = objects_.At(place.id);
     PutAny(*object, place.member, {}, ToHost(value));
     return QJSValue();
