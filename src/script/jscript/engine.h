@@ -22,7 +22,7 @@
 // The error names the procedure, and the line of the call of the host at which the script was seen last. A
 // built-in function that walks a long list or text is interrupted, too, but for patterns and conversions of
 // texts; nor is a function that calls itself again whenever it has caught that the stack is full. Recursion
-// that is too deep (some 1600 calls) is error 28.
+// that is too deep (some 1200 calls) is error 28.
 //
 // What a script refers to is let go when its garbage is collected, at the latest with the engine.
 // Needs a QCoreApplication, and stays on the thread that made it.

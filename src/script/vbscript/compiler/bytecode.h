@@ -103,7 +103,7 @@ enum class Op : std::uint32_t {
   RunMethod,
   RunLate,
   ReadLate,      // a = what site[d] names at that time; Empty, or error 500 if count, when that is nothing
-  PlaceLate,     // R[a] = a Reference to the global variable that site[d] names at that time, or error 500
+  PlaceLate,     // R[a] = a Reference to the variable that site[d] names at that time, or error 500
   ArgumentLate,  // R[a] = such a Reference, or the value where it is no variable
   Raise,         // error number b (a constant), culprit site[d]
   ReadyArray,    // a = a fixed array of declared[d]

@@ -189,8 +189,8 @@ Value Machine::PlaceLate(const Site& site) {
 
 Value Machine::ArgumentLate(const Site& site) {
   const std::u16string folded = Folded(site.name);
-  if (Value* variable = VariableNow(folded, symbols_.Find(folded))) return Value::To(*variable);
-  return ReadLate(site, true);
+  Value* variable = VariableNow(folded, symbols_.Find(folded));
+  return variable != nullptr ? Value::To(*variable) : ReadLate(site, true);
 }
 
 void Machine::CallBuiltin(const Builtin& builtin, Arguments arguments, Value& result) {
